@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "dicom/ByteSource.h"
+#include "dicom/DataSet.h"
+#include "dicom/Frame.h"
+#include "dicom/PixelFormat.h"
+#include "dicom/Presentation.h"
+#include "dicom/Result.h"
+
+namespace cinedisc::dicom {
+
+/// An opened DICOM file: its header, and its frames decoded one at a time when asked for.
+///
+/// Opening reads the header once, from the start, and nothing of the pixels but the offset table. Frames are read when
+/// asked for. Immutable after opening; any thread may decode.
+class DicomFile {
+  public:
+    /// Opens a file by its path in the platform's encoding (UTF-8 on Linux).
+    static Result<std::shared_ptr<const DicomFile>> open(const std::string& path);
+    static Result<std::shared_ptr<const DicomFile>> open(std::shared_ptr<const ByteSource> source);
+    virtual ~DicomFile() = default;
+
+    /// The whole header, file meta information first.
+    virtual const DataSet& header() const = 0;
+    virtual const std::string& transferSyntax() const = 0;
+    virtual const PixelFormat& pixelFormat() const = 0;
+    virtual Compression compression() const = 0;
+
+    /// Frames that can be asked for: 0 when there is no picture. What the header says unless the file's length proves
+    /// fewer.
+    virtual int frameCount() const = 0;
+    /// Frames that the header announces, which a cut-off file has not.
+    virtual int announcedFrameCount() const = 0;
+    /// Why there is no picture, when frameCount() is 0.
+    virtual const std::optional<DecodeError>& pictureError() const = 0;
+
+    /// Decodes a frame, counted from 0.
+    virtual Result<Frame> decode(int frame) const = 0;
+
+    /// Grey rules of a frame, counted from 0: per-frame and shared functional groups are taken into account.
+    virtual GreyTransform greyTransform(int frame) const = 0;
+    virtual const std::optional<Palette>& palette() const = 0;
+    virtual const Shutter& shutter() const = 0;
+    /// Overlay planes, in group order. Those embedded in the pixel cells hold no bits: ask overlayBits.
+    virtual const std::vector<Overlay>& overlays() const = 0;
+    /// The bits of one overlay for one image frame (counted from 0), empty when it has none for that frame.
+    virtual std::vector<std::uint8_t> overlayBits(const Overlay& overlay, int frame) const = 0;
+    virtual PixelAspect pixelAspect() const = 0;
+
+    /// The header text of an element as UTF-8, whatever the specific character set; person names as they stand.
+    virtual std::string text(Tag tag) const = 0;
+};
+
+/// One line of the header page.
+struct HeaderLine {
+    int depth = 0;        ///< nesting, 0 for the data set itself
+    Tag tag;
+    std::string vr;
+    std::string keyword;
+    std::string value;    ///< UTF-8, one line, shortened for binary values
+};
+
+/// All elements in file order, nested sequences after their element.
+std::vector<HeaderLine> describeHeader(const DicomFile& file);
+/// The same as plain text, one line an element, columns aligned, for the header page and the clipboard.
+std::string headerText(const DicomFile& file);
+
+}  // namespace cinedisc::dicom

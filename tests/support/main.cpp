@@ -1,0 +1,20 @@
+#include <QApplication>
+#include <gtest/gtest.h>
+
+namespace {
+
+/// A warning that the toolkit logs during a test is a fault of the program: it fails the test.
+void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    fprintf(stderr, "%s\n", qPrintable(message));
+    if (type != QtDebugMsg && type != QtInfoMsg) ADD_FAILURE() << "logged: " << qPrintable(message);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    QApplication application(argc, argv);
+    qInstallMessageHandler(failOnWarning);
+    return RUN_ALL_TESTS();
+}
