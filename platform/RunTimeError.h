@@ -1,13 +1,14 @@
 #pragma once
 
 #include <QString>
+
 #include <exception>
 #include <utility>
 
 namespace cinedisc {
 
-/// A run-time error of the forms: a number with its usual text. Command handlers trap it (trapErrors) or let it end the
-/// program (see EventGuard).
+/// A run-time error of the forms: a number with its usual text. Command handlers trap it (trapErrors) or let
+/// it end the program (see EventGuard).
 class RunTimeError : public std::exception {
   public:
     static RunTimeError overflow() { return {6, "Overflow"}; }
@@ -27,7 +28,9 @@ class RunTimeError : public std::exception {
 
   private:
     RunTimeError(int number, QString text)
-        : number_(number), text_(std::move(text)), what_(QString("%1: %2").arg(number_).arg(text_).toUtf8()) {}
+        : number_(number),
+          text_(std::move(text)),
+          what_(QString("%1: %2").arg(number_).arg(text_).toUtf8()) {}
 
     int number_;
     QString text_;
