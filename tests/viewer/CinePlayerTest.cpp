@@ -14,6 +14,7 @@ class CinePlayerTest : public testing::Test {
     CinePlayerTest() {
         window.File1.putPath(disc.path({"Dicom", "Patient000", "Study1", "Series1"}));
         window.sb1.putMax(4);
+        window.journal.clear();
     }
 
     void show(int file, int frame) {

@@ -16,6 +16,7 @@ class FrameStepperTest : public testing::Test {
     FrameStepperTest() {
         window.File1.putPath(disc.path({"Dicom", "Patient000", "Study1", "Series1"}));
         window.sb1.putMax(4);
+        window.journal.clear();
         window.Slider2.changed = [this] { stepper.Slider2_Change(); };
     }
     void show(int file, int frame) {
