@@ -138,7 +138,7 @@ TEST(MouseWheel, CodesOfPlatformVersions) {
 TEST(MouseWheel, RollMovesOneStepWithinBounds) {
     Journal journal;
     RecordingRange sb1("sb1", journal, 1, 3, RecordingRange::LoweringMax::RaisesChange);
-    using enum wheel::Roll;
+    using enum WheelRoll;
     QList<int> values;
     for (const auto direction : {AwayFromUser, TowardsUser, TowardsUser, TowardsUser, AwayFromUser}) {
         wheel::roll(sb1, direction);
