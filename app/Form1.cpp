@@ -1,10 +1,5 @@
 #include "app/Form1.h"
 
-#include <QCloseEvent>
-#include <QMenuBar>
-#include <QScrollBar>
-#include <QSlider>
-
 #include "app/BackgroundPopUp.h"
 #include "app/CinePanel.h"
 #include "app/CommandTable.h"
@@ -17,6 +12,11 @@
 #include "platform/widgets/NamedButton.h"
 #include "platform/widgets/OptionHandler.h"
 #include "platform/widgets/TextViewerLauncher.h"
+
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QScrollBar>
+#include <QSlider>
 
 namespace cinedisc {
 
@@ -46,7 +46,8 @@ Form1::Form1(const QString& programFolder)
 
 void Form1::connectEvents() {
     const auto guarded = [](auto handler) { return EventGuard::guarded(handler); };
-    connect(layout_.strip->sb1, &QScrollBar::valueChanged, this, guarded([this] { behaviour_.sb1_Change(); }));
+    connect(layout_.strip->sb1, &QScrollBar::valueChanged, this,
+            guarded([this] { behaviour_.sb1_Change(); }));
     connect(layout_.Frame9->Slider1, &QSlider::valueChanged, this,
             guarded([this] { behaviour_.cine.Slider1_Change(); }));
     connect(layout_.Frame9->Slider2, &QSlider::valueChanged, this,
@@ -59,8 +60,8 @@ void Form1::connectEvents() {
     connectOption(*layout_.Frame6->Option3, [this] { behaviour_.tools.Option3_Click(); });
     controls_.TreeView1.onNodeClick([this](int node) { behaviour_.patients.TreeView1_NodeClick(node); });
     for (int i = 0; i < StripPanel::previewCount; ++i) {
-        connect(static_cast<ezDICOMX*>(layout_.strip->thumb[static_cast<std::size_t>(i)]), &ezDICOMX::clicked, this,
-                guarded([this, i] { behaviour_.loader.LoadImage(i); }));
+        connect(static_cast<ezDICOMX*>(layout_.strip->thumb[static_cast<std::size_t>(i)]), &ezDICOMX::clicked,
+                this, guarded([this, i] { behaviour_.loader.LoadImage(i); }));
     }
 }
 
@@ -70,7 +71,9 @@ void Form1::runCommand(const QString& name) {
     }
 }
 
-void Form1::showLicence() { TextViewerLauncher::open(findIgnoringCase(programFolder_, {"license.txt"}).trimmed()); }
+void Form1::showLicence() {
+    TextViewerLauncher::open(findIgnoringCase(programFolder_, {"license.txt"}).trimmed());
+}
 
 void Form1::closeEvent(QCloseEvent* event) {
     behaviour_.Form_Unload();

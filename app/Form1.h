@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QMainWindow>
-
 #include "app/Form1Behaviour.h"
 #include "app/Form1Controls.h"
 #include "app/Form1Layout.h"
 #include "tools/frmdicom.h"
 #include "viewer/StripWheel.h"
+
+#include <QMainWindow>
 
 namespace cinedisc {
 

@@ -1,8 +1,5 @@
 #include "app/Form1Controls.h"
 
-#include <QScrollBar>
-#include <QSlider>
-
 #include "app/BackgroundPopUp.h"
 #include "app/CinePanel.h"
 #include "app/PatientStepPanel.h"
@@ -12,6 +9,9 @@
 #include "app/TreePanel.h"
 #include "app/ZoomPopUp.h"
 #include "platform/widgets/Picture.h"
+
+#include <QScrollBar>
+#include <QSlider>
 
 namespace cinedisc {
 
@@ -71,8 +71,9 @@ Form1Controls::Form1Controls(QWidget& window, const Form1Layout& layout, const Q
              Timer1,
              Timer4,
              messages},
-      disc{programFolder, TreeView1, FraTree, Frame8,    Frame9,                    Label1, Label5,
-           Label13,       Label6,    Label15, lblSeries, viewerIn(layout.ezTest), dialogs},
+      disc{programFolder, TreeView1, FraTree, Frame8,  Frame9,    Label1,
+           Label5,        Label13,   Label6,  Label15, lblSeries, viewerIn(layout.ezTest),
+           dialogs},
       tools{viewer.ezDicom, Frame5, Frame6, Option1, Option2, Option3} {
     File1.setObjectName("File1");
 }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "tools/ExportFormatDialog.h"
+
 #include <QDialog>
 #include <QPointer>
-
-#include "tools/ExportFormatDialog.h"
 
 class QRadioButton;
 

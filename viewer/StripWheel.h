@@ -1,17 +1,17 @@
 #pragma once
 
-#include <QList>
-
 #include "platform/widgets/WheelFilter.h"
 #include "viewer/MouseWheel.h"
 #include "viewer/MouseWheelHook.h"
+
+#include <QList>
 
 class QWidget;
 
 namespace cinedisc {
 
-/// Wheel rolls over a window's strip move the strip of the main window, whichever window they come from: the scroll bar to
-/// move is one value for the whole program.
+/// Wheel rolls over a window's strip move the strip of the main window, whichever window they come from: the
+/// scroll bar to move is one value for the whole program.
 class StripWheel : public MouseWheelHook {
   public:
     /// `watched`: the scroll bar and the previews of the window.
@@ -22,7 +22,8 @@ class StripWheel : public MouseWheelHook {
     /// Whether wheel support was found.
     bool WheelPresent() const { return WheelPresent_; }
 
-    /// The main window's scroll bar; null when there is no main window any more, and a roll raises run-time error 91.
+    /// The main window's scroll bar; null when there is no main window any more, and a roll raises run-time
+    /// error 91.
     static void setMainScrollBar(RangeControl* sb1);
 
   private:
