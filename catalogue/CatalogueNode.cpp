@@ -25,7 +25,11 @@ QString CatalogueNode::text() const {
 
 void CatalogueNode::appendText(QString& all) const {
     if (kind_ == Data::Text) all += data_;
-    for (const CatalogueNode& child : children_) child.appendText(all);
+    for (const CatalogueNode& child : children_) {
+        all += child.spaceBefore_;
+        child.appendText(all);
+    }
+    all += spaceAtEnd_;
 }
 
 const CatalogueNode& CatalogueNode::first() const {

@@ -11,14 +11,17 @@ namespace cinedisc {
 /// and attributes are not kept: everything is found by position.
 class CatalogueNode {
   public:
-    /// An element holds children, any other node its own data.
-    explicit CatalogueNode(std::vector<CatalogueNode> children) : children_(std::move(children)) {}
+    /// An element holds children, any other node its own data. White space alone is no child, but belongs to
+    /// the text: that before a child goes with it, that behind the last one with the element.
+    explicit CatalogueNode(std::vector<CatalogueNode> children, QString spaceAtEnd = {})
+        : spaceAtEnd_(std::move(spaceAtEnd)), children_(std::move(children)) {}
     enum class Data { Text, CommentOrInstruction };
     CatalogueNode(Data kind, QString data) : kind_(kind), data_(std::move(data)) {}
 
     /// Character data of the node and all below it, comments inside left out, outer white space trimmed.
     QString text() const;
     const std::vector<CatalogueNode>& children() const { return children_; }
+    void setSpaceBefore(QString space) { spaceBefore_ = std::move(space); }
 
     /// First child; run-time error 91 when there is none.
     const CatalogueNode& first() const;
@@ -32,6 +35,8 @@ class CatalogueNode {
 
     std::optional<Data> kind_;
     QString data_;
+    QString spaceBefore_;
+    QString spaceAtEnd_;
     std::vector<CatalogueNode> children_;
 };
 

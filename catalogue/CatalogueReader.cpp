@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace cinedisc {
@@ -42,6 +43,11 @@ Document parse(const std::vector<std::byte>& bytes) {
             xmlFreeDoc};
 }
 
+bool isXmlSpace(const QString& text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; });
+}
+
 /// Turns the parser's tree into ours and counts what entities have grown it to.
 class Converter {
   public:
@@ -50,37 +56,44 @@ class Converter {
 
     CatalogueNode element(const xmlNode& node) {
         std::vector<CatalogueNode> children;
-        QString pendingText;
-        const auto flushText = [&] {
-            const bool blank = std::all_of(pendingText.begin(), pendingText.end(), [](QChar c) {
-                return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r';
-            });
-            if (!blank) children.emplace_back(CatalogueNode::Data::Text, pendingText);
-            pendingText.clear();
+        QString space;
+        const auto append = [&](CatalogueNode child) {
+            child.setSpaceBefore(std::exchange(space, {}));
+            children.push_back(std::move(child));
+        };
+        QString text;
+        const auto appendText = [&] {
+            if (isXmlSpace(text)) {
+                space += text;
+            } else {
+                append({CatalogueNode::Data::Text, text});
+            }
+            text.clear();
         };
         for (const xmlNode* child = node.children; child && !exceeded_; child = child->next) {
+            // Text that entities have cut into pieces is one node.
             if (child->type == XML_TEXT_NODE) {
-                pendingText += data(*child);
+                text += data(*child);
                 continue;
             }
-            flushText();
+            appendText();
             switch (child->type) {
                 case XML_ELEMENT_NODE:
-                    children.push_back(element(*child));
+                    append(element(*child));
                     break;
                 case XML_CDATA_SECTION_NODE:
-                    children.emplace_back(CatalogueNode::Data::Text, data(*child));
+                    append({CatalogueNode::Data::Text, data(*child)});
                     break;
                 case XML_COMMENT_NODE:
                 case XML_PI_NODE:
-                    children.emplace_back(CatalogueNode::Data::CommentOrInstruction, data(*child));
+                    append({CatalogueNode::Data::CommentOrInstruction, data(*child)});
                     break;
                 default:
                     break;
             }
         }
-        flushText();
-        return CatalogueNode(std::move(children));
+        appendText();
+        return CatalogueNode(std::move(children), space);
     }
 
     bool exceeded() const { return exceeded_; }
