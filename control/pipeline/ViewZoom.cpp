@@ -17,7 +17,7 @@ int side(int square, double scale) {
 double boundMiddle(double middle, int picture, int view) {
     // The middle of the view lies over the picture, or away from it by no more than leaves half of it
     // visible.
-    const double half = 0.5 * std::min(picture, view);
+    const double half = std::max(1.0, 0.5 * std::min(picture, view));
     const double most = (0.5 * (picture + view) - half) / picture;
     return std::clamp(middle, 0.5 - most, 0.5 + most);
 }
