@@ -1,1 +1,2 @@
+// Placeholder until the first source arrives.
 int main() { return 0; }
