@@ -1,10 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "dicom/ByteSource.h"
 #include "dicom/DataSet.h"
 #include "dicom/Frame.h"
@@ -12,12 +7,17 @@
 #include "dicom/Presentation.h"
 #include "dicom/Result.h"
 
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
 namespace cinedisc::dicom {
 
 /// An opened DICOM file: its header, and its frames decoded one at a time when asked for.
 ///
-/// Opening reads the header once, from the start, and nothing of the pixels but the offset table. Frames are read when
-/// asked for. Immutable after opening; any thread may decode.
+/// Opening reads the header once, from the start, and nothing of the pixels but the offset table. Frames are
+/// read when asked for. Immutable after opening; any thread may decode.
 class DicomFile {
   public:
     /// Opens a file by its path in the platform's encoding (UTF-8 on Linux).
@@ -31,8 +31,8 @@ class DicomFile {
     virtual const PixelFormat& pixelFormat() const = 0;
     virtual Compression compression() const = 0;
 
-    /// Frames that can be asked for: 0 when there is no picture. What the header says unless the file's length proves
-    /// fewer.
+    /// Frames that can be asked for: 0 when there is no picture. What the header says unless the file's
+    /// length proves fewer.
     virtual int frameCount() const = 0;
     /// Frames that the header announces, which a cut-off file has not.
     virtual int announcedFrameCount() const = 0;
@@ -52,17 +52,18 @@ class DicomFile {
     virtual std::vector<std::uint8_t> overlayBits(const Overlay& overlay, int frame) const = 0;
     virtual PixelAspect pixelAspect() const = 0;
 
-    /// The header text of an element as UTF-8, whatever the specific character set; person names as they stand.
+    /// The header text of an element as UTF-8, whatever the specific character set; person names as they
+    /// stand.
     virtual std::string text(Tag tag) const = 0;
 };
 
 /// One line of the header page.
 struct HeaderLine {
-    int depth = 0;        ///< nesting, 0 for the data set itself
+    int depth = 0;  ///< nesting, 0 for the data set itself
     Tag tag;
     std::string vr;
     std::string keyword;
-    std::string value;    ///< UTF-8, one line, shortened for binary values
+    std::string value;  ///< UTF-8, one line, shortened for binary values
 };
 
 /// All elements in file order, nested sequences after their element.
