@@ -86,7 +86,7 @@ void addTwoStudies(Collection& disc) {
 }
 
 void addLargeMatrix(Collection& disc) {
-    const Anatomy winding{9, 1.08, {{Lesion::Site::Circumflex, 0.22, 0.6, 7}}};
+    const Anatomy winding{9, 1.08, {{Lesion::Site::Circumflex, 0.13, 0.55, 7}}};
     disc.patient({"КОВАЛЁВА^ОЛЬГА^ПЕТРОВНА", "CD-100523", "19620905", "F"}, winding, Access::Radial);
     disc.study("20240307", "110500", "Коронарография");
     disc.series("LCA AP CRAN 36", Side::Left);
@@ -94,8 +94,8 @@ void addLargeMatrix(Collection& disc) {
     auto& setup = disc.setup();
     setup.size = 1024;
     setup.bits = 12;
-    setup.noise = 1.0;
-    setup.margins = {0.055, 0.10};
+    setup.noise = 1.2;
+    setup.margins = {0.07, 0.11};
     disc.runs({{0, 36}});
     setup = usual;
     setup.shutter = Shape::Circular;

@@ -170,7 +170,8 @@ std::vector<std::uint16_t> Angiogram::frame(int number) {
     Plane shadow(setup_.size, setup_.size);
     castVessels(shadow, time, moment);
     castCatheter(shadow, time, moment);
-    soften(shadow);
+    // The focal spot and the detector blur by about half a mm.
+    for (int size = 256; size < setup_.size; size *= 2) soften(shadow);
     // Hard rays come through even where contrast is deep.
     constexpr float depth = 105;
     for (auto& value : shadow.values) value = depth * (1 - std::exp(-value / depth));

@@ -33,7 +33,7 @@ class Angiogram {
         ContrastFlow::Injection injection;
         Collimator::Shape shutter = Collimator::Shape::Rectangular;
         Collimator::Margins margins;
-        double noise = 2.0;  ///< grey steps of 0 .. 255 at middle grey
+        double noise = 1.9;  ///< grey steps of 0 .. 255 at middle grey
         std::uint64_t seed = 1;
     };
 

@@ -16,7 +16,7 @@ class Collimator {
     /// `margins`: parts of the picture's side that are covered at the left and right, and at the top and
     /// bottom. A circle fills what is left open.
     struct Margins {
-        double across = 0.03, down = 0.03;
+        double across = 0.035, down = 0.045;
     };
     Collimator(Shape shape, Margins margins, int size);
 

@@ -32,7 +32,7 @@ void smear(std::vector<float>& tile, int side, int step, float weight) {
 QuantumNoise::QuantumNoise(double strength) : tile_(std::size_t{side} * side), strengths_(256) {
     Random random(0x0153);
     for (auto& value : tile_) value = static_cast<float>(random.normal());
-    for (int step : {1, side}) smear(tile_, side, step, 0.42f);
+    for (int step : {1, side}) smear(tile_, side, step, 0.5f);
     for (std::size_t grey = 0; grey < strengths_.size(); ++grey)
         strengths_[grey] =
             static_cast<float>(strength * std::exp((150.0 - static_cast<double>(grey)) / 150.0));
