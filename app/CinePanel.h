@@ -6,8 +6,6 @@
 #include <QRadioButton>
 #include <QSlider>
 
-class QBoxLayout;
-
 namespace cinedisc {
 
 class PatientStepPanel;
@@ -30,11 +28,11 @@ class CinePanel final : public QFrame {
     PatientStepPanel* Frame1 = nullptr;
 
   private:
-    QBoxLayout* playColumn();
-    QBoxLayout* frameColumn();
-    QBoxLayout* imageColumn();
+    QWidget* playButtons();
     QWidget* directionFrame();
-    void addEndOfRunOptions(QBoxLayout& row);
+    QWidget* frameHeading();
+    QWidget* frameSeeker();
+    QWidget* endOfRunAndSpeed();
     QSlider* makeSlider(const char* name, const char* text, int min, int max);
 };
 

@@ -22,12 +22,13 @@
 
 namespace cinedisc {
 
-/// The behaviours of the main window over its controls, whatever these are made of. The window owns it and routes its
-/// events here.
+/// The behaviours of the main window over its controls, whatever these are made of. The window owns it and
+/// routes its events here.
 class Form1Behaviour {
   public:
-    Form1Behaviour(ViewerControls& controls, DiscControls& discControls, const DisplayTools::Controls& toolControls,
-                   ExportFormatDialog& formatDialog, MouseWheelHook& wheelHook);
+    Form1Behaviour(ViewerControls& controls, DiscControls& discControls,
+                   const DisplayTools::Controls& toolControls, ExportFormatDialog& formatDialog,
+                   MouseWheelHook& wheelHook);
 
     /// The window's load handler.
     void Form_Load();

@@ -3,6 +3,7 @@
 #include "app/BackgroundPopUp.h"
 #include "app/CinePanel.h"
 #include "app/PanelParts.h"
+#include "app/PictureRow.h"
 #include "app/StillsPanel.h"
 #include "app/StripPanel.h"
 #include "app/ToolBarPanel.h"
@@ -59,8 +60,7 @@ Form1Layout::Form1Layout(QMainWindow& window, const ViewerFactory& makeViewer) {
 }
 
 QWidget* Form1Layout::pictureRow(QWidget* parent, const ViewerFactory& makeViewer) {
-    auto* area = new QWidget(parent);
-    auto* splitter = new QSplitter(Qt::Horizontal, area);
+    auto* splitter = new QSplitter(Qt::Horizontal, parent);
     FraTree = new TreePanel(splitter);
     ezDicom = named(makeViewer(splitter, ViewerRole::MainView), "ezDicom");
     // The size of what is shown must never move the window's panels.
@@ -72,14 +72,8 @@ QWidget* Form1Layout::pictureRow(QWidget* parent, const ViewerFactory& makeViewe
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({treeWidth, firstWindow.width() - treeWidth});
     FraTree->setVisible(true);
-
-    strip = new StripPanel(makeViewer, area);
-    auto* row = new QHBoxLayout(area);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(panelGap);
-    row->addWidget(splitter, 1);
-    row->addWidget(strip);
-    return area;
+    strip = new StripPanel(makeViewer, parent);
+    return new PictureRow(*splitter, *strip, parent);
 }
 
 QWidget* Form1Layout::stepArea(QWidget* parent) {

@@ -6,6 +6,16 @@
 
 namespace cinedisc {
 
+namespace {
+
+QPushButton* makeStepButton(const ButtonRow& row, QWidget* parent) {
+    QPushButton* button = makeButton(row, parent);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    return button;
+}
+
+}  // namespace
+
 QWidget* groupLine(QWidget* parent) {
     auto* line = new QFrame(parent);
     line->setProperty("groupLine", true);
@@ -32,9 +42,9 @@ QBoxLayout* stepRow(const ButtonRow& back, QLabel& label, const ButtonRow& next,
     label.setAlignment(Qt::AlignCenter);
     auto* row = new QHBoxLayout;
     row->setSpacing(buttonGap);
-    row->addWidget(makeButton(back, parent));
+    row->addWidget(makeStepButton(back, parent));
     row->addWidget(&label, 1);
-    row->addWidget(makeButton(next, parent));
+    row->addWidget(makeStepButton(next, parent));
     return row;
 }
 

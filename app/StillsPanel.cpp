@@ -47,14 +47,20 @@ StillsPanel::StillsPanel(QWidget* parent) : QFrame(parent) {
     Label5 = named(new ElidedLabel("Study Scroll Bar", nameSample, this), "Label5");
     Label6 = named(new ElidedLabel("Series Scroll Bar", nameSample, this), "Label6");
     lblSeries = named(new ElidedLabel("", "Image :0000/0000", this), "lblSeries");
+    // In a wide window the buttons of a step stay near each other.
+    constexpr int widestName = 380;
+    Label5->setMaximumWidth(widestName);
+    Label6->setMaximumWidth(widestName);
     auto* columns = new QHBoxLayout(this);
     columns->setContentsMargins(0, 0, 0, 0);
     columns->setSpacing(panelGap);
+    columns->addStretch();
     columns->addLayout(stepColumn(patient, *Label5, this), 1);
     columns->addWidget(groupLine(this));
     columns->addLayout(stepColumn(series, *Label6, this), 1);
     columns->addWidget(groupLine(this));
-    columns->addLayout(stepColumn(image, *lblSeries, this), 1);
+    columns->addLayout(stepColumn(image, *lblSeries, this));
+    columns->addStretch();
 }
 
 }  // namespace cinedisc

@@ -18,7 +18,7 @@ StripPanel::StripPanel(const ViewerFactory& makeViewer, QWidget* parent) : QWidg
         previews->addWidget(preview);
     }
     sb1 = named(new QScrollBar(Qt::Vertical, this), "sb1");
-    sb1->setRange(1, 1);
+    sb1->setRange(1, 32767);
     sb1->setPageStep(previewCount);
     sb1->setAccessibleName("Image Scroll Bar");
 
@@ -27,20 +27,12 @@ StripPanel::StripPanel(const ViewerFactory& makeViewer, QWidget* parent) : QWidg
     row->setSpacing(buttonGap);
     row->addLayout(previews);
     row->addWidget(sb1);
-    fitWidth();
 }
 
-void StripPanel::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    fitWidth();
-}
-
-void StripPanel::fitWidth() {
+int StripPanel::widthFor(int height) const {
     constexpr int smallestEdge = 80;
-    constexpr int shareOfWindow = 8;
-    const int largestEdge = std::max(smallestEdge, window()->width() / shareOfWindow);
-    const int edge = (height() - (previewCount - 1) * buttonGap) / previewCount;
-    setFixedWidth(std::clamp(edge, smallestEdge, largestEdge) + buttonGap + sb1->sizeHint().width());
+    const int edge = (height - (previewCount - 1) * buttonGap) / previewCount;
+    return std::max(edge, smallestEdge) + buttonGap + sb1->sizeHint().width();
 }
 
 }  // namespace cinedisc

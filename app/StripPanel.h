@@ -22,11 +22,9 @@ class StripPanel final : public QWidget {
     std::array<QWidget*, previewCount> thumb{};
     QScrollBar* sb1 = nullptr;
 
-  protected:
-    void resizeEvent(QResizeEvent* event) override;
-
-  private:
-    void fitWidth();
+    /// The width that makes the previews squares at this height; never less than what one can tell a picture
+    /// by.
+    int widthFor(int height) const;
 };
 
 }  // namespace cinedisc

@@ -1,8 +1,9 @@
 #include "app/Theme.h"
 
+#include "app/DarkStyle.h"
+
 #include <QApplication>
 #include <QPalette>
-#include <QStyleFactory>
 
 namespace cinedisc {
 
@@ -44,6 +45,18 @@ QPushButton:pressed { background: #1c1f23; }
 QPushButton:focus { border-color: #5fa8c8; }
 QPushButton[active="true"] { border-color: #5fa8c8; background: #20333c; }
 QPushButton:disabled { color: #5c646c; }
+QRadioButton { spacing: 6px; }
+QRadioButton::indicator { width: 12px; height: 12px; border: 1px solid #79828b; border-radius: 7px; background: #101214; }
+QRadioButton::indicator:hover { border-color: #d5d9dd; }
+QRadioButton::indicator:focus { border-color: #5fa8c8; }
+QRadioButton::indicator:checked { border-color: #5fa8c8; background: qradialgradient(cx: 0.5, cy: 0.5, radius: 0.5,
+    fx: 0.5, fy: 0.5, stop: 0 #7fc0dc, stop: 0.5 #7fc0dc, stop: 0.6 #101214, stop: 1 #101214); }
+QSlider { min-height: 20px; }
+QSlider::groove:horizontal { height: 4px; border-radius: 2px; background: #34393f; }
+QSlider::sub-page:horizontal { border-radius: 2px; background: #3f7389; }
+QSlider::handle:horizontal { width: 14px; margin: -5px 0; border-radius: 7px; background: #b4bbc2; }
+QSlider::handle:horizontal:hover { background: #e4e7ea; }
+QSlider::handle:horizontal:focus { background: #7fc0dc; }
 QFrame[groupLine="true"] { background: #2c3137; border: none; }
 QFrame[popUp="true"] { background: #1f2327; border: 1px solid #454c54; border-radius: 4px; }
 QFrame[popUp="true"] QPushButton { background: transparent; border-color: transparent; }
@@ -58,7 +71,7 @@ QMenu { border: 1px solid #34393f; }
 }  // namespace
 
 void applyTheme(QApplication& application) {
-    application.setStyle(QStyleFactory::create("Fusion"));
+    application.setStyle(new DarkStyle);
     application.setPalette(darkPalette());
     application.setStyleSheet(sheet);
 }

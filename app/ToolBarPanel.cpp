@@ -41,16 +41,23 @@ ToolBarPanel::ToolBarPanel(QWidget* parent) : QWidget(parent) {
     const auto addGroup = [&](std::span<const ButtonRow> group) {
         for (const ButtonRow& button : group) row->addWidget(makeButton(button, this));
     };
+    const auto addLine = [&] {
+        row->addSpacing(buttonGap);
+        row->addWidget(groupLine(this));
+        row->addSpacing(buttonGap);
+    };
     addGroup(disc);
-    row->addWidget(groupLine(this));
+    addLine();
     addGroup(mouseTools);
-    row->addWidget(groupLine(this));
+    addLine();
     addGroup(display);
-    row->addWidget(groupLine(this));
+    addLine();
     addGroup(option);
     Label1 = named(new ElidedLabel("", "", this), "Label1");
     Label1->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     Label1->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // Of a folder's path the end tells most.
+    Label1->setElideMode(Qt::ElideLeft);
     asRemark(*Label1);
     row->addSpacing(panelGap);
     row->addWidget(Label1, 1);

@@ -9,6 +9,7 @@ namespace cinedisc {
 TreePanel::TreePanel(QWidget* parent) : QGroupBox("Patient List..", parent) {
     setObjectName("FraTree");
     TreeView1 = named(new PatientTreeView(this), "TreeView1");
+    TreeView1->setFrameShape(QFrame::NoFrame);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(TreeView1);

@@ -11,8 +11,8 @@ namespace cinedisc {
 /// and attributes are not kept: everything is found by position.
 class CatalogueNode {
   public:
-    /// An element holds children, any other node its own data. White space alone is no child, but belongs to the text:
-    /// that before a child goes with it, that behind the last one with the element.
+    /// An element holds children, any other node its own data. White space alone is no child, but belongs to
+    /// the text: that before a child goes with it, that behind the last one with the element.
     explicit CatalogueNode(std::vector<CatalogueNode> children, QString spaceAtEnd = {})
         : spaceAtEnd_(std::move(spaceAtEnd)), children_(std::move(children)) {}
     enum class Data { Text, CommentOrInstruction };

@@ -44,6 +44,12 @@ void DiscOpener::backToFirstOpen() {
     // File1 has moved: no picture may go on standing under another patient's name.
     form_.Timer4.putEnabled(false);
     form_.ezDicom.putFileName("");
+    if (disc_.position.StillsMode) {
+        form_.sb1.putMax(stills_.seriesCount() + 1);
+    } else {
+        strip_.putRange();
+    }
+    form_.sb1.putValue(1);
     strip_.clear();
     strip_.ChkThumb();
     disc_.resetNames();

@@ -28,14 +28,26 @@ void PatientOpener::LoadPat() {
 
 void PatientOpener::openCurrentPatient() {
     strip_.clear();
-    probe_.chkImage();
-    if (disc_.position.StillsMode) {
-        openStills();
-    } else {
-        openRuns();
+    try {
+        probe_.chkImage();
+        if (disc_.position.StillsMode) {
+            openStills();
+        } else {
+            openRuns();
+        }
+    } catch (const RunTimeError&) {
+        unloadPicture();
+        throw;
     }
     strip_.ChkThumb();
+    if (form_.thumb(0).FileName().isEmpty()) unloadPicture();
     loader_.LoadImage(0);
+}
+
+void PatientOpener::unloadPicture() {
+    // The picture of the patient before must not stand under this one's name.
+    form_.Timer4.putEnabled(false);
+    form_.ezDicom.putFileName("");
 }
 
 void PatientOpener::openRuns() {

@@ -31,6 +31,7 @@ class PatientOpener {
   private:
     void openRuns();
     void openStills();
+    void unloadPicture();
 
     ViewerControls& form_;
     DiscControls& disc_;

@@ -29,8 +29,8 @@ quint32 wheelMessage(qint32 code, const std::function<quint32()>& registeredMess
     return known != codesWithSystemMessage.end() ? systemWheelMessage : registeredMessage();
 }
 
-void roll(RangeControl& sb1, Roll direction) {
-    if (direction == Roll::AwayFromUser) {
+void roll(RangeControl& sb1, WheelRoll direction) {
+    if (direction == WheelRoll::AwayFromUser) {
         if (sb1.Value() > 1) sb1.putValue(sb1.Value() - 1);
     } else if (sb1.Value() < sb1.Max()) {
         sb1.putValue(sb1.Value() + 1);

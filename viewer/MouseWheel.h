@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/RangeControl.h"
+#include "platform/WheelRoll.h"
 
 #include <QtGlobal>
 
@@ -18,10 +19,8 @@ qint32 osWheelCode(quint32 platform, quint32 majorVersion, quint32 minorVersion,
 /// Message number of a roll for a code: the system's own, or the one registered under "MSWHEEL_ROLLMSG".
 quint32 wheelMessage(qint32 code, const std::function<quint32()>& registeredMessage);
 
-enum class Roll { AwayFromUser, TowardsUser };
-
 /// One step of the strip's scroll bar within 1 and its maximum, whatever the size of the roll.
-void roll(RangeControl& sb1, Roll direction);
+void roll(RangeControl& sb1, WheelRoll direction);
 
 }  // namespace wheel
 

@@ -35,7 +35,7 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
 }
 
 QString ElidedLabel::drawnText() const {
-    return fontMetrics().elidedText(oneLine(text()), Qt::ElideRight, contentsRect().width());
+    return fontMetrics().elidedText(oneLine(text()), elideMode_, contentsRect().width());
 }
 
 }  // namespace cinedisc

@@ -13,6 +13,8 @@ class ElidedLabel final : public QLabel {
   public:
     /// At least as wide as `sample` needs.
     ElidedLabel(const QString& text, const QString& sample, QWidget* parent = nullptr);
+    /// Where a long text is cut; at its end unless told otherwise.
+    void setElideMode(Qt::TextElideMode mode) { elideMode_ = mode; }
     QSize sizeHint() const override { return hint_; }
     QSize minimumSizeHint() const override { return hint_; }
 
@@ -24,6 +26,7 @@ class ElidedLabel final : public QLabel {
     QString drawnText() const;
 
     QSize hint_;
+    Qt::TextElideMode elideMode_ = Qt::ElideRight;
 };
 
 }  // namespace cinedisc

@@ -18,7 +18,7 @@ QSize IndicatorOption::sizeHint() const {
     initStyleOption(&option);
     const QSize indicator(style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth, &option, this),
                           style()->pixelMetric(QStyle::PM_ExclusiveIndicatorHeight, &option, this));
-    constexpr int focusFrame = 4;
+    constexpr int focusFrame = 2;
     return indicator.grownBy(QMargins(0, 0, focusFrame, focusFrame));
 }
 

@@ -1,7 +1,10 @@
 #include "platform/widgets/PopUpPanel.h"
 
+#include <QAbstractButton>
 #include <QEvent>
 #include <QShortcut>
+
+#include <algorithm>
 
 namespace cinedisc {
 
@@ -20,7 +23,15 @@ void PopUpPanel::showEvent(QShowEvent* event) {
     QFrame::showEvent(event);
     place();
     raise();
-    focusNextChild();
+    focusBefore_ = window()->focusWidget();
+    const auto choices = findChildren<QAbstractButton*>();
+    const auto chosen = std::ranges::find_if(choices, &QAbstractButton::isChecked);
+    if (!choices.isEmpty()) (chosen == choices.end() ? choices.front() : *chosen)->setFocus();
+}
+
+void PopUpPanel::hideEvent(QHideEvent* event) {
+    if (focusBefore_) focusBefore_->setFocus();
+    QFrame::hideEvent(event);
 }
 
 bool PopUpPanel::eventFilter(QObject* watched, QEvent* event) {

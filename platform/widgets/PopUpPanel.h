@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFrame>
+#include <QPointer>
 
 namespace cinedisc {
 
@@ -15,12 +16,14 @@ class PopUpPanel : public QFrame {
 
   protected:
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void place();
 
     QWidget& button_;
+    QPointer<QWidget> focusBefore_;
 };
 
 }  // namespace cinedisc

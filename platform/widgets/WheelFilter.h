@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/WheelRoll.h"
+
 #include <QObject>
 
 #include <functional>
@@ -7,8 +9,6 @@
 class QWidget;
 
 namespace cinedisc {
-
-enum class WheelRoll { AwayFromUser, TowardsUser };
 
 /// Turns each wheel event with a vertical part over the watched widgets into one call of the handler,
 /// whatever the event's size. The widget gets no wheel event: a scroll bar would make a step of its own.

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/form/RecordingForm1.h"
+
+#include <gtest/gtest.h>
 
 namespace cinedisc::test {
 namespace {
@@ -35,13 +35,15 @@ class CatalogueLoaderTest : public testing::Test {
     RecordingForm1 form{disc.path()};
 };
 
-const QByteArray onePatient = "<p><n>A</n><x><n>s</n><y><n>t</n><z><n>1</n><more/></z><z><n>2</n></z></y></x></p>";
+const QByteArray onePatient =
+    "<p><n>A</n><x><n>s</n><y><n>t</n><z><n>1</n><more/></z><z><n>2</n></z></y></x></p>";
 
 TEST_F(CatalogueLoaderTest, FillsFourLevelsByPosition) {
-    EXPECT_EQ(load("<cd>" + onePatient +
-                   "<q><who>B</who><x><n>s1</n><y><n>t1</n><z><n>1</n></z></y><y><n>t2</n><z><n>1</n></z></y></x>"
-                   "<x><n>s2</n><y><n>t3</n><z><n>1</n></z></y></x></q></cd>"),
-              0);
+    EXPECT_EQ(
+        load("<cd>" + onePatient +
+             "<q><who>B</who><x><n>s1</n><y><n>t1</n><z><n>1</n></z></y><y><n>t2</n><z><n>1</n></z></y></x>"
+             "<x><n>s2</n><y><n>t3</n><z><n>1</n></z></y></x></q></cd>"),
+        0);
     EXPECT_EQ(tree(),
               "A[Patient000/1] .s ..t ...1 ...2 B[Patient001/1] .s1 ..t1 ...1 ..t2 ...1 .s2 ..t3 ...1");
     EXPECT_TRUE(form.FraTree.Visible());
@@ -89,7 +91,8 @@ TEST_F(CatalogueLoaderTest, CounterOverflowsAfterTheNodeOfTheLastPatient) {
 }
 
 TEST_F(CatalogueLoaderTest, NumbersHaveThreeCharactersAtLeast) {
-    const std::pair<int, const char*> cases[] = {{0, "000"}, {7, "007"}, {42, "042"}, {1000, "1000"}, {-1, "0-1"}};
+    const std::pair<int, const char*> cases[] = {
+        {0, "000"}, {7, "007"}, {42, "042"}, {1000, "1000"}, {-1, "0-1"}};
     for (const auto& [number, text] : cases) EXPECT_EQ(CatalogueLoader::UDirect(number), text);
 }
 
@@ -107,7 +110,8 @@ TEST_F(CatalogueLoaderTest, DetailsByPosition) {
         int study, series;
         const char* shown;
     };
-    for (const Case& c : {Case{0, 0, "t1"}, {0, 1, "t2"}, {1, 0, "t3"}, {1, 1, "t3"}, {5, 0, "t3"}, {2, 0, "t3"}}) {
+    for (const Case& c :
+         {Case{0, 0, "t1"}, {0, 1, "t2"}, {1, 0, "t3"}, {1, 1, "t3"}, {5, 0, "t3"}, {2, 0, "t3"}}) {
         details.SerDisplay(c.study, c.series);
         EXPECT_EQ(form.Label6.Caption(), c.shown);
         EXPECT_EQ(form.Label15.Caption(), c.shown);

@@ -1,10 +1,9 @@
 #include "catalogue/CatalogueReader.h"
+#include "platform/RunTimeError.h"
+#include "tests/support/DiscBuilder.h"
 
 #include <QStringConverter>
 #include <gtest/gtest.h>
-
-#include "platform/RunTimeError.h"
-#include "tests/support/DiscBuilder.h"
 
 namespace cinedisc::test {
 namespace {
@@ -39,13 +38,15 @@ TEST_F(CatalogueReaderTest, Encodings) {
                           {"windows-1251", "\xC8\xE2\xE0\xED", u"Иван"},
                           {"windows-1252", "\x8Aim\x9Cn", u"Šimœn"},
                           {"GB18030", "\xCD\xF5\xD0\xA1\xB6\xAB", u"王小东"}}) {
-        const auto root =
-            read(QByteArray("<?xml version=\"1.0\" encoding=\"") + c.declared + "\"?><a><b>" + c.name + "</b></a>");
+        const auto root = read(QByteArray("<?xml version=\"1.0\" encoding=\"") + c.declared + "\"?><a><b>" +
+                               c.name + "</b></a>");
         ASSERT_TRUE(root) << c.declared;
         EXPECT_EQ(texts(*root), QStringList(QString::fromUtf16(c.expected))) << c.declared;
     }
-    const QString document = QString::fromUtf16(u"<?xml version=\"1.0\" encoding=\"UTF-16\"?><a><b>Иван</b></a>");
-    for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE, QStringConverter::Utf8}) {
+    const QString document =
+        QString::fromUtf16(u"<?xml version=\"1.0\" encoding=\"UTF-16\"?><a><b>Иван</b></a>");
+    for (const auto encoding :
+         {QStringConverter::Utf16LE, QStringConverter::Utf16BE, QStringConverter::Utf8}) {
         QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
         QString text = document;
         if (encoding == QStringConverter::Utf8) text.replace("UTF-16", "UTF-8");
@@ -71,18 +72,24 @@ TEST_F(CatalogueReaderTest, HostileOrBrokenFilesAreNotWellFormed) {
     DiscBuilder::write(secret, "secret");
     QByteArray laughs = "<?xml version='1.0'?><!DOCTYPE a [<!ENTITY l0 'hahahahahahahahahaha'>";
     for (int i = 1; i < 12; ++i) {
-        laughs += "<!ENTITY l" + QByteArray::number(i) + " '" + QByteArray("&l" + QByteArray::number(i - 1) + ";").repeated(10) +
-                  "'>";
+        laughs += "<!ENTITY l" + QByteArray::number(i) + " '" +
+                  QByteArray("&l" + QByteArray::number(i - 1) + ";").repeated(10) + "'>";
     }
     laughs += "]><a><b>&l11;</b></a>";
-    QByteArray quadratic = "<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e '" + QByteArray(100000, 'x') + "'>]><a><b>" +
-                           QByteArray("&e;").repeated(20000) + "</b></a>";
-    const QByteArray cases[] = {"", "no markup", "<a><b></a>", "<a/><a/>", "<?xml version='1.0' encoding='no-such'?><a/>",
-                                laughs, quadratic, QByteArray("<a>").repeated(30 << 20)};
+    QByteArray quadratic = "<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e '" + QByteArray(100000, 'x') +
+                           "'>]><a><b>" + QByteArray("&e;").repeated(20000) + "</b></a>";
+    const QByteArray cases[] = {"",
+                                "no markup",
+                                "<a><b></a>",
+                                "<a/><a/>",
+                                "<?xml version='1.0' encoding='no-such'?><a/>",
+                                laughs,
+                                quadratic,
+                                QByteArray("<a>").repeated(30 << 20)};
     for (const QByteArray& content : cases) EXPECT_FALSE(read(content)) << content.left(60).constData();
 
-    const auto external = read("<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e SYSTEM 'file://" + secret.toUtf8() +
-                               "'>]><a><b>&e;</b></a>");
+    const auto external = read("<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e SYSTEM 'file://" +
+                               secret.toUtf8() + "'>]><a><b>&e;</b></a>");
     if (external) {
         EXPECT_EQ(texts(*external), QStringList(""));
     }

@@ -1,14 +1,14 @@
+#include "tests/support/form/RecordingForm1.h"
+
 #include <QDir>
 #include <gtest/gtest.h>
-
-#include "tests/support/form/RecordingForm1.h"
 
 namespace cinedisc::test {
 namespace {
 
-const QList<PatientPlan> twoCinePatientsAndStills{
-    patientOf("Cine A", {{30, 20, 10}, {5}}), patientOf("Cine B", {{7, 8, 9, 10, 11, 12, 13}}),
-    patientOf("Stills C", {{1, 1}, {1}, {1, 1, 1}})};
+const QList<PatientPlan> twoCinePatientsAndStills{patientOf("Cine A", {{30, 20, 10}, {5}}),
+                                                  patientOf("Cine B", {{7, 8, 9, 10, 11, 12, 13}}),
+                                                  patientOf("Stills C", {{1, 1}, {1}, {1, 1, 1}})};
 
 struct OpenedDisc {
     explicit OpenedDisc(const QList<PatientPlan>& patients = twoCinePatientsAndStills)
@@ -146,19 +146,22 @@ TEST(TreeClick, PutsOfAnOpeningInOrder) {
     const QStringList puts = form.putsWithoutFolders();
     EXPECT_EQ(puts.mid(0, 2), QStringList({"Label5.Caption=A", "Label13.Caption=A"}));
     const qsizetype probe = puts.indexOf("ezTest.FileName=1.dcm");
-    EXPECT_EQ(puts.mid(2, 5), QStringList({"thumb(0).ThumbIndex=-1", "thumb(1).ThumbIndex=-1", "thumb(2).ThumbIndex=-1",
-                                           "thumb(3).ThumbIndex=-1", "thumb(4).ThumbIndex=-1"}));
-    EXPECT_EQ(puts.mid(probe, 15),
-              QStringList({"ezTest.FileName=1.dcm", "Frame8.Visible=False", "Frame9.Visible=True", "sb1.Max=3",
-                           "ezDicom.BestFit=True", "thumb(0).BackgroundFill=False", "thumb(0).BestFit=True",
-                           "thumb(0).FileName=1.dcm", "thumb(0).BestFit=True", "thumb(1).BackgroundFill=False",
-                           "thumb(1).BestFit=True", "thumb(1).FileName=2.dcm", "thumb(1).BestFit=True", "sb1.Value=3",
-                           "thumb(0).BackgroundFill=False"}));
+    EXPECT_EQ(puts.mid(2, 5),
+              QStringList({"thumb(0).ThumbIndex=-1", "thumb(1).ThumbIndex=-1", "thumb(2).ThumbIndex=-1",
+                           "thumb(3).ThumbIndex=-1", "thumb(4).ThumbIndex=-1"}));
+    EXPECT_EQ(
+        puts.mid(probe, 15),
+        QStringList({"ezTest.FileName=1.dcm", "Frame8.Visible=False", "Frame9.Visible=True", "sb1.Max=3",
+                     "ezDicom.BestFit=True", "thumb(0).BackgroundFill=False", "thumb(0).BestFit=True",
+                     "thumb(0).FileName=1.dcm", "thumb(0).BestFit=True", "thumb(1).BackgroundFill=False",
+                     "thumb(1).BestFit=True", "thumb(1).FileName=2.dcm", "thumb(1).BestFit=True",
+                     "sb1.Value=3", "thumb(0).BackgroundFill=False"}));
     EXPECT_EQ(puts.mid(puts.indexOf("ezDicom.FileName=1.dcm"), 3),
               QStringList({"ezDicom.FileName=1.dcm", "ezDicom.BestFit=True", "sb1.Value=1"}));
-    EXPECT_EQ(puts.mid(puts.size() - 5),
-              QStringList({"lblImg.Caption=Image : 1/2", "Timer4.Enabled=True", "Label6.Caption=A Study1 Series1",
-                           "Label15.Caption=A Study1 Series1", "FraTree.Visible=False"}));
+    EXPECT_EQ(
+        puts.mid(puts.size() - 5),
+        QStringList({"lblImg.Caption=Image : 1/2", "Timer4.Enabled=True", "Label6.Caption=A Study1 Series1",
+                     "Label15.Caption=A Study1 Series1", "FraTree.Visible=False"}));
 }
 
 TEST(TreeClick, OtherNodesDoNothing) {

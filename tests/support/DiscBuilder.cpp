@@ -1,11 +1,12 @@
 #include "tests/support/DiscBuilder.h"
 
+#include "platform/Paths.h"
+
 #include <QDir>
 #include <QFile>
 #include <QXmlStreamWriter>
-#include <stdexcept>
 
-#include "platform/Paths.h"
+#include <stdexcept>
 
 namespace cinedisc::test {
 
@@ -19,7 +20,8 @@ DiscBuilder::DiscBuilder(const QList<PatientPlan>& patients) {
                 const QString folder = joinPath(joinPath(patient, study.folder), series.folder);
                 QDir().mkpath(folder);
                 for (int i = 0; i < series.frames.size(); ++i) {
-                    write(joinPath(folder, QString("%1.dcm").arg(i + 1)), QByteArray::number(series.frames[i]));
+                    write(joinPath(folder, QString("%1.dcm").arg(i + 1)),
+                          QByteArray::number(series.frames[i]));
                 }
             }
         }

@@ -6,7 +6,8 @@
 
 namespace cinedisc::test {
 
-/// A series folder to be built: its files are named 1.dcm, 2.dcm ... and hold the number of their frames as text.
+/// A series folder to be built: its files are named 1.dcm, 2.dcm ... and hold the number of their frames as
+/// text.
 struct SeriesPlan {
     QString folder;
     QList<int> frames;

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <functional>
-#include <vector>
-
 #include "platform/Dialogs.h"
 #include "platform/Label.h"
 #include "platform/MessageLoop.h"
@@ -13,6 +10,9 @@
 #include "platform/TimerControl.h"
 #include "platform/TreeControl.h"
 #include "tests/support/Journal.h"
+
+#include <functional>
+#include <vector>
 
 // Stand-ins for the controls of a window. They keep the rules of the real ones and write down every put.
 namespace cinedisc::test {

@@ -5,8 +5,8 @@
 
 namespace cinedisc::test {
 
-/// A viewer that shows nothing and writes down every put. A file's frames are the number that the file holds as text; a file
-/// that cannot be read has none.
+/// A viewer that shows nothing and writes down every put. A file's frames are the number that the file holds
+/// as text; a file that cannot be read has none.
 class RecordingViewer : public ViewerControl {
   public:
     RecordingViewer(QString name, Journal& journal) : name_(std::move(name)), journal_(journal) {}
@@ -23,12 +23,12 @@ class RecordingViewer : public ViewerControl {
     double WindowWidth() const override { return windowWidth_; }
     void putWindowWidth(double width) override { record("WindowWidth", windowWidth_, width); }
 
-#define CINEDISC_RECORDED_MEMBER(Type, Parameter, Name, initial)                       \
-  public:                                                                              \
-    Type Name() const override { return Name##_; }                                     \
-    void put##Name(Parameter value) override { record(#Name, Name##_, Type(value)); }  \
-                                                                                       \
-  private:                                                                             \
+#define CINEDISC_RECORDED_MEMBER(Type, Parameter, Name, initial)                      \
+  public:                                                                             \
+    Type Name() const override { return Name##_; }                                    \
+    void put##Name(Parameter value) override { record(#Name, Name##_, Type(value)); } \
+                                                                                      \
+  private:                                                                            \
     Type Name##_ = initial;
 
     CINEDISC_RECORDED_MEMBER(qint32, qint32, ZoomPercent, 100)

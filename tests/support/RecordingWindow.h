@@ -1,15 +1,16 @@
 #pragma once
 
-#include <array>
-#include <memory>
-
 #include "tests/support/RecordingControls.h"
 #include "tests/support/RecordingViewer.h"
 #include "viewer/ViewerControls.h"
 
+#include <array>
+#include <memory>
+
 namespace cinedisc::test {
 
-/// The controls that every viewer window has, as stand-ins, with the ranges of a window that has just been opened.
+/// The controls that every viewer window has, as stand-ins, with the ranges of a window that has just been
+/// opened.
 class RecordingWindow {
   public:
     RecordingWindow();

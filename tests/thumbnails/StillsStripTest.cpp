@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/form/RecordingForm1.h"
+
+#include <gtest/gtest.h>
 
 namespace cinedisc::test {
 namespace {
@@ -45,8 +45,12 @@ TEST(StillsStrip, SeriesShownAtEachPosition) {
         int value;
         const char* shown;
     };
-    for (const Case& c : {Case{7, "S2 S4 S5 S7 S8"}, {8, "S4 S5 S7 S8 S9"}, {9, "S4 S5 S7 S8 S9"},
-                          {10, "S4 S5 S7 S8 S9"}, {3, "S1 S2 S4 S5 S7"}, {5, "S1 S2 S4 S5 S7"}}) {
+    for (const Case& c : {Case{7, "S2 S4 S5 S7 S8"},
+                          {8, "S4 S5 S7 S8 S9"},
+                          {9, "S4 S5 S7 S8 S9"},
+                          {10, "S4 S5 S7 S8 S9"},
+                          {3, "S1 S2 S4 S5 S7"},
+                          {5, "S1 S2 S4 S5 S7"}}) {
         form.sb1.putValue(c.value);
         EXPECT_EQ(shownSeries(form), c.shown) << c.value;
     }

@@ -1,9 +1,8 @@
+#include "tests/support/DiscBuilder.h"
+#include "tests/support/RecordingWindow.h"
 #include "thumbnails/ThumbnailStrip.h"
 
 #include <gtest/gtest.h>
-
-#include "tests/support/DiscBuilder.h"
-#include "tests/support/RecordingWindow.h"
 
 namespace cinedisc::test {
 namespace {
@@ -80,7 +79,8 @@ TEST(ThumbnailStrip, PutsWhileScrolling) {
         QStringList first = window.putsWithoutFolders().filter("thumb(0)");
         QStringList expected{"thumb(0).BackgroundFill=False", "thumb(0).FileName=1.dcm"};
         if (fits) expected << "thumb(0).BestFit=True";
-        expected << "thumb(0).ThumbStyle=2" << "thumb(0).BestFit=True";
+        expected << "thumb(0).ThumbStyle=2"
+                 << "thumb(0).BestFit=True";
         EXPECT_EQ(first, expected);
         EXPECT_EQ(window.putsWithoutFolders().filter("thumb(4)"),
                   QStringList({"thumb(4).ThumbIndex=-1", "thumb(4).FileName=", "thumb(4).ThumbStyle=0"}));

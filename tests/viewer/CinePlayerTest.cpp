@@ -1,9 +1,8 @@
+#include "tests/support/DiscBuilder.h"
+#include "tests/support/RecordingWindow.h"
 #include "viewer/CinePlayer.h"
 
 #include <gtest/gtest.h>
-
-#include "tests/support/DiscBuilder.h"
-#include "tests/support/RecordingWindow.h"
 
 namespace cinedisc::test {
 namespace {
@@ -56,35 +55,89 @@ TEST_P(CineTick, PutsInOrder) {
 INSTANTIATE_TEST_SUITE_P(
     Branches, CineTick,
     testing::Values(
-        TickCase{"LoopForwardInside", true, true, 0, 2,
-                 {"Slider2.Max=3", "ezDicom.CurrentFrame=3", "Slider2.Value=3", "lblFra.Caption=Frame :3", "DoEvents"}},
-        TickCase{"LoopForwardAtEnd", true, true, 0, 3,
-                 {"ezDicom.CurrentFrame=1", "Slider2.Max=3", "Slider2.Value=1", "lblFra.Caption=Frame :1", "DoEvents"}},
-        TickCase{"LoopForwardSingleFrame", true, true, 1, 1,
+        TickCase{"LoopForwardInside",
+                 true,
+                 true,
+                 0,
+                 2,
+                 {"Slider2.Max=3", "ezDicom.CurrentFrame=3", "Slider2.Value=3", "lblFra.Caption=Frame :3",
+                  "DoEvents"}},
+        TickCase{"LoopForwardAtEnd",
+                 true,
+                 true,
+                 0,
+                 3,
+                 {"ezDicom.CurrentFrame=1", "Slider2.Max=3", "Slider2.Value=1", "lblFra.Caption=Frame :1",
+                  "DoEvents"}},
+        TickCase{"LoopForwardSingleFrame",
+                 true,
+                 true,
+                 1,
+                 1,
                  {"ezDicom.CurrentFrame=1", "Slider2.Value=1", "lblFra.Caption=Frame :1", "DoEvents"}},
-        TickCase{"LoopReverseInside", false, true, 0, 3,
-                 {"Slider2.Max=3", "ezDicom.CurrentFrame=2", "Slider2.Value=2", "lblFra.Caption=Frame :2", "DoEvents"}},
-        TickCase{"LoopReverseAtStart", false, true, 2, 1,
-                 {"Slider2.Max=4", "ezDicom.CurrentFrame=4", "Slider2.Value=4", "lblFra.Caption=Frame :4", "DoEvents"}},
-        TickCase{"LoopReverseSingleFrame", false, true, 1, 1,
+        TickCase{"LoopReverseInside",
+                 false,
+                 true,
+                 0,
+                 3,
+                 {"Slider2.Max=3", "ezDicom.CurrentFrame=2", "Slider2.Value=2", "lblFra.Caption=Frame :2",
+                  "DoEvents"}},
+        TickCase{"LoopReverseAtStart",
+                 false,
+                 true,
+                 2,
+                 1,
+                 {"Slider2.Max=4", "ezDicom.CurrentFrame=4", "Slider2.Value=4", "lblFra.Caption=Frame :4",
+                  "DoEvents"}},
+        TickCase{"LoopReverseSingleFrame",
+                 false,
+                 true,
+                 1,
+                 1,
                  {"ezDicom.CurrentFrame=1", "Slider2.Value=1", "lblFra.Caption=Frame :1", "DoEvents"}},
-        TickCase{"ContinueForwardInside", true, false, 0, 1,
-                 {"Slider2.Max=3", "ezDicom.CurrentFrame=2", "Slider2.Value=2", "lblFra.Caption=Frame :2", "DoEvents"}},
-        TickCase{"ContinueForwardToSingleFrame", true, false, 0, 3,
+        TickCase{"ContinueForwardInside",
+                 true,
+                 false,
+                 0,
+                 1,
+                 {"Slider2.Max=3", "ezDicom.CurrentFrame=2", "Slider2.Value=2", "lblFra.Caption=Frame :2",
+                  "DoEvents"}},
+        TickCase{"ContinueForwardToSingleFrame",
+                 true,
+                 false,
+                 0,
+                 3,
                  {"ezDicom.FileName=2.dcm", "sb1.Value=2", "Slider2.Value=1", "lblImg.Caption=Image : 2/3",
                   "lblFra.Caption=Frame :1", "DoEvents"}},
-        TickCase{"ContinueForwardFromSingleFrame", true, false, 1, 1,
+        TickCase{"ContinueForwardFromSingleFrame",
+                 true,
+                 false,
+                 1,
+                 1,
                  {"ezDicom.FileName=3.dcm", "Slider2.Max=4", "sb1.Value=3", "Slider2.Value=1",
                   "lblImg.Caption=Image : 3/3", "lblFra.Caption=Frame :1", "DoEvents"}},
-        TickCase{"ContinueForwardWraps", true, false, 2, 4,
+        TickCase{"ContinueForwardWraps",
+                 true,
+                 false,
+                 2,
+                 4,
                  {"ezDicom.FileName=1.dcm", "Slider2.Max=3", "sb1.Value=1", "Slider2.Value=1",
                   "lblImg.Caption=Image : 1/3", "lblFra.Caption=Frame :1", "DoEvents"}},
-        TickCase{"ContinueReverseInside", false, false, 2, 4,
-                 {"Slider2.Max=4", "ezDicom.CurrentFrame=3", "Slider2.Value=3", "lblFra.Caption=Frame :3", "DoEvents",
-                  "DoEvents"}},
-        TickCase{"ContinueReverseWrapsToLastFrame", false, false, 0, 1,
-                 {"ezDicom.FileName=3.dcm", "Slider2.Max=4", "sb1.Value=3", "ezDicom.CurrentFrame=4", "Slider2.Value=4",
-                  "lblImg.Caption=Image : 3/3", "lblFra.Caption=Frame :4", "DoEvents", "DoEvents"}}),
+        TickCase{"ContinueReverseInside",
+                 false,
+                 false,
+                 2,
+                 4,
+                 {"Slider2.Max=4", "ezDicom.CurrentFrame=3", "Slider2.Value=3", "lblFra.Caption=Frame :3",
+                  "DoEvents", "DoEvents"}},
+        TickCase{"ContinueReverseWrapsToLastFrame",
+                 false,
+                 false,
+                 0,
+                 1,
+                 {"ezDicom.FileName=3.dcm", "Slider2.Max=4", "sb1.Value=3", "ezDicom.CurrentFrame=4",
+                  "Slider2.Value=4", "lblImg.Caption=Image : 3/3", "lblFra.Caption=Frame :4", "DoEvents",
+                  "DoEvents"}}),
     testing::PrintToStringParamName());
 
 TEST_F(CinePlayerTest, TickTakesTheLabelToolAway) {
@@ -143,8 +196,8 @@ TEST_F(CinePlayerTest, ButtonsNeedAFile) {
     show(0, 1);
     pressAll();
     EXPECT_EQ(window.journal.entries(),
-              QStringList({"Option9.Value=True", "Timer4.Enabled=True", "Option10.Value=True", "Timer4.Enabled=True",
-                           "Timer4.Enabled=False"}));
+              QStringList({"Option9.Value=True", "Timer4.Enabled=True", "Option10.Value=True",
+                           "Timer4.Enabled=True", "Timer4.Enabled=False"}));
 }
 
 TEST_F(CinePlayerTest, SpeedSliderSetsTheInterval) {
@@ -164,9 +217,9 @@ TEST_F(CinePlayerTest, HoldAndResume) {
     cine.hold();
     cine.resume();
     EXPECT_EQ(window.journal.entries(),
-              QStringList({"ezDicom.RangeStart=2", "ezDicom.RangeEnd=4", "ezDicom.RangeModeA=3", "ezDicom.RangeModeB=3",
-                           "Timer4.Enabled=False", "ezDicom.RangeModeA=1", "ezDicom.RangeModeB=1",
-                           "Timer4.Enabled=True"}));
+              QStringList({"ezDicom.RangeStart=2", "ezDicom.RangeEnd=4", "ezDicom.RangeModeA=3",
+                           "ezDicom.RangeModeB=3", "Timer4.Enabled=False", "ezDicom.RangeModeA=1",
+                           "ezDicom.RangeModeB=1", "Timer4.Enabled=True"}));
 }
 
 TEST_F(CinePlayerTest, SimpleClockWrapsAndLeavesSlidersAlone) {

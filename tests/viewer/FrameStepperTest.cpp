@@ -1,11 +1,10 @@
-#include "viewer/FrameStepper.h"
-
-#include <gtest/gtest.h>
-
 #include "tests/support/DiscBuilder.h"
 #include "tests/support/RecordingWindow.h"
+#include "viewer/FrameStepper.h"
 #include "viewer/MouseWheel.h"
 #include "viewer/TimerSteppers.h"
+
+#include <gtest/gtest.h>
 
 namespace cinedisc::test {
 namespace {
@@ -47,12 +46,17 @@ TEST_F(FrameStepperTest, FrameStepsWrapAndKeepLabels) {
         bool next;
         int to;
     };
-    for (const Case& step : {Case{0, 2, true, 3}, {0, 3, true, 1}, {0, 2, false, 1}, {0, 1, false, 3}, {1, 1, true, 1},
+    for (const Case& step : {Case{0, 2, true, 3},
+                             {0, 3, true, 1},
+                             {0, 2, false, 1},
+                             {0, 1, false, 3},
+                             {1, 1, true, 1},
                              {1, 1, false, 1}}) {
         show(step.file, step.from);
         step.next ? stepper.cmdNext_Click() : stepper.cmdPrev_Click();
         EXPECT_EQ(window.journal.entries(),
-                  QStringList({QString("ezDicom.CurrentFrame=%1").arg(step.to), QString("Slider2.Value=%1").arg(step.to),
+                  QStringList({QString("ezDicom.CurrentFrame=%1").arg(step.to),
+                               QString("Slider2.Value=%1").arg(step.to),
                                QString("lblImg.Caption=Image : %1/3").arg(step.file + 1),
                                QString("lblFra.Caption=Frame :%1").arg(step.to)}));
     }
@@ -61,13 +65,15 @@ TEST_F(FrameStepperTest, FrameStepsWrapAndKeepLabels) {
 TEST_F(FrameStepperTest, ImageStepsWrapAndTheFrameLabelLags) {
     show(2, 4);
     stepper.cmdNextImage_Click();
-    EXPECT_EQ(window.putsWithoutFolders(), QStringList({"ezDicom.FileName=1.dcm", "sb1.Value=1",
-                                                        "lblImg.Caption=Image : 1/3", "lblFra.Caption=Frame :4"}));
+    EXPECT_EQ(window.putsWithoutFolders(),
+              QStringList({"ezDicom.FileName=1.dcm", "sb1.Value=1", "lblImg.Caption=Image : 1/3",
+                           "lblFra.Caption=Frame :4"}));
     EXPECT_EQ(window.ezDicom.CurrentFrame(), 1);
     window.journal.clear();
     stepper.cmdPrevImage_Click();
-    EXPECT_EQ(window.putsWithoutFolders(), QStringList({"ezDicom.FileName=3.dcm", "sb1.Value=3",
-                                                        "lblImg.Caption=Image : 3/3", "lblFra.Caption=Frame :4"}));
+    EXPECT_EQ(window.putsWithoutFolders(),
+              QStringList({"ezDicom.FileName=3.dcm", "sb1.Value=3", "lblImg.Caption=Image : 3/3",
+                           "lblFra.Caption=Frame :4"}));
 }
 
 TEST_F(FrameStepperTest, ReverseContinuousEntersThePreviousFileAtItsEnd) {
@@ -111,7 +117,8 @@ TEST_F(FrameStepperTest, TimerSteppersWrapOverFramesAndFiles) {
     QStringList visited;
     for (int i = 0; i < 10; ++i) {
         steppers.stepForward();
-        visited << QString("%1:%2").arg(window.File1.positionOf(window.ezDicom.FileName()).value())
+        visited << QString("%1:%2")
+                       .arg(window.File1.positionOf(window.ezDicom.FileName()).value())
                        .arg(window.ezDicom.CurrentFrame());
     }
     EXPECT_EQ(visited.join(' '), "1:1 2:1 2:2 2:3 2:4 0:1 0:2 0:3 1:1 2:1");
@@ -125,9 +132,15 @@ TEST(MouseWheel, CodesOfPlatformVersions) {
     };
     constexpr qint32 unchanged = 7;
     constexpr quint32 registered = 0xC123;
-    for (const Case& c : {Case{0, 3, 1, 32, 0x20A}, {1, 4, 0, 95, 0x20A}, {1, 4, 10, 98, 0x20A},
-                          {1, 4, 90, unchanged, registered}, {2, 3, 51, 351, 0x20A}, {2, 4, 0, 40, 0x20A},
-                          {2, 5, 1, 2000, 0x20A}, {2, 6, 1, unchanged, registered}, {2, 10, 0, unchanged, registered},
+    for (const Case& c : {Case{0, 3, 1, 32, 0x20A},
+                          {1, 4, 0, 95, 0x20A},
+                          {1, 4, 10, 98, 0x20A},
+                          {1, 4, 90, unchanged, registered},
+                          {2, 3, 51, 351, 0x20A},
+                          {2, 4, 0, 40, 0x20A},
+                          {2, 5, 1, 2000, 0x20A},
+                          {2, 6, 1, unchanged, registered},
+                          {2, 10, 0, unchanged, registered},
                           {3, 5, 0, 0, registered}}) {
         const qint32 code = wheel::osWheelCode(c.platform, c.major, c.minor, unchanged);
         EXPECT_EQ(code, c.code) << c.platform << ' ' << c.major << '.' << c.minor;
@@ -138,7 +151,7 @@ TEST(MouseWheel, CodesOfPlatformVersions) {
 TEST(MouseWheel, RollMovesOneStepWithinBounds) {
     Journal journal;
     RecordingRange sb1("sb1", journal, 1, 3, RecordingRange::LoweringMax::RaisesChange);
-    using enum wheel::Roll;
+    using enum WheelRoll;
     QList<int> values;
     for (const auto direction : {AwayFromUser, TowardsUser, TowardsUser, TowardsUser, AwayFromUser}) {
         wheel::roll(sb1, direction);

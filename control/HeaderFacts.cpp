@@ -1,0 +1,74 @@
+#include "control/HeaderFacts.h"
+
+#include "control/HeaderWords.h"
+
+#include <QCoreApplication>
+
+#include <cmath>
+
+namespace cinedisc {
+
+namespace {
+
+using dicom::Tag;
+
+constexpr Tag studyDate{0x0008, 0x0020}, seriesDate{0x0008, 0x0021}, seriesDescription{0x0008, 0x103E},
+    patientName{0x0010, 0x0010}, patientId{0x0010, 0x0020}, birthDate{0x0010, 0x0030},
+    primaryAngle{0x0018, 0x1510}, secondaryAngle{0x0018, 0x1511}, seriesNumber{0x0020, 0x0011},
+    instanceNumber{0x0020, 0x0013}, lossyCompression{0x0028, 0x2110}, lossyRatio{0x0028, 0x2112};
+
+QString say(const char* text) { return QCoreApplication::translate("HeaderFacts", text); }
+
+QString textOf(const dicom::DicomFile& file, Tag tag) { return QString::fromStdString(file.text(tag)); }
+
+void add(QStringList& lines, const QString& line) {
+    if (!line.isEmpty()) lines.append(line);
+}
+
+QString named(const char* what, const QString& value) {
+    return value.isEmpty() ? value : say(what) + ' ' + value;
+}
+
+/// The positioner's angles in the words of the catheter laboratory (PS3.3 C.8.7.5.1.2).
+QString projection(const dicom::DicomFile& file) {
+    const auto primary = file.header().decimal(primaryAngle);
+    const auto secondary = file.header().decimal(secondaryAngle);
+    if (!primary || !secondary || !std::isfinite(*primary) || !std::isfinite(*secondary)) return {};
+    const auto degrees = [](double angle) {
+        return QString::number(std::abs(std::round(angle)), 'f', 0) + QChar(0xB0);
+    };
+    return QString("%1 %2  %3 %4")
+        .arg(*primary < 0 ? "RAO" : "LAO", degrees(*primary), *secondary < 0 ? "CAUD" : "CRAN",
+             degrees(*secondary));
+}
+
+QString lossyWords(const dicom::DicomFile& file) {
+    static const QStringList lossySyntaxes{"1.2.840.10008.1.2.4.50", "1.2.840.10008.1.2.4.51"};
+    const bool said = file.header().string(lossyCompression) == "01";
+    if (!said && !lossySyntaxes.contains(QString::fromStdString(file.transferSyntax()))) return {};
+    QStringList ratios;
+    for (const double ratio : file.header().decimals(lossyRatio)) {
+        if (std::isfinite(ratio) && ratio > 1) ratios.append(QString::number(ratio, 'g', 3) + ":1");
+    }
+    return (say("Lossy") + ' ' + ratios.join(", ")).trimmed();
+}
+
+}  // namespace
+
+HeaderFacts HeaderFacts::of(const dicom::DicomFile& file) {
+    HeaderFacts facts;
+    facts.patient = personNameLines(textOf(file, patientName));
+    add(facts.patient, named("ID", harmless(textOf(file, patientId))));
+    add(facts.patient, named("Born", readableDate(textOf(file, birthDate))));
+    const QString date = textOf(file, studyDate).trimmed();
+    add(facts.study, readableDate(date.isEmpty() ? textOf(file, seriesDate) : date));
+    add(facts.study, QString(named("Series", harmless(textOf(file, seriesNumber))) + ' ' +
+                             harmless(textOf(file, seriesDescription)))
+                         .trimmed());
+    add(facts.study, named("Run", harmless(textOf(file, instanceNumber))));
+    add(facts.study, projection(file));
+    facts.lossy = lossyWords(file);
+    return facts;
+}
+
+}  // namespace cinedisc

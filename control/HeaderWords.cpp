@@ -1,0 +1,56 @@
+#include "control/HeaderWords.h"
+
+#include <QRegularExpression>
+
+namespace cinedisc {
+
+namespace {
+
+bool isIdeographic(const QString& text) {
+    for (const QChar c : text) {
+        if (c.script() == QChar::Script_Han || c.script() == QChar::Script_Hangul) return true;
+    }
+    return false;
+}
+
+QString nameGroup(const QString& group) {
+    QStringList parts = group.split('^');
+    for (auto& part : parts) part = harmless(part);
+    while (parts.size() < 5) parts.append(QString());
+    // Family, given, middle, prefix, suffix. Ideographic names are written without a comma.
+    if (isIdeographic(group)) {
+        return QStringList{parts[0], parts[1], parts[2]}.filter(QRegularExpression(".")).join(' ');
+    }
+    const QString given = QStringList{parts[3], parts[1], parts[2]}.filter(QRegularExpression(".")).join(' ');
+    return QStringList{parts[0], given, parts[4]}.filter(QRegularExpression(".")).join(", ");
+}
+
+}  // namespace
+
+QStringList personNameLines(const QString& value) {
+    QStringList lines;
+    for (const QString& group : value.split('=')) {
+        const QString line = nameGroup(group);
+        if (!line.isEmpty() && !lines.contains(line)) lines.append(line);
+    }
+    return lines;
+}
+
+QString readableDate(const QString& value) {
+    static const QRegularExpression date(R"(^(\d{4})[.]?(\d{2})[.]?(\d{2})$)");
+    const auto match = date.match(value.trimmed());
+    if (!match.hasMatch()) return harmless(value);
+    return match.captured(1) + '-' + match.captured(2) + '-' + match.captured(3);
+}
+
+QString harmless(const QString& text) {
+    QString result = text;
+    for (QChar& c : result) {
+        const char16_t code = c.unicode();
+        const bool redirects = (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+        if (redirects || c.category() == QChar::Other_Control || code == 0x2028 || code == 0x2029) c = ' ';
+    }
+    return result.simplified();
+}
+
+}  // namespace cinedisc

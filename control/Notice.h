@@ -1,0 +1,26 @@
+#pragma once
+
+#include "dicom/DecodeError.h"
+
+#include <QPainter>
+#include <QRectF>
+#include <QString>
+
+namespace cinedisc {
+
+/// The words that stand in place of a picture that cannot be shown.
+struct Notice {
+    QString heading;  ///< "This file cannot be shown"
+    QString reason;
+
+    static Notice of(const dicom::DecodeError& fault, int shownFrame, bool wholeFile);
+
+    QString words() const;
+    /// Centred and wrapped, as plain text; smaller in small views.
+    void paint(QPainter& painter, const QRectF& area, const QColor& color) const;
+};
+
+/// What is said of a run that ends before its header says; "" of any other.
+QString cutOffWords(int frames, int announcedFrames);
+
+}  // namespace cinedisc

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+namespace cinedisc {
+
+/// The contract's members that do nothing but answer what was last put.
+struct PlainMembers {
+    QString exportFile;
+    QString exportFormat;
+    qint32 rangeStart = 0;
+    qint32 rangeEnd = 0;
+    qint32 rangeModeA = 1;
+    qint32 rangeModeB = 1;
+    bool option247 = false;
+    bool option256 = false;
+    bool startupFlag = false;
+    qint32 thumbIndex = 0;
+    QString tag;
+};
+
+}  // namespace cinedisc

@@ -1,0 +1,104 @@
+#include "control/ViewPainter.h"
+
+#include <QCoreApplication>
+
+#include <cmath>
+#include <utility>
+
+namespace cinedisc {
+
+namespace {
+
+const QColor ownGrey(38, 39, 42);
+
+QColor backdrop(const ViewPainter::Look& look) {
+    if (!look.fill) return ownGrey;
+    return look.whiteFill ? QColor(Qt::white) : QColor(Qt::black);
+}
+
+QString say(const char* text) { return QCoreApplication::translate("ViewPainter", text); }
+
+QString number(double value) {
+    return std::abs(value) >= 100 ? QString::number(value, 'f', 0) : QString::number(value, 'g', 4);
+}
+
+}  // namespace
+
+std::optional<Notice> noticeFor(const LoadedPicture& picture) {
+    const auto fault = picture.fault();
+    if (!fault) return std::nullopt;
+    return Notice::of(*fault, picture.currentFrame(), picture.frameCount() == 0);
+}
+
+void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& content, ViewState& state,
+                        MouseTools& tools, const Look& look) {
+    painter.fillRect(view, backdrop(look));
+    painter.save();
+    painter.setClipRect(content);
+    painter.translate(content.topLeft());
+    const QRectF area(QPointF(0, 0), QSizeF(content.size()));
+    if (const auto notice = noticeFor(state.picture)) {
+        notice->paint(painter, area,
+                      look.fill && look.whiteFill ? QColor(40, 40, 40) : QColor(205, 205, 205));
+    } else if (state.picture.frameCount() > 0) {
+        paintPicture(painter, state, tools);
+    }
+    if (look.role == ViewRole::Main && state.picture.file()) {
+        corners_.paint(painter, area, state.pictureRect(), cornerLines(state));
+    }
+    painter.restore();
+    paintBorder(painter, view, look);
+}
+
+void ViewPainter::paintPicture(QPainter& painter, ViewState& state, MouseTools& tools) {
+    const Placement placement = state.placement();
+    const QImage& image = state.renderer.visiblePart(placement, state.smoothing);
+    if (!image.isNull()) {
+        painter.save();
+        painter.scale(1 / state.pixelRatio, 1 / state.pixelRatio);
+        painter.drawImage(placement.visible().topLeft(), image);
+        painter.restore();
+    }
+    state.labels.paint(painter, state.picture.currentFrame(), state.pictureRect());
+    tools.paint(painter);
+}
+
+CornerText::Lines ViewPainter::cornerLines(const ViewState& state) {
+    const auto& picture = state.picture;
+    if (std::exchange(factsOf_, picture.fileRevision()) != picture.fileRevision()) {
+        facts_ = HeaderFacts::of(picture.file()->dicom());
+    }
+    CornerText::Lines lines{facts_.patient, facts_.study, {}, {}};
+    if (picture.frameCount() == 0) return lines;
+
+    const QString cutOff = cutOffWords(picture.frameCount(), picture.file()->dicom().announcedFrameCount());
+    if (!cutOff.isEmpty()) lines.bottomLeft.append(cutOff);
+    if (!facts_.lossy.isEmpty()) lines.bottomLeft.append(facts_.lossy);
+    lines.bottomLeft.append(say("Frame %1 / %2").arg(picture.currentFrame()).arg(picture.frameCount()));
+
+    if (!picture.isColor()) {
+        const auto window = picture.window().window;
+        lines.bottomRight.append(say("C %1  W %2").arg(number(window.center), number(window.width)));
+    }
+    const double scale = state.placement().scale(state.renderer.squareSize());
+    lines.bottomRight.append(say("Zoom %1 %").arg(std::lround(scale * 100)));
+    return lines;
+}
+
+void ViewPainter::paintBorder(QPainter& painter, const QRect& view, const Look& look) const {
+    if (!look.sunkenBorder && !look.highlighted) return;
+    // Sunken: dark above and left, light below and right; in the accent colour while it has the keyboard.
+    const QColor light = look.highlighted ? look.accent : QColor(118, 122, 130);
+    const QColor dark = look.highlighted ? look.accent : QColor(8, 8, 9);
+    const QRect edge = view.adjusted(0, 0, -1, -1);
+    painter.setPen(dark);
+    painter.drawLine(edge.topLeft(), edge.topRight());
+    painter.drawLine(edge.topLeft(), edge.bottomLeft());
+    painter.setPen(light);
+    painter.drawLine(edge.bottomLeft(), edge.bottomRight());
+    painter.drawLine(edge.topRight(), edge.bottomRight());
+    painter.setPen(QColor(66, 69, 75));
+    painter.drawRect(edge.adjusted(1, 1, -1, -1));
+}
+
+}  // namespace cinedisc

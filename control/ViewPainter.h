@@ -1,0 +1,47 @@
+#pragma once
+
+#include "control/CornerText.h"
+#include "control/HeaderFacts.h"
+#include "control/Notice.h"
+#include "control/ViewRole.h"
+#include "control/mouse/MouseTools.h"
+#include "control/picture/ViewState.h"
+
+#include <QPainter>
+#include <QRect>
+
+#include <optional>
+
+namespace cinedisc {
+
+/// The notice that stands in place of a picture; empty when there is a picture or nothing is loaded. Decodes
+/// the frame shown.
+std::optional<Notice> noticeFor(const LoadedPicture& picture);
+
+/// Paints a view: backdrop, picture or notice, labels and tool, corner text, border.
+class ViewPainter {
+  public:
+    struct Look {
+        ViewRole role = ViewRole::Main;
+        bool fill = false;  ///< otherwise the view's own grey
+        bool whiteFill = false;
+        bool sunkenBorder = false;
+        bool highlighted = false;  ///< has the keyboard
+        QColor accent;
+    };
+
+    /// `content` is the part of the view inside its border, logical pixels.
+    void paint(QPainter& painter, const QRect& view, const QRect& content, ViewState& state,
+               MouseTools& tools, const Look& look);
+
+  private:
+    void paintPicture(QPainter& painter, ViewState& state, MouseTools& tools);
+    CornerText::Lines cornerLines(const ViewState& state);
+    void paintBorder(QPainter& painter, const QRect& view, const Look& look) const;
+
+    CornerText corners_;
+    HeaderFacts facts_;
+    std::uint64_t factsOf_ = 0;  ///< the file they were taken from
+};
+
+}  // namespace cinedisc

@@ -1,0 +1,175 @@
+#include "control/ezDICOMX.h"
+
+#include "control/PictureClipboard.h"
+#include "control/PictureExport.h"
+#include "control/ezDICOMXParts.h"
+#include "control/picture/DisplayedPicture.h"
+
+namespace cinedisc {
+
+ezDICOMX::ezDICOMX(ViewRole role, QWidget* parent, ImageLibrary& library)
+    : QWidget(parent), parts_(std::make_unique<Parts>(*this, role, library)) {
+    setRole(role);
+}
+
+ezDICOMX::~ezDICOMX() = default;
+
+ViewRole ezDICOMX::role() const { return parts_->role; }
+
+void ezDICOMX::setRole(ViewRole role) {
+    parts_->role = role;
+    setAttribute(Qt::WA_OpaquePaintEvent, role != ViewRole::Probe);
+    setFocusPolicy(role == ViewRole::Main      ? Qt::StrongFocus
+                   : role == ViewRole::Preview ? Qt::TabFocus
+                                               : Qt::NoFocus);
+    if (role != ViewRole::Probe) setAccessibleName(role == ViewRole::Main ? tr("Picture") : tr("Preview"));
+    parts_->chooseTool();
+    parts_->refreshHeaderPage();
+    update();
+}
+
+QString ezDICOMX::FileName() const { return parts_->view.picture.path(); }
+
+void ezDICOMX::putFileName(const QString& path) {
+    auto& view = parts_->view;
+    parts_->tools.leaveFile();
+    view.labels.clear();
+    view.picture.load(path);
+    // Whether the first frame can be shown is found out when it is looked at: a probe never does.
+    parts_->describeWith(view.picture.frameCount() > 0 ? std::nullopt : noticeFor(view.picture));
+    parts_->refreshHeaderPage();
+    update();
+}
+
+qint32 ezDICOMX::FrameCount() const { return parts_->view.picture.frameCount(); }
+qint32 ezDICOMX::CurrentFrame() const { return parts_->view.picture.currentFrame(); }
+
+void ezDICOMX::putCurrentFrame(qint32 frame) {
+    auto& picture = parts_->view.picture;
+    if (frame < 1 || frame > picture.frameCount() || frame == picture.currentFrame()) return;
+    parts_->tools.leaveFrame();
+    picture.show(frame);
+    if (parts_->role != ViewRole::Probe) parts_->describe();
+    update();
+}
+
+qint32 ezDICOMX::ZoomPercent() const { return parts_->view.zoom.percent(); }
+bool ezDICOMX::BestFit() const { return parts_->view.zoom.bestFit(); }
+bool ezDICOMX::Smooth() const { return parts_->view.smoothing == Smoothing::Smooth; }
+
+void ezDICOMX::putZoomPercent(qint32 percent) {
+    parts_->view.zoom.putPercent(percent);
+    update();
+}
+
+void ezDICOMX::putBestFit(bool on) {
+    parts_->view.zoom.putBestFit(on);
+    update();
+}
+
+void ezDICOMX::putSmooth(bool on) {
+    parts_->view.smoothing = on ? Smoothing::Smooth : Smoothing::Nearest;
+    update();
+}
+
+qint32 ezDICOMX::Polarity() const { return parts_->view.picture.polarity; }
+double ezDICOMX::WindowCenter() const { return parts_->view.picture.window().window.center; }
+double ezDICOMX::WindowWidth() const { return parts_->view.picture.window().window.width; }
+
+void ezDICOMX::putPolarity(qint32 polarity) {
+    parts_->view.picture.polarity = polarity;
+    update();
+}
+
+void ezDICOMX::putWindowCenter(double center) {
+    parts_->view.picture.putWindowCenter(center);
+    update();
+}
+
+void ezDICOMX::putWindowWidth(double width) {
+    parts_->view.picture.putWindowWidth(width);
+    update();
+}
+
+qint32 ezDICOMX::MouseMode() const { return parts_->mouseMode; }
+
+void ezDICOMX::putMouseMode(qint32 mode) {
+    if (mode == parts_->mouseMode) return;
+    parts_->mouseMode = mode;
+    parts_->chooseTool();
+    update();
+}
+
+bool ezDICOMX::BackgroundFill() const { return parts_->backgroundFill; }
+qint32 ezDICOMX::BackgroundColor() const { return parts_->backgroundColor; }
+
+void ezDICOMX::putBackgroundFill(bool on) {
+    parts_->backgroundFill = on;
+    update();
+}
+
+void ezDICOMX::putBackgroundColor(qint32 color) {
+    parts_->backgroundColor = color;
+    update();
+}
+
+bool ezDICOMX::ShowHeader() const { return parts_->showHeader; }
+
+void ezDICOMX::putShowHeader(bool on) {
+    parts_->showHeader = on;
+    parts_->tools.leaveFrame();
+    parts_->refreshHeaderPage();
+}
+
+bool ezDICOMX::CopyToClipboard() { return copyPicture(displayedPicture(parts_->view)); }
+
+bool ezDICOMX::CopyHeaderToClipboard() {
+    const auto* file = parts_->view.picture.file();
+    return file && copyText(QString::fromStdString(dicom::headerText(file->dicom())));
+}
+
+void ezDICOMX::putExportFile(const QString& path) {
+    parts_->plain.exportFile = path;
+    const auto otherwise = parts_->plain.exportFormat == "BMP" ? PictureFormat::Bmp : PictureFormat::Jpeg;
+    exportPicture(displayedPicture(parts_->view), path, formatFor(path, otherwise));
+}
+
+qint32 ezDICOMX::ThumbIndex() const { return parts_->plain.thumbIndex; }
+
+void ezDICOMX::putThumbIndex(qint32 index) {
+    parts_->plain.thumbIndex = index;
+    if (index == -1) putFileName({});
+}
+
+qint32 ezDICOMX::ThumbStyle() const { return parts_->thumbStyle; }
+
+void ezDICOMX::putThumbStyle(qint32 style) {
+    parts_->thumbStyle = style;
+    update();
+}
+
+QSize ezDICOMX::sizeHint() const {
+    return parts_->role == ViewRole::Main ? QSize(512, 512) : QSize(128, 128);
+}
+
+QString ezDICOMX::ExportFile() const { return parts_->plain.exportFile; }
+QString ezDICOMX::ExportFormat() const { return parts_->plain.exportFormat; }
+void ezDICOMX::putExportFormat(const QString& format) { parts_->plain.exportFormat = format; }
+qint32 ezDICOMX::RangeStart() const { return parts_->plain.rangeStart; }
+void ezDICOMX::putRangeStart(qint32 frame) { parts_->plain.rangeStart = frame; }
+qint32 ezDICOMX::RangeEnd() const { return parts_->plain.rangeEnd; }
+void ezDICOMX::putRangeEnd(qint32 frame) { parts_->plain.rangeEnd = frame; }
+qint32 ezDICOMX::RangeModeA() const { return parts_->plain.rangeModeA; }
+void ezDICOMX::putRangeModeA(qint32 mode) { parts_->plain.rangeModeA = mode; }
+qint32 ezDICOMX::RangeModeB() const { return parts_->plain.rangeModeB; }
+void ezDICOMX::putRangeModeB(qint32 mode) { parts_->plain.rangeModeB = mode; }
+bool ezDICOMX::Option247() const { return parts_->plain.option247; }
+void ezDICOMX::putOption247(bool on) { parts_->plain.option247 = on; }
+bool ezDICOMX::Option256() const { return parts_->plain.option256; }
+void ezDICOMX::putOption256(bool on) { parts_->plain.option256 = on; }
+bool ezDICOMX::StartupFlag() const { return parts_->plain.startupFlag; }
+void ezDICOMX::putStartupFlag(bool on) { parts_->plain.startupFlag = on; }
+QString ezDICOMX::Tag() const { return parts_->plain.tag; }
+void ezDICOMX::putTag(const QString& tag) { parts_->plain.tag = tag; }
+
+}  // namespace cinedisc

@@ -1,0 +1,101 @@
+#include "control/ezDICOMXParts.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace cinedisc {
+
+void ezDICOMX::paintEvent(QPaintEvent*) {
+    if (parts_->role == ViewRole::Probe) return;
+    parts_->layOut();
+    parts_->describe();
+    ViewPainter::Look look;
+    look.role = parts_->role;
+    look.fill = parts_->backgroundFill;
+    look.whiteFill = parts_->backgroundColor == 0;
+    look.sunkenBorder = parts_->thumbStyle == 2;
+    look.highlighted = parts_->role == ViewRole::Preview && hasFocus();
+    look.accent = palette().color(QPalette::Highlight);
+    QPainter painter(this);
+    parts_->painter.paint(painter, rect(), parts_->content(), parts_->view, parts_->tools, look);
+}
+
+void ezDICOMX::resizeEvent(QResizeEvent*) {
+    parts_->layOut();
+    if (parts_->headerPage) parts_->headerPage->setGeometry(parts_->content());
+}
+
+void ezDICOMX::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || parts_->role == ViewRole::Probe) return event->ignore();
+    if (parts_->role == ViewRole::Preview) {
+        parts_->pressedAt = event->position();
+        return;
+    }
+    parts_->layOut();
+    parts_->tools.press(event->position() - parts_->content().topLeft());
+    if (parts_->tools.chosen()) setCursor(parts_->tools.chosen()->cursor());
+    update();
+}
+
+void ezDICOMX::mouseMoveEvent(QMouseEvent* event) {
+    if (!parts_->tools.dragging()) return event->ignore();
+    parts_->tools.move(event->position() - parts_->content().topLeft());
+    update();
+}
+
+void ezDICOMX::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return event->ignore();
+    if (parts_->pressedAt) {
+        const QPointF moved = event->position() - *std::exchange(parts_->pressedAt, std::nullopt);
+        const bool dragged = moved.manhattanLength() >= QApplication::startDragDistance();
+        if (!dragged && rect().contains(event->position().toPoint())) emit clicked();
+        return;
+    }
+    parts_->tools.release(event->position() - parts_->content().topLeft());
+    if (parts_->tools.chosen()) setCursor(parts_->tools.chosen()->cursor());
+    update();
+}
+
+void ezDICOMX::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || parts_->role != ViewRole::Main) return mousePressEvent(event);
+    parts_->layOut();
+    parts_->tools.doubleClick(event->position() - parts_->content().topLeft());
+    update();
+}
+
+bool ezDICOMX::event(QEvent* event) {
+    // Keys that the tool in hand has a use for come to it, whatever commands the window has on them.
+    if (event->type() == QEvent::ShortcutOverride && parts_) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        const bool cancels = key == Qt::Key_Escape && parts_->tools.dragging();
+        if (cancels || (parts_->tools.chosen() && parts_->tools.chosen()->takesKey(key))) {
+            event->accept();
+            return true;
+        }
+    }
+    return QWidget::event(event);
+}
+
+void ezDICOMX::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    auto& tools = parts_->tools;
+    if (key == Qt::Key_Escape && tools.dragging()) {
+        tools.cancel();
+        if (tools.chosen()) setCursor(tools.chosen()->cursor());
+        return update();
+    }
+    if (tools.chosen() && tools.chosen()->takesKey(key)) {
+        tools.chosen()->useKey(key);
+        return update();
+    }
+    if (parts_->role == ViewRole::Preview &&
+        (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter)) {
+        emit clicked();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+}  // namespace cinedisc

@@ -1,0 +1,63 @@
+#include "control/ezDICOMXParts.h"
+
+#include "dicom/DicomFile.h"
+
+namespace cinedisc {
+
+namespace {
+
+constexpr qint32 sunken = 2;
+constexpr int borderWidth = 2;
+
+}  // namespace
+
+QRect ezDICOMX::Parts::content() const {
+    const int border = role == ViewRole::Preview || thumbStyle == sunken ? borderWidth : 0;
+    return owner.rect().adjusted(border, border, -border, -border);
+}
+
+void ezDICOMX::Parts::layOut() {
+    view.pixelRatio = owner.devicePixelRatioF();
+    view.deviceSize = (QSizeF(content().size()) * view.pixelRatio).toSize().expandedTo({0, 0});
+}
+
+void ezDICOMX::Parts::describe() { describeWith(noticeFor(view.picture)); }
+
+void ezDICOMX::Parts::describeWith(const std::optional<Notice>& notice) {
+    QString words;
+    if (notice) {
+        words = notice->words();
+    } else if (view.picture.frameCount() > 0) {
+        words = cutOffWords(view.picture.frameCount(), view.picture.file()->dicom().announcedFrameCount());
+    }
+    if (owner.accessibleDescription() != words) owner.setAccessibleDescription(words);
+}
+
+void ezDICOMX::Parts::refreshHeaderPage() {
+    const bool wanted = showHeader && view.picture.file() && role != ViewRole::Probe;
+    if (!wanted) {
+        if (!headerPage || headerPage->isHidden()) return;
+        if (headerPage->hasFocus()) owner.setFocus(Qt::OtherFocusReason);
+        headerPage->hide();
+        return;
+    }
+    if (!headerPage) headerPage = new HeaderPage(owner);
+    if (headerPageOf != view.picture.fileRevision()) {
+        headerPageOf = view.picture.fileRevision();
+        headerPage->setPlainText(QString::fromStdString(dicom::headerText(view.picture.file()->dicom())));
+    }
+    headerPage->setGeometry(content());
+    headerPage->show();
+    headerPage->raise();
+}
+
+void ezDICOMX::Parts::chooseTool() {
+    tools.choose(role == ViewRole::Main ? mouseMode : 0);
+    if (role == ViewRole::Preview) {
+        owner.setCursor(Qt::PointingHandCursor);
+    } else {
+        owner.setCursor(tools.chosen() ? tools.chosen()->cursor() : QCursor(Qt::ArrowCursor));
+    }
+}
+
+}  // namespace cinedisc

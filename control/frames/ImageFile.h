@@ -1,0 +1,48 @@
+#pragma once
+
+#include "control/frames/FileIdentity.h"
+#include "control/frames/FrameStore.h"
+#include "control/pipeline/CoverPlane.h"
+#include "control/pipeline/ValueRange.h"
+#include "dicom/DicomFile.h"
+
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace cinedisc {
+
+/// An open file, shared by all views that show it, with what is worked out once for all of them. The last
+/// view that lets it go closes the file and frees its frames. Safe to call from any thread.
+class ImageFile {
+  public:
+    ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileIdentity identity,
+              std::shared_ptr<FrameStore> frames);
+    ~ImageFile();
+    ImageFile(const ImageFile&) = delete;
+    ImageFile& operator=(const ImageFile&) = delete;
+
+    const dicom::DicomFile& dicom() const { return *dicom_; }
+    const FileIdentity& identity() const { return identity_; }
+
+    /// A frame, counted from 0, from the store or decoded now.
+    FrameStore::Decoded frame(int index) const;
+    /// Range of the stored values in the first frame, without padding; what the bits can express when it
+    /// cannot be decoded.
+    ValueRange firstFrameRange() const;
+    /// What lies over a frame, counted from 0; null for nothing.
+    std::shared_ptr<const CoverPlane> cover(int frame) const;
+
+  private:
+    std::shared_ptr<const dicom::DicomFile> dicom_;
+    FileIdentity identity_;
+    std::shared_ptr<FrameStore> frames_;
+    CoverKind coverKind_;
+
+    mutable std::mutex mutex_;
+    mutable std::optional<ValueRange> firstFrameRange_;
+    mutable std::shared_ptr<const CoverPlane> cover_;
+    mutable int coverFrame_ = -1;
+};
+
+}  // namespace cinedisc

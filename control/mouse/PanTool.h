@@ -1,0 +1,30 @@
+#pragma once
+
+#include "control/mouse/MouseTool.h"
+#include "control/picture/ViewState.h"
+
+namespace cinedisc {
+
+/// Moves the picture with the pointer, as far as it cannot be lost.
+class PanTool : public MouseTool {
+  public:
+    explicit PanTool(ViewState& view) : view_(view) {}
+
+    void press(QPointF at) override {
+        start_ = at;
+        before_ = view_.zoom;
+    }
+    void move(QPointF at) override {
+        view_.zoom = before_;
+        view_.panBy((at - start_) * view_.pixelRatio);
+    }
+    void cancel() override { view_.zoom = before_; }
+    QCursor cursor() const override { return Qt::OpenHandCursor; }
+
+  private:
+    ViewState& view_;
+    QPointF start_;
+    ViewZoom before_;
+};
+
+}  // namespace cinedisc

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "control/mouse/MouseTool.h"
+#include "control/picture/ViewState.h"
+
+namespace cinedisc {
+
+/// Brightness and contrast: right widens the window, up lowers its centre. Colour has no window to move.
+class WindowTool : public MouseTool {
+  public:
+    explicit WindowTool(ViewState& view) : view_(view) {}
+
+    void press(QPointF at) override;
+    void move(QPointF at) override;
+    void cancel() override { view_.picture.putWindowChoice(before_); }
+    bool outlivesFile() const override { return false; }
+
+  private:
+    ViewState& view_;
+    QPointF start_;
+    WindowChoice before_;
+    dicom::Window window_;
+    double gain_ = 1;  ///< window units a pixel
+    double span_ = 255;
+};
+
+}  // namespace cinedisc

@@ -1,0 +1,107 @@
+#include "control/picture/LoadedPicture.h"
+
+namespace cinedisc {
+
+namespace {
+
+// What colour answers, which no window is applied to.
+const WindowInForce colorWindow{false, {127.5, 255, dicom::Window::Function::LinearExact}};
+
+}  // namespace
+
+void LoadedPicture::load(const QString& path) {
+    path_ = path;
+    ++fileRevision_;
+    ++frameRevision_;
+    decoded_.reset();
+    fileWindow_.reset();
+    fileFault_.reset();
+    choice_ = {};
+    polarity = 1;
+    currentFrame_ = 1;
+    if (path.isEmpty()) {
+        file_.reset();
+        return;
+    }
+    // The old file is held until the new one is open: it may be the same.
+    auto opened = library_.open(path);
+    file_ = opened ? opened.value() : nullptr;
+    if (!opened) {
+        fileFault_ = opened.error();
+    } else if (frameCount() == 0) {
+        fileFault_ = file_->dicom().pictureError().value_or(
+            dicom::DecodeError{dicom::DecodeError::Kind::NoPicture, "this file holds no picture"});
+    }
+}
+
+bool LoadedPicture::show(int frame) {
+    if (frame < 1 || frame > frameCount()) return false;
+    if (frame == currentFrame_) return true;
+    currentFrame_ = frame;
+    ++frameRevision_;
+    decoded_.reset();
+    fileWindow_.reset();
+    return true;
+}
+
+const dicom::Frame* LoadedPicture::frame() const {
+    if (frameCount() == 0) return nullptr;
+    if (!decoded_) decoded_ = file_->frame(currentFrame_ - 1);
+    return decoded_->ok() ? &decoded_->value() : nullptr;
+}
+
+std::optional<dicom::DecodeError> LoadedPicture::fault() const {
+    if (fileFault_) return fileFault_;
+    if (frameCount() == 0 || frame()) return std::nullopt;
+    return decoded_->error();
+}
+
+bool LoadedPicture::isColor() const {
+    if (frameCount() == 0) return false;
+    const auto& format = file_->dicom().pixelFormat();
+    return format.samplesPerPixel == 3 ||
+           (format.photometric == dicom::Photometric::PaletteColor && file_->dicom().palette());
+}
+
+WindowInForce LoadedPicture::fileWindow() const {
+    if (fileWindow_) return *fileWindow_;
+    if (frameCount() == 0) {
+        fileWindow_ = lastWindow_;
+        return *fileWindow_;
+    }
+    const auto& file = file_->dicom();
+    const auto grey = file.greyTransform(currentFrame_ - 1);
+    fileWindow_ = ownWindow(grey);
+    if (!fileWindow_) {
+        const auto& format = file.pixelFormat();
+        const bool narrow = format.sampleKind == dicom::SampleKind::Integer && format.bitsStored <= 8;
+        const auto stored = narrow ? expressibleRange(format) : file_->firstFrameRange();
+        fileWindow_ = windowOver(modalityRange(grey, stored), format.sampleKind);
+    }
+    return *fileWindow_;
+}
+
+WindowInForce LoadedPicture::window() const {
+    if (isColor()) return colorWindow;
+    lastWindow_ = choice_.over(fileWindow());
+    lastWindow_.byTable = lastWindow_.byTable && frameCount() > 0;
+    return lastWindow_;
+}
+
+void LoadedPicture::putWindowCenter(double center) {
+    if (!isColor()) choice_.putCenter(fileWindow(), center);
+}
+
+void LoadedPicture::putWindowWidth(double width) {
+    if (!isColor()) choice_.putWidth(fileWindow(), width);
+}
+
+ValueRange LoadedPicture::valueRange() const {
+    if (frameCount() == 0) return {0, 255};
+    const auto& format = file_->dicom().pixelFormat();
+    const bool integer = format.sampleKind == dicom::SampleKind::Integer && format.bitsStored <= 16;
+    const auto stored = integer ? expressibleRange(format) : file_->firstFrameRange();
+    return modalityRange(file_->dicom().greyTransform(currentFrame_ - 1), stored);
+}
+
+}  // namespace cinedisc

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "control/frames/ImageLibrary.h"
+#include "control/pipeline/WindowChoice.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace cinedisc {
+
+/// What one view has loaded: a file, the frame shown, and the window and polarity put on it. Owned by the
+/// view, on the user-interface thread. Frames are decoded when first asked for.
+class LoadedPicture {
+  public:
+    explicit LoadedPicture(ImageLibrary& library) : library_(library) {}
+
+    /// Opens a file as its header says. "" unloads.
+    void load(const QString& path);
+
+    const QString& path() const { return path_; }
+    /// The open file, null when there is none or it could not be read.
+    const ImageFile* file() const { return file_.get(); }
+    int frameCount() const { return file_ ? file_->dicom().frameCount() : 0; }
+    /// Counted from 1.
+    int currentFrame() const { return currentFrame_; }
+    /// Whether there is such a frame; otherwise nothing changes.
+    bool show(int frame);
+
+    /// The frame shown; null when there is no picture or this frame cannot be shown.
+    const dicom::Frame* frame() const;
+    /// Why nothing can be shown: of the file, or of this frame. Empty when there is a picture or nothing is
+    /// loaded.
+    std::optional<dicom::DecodeError> fault() const;
+    bool isColor() const;
+    /// Grows whenever a file is loaded, or a frame is shown.
+    std::uint64_t fileRevision() const { return fileRevision_; }
+    std::uint64_t frameRevision() const { return frameRevision_; }
+
+    /// The window in force. Colour has a fixed one; without a picture it is the one that was last in force or
+    /// put.
+    WindowInForce window() const;
+    void putWindowCenter(double center);
+    void putWindowWidth(double width);
+    const WindowChoice& windowChoice() const { return choice_; }
+    void putWindowChoice(const WindowChoice& choice) { choice_ = choice; }
+    /// All modality values that the stored bits can express; what a drag of the window moves over.
+    ValueRange valueRange() const;
+
+    /// As put; the sign selects.
+    qint32 polarity = 1;
+
+  private:
+    WindowInForce fileWindow() const;
+
+    ImageLibrary& library_;
+    QString path_;
+    std::shared_ptr<const ImageFile> file_;
+    std::optional<dicom::DecodeError> fileFault_;
+    int currentFrame_ = 1;
+    std::uint64_t fileRevision_ = 0;
+    std::uint64_t frameRevision_ = 0;
+    WindowChoice choice_;
+    mutable FrameStore::Decoded decoded_;              ///< of currentFrame_, null before it was asked for
+    mutable std::optional<WindowInForce> fileWindow_;  ///< of currentFrame_, likewise
+    mutable WindowInForce lastWindow_{false, {127.5, 255, dicom::Window::Function::Linear}};
+};
+
+}  // namespace cinedisc

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QPainter>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+
+#include <map>
+#include <vector>
+
+namespace cinedisc {
+
+/// A text that was put on a frame by hand.
+struct PictureLabel {
+    QPointF at;  ///< left end of the middle of its line, as a share of the picture, 0 ... 1 on both axes
+    QString text;
+};
+
+/// The labels of a file by frame, and how they are drawn: in proportion to the picture, so that a copy looks
+/// like the view.
+class PictureLabels {
+  public:
+    /// Of a frame, counted from 1.
+    std::vector<PictureLabel>& ofFrame(int frame) { return frames_[frame]; }
+    bool any(int frame) const;
+    void clear() { frames_.clear(); }
+
+    /// `picture` is where the whole picture lies, in the painter's units.
+    void paint(QPainter& painter, int frame, const QRectF& picture) const;
+    /// The place that a label takes.
+    static QRectF box(const PictureLabel& label, const QRectF& picture);
+    /// The label under a point, the topmost first; -1 when there is none.
+    int at(int frame, QPointF point, const QRectF& picture) const;
+
+  private:
+    std::map<int, std::vector<PictureLabel>> frames_;
+};
+
+}  // namespace cinedisc

@@ -1,0 +1,81 @@
+#include "control/picture/PictureRenderer.h"
+
+#include <utility>
+
+namespace cinedisc {
+
+namespace {
+
+// A whole picture is made for copies and exports only; beyond this the program would take the machine's
+// memory for it.
+constexpr qint64 mostPixels = qint64{1} << 28;
+
+}  // namespace
+
+QSize PictureRenderer::squareSize() const {
+    if (picture_.frameCount() == 0) return {};
+    const auto& dicom = picture_.file()->dicom();
+    return cinedisc::squareSize(dicom.pixelFormat().columns, dicom.pixelFormat().rows, dicom.pixelAspect());
+}
+
+const DisplayRule& PictureRenderer::rule(const dicom::Frame& frame) {
+    if (std::exchange(tablesFile_, picture_.fileRevision()) != picture_.fileRevision()) tables_.clear();
+    const Polarity polarity = picture_.polarity < 0 ? Polarity::Inverted : Polarity::Normal;
+    return tables_.ruleFor(picture_.file()->dicom(), picture_.currentFrame() - 1, frame, picture_.window(),
+                           polarity);
+}
+
+void PictureRenderer::drawInto(QImage& into, const dicom::Frame& frame, const ScalePlan& plan) {
+    const auto cover = picture_.file()->cover(picture_.currentFrame() - 1);
+    const auto format =
+        into.format() == QImage::Format_Grayscale8 ? PixelTarget::Format::Grey8 : PixelTarget::Format::Rgb32;
+    scaler_.draw(FrameRows(frame, rule(frame), cover.get()), plan.columns, plan.rows,
+                 {into.bits(), into.bytesPerLine(), format});
+}
+
+const QImage& PictureRenderer::visiblePart(const Placement& placement, Smoothing smoothing) {
+    const QRect visible = placement.visible();
+    const dicom::Frame* frame = picture_.frame();
+    if (!frame || visible.isEmpty()) {
+        shown_ = {};
+        return image_ = {};
+    }
+    rule(*frame);
+    const Shown wanted{picture_.frameRevision(), tables_.revision(), placement.picture, visible, smoothing};
+    if (wanted == shown_ && !image_.isNull()) return image_;
+
+    const QSize source(frame->columns, frame->rows);
+    const QRect part = visible.translated(-placement.picture.topLeft());
+    if (!plan_ || !plan_->isFor(source, placement.picture.size(), part, smoothing)) {
+        plan_.emplace(source, placement.picture.size(), part, smoothing);
+    }
+    if (image_.size() != visible.size()) image_ = QImage(visible.size(), QImage::Format_RGB32);
+    if (!image_.isNull()) drawInto(image_, *frame, *plan_);
+    shown_ = wanted;
+    return image_;
+}
+
+QImage PictureRenderer::part(const Placement& placement, const QRect& wanted, Smoothing smoothing) {
+    const dicom::Frame* frame = picture_.frame();
+    const QRect inside = wanted.intersected(placement.picture);
+    if (!frame || inside.isEmpty()) return {};
+    QImage into(inside.size(), QImage::Format_RGB32);
+    const ScalePlan plan({frame->columns, frame->rows}, placement.picture.size(),
+                         inside.translated(-placement.picture.topLeft()), smoothing);
+    if (!into.isNull()) drawInto(into, *frame, plan);
+    return into;
+}
+
+QImage PictureRenderer::wholePicture() {
+    const dicom::Frame* frame = picture_.frame();
+    if (!frame) return {};
+    const QSize size = squareSize();
+    if (qint64{size.width()} * size.height() > mostPixels) return {};
+    const bool grey = frame->samplesPerPixel == 1 && !rule(*frame).palette;
+    QImage into(size, grey ? QImage::Format_Grayscale8 : QImage::Format_RGB32);
+    const ScalePlan plan({frame->columns, frame->rows}, size, QRect(QPoint(0, 0), size), Smoothing::Smooth);
+    if (!into.isNull()) drawInto(into, *frame, plan);
+    return into;
+}
+
+}  // namespace cinedisc

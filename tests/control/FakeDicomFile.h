@@ -1,0 +1,129 @@
+#pragma once
+
+#include "control/frames/ImageLibrary.h"
+#include "dicom/DicomFile.h"
+
+#include <QTemporaryDir>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+
+namespace cinedisc::test {
+
+/// A DICOM file whose every answer a test sets.
+class FakeDicomFile : public dicom::DicomFile {
+  public:
+    dicom::DataSet headerData;
+    std::string syntax = "1.2.840.10008.1.2.1";
+    dicom::PixelFormat format;
+    int frames = 1;
+    int announced = 1;
+    std::optional<dicom::DecodeError> error;
+    dicom::GreyTransform grey;
+    std::function<dicom::GreyTransform(int)> greyOfFrame;
+    std::optional<dicom::Palette> paletteTables;
+    dicom::Shutter shutterShapes;
+    std::vector<dicom::Overlay> overlayPlanes;
+    std::function<std::vector<std::uint8_t>(const dicom::Overlay&, int)> bitsOf;
+    double aspect = 1;
+    std::map<dicom::Tag, std::string> texts;
+    std::function<dicom::Frame(int)> picture;
+    std::set<int> broken;  ///< frames that cannot be decoded, from 0
+    mutable int decodeCount = 0;
+
+    const dicom::DataSet& header() const override { return headerData; }
+    const std::string& transferSyntax() const override { return syntax; }
+    const dicom::PixelFormat& pixelFormat() const override { return format; }
+    dicom::Compression compression() const override { return dicom::Compression::None; }
+    int frameCount() const override { return frames; }
+    int announcedFrameCount() const override { return announced; }
+    const std::optional<dicom::DecodeError>& pictureError() const override { return error; }
+    dicom::Result<dicom::Frame> decode(int frame) const override {
+        ++decodeCount;
+        if (broken.contains(frame)) {
+            dicom::DecodeError fault;
+            fault.message = "the data of this frame are damaged";
+            fault.frame = frame;
+            return fault;
+        }
+        return picture(frame);
+    }
+    dicom::GreyTransform greyTransform(int frame) const override {
+        return greyOfFrame ? greyOfFrame(frame) : grey;
+    }
+    const std::optional<dicom::Palette>& palette() const override { return paletteTables; }
+    const dicom::Shutter& shutter() const override { return shutterShapes; }
+    const std::vector<dicom::Overlay>& overlays() const override { return overlayPlanes; }
+    std::vector<std::uint8_t> overlayBits(const dicom::Overlay& overlay, int frame) const override {
+        return bitsOf ? bitsOf(overlay, frame) : overlay.bits;
+    }
+    dicom::PixelAspect pixelAspect() const override { return aspect; }
+    std::string text(dicom::Tag tag) const override {
+        const auto found = texts.find(tag);
+        return found == texts.end() ? std::string() : found->second;
+    }
+};
+
+/// An 8-bit grey run; pixel (x, y) of frame f, counted from 0, is value(x, y, f).
+inline std::shared_ptr<FakeDicomFile> greyRun(
+    int columns, int rows, int frames, std::function<int(int, int, int)> value = [](int x, int y, int f) {
+        return (x * 3 + y * 5 + f * 17) & 255;
+    }) {
+    auto file = std::make_shared<FakeDicomFile>();
+    file->format.rows = rows;
+    file->format.columns = columns;
+    file->frames = file->announced = frames;
+    file->picture = [=](int f) {
+        dicom::Frame frame;
+        frame.rows = rows;
+        frame.columns = columns;
+        std::vector<std::uint8_t> samples;
+        for (int y = 0; y < rows; ++y) {
+            for (int x = 0; x < columns; ++x) samples.push_back(static_cast<std::uint8_t>(value(x, y, f)));
+        }
+        frame.samples = std::move(samples);
+        return frame;
+    };
+    return file;
+}
+
+/// The same with 16 bits allocated.
+inline std::shared_ptr<FakeDicomFile> wideRun(int columns, int rows, int bitsStored,
+                                              std::function<int(int, int)> value) {
+    auto file = greyRun(columns, rows, 1);
+    file->format.bitsAllocated = 16;
+    file->format.bitsStored = bitsStored;
+    file->format.highBit = bitsStored - 1;
+    file->picture = [=](int) {
+        dicom::Frame frame;
+        frame.rows = rows;
+        frame.columns = columns;
+        std::vector<std::uint16_t> samples;
+        for (int y = 0; y < rows; ++y) {
+            for (int x = 0; x < columns; ++x) samples.push_back(static_cast<std::uint16_t>(value(x, y)));
+        }
+        frame.samples = std::move(samples);
+        return frame;
+    };
+    return file;
+}
+
+/// A library that opens what a test put under a path; any other path is a file that cannot be read.
+struct FakeLibrary {
+    std::map<std::string, std::shared_ptr<const dicom::DicomFile>> files;
+    int opened = 0;
+    ImageLibrary library{
+        [this](const std::string& path) -> dicom::Result<std::shared_ptr<const dicom::DicomFile>> {
+            ++opened;
+            const auto found = files.find(path);
+            if (found != files.end()) return found->second;
+            dicom::DecodeError fault;
+            fault.kind = dicom::DecodeError::Kind::CannotRead;
+            fault.message = "there is no such file";
+            return fault;
+        }};
+};
+
+}  // namespace cinedisc::test

@@ -1,0 +1,231 @@
+#include "control/pipeline/DisplayTables.h"
+#include "control/pipeline/PictureScaler.h"
+#include "control/pipeline/ScalePlan.h"
+#include "tests/control/FakeDicomFile.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace cinedisc {
+namespace {
+
+using test::FakeDicomFile;
+
+/// A displayed picture as plainly as it can be said: one number a pixel and channel.
+struct PlainPicture {
+    int columns, rows, channels;
+    std::vector<double> values;
+    double at(int x, int y, int c) const {
+        return values[static_cast<std::size_t>((y * columns + x) * channels + c)];
+    }
+};
+
+/// Linear interpolation when enlarging, the mean under a triangle when reducing, single pixels without
+/// smoothing.
+std::vector<std::pair<int, double>> sharesOf(int position, int source, int scaled, Smoothing smoothing) {
+    const double step = static_cast<double>(source) / scaled;
+    if (smoothing == Smoothing::Nearest || source == scaled)
+        return {{static_cast<int>((position + 0.5) * step), 1.0}};
+    const double center = (position + 0.5) * step - 0.5;
+    std::vector<std::pair<int, double>> shares;
+    double sum = 0;
+    const double reach = std::max(1.0, step);
+    for (int k = static_cast<int>(std::floor(center - reach)); k <= center + reach; ++k) {
+        if (step > 1 && (k < 0 || k >= source)) continue;
+        const double share = std::max(0.0, 1 - std::abs(k - center) / reach);
+        shares.emplace_back(std::clamp(k, 0, source - 1), share);
+        sum += share;
+    }
+    for (auto& [k, share] : shares) share /= sum;
+    return shares;
+}
+
+double scaledValue(const PlainPicture& picture, QSize scaled, Smoothing smoothing, int x, int y,
+                   int channel) {
+    double value = 0;
+    for (const auto& [sy, wy] : sharesOf(y, picture.rows, scaled.height(), smoothing)) {
+        for (const auto& [sx, wx] : sharesOf(x, picture.columns, scaled.width(), smoothing)) {
+            value += wx * wy * picture.at(sx, sy, channel);
+        }
+    }
+    return value;
+}
+
+std::vector<std::uint32_t> drawn(const dicom::Frame& frame, const DisplayRule& rule, const CoverPlane* cover,
+                                 const ScalePlan& plan) {
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(plan.wanted.width() * plan.wanted.height()));
+    PictureScaler scaler;
+    scaler.draw(FrameRows(frame, rule, cover), plan.columns, plan.rows,
+                {reinterpret_cast<std::uint8_t*>(pixels.data()), plan.wanted.width() * 4,
+                 PixelTarget::Format::Rgb32});
+    return pixels;
+}
+
+/// Frames of every sample type, grey, palette and colour, filled with noise.
+dicom::Frame randomFrame(std::mt19937& random, FakeDicomFile& file, int columns, int rows) {
+    dicom::Frame frame;
+    frame.columns = file.format.columns = columns;
+    frame.rows = file.format.rows = rows;
+    const int kind = static_cast<int>(random() % 9);
+    const auto fill = [&]<typename Sample>(Sample, int samples, double from, double to) {
+        std::uniform_real_distribution<double> value(from, to);
+        std::vector<Sample> noise(frame.pixelCount() * static_cast<std::size_t>(samples));
+        for (auto& sample : noise) sample = static_cast<Sample>(value(random));
+        frame.samples = std::move(noise);
+        frame.samplesPerPixel = file.format.samplesPerPixel = samples;
+    };
+    file.format.bitsStored = kind == 2 || kind == 3 ? 12 : kind < 2 ? 8 : 32;
+    file.format.isSigned = kind == 1 || kind == 3 || kind == 5;
+    if (kind == 0) fill(std::uint8_t{}, 1, 0, 255.99);
+    if (kind == 1) fill(std::int8_t{}, 1, -128, 127.99);
+    if (kind == 2) fill(std::uint16_t{}, 1, 0, 4095.99);
+    if (kind == 3) fill(std::int16_t{}, 1, -2048, 2047.99);
+    if (kind == 4) fill(std::uint32_t{}, 1, 0, 4e9);
+    if (kind == 5) fill(std::int32_t{}, 1, -2e9, 2e9);
+    if (kind == 6) fill(float{}, 1, -1, 1);
+    if (kind == 7) fill(std::uint8_t{}, 3, 0, 255.99);
+    if (kind == 8) {
+        fill(std::uint16_t{}, 1, 0, 300);
+        file.format.bitsStored = 16;
+        file.format.photometric = dicom::Photometric::PaletteColor;
+        dicom::LookupTable table{20, 8, std::vector<std::uint16_t>(256)};
+        for (auto& entry : table.entries) entry = static_cast<std::uint16_t>(random() % 256);
+        file.paletteTables = dicom::Palette{table, table, table};
+        std::reverse(file.paletteTables->green.entries.begin(), file.paletteTables->green.entries.end());
+    }
+    return frame;
+}
+
+/// Each pixel on its own, straight from the rule.
+PlainPicture plainPicture(const dicom::Frame& frame, const FakeDicomFile& file, const GreyRule& rule,
+                          Polarity polarity, const CoverPlane& cover) {
+    const bool palette = file.format.photometric == dicom::Photometric::PaletteColor;
+    PlainPicture plain{frame.columns, frame.rows, palette ? 3 : frame.samplesPerPixel, {}};
+    std::visit(
+        [&](const auto& samples) {
+            for (std::size_t i = 0; i < frame.pixelCount() * static_cast<std::size_t>(plain.channels); ++i) {
+                const std::size_t pixel = i / static_cast<std::size_t>(plain.channels);
+                const std::size_t channel = i % static_cast<std::size_t>(plain.channels);
+                int value = 0;
+                if (palette) {
+                    const auto& tables = *file.paletteTables;
+                    const auto& table = channel == 0 ? tables.red : channel == 1 ? tables.green : tables.blue;
+                    value = lookUp(table, static_cast<double>(samples[pixel]));
+                } else if (plain.channels == 3) {
+                    value = static_cast<int>(samples[i]);
+                } else {
+                    value = rule(static_cast<double>(samples[i]));
+                }
+                if (plain.channels == 3 && polarity == Polarity::Inverted) value = 255 - value;
+                if (!cover.empty() && !cover.keep[pixel]) value = cover.paint[pixel];
+                plain.values.push_back(value);
+            }
+        },
+        frame.samples);
+    return plain;
+}
+
+CoverPlane randomCover(std::mt19937& random, int columns, int rows) {
+    CoverPlane cover;
+    if (random() % 2) return cover;
+    cover.columns = columns;
+    for (int i = 0; i < columns * rows; ++i) {
+        const bool covered = random() % 4 == 0;
+        cover.keep.push_back(covered ? 0 : 255);
+        cover.paint.push_back(covered ? 200 : 0);
+    }
+    return cover;
+}
+
+TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
+    std::mt19937 random(11);
+    const auto upTo = [&](int most) { return 1 + static_cast<int>(random() % static_cast<unsigned>(most)); };
+    for (int round = 0; round < 400; ++round) {
+        FakeDicomFile file;
+        const auto frame = randomFrame(random, file, upTo(40), upTo(40));
+        const auto polarity = random() % 2 ? Polarity::Normal : Polarity::Inverted;
+        const auto smoothing = random() % 3 ? Smoothing::Smooth : Smoothing::Nearest;
+        const WindowInForce window = windowOver(storedRange(frame, {}), dicom::SampleKind::Integer);
+        const GreyRule rule(file.grey, window, polarity);
+        const CoverPlane cover = randomCover(random, frame.columns, frame.rows);
+        const PlainPicture plain = plainPicture(frame, file, rule, polarity, cover);
+
+        const bool same = random() % 4 == 0;
+        const QSize scaled(same ? frame.columns : upTo(90), same ? frame.rows : upTo(90));
+        const QPoint corner(static_cast<int>(random()) % scaled.width(),
+                            static_cast<int>(random()) % scaled.height());
+        const QRect wanted =
+            QRect(QPoint(std::abs(corner.x()), std::abs(corner.y())), QSize(upTo(60), upTo(60)))
+                .intersected(QRect(QPoint(0, 0), scaled));
+        DisplayTables tables;
+        const auto pixels = drawn(frame, tables.ruleFor(file, 0, frame, window, polarity), &cover,
+                                  ScalePlan({frame.columns, frame.rows}, scaled, wanted, smoothing));
+        const bool exact = smoothing == Smoothing::Nearest || same;
+        for (int y = 0; y < wanted.height(); ++y) {
+            for (int x = 0; x < wanted.width(); ++x) {
+                const std::uint32_t pixel = pixels[static_cast<std::size_t>(y * wanted.width() + x)];
+                ASSERT_EQ(pixel >> 24, 255U);
+                for (int c = 0; c < 3; ++c) {
+                    const double expected = scaledValue(plain, scaled, smoothing, wanted.x() + x,
+                                                        wanted.y() + y, c % plain.channels);
+                    const int level = pixel >> (16 - 8 * c) & 255;
+                    ASSERT_LE(std::abs(level - expected), exact ? 0 : 1.6)
+                        << frame.columns << "x" << frame.rows << " to " << scaled.width() << "x"
+                        << scaled.height() << " at " << x << "," << y << " sample type "
+                        << frame.samples.index();
+                }
+            }
+        }
+    }
+}
+
+TEST(PictureScaler, KeepsEveryGreyOfAnEvenPictureAtAnyScale) {
+    for (const int grey : {0, 1, 127, 254, 255}) {
+        const auto file = test::greyRun(37, 23, 1, [&](int, int, int) { return grey; });
+        const auto frame = file->picture(0);
+        DisplayTables tables;
+        const auto& rule = tables.ruleFor(*file, 0, frame, {false, {128, 256}}, Polarity::Normal);
+        for (const QSize scaled : {QSize(1, 1), QSize(5, 80), QSize(36, 22), QSize(38, 24), QSize(200, 3)}) {
+            const ScalePlan plan({37, 23}, scaled, QRect(QPoint(0, 0), scaled), Smoothing::Smooth);
+            for (const std::uint32_t pixel : drawn(frame, rule, nullptr, plan)) {
+                ASSERT_EQ(pixel & 255, static_cast<unsigned>(grey))
+                    << scaled.width() << "x" << scaled.height();
+            }
+        }
+    }
+}
+
+TEST(ScalePlan, HoldsNoMoreThanTheVisiblePart) {
+    const ScalePlan plan({65535, 65535}, {1 << 30, 1 << 30}, QRect((1 << 30) - 50, 12345, 50, 40),
+                         Smoothing::Smooth);
+    EXPECT_EQ(plan.columns.size(), 50);
+    EXPECT_EQ(plan.columns.sourceTo(), 65535);
+    EXPECT_LE(plan.columns.sourceTo() - plan.columns.sourceFrom(), 2);
+    EXPECT_EQ(plan.rows.sourceFrom(), 0);
+}
+
+TEST(DisplayTables, AreKeptWhileNothingChanges) {
+    const auto file = test::greyRun(4, 4, 2);
+    const auto frame = file->picture(0);
+    DisplayTables tables;
+    const WindowInForce window{false, {128, 256}};
+    tables.ruleFor(*file, 0, frame, window, Polarity::Normal);
+    const auto first = tables.revision();
+    tables.ruleFor(*file, 1, frame, window, Polarity::Normal);
+    EXPECT_EQ(tables.revision(), first);
+    tables.ruleFor(*file, 1, frame, window, Polarity::Inverted);
+    EXPECT_NE(tables.revision(), first);
+    const auto second = tables.revision();
+    file->greyOfFrame = [](int index) {
+        dicom::GreyTransform grey;
+        grey.rescale = dicom::Rescale{1.0 + index, 0};
+        return grey;
+    };
+    tables.ruleFor(*file, 1, frame, window, Polarity::Inverted);
+    EXPECT_NE(tables.revision(), second) << "frames with rules of their own";
+}
+
+}  // namespace
+}  // namespace cinedisc
