@@ -1,12 +1,12 @@
 #pragma once
 
+#include "dicom/Tag.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "dicom/Tag.h"
 
 namespace cinedisc::dicom {
 
@@ -18,8 +18,8 @@ constexpr Vr vr(const char (&name)[3]) {
     return static_cast<Vr>(static_cast<unsigned char>(name[0]) << 8 | static_cast<unsigned char>(name[1]));
 }
 
-/// One data element of a header. Values are kept as they stand in the file, little endian, except the pixels and other
-/// values above a limit, of which only place and length are kept.
+/// One data element of a header. Values are kept as they stand in the file, little endian, except the pixels
+/// and other values above a limit, of which only place and length are kept.
 struct Element {
     Tag tag;
     Vr valueRepresentation = vr("UN");
@@ -30,8 +30,8 @@ struct Element {
     std::vector<DataSet> items;    ///< for sequences
 };
 
-/// The elements of a data set or sequence item, in file order. Answers are empty when the element is missing, empty or of
-/// another kind: files from the field are not to be trusted.
+/// The elements of a data set or sequence item, in file order. Answers are empty when the element is missing,
+/// empty or of another kind: files from the field are not to be trusted.
 class DataSet {
   public:
     std::vector<Element> elements;

@@ -1,10 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "dicom/ByteSource.h"
 #include "dicom/DataSet.h"
 #include "dicom/Frame.h"
@@ -12,12 +7,17 @@
 #include "dicom/Presentation.h"
 #include "dicom/Result.h"
 
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
 namespace cinedisc::dicom {
 
 /// An opened DICOM file: its header, and its frames decoded one at a time when asked for.
 ///
-/// Opening reads the header once, from the start, and nothing of the pixels but the offset table. Frames are read when
-/// asked for. Immutable after opening; any thread may decode.
+/// Opening reads the header once, from the start, and nothing of the pixels but the offset table. Frames are
+/// read when asked for. Immutable after opening; any thread may decode.
 class DicomFile {
   public:
     /// Opens a file by its path in the platform's encoding (UTF-8 on Linux).
@@ -25,14 +25,17 @@ class DicomFile {
     static Result<std::shared_ptr<const DicomFile>> open(std::shared_ptr<const ByteSource> source);
     virtual ~DicomFile() = default;
 
-    /// The whole header, file meta information first.
+    /// The whole header, file meta information first, with the pixel data (not held) as its last element.
     virtual const DataSet& header() const = 0;
+    /// What stands behind the pixel data, read when asked for; empty for encapsulated pixels, whose end is
+    /// far to seek.
+    virtual DataSet elementsBehindPixels() const { return {}; }
     virtual const std::string& transferSyntax() const = 0;
     virtual const PixelFormat& pixelFormat() const = 0;
     virtual Compression compression() const = 0;
 
-    /// Frames that can be asked for: 0 when there is no picture. What the header says unless the file's length proves
-    /// fewer.
+    /// Frames that can be asked for: 0 when there is no picture. What the header says unless the file's
+    /// length proves fewer.
     virtual int frameCount() const = 0;
     /// Frames that the header announces, which a cut-off file has not.
     virtual int announcedFrameCount() const = 0;
@@ -46,23 +49,25 @@ class DicomFile {
     virtual GreyTransform greyTransform(int frame) const = 0;
     virtual const std::optional<Palette>& palette() const = 0;
     virtual const Shutter& shutter() const = 0;
-    /// Overlay planes, in group order. Those embedded in the pixel cells hold no bits: ask overlayBits.
+    /// Overlay planes, in group order. Those embedded in the pixel cells and large multi-frame ones hold no
+    /// bits: ask overlayBits.
     virtual const std::vector<Overlay>& overlays() const = 0;
     /// The bits of one overlay for one image frame (counted from 0), empty when it has none for that frame.
     virtual std::vector<std::uint8_t> overlayBits(const Overlay& overlay, int frame) const = 0;
     virtual PixelAspect pixelAspect() const = 0;
 
-    /// The header text of an element as UTF-8, whatever the specific character set; person names as they stand.
+    /// The header text of an element as UTF-8, whatever the specific character set; person names as they
+    /// stand.
     virtual std::string text(Tag tag) const = 0;
 };
 
 /// One line of the header page.
 struct HeaderLine {
-    int depth = 0;        ///< nesting, 0 for the data set itself
+    int depth = 0;  ///< nesting, 0 for the data set itself
     Tag tag;
     std::string vr;
     std::string keyword;
-    std::string value;    ///< UTF-8, one line, shortened for binary values
+    std::string value;  ///< UTF-8, one line, shortened for binary values
 };
 
 /// All elements in file order, nested sequences after their element.

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "dicom/DecodeError.h"
+
 #include <utility>
 #include <variant>
-
-#include "dicom/DecodeError.h"
 
 namespace cinedisc::dicom {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/RunTimeError.h"
+
 #include <compare>
 #include <concepts>
 #include <cstdint>
 #include <limits>
 #include <utility>
-
-#include "platform/RunTimeError.h"
 
 namespace cinedisc {
 

@@ -4,8 +4,8 @@ namespace cinedisc {
 
 /// A scroll bar or slider as the logic sees it.
 ///
-/// Putting a value outside its range raises run-time error 380. Putting the value it has raises no change event; any other
-/// raises it before the put returns.
+/// Putting a value outside its range raises run-time error 380. Putting the value it has raises no change
+/// event; any other raises it before the put returns.
 class RangeControl {
   public:
     virtual ~RangeControl() = default;

@@ -1,17 +1,20 @@
 #pragma once
 
 #include <QString>
+
 #include <exception>
 #include <utility>
 
 namespace cinedisc {
 
-/// A run-time error of the forms: a number with its usual text. Command handlers trap it (trapErrors) or let it end the
-/// program (see EventGuard).
+/// A run-time error of the forms: a number with its usual text. Command handlers trap it (trapErrors) or let
+/// it end the program (see EventGuard).
 class RunTimeError : public std::exception {
   public:
     static RunTimeError overflow() { return {6, "Overflow"}; }
+    static RunTimeError outOfMemory() { return {7, "Out of memory"}; }
     static RunTimeError subscriptOutOfRange() { return {9, "Subscript out of range"}; }
+    static RunTimeError internalError() { return {51, "Internal error"}; }
     static RunTimeError fileNotFound() { return {53, "File not found"}; }
     static RunTimeError pathFileAccess() { return {75, "Path/File access error"}; }
     static RunTimeError pathNotFound() { return {76, "Path not found"}; }
@@ -27,7 +30,9 @@ class RunTimeError : public std::exception {
 
   private:
     RunTimeError(int number, QString text)
-        : number_(number), text_(std::move(text)), what_(QString("%1: %2").arg(number_).arg(text_).toUtf8()) {}
+        : number_(number),
+          text_(std::move(text)),
+          what_(QString("%1: %2").arg(number_).arg(text_).toUtf8()) {}
 
     int number_;
     QString text_;

@@ -4,7 +4,8 @@
 
 namespace cinedisc {
 
-/// The patient tree as the loader and the click handler see it. Nodes are counted from 1 in the order of adding.
+/// The patient tree as the loader and the click handler see it. Nodes are counted from 1 in the order of
+/// adding.
 class TreeControl {
   public:
     virtual ~TreeControl() = default;

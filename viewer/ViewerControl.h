@@ -4,8 +4,8 @@
 
 namespace cinedisc {
 
-/// The contract with the viewer component: exactly the members that the forms use, under their own names. The program
-/// never touches an image but through these.
+/// The contract with the viewer component: exactly the members that the forms use, under their own names. The
+/// program never touches an image but through these.
 ///
 /// Order of use: put FileName first, then read FrameCount or put CurrentFrame, then restore display settings.
 /// Lives on the user-interface thread.
@@ -16,9 +16,9 @@ class ViewerControl {
 
     virtual ~ViewerControl() = default;
 
-    /// Full path of the loaded file, "" when none. Putting a path always loads, even the same one again, and shows the
-    /// first frame with the file's own window and normal polarity; it never raises. A file that cannot be shown keeps
-    /// its path and answers FrameCount 0.
+    /// Full path of the loaded file, "" when none. Putting a path always loads, even the same one again, and
+    /// shows the first frame with the file's own window and normal polarity; it never raises. A file that
+    /// cannot be shown keeps its path and answers FrameCount 0.
     virtual QString FileName() const = 0;
     virtual void putFileName(const QString& path) = 0;
 

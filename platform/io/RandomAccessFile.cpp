@@ -1,10 +1,9 @@
 #include "platform/io/RandomAccessFile.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 namespace cinedisc {
 
@@ -15,7 +14,8 @@ std::unique_ptr<RandomAccessFile> RandomAccessFile::open(const std::string& path
     };
     // O_NONBLOCK: opening a pipe that nobody writes to must not wait.
     const int handle = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (handle < 0) return fail(errno == ENOENT || errno == ENOTDIR ? OpenError::Missing : OpenError::NoAccess);
+    if (handle < 0)
+        return fail(errno == ENOENT || errno == ENOTDIR ? OpenError::Missing : OpenError::NoAccess);
     struct stat status {};
     if (::fstat(handle, &status) != 0 || !S_ISREG(status.st_mode)) {
         ::close(handle);
@@ -31,7 +31,8 @@ RandomAccessFile::~RandomAccessFile() { ::close(handle_); }
 std::size_t RandomAccessFile::readAt(std::uint64_t offset, std::span<std::byte> into) const {
     std::size_t done = 0;
     while (done < into.size()) {
-        const auto got = ::pread(handle_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
+        const auto got =
+            ::pread(handle_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) break;
         done += static_cast<std::size_t>(got);

@@ -13,8 +13,8 @@ class RandomAccessFile {
   public:
     enum class OpenError { None, Missing, NotRegular, NoAccess };
 
-    /// Opens for reading. Never waits on a pipe or device: anything but a regular file is refused. `path` is in the
-    /// platform's file encoding (UTF-8 on Linux). On failure the answer is null and `error` says why.
+    /// Opens for reading. Never waits on a pipe or device: anything but a regular file is refused. `path` is
+    /// in the platform's file encoding (UTF-8 on Linux). On failure the answer is null and `error` says why.
     static std::unique_ptr<RandomAccessFile> open(const std::string& path, OpenError* error = nullptr);
     ~RandomAccessFile();
     RandomAccessFile(const RandomAccessFile&) = delete;

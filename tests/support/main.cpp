@@ -6,6 +6,8 @@ namespace {
 /// A warning that the toolkit logs during a test is a fault of the program: it fails the test.
 void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& message) {
     fprintf(stderr, "%s\n", qPrintable(message));
+    // The platform that shows nothing says so of windows' finer points.
+    if (message.startsWith("This plugin does not support")) return;
     if (type != QtDebugMsg && type != QtInfoMsg) ADD_FAILURE() << "logged: " << qPrintable(message);
 }
 

@@ -1,0 +1,137 @@
+#include "app/CinePanel.h"
+
+#include "app/PanelParts.h"
+#include "app/PatientStepPanel.h"
+#include "platform/widgets/IndicatorOption.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace cinedisc {
+
+namespace {
+
+constexpr ButtonRow reverse = {"cmdReverse", "", Picture::Reverse, "Play backward"};
+constexpr ButtonRow stop = {"cmdStop", "Stop", Picture::None, "Stop the cine"};
+constexpr ButtonRow play = {"cmdPlay", "", Picture::Play, "Play forward"};
+constexpr ButtonRow previousFrame = {"cmdPrev", "", Picture::PreviousFrame, "Previous frame"};
+constexpr ButtonRow nextFrame = {"cmdNext", "", Picture::NextFrame, "Next frame"};
+constexpr ButtonRow previousImage = {"cmdPrevImage", "", Picture::PreviousImage, "Previous image file"};
+constexpr ButtonRow nextImage = {"cmdNextImage", "", Picture::NextImage, "Next image file"};
+
+/// Both options of the run's end carry this one; the words beside them differ.
+constexpr const char* endOfRunCaption = "Continuos";
+
+/// Columns of the panel's grid; a line stands between any two.
+enum Column { PlayColumn = 0, FrameColumn = 2, ImageColumn = 4, PatientColumn = 6 };
+enum Row { HeadingRow, ControlRow, OptionRow, RowCount };
+
+/// A part of the panel: an empty widget with a row for what stands in it.
+QHBoxLayout* rowOf(QWidget* part, int spacing = buttonGap) {
+    auto* row = new QHBoxLayout(part);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(spacing);
+    return row;
+}
+
+}  // namespace
+
+CinePanel::CinePanel(QWidget* parent) : QFrame(parent) {
+    setObjectName("Frame9");
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(panelGap);
+    grid->setVerticalSpacing(buttonGap);
+    for (const int column : {PlayColumn, FrameColumn, ImageColumn})
+        grid->addWidget(groupLine(this), 0, column + 1, RowCount, 1);
+
+    grid->addWidget(remark("Cine", this), HeadingRow, PlayColumn);
+    grid->addWidget(playButtons(), ControlRow, PlayColumn);
+    grid->addWidget(directionFrame(), OptionRow, PlayColumn);
+
+    grid->addWidget(frameHeading(), HeadingRow, FrameColumn);
+    grid->addWidget(frameSeeker(), ControlRow, FrameColumn);
+    grid->addWidget(endOfRunAndSpeed(), OptionRow, FrameColumn);
+
+    lblImg = named(new ElidedLabel("Image", "Image : 0000/0000", this), "lblImg");
+    grid->addWidget(named(remark("Image Scroll Bar", this), "Label9"), HeadingRow, ImageColumn);
+    grid->addLayout(stepRow(previousImage, *lblImg, nextImage, this), ControlRow, ImageColumn);
+
+    Frame1 = new PatientStepPanel(this);
+    grid->addWidget(Frame1, 0, PatientColumn, RowCount, 1);
+    grid->setColumnStretch(FrameColumn, 3);
+    grid->setColumnStretch(PatientColumn, 1);
+}
+
+QWidget* CinePanel::playButtons() {
+    auto* part = new QWidget(this);
+    auto* row = rowOf(part);
+    for (const ButtonRow& button : {reverse, stop, play}) row->addWidget(makeButton(button, part));
+    return part;
+}
+
+QWidget* CinePanel::directionFrame() {
+    auto* frame = named(new QFrame(this), "Frame2");
+    auto* row = rowOf(frame, panelGap);
+    Option9 = named(new QRadioButton("Forward", frame), "Option9");
+    Option10 = named(new QRadioButton("Reverse", frame), "Option10");
+    for (QRadioButton* option : {Option9, Option10}) {
+        option->setFocusPolicy(Qt::TabFocus);
+        row->addWidget(option);
+    }
+    return frame;
+}
+
+QWidget* CinePanel::frameHeading() {
+    auto* part = new QWidget(this);
+    lblFra = named(new ElidedLabel("Frame", "Frame :00000", part), "lblFra");
+    lblFra->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto* row = rowOf(part);
+    row->addWidget(named(remark("Frame Scroll Bar", part), "Label8"));
+    row->addStretch();
+    row->addWidget(lblFra);
+    return part;
+}
+
+QWidget* CinePanel::frameSeeker() {
+    auto* part = new QWidget(this);
+    auto* row = rowOf(part);
+    Slider2 = makeSlider("Slider2", "Frame Seek Bar", 1, 10);
+    row->addWidget(makeButton(previousFrame, part));
+    row->addWidget(Slider2, 1);
+    row->addWidget(makeButton(nextFrame, part));
+    return part;
+}
+
+QWidget* CinePanel::endOfRunAndSpeed() {
+    auto* part = new QWidget(this);
+    auto* loop = named(new QLabel("Loop", part), "Label2");
+    auto* continuous = named(new QLabel("Continuous", part), "Label3");
+    Option4 = named(new IndicatorOption(endOfRunCaption, *loop, part), "Option4");
+    Option11 = named(new IndicatorOption(endOfRunCaption, *continuous, part), "Option11");
+    Option4->setToolTip("At its end the run starts again");
+    Option11->setToolTip("At its end the run goes on with the next file");
+    Slider1 = makeSlider("Slider1", "Speed Bar", 0, 10);
+    Slider1->setPageStep(1);
+    auto* row = rowOf(part);
+    row->addWidget(Option4);
+    row->addWidget(loop);
+    row->addSpacing(panelGap);
+    row->addWidget(Option11);
+    row->addWidget(continuous);
+    row->addStretch(1);
+    row->addWidget(remark("Speed Bar", part));
+    row->addWidget(Slider1, 1);
+    return part;
+}
+
+QSlider* CinePanel::makeSlider(const char* name, const char* text, int min, int max) {
+    auto* slider = named(new QSlider(Qt::Horizontal, this), name);
+    slider->setRange(min, max);
+    slider->setToolTip(text);
+    slider->setAccessibleName(text);
+    return slider;
+}
+
+}  // namespace cinedisc

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "app/Form1Behaviour.h"
+#include "app/Form1Controls.h"
+#include "app/Form1Layout.h"
+#include "tools/frmdicom.h"
+#include "viewer/StripWheel.h"
+
+#include <QMainWindow>
+
+namespace cinedisc {
+
+class ezDICOMX;
+
+/// The main window. Its form-level values can be read as properties.
+class Form1 : public QMainWindow {
+    Q_OBJECT
+    Q_PROPERTY(int PatientCounter READ PatientCounter)
+    Q_PROPERTY(int ThumbFillCount READ ThumbFillCount)
+    Q_PROPERTY(bool HasStudyFolders READ HasStudyFolders)
+    Q_PROPERTY(bool StillsMode READ StillsMode)
+    Q_PROPERTY(bool WheelPresent READ WheelPresent)
+    Q_PROPERTY(QString CurrentFolder READ CurrentFolder)
+    Q_PROPERTY(QString PatientsFolder READ PatientsFolder)
+
+  public:
+    /// Makes the window and runs its load handler; it is not shown yet.
+    explicit Form1(const QString& programFolder);
+
+    int PatientCounter() const { return behaviour_.catalogueLoader.PatientCounter().value(); }
+    int ThumbFillCount() const { return behaviour_.strip.ThumbFillCount().value(); }
+    bool HasStudyFolders() const { return controls_.disc.position.HasStudyFolders; }
+    bool StillsMode() const { return controls_.disc.position.StillsMode; }
+    bool WheelPresent() const { return wheel_.WheelPresent(); }
+    QString CurrentFolder() const { return controls_.disc.position.CurrentFolder.pathOrEmpty(); }
+    QString PatientsFolder() const { return controls_.disc.position.PatientsFolder.pathOrEmpty(); }
+
+    Form1Behaviour& behaviour() { return behaviour_; }
+    RangeControl& sb1() { return controls_.sb1; }
+    /// Opens the licence text beside the program in the desktop's text viewer.
+    void showLicence();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    ezDICOMX& mainView();
+    void connectEvents();
+    void runCommand(const QString& name);
+
+    QString programFolder_;
+    Form1Layout layout_;
+    Form1Controls controls_;
+    StripWheel wheel_;
+    frmdicomChooser formatChooser_;
+    Form1Behaviour behaviour_;
+};
+
+}  // namespace cinedisc

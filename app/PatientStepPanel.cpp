@@ -1,0 +1,33 @@
+#include "app/PatientStepPanel.h"
+
+#include "app/PanelParts.h"
+
+#include <QVBoxLayout>
+
+namespace cinedisc {
+
+namespace {
+
+constexpr ButtonRow studyBack = {"CmdStudyBack", "", Picture::Previous, "Previous Patient"};
+constexpr ButtonRow studyNext = {"cmdStudyNext", "", Picture::Next, "Next Patient"};
+constexpr ButtonRow seriesBack = {"cmdSeriesBack", "", Picture::Previous, "Previous Series"};
+constexpr ButtonRow seriesNext = {"cmNext", "", Picture::Next, "Next Series"};
+
+constexpr const char* nameSample = "Anonymous^Patient^X";
+
+}  // namespace
+
+PatientStepPanel::PatientStepPanel(QWidget* parent) : QFrame(parent) {
+    setObjectName("Frame1");
+    Label13 = named(new ElidedLabel("Study Scroll Bar", nameSample, this), "Label13");
+    Label15 = named(new ElidedLabel("Series Scroll Bar", nameSample, this), "Label15");
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(buttonGap);
+    rows->addStretch();
+    rows->addLayout(stepRow(studyBack, *Label13, studyNext, this));
+    rows->addLayout(stepRow(seriesBack, *Label15, seriesNext, this));
+    rows->addStretch();
+}
+
+}  // namespace cinedisc

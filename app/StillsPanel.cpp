@@ -1,0 +1,66 @@
+#include "app/StillsPanel.h"
+
+#include "app/PanelParts.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace cinedisc {
+
+namespace {
+
+constexpr const char* nameSample = "Anonymous^Patient^X";
+
+struct StepGroup {
+    const char* heading;
+    ButtonRow back;
+    ButtonRow next;
+};
+
+constexpr StepGroup patient = {"Patient",
+                               {"cmdPatBack", "", Picture::Previous, "Previous Patient"},
+                               {"Command2", "", Picture::Next, "Next Patient"}};
+constexpr StepGroup series = {"Series",
+                              {"cmdSerBack", "", Picture::Previous, "Previous Series"},
+                              {"cmdSerNext", "", Picture::Next, "Next Series"}};
+// These step files; their tooltips say "Frame" all the same.
+constexpr StepGroup image = {"Image",
+                             {"cmdPreviousSeries", "", Picture::PreviousImage, "Previous Frame"},
+                             {"cmdNextSeries", "", Picture::NextImage, "Next Frame"}};
+
+QBoxLayout* stepColumn(const StepGroup& group, QLabel& label, QWidget* parent) {
+    auto* column = new QVBoxLayout;
+    column->setSpacing(buttonGap);
+    column->addStretch();
+    QLabel* heading = remark(group.heading, parent);
+    heading->setAlignment(Qt::AlignCenter);
+    column->addWidget(heading);
+    column->addLayout(stepRow(group.back, label, group.next, parent));
+    column->addStretch();
+    return column;
+}
+
+}  // namespace
+
+StillsPanel::StillsPanel(QWidget* parent) : QFrame(parent) {
+    setObjectName("Frame8");
+    Label5 = named(new ElidedLabel("Study Scroll Bar", nameSample, this), "Label5");
+    Label6 = named(new ElidedLabel("Series Scroll Bar", nameSample, this), "Label6");
+    lblSeries = named(new ElidedLabel("", "Image :0000/0000", this), "lblSeries");
+    // In a wide window the buttons of a step stay near each other.
+    constexpr int widestName = 380;
+    Label5->setMaximumWidth(widestName);
+    Label6->setMaximumWidth(widestName);
+    auto* columns = new QHBoxLayout(this);
+    columns->setContentsMargins(0, 0, 0, 0);
+    columns->setSpacing(panelGap);
+    columns->addStretch();
+    columns->addLayout(stepColumn(patient, *Label5, this), 1);
+    columns->addWidget(groupLine(this));
+    columns->addLayout(stepColumn(series, *Label6, this), 1);
+    columns->addWidget(groupLine(this));
+    columns->addLayout(stepColumn(image, *lblSeries, this));
+    columns->addStretch();
+}
+
+}  // namespace cinedisc

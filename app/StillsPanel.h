@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/widgets/ElidedLabel.h"
+
+#include <QFrame>
+
+namespace cinedisc {
+
+/// Frame8: the patient, series and image steps, shown in stills mode.
+class StillsPanel final : public QFrame {
+    Q_OBJECT
+
+  public:
+    explicit StillsPanel(QWidget* parent = nullptr);
+
+    ElidedLabel* Label5 = nullptr;     ///< the patient's name
+    ElidedLabel* Label6 = nullptr;     ///< the series' name
+    ElidedLabel* lblSeries = nullptr;  ///< the image's position
+};
+
+}  // namespace cinedisc

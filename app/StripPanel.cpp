@@ -1,0 +1,38 @@
+#include "app/StripPanel.h"
+
+#include "app/PanelParts.h"
+
+#include <QHBoxLayout>
+
+#include <algorithm>
+
+namespace cinedisc {
+
+StripPanel::StripPanel(const ViewerFactory& makeViewer, QWidget* parent) : QWidget(parent) {
+    auto* previews = new QVBoxLayout;
+    previews->setSpacing(buttonGap);
+    for (int i = 0; i < previewCount; ++i) {
+        QWidget*& preview = thumb[static_cast<std::size_t>(i)];
+        preview = named(makeViewer(this, ViewerRole::Preview), QString("thumb(%1)").arg(i));
+        preview->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+        previews->addWidget(preview);
+    }
+    sb1 = named(new QScrollBar(Qt::Vertical, this), "sb1");
+    sb1->setRange(1, 32767);
+    sb1->setPageStep(previewCount);
+    sb1->setAccessibleName("Image Scroll Bar");
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(buttonGap);
+    row->addLayout(previews);
+    row->addWidget(sb1);
+}
+
+int StripPanel::widthFor(int height) const {
+    constexpr int smallestEdge = 80;
+    const int edge = (height - (previewCount - 1) * buttonGap) / previewCount;
+    return std::max(edge, smallestEdge) + buttonGap + sb1->sizeHint().width();
+}
+
+}  // namespace cinedisc

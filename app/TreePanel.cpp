@@ -1,0 +1,18 @@
+#include "app/TreePanel.h"
+
+#include "app/PanelParts.h"
+
+#include <QVBoxLayout>
+
+namespace cinedisc {
+
+TreePanel::TreePanel(QWidget* parent) : QGroupBox("Patient List..", parent) {
+    setObjectName("FraTree");
+    TreeView1 = named(new PatientTreeView(this), "TreeView1");
+    TreeView1->setFrameShape(QFrame::NoFrame);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(TreeView1);
+}
+
+}  // namespace cinedisc

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/widgets/PopUpPanel.h"
+
+namespace cinedisc {
+
+/// Frame5: the choices of the magnification, cmdFit(0) to cmdFit(4).
+class ZoomPopUp final : public PopUpPanel {
+    Q_OBJECT
+
+  public:
+    ZoomPopUp(QWidget& button, QWidget& surface);
+};
+
+}  // namespace cinedisc

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "dicom/DataSet.h"
+#include "dicom/DecodeError.h"
+
+#include <cstdint>
+#include <string_view>
+
+/// What is told in place of a picture, in words for a clinician.
+namespace cinedisc::dicom::notices {
+
+/// The object has no pixels of its own: it may still hold an icon, or be the directory of a disc.
+DecodeError noPicture(const DataSet& header);
+/// The file ends before `announced` frames: `complete` of them are there.
+DecodeError cutOff(int complete, int announced, Tag tag = {}, std::uint64_t offset = 0);
+DecodeError unreadableCompression(std::string_view name);
+/// The pixels lie on a server (JPIP).
+DecodeError pictureElsewhere();
+DecodeError damaged(Tag tag, std::uint64_t offset, int frame = -1);
+DecodeError tooLarge();
+/// Rows, columns or the like are missing or make no sense.
+DecodeError undescribedPicture(Tag tag);
+DecodeError unsupportedPixels(std::string_view what);
+
+}  // namespace cinedisc::dicom::notices

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "dicom/Tag.h"
+
+/// The elements that the program itself reads, by their keywords (PS3.6).
+namespace cinedisc::dicom::tags {
+
+constexpr Tag TransferSyntaxUID{0x0002, 0x0010};
+constexpr Tag SpecificCharacterSet{0x0008, 0x0005};
+constexpr Tag SOPClassUID{0x0008, 0x0016};
+constexpr Tag Modality{0x0008, 0x0060};
+constexpr Tag ImagerPixelSpacing{0x0018, 0x1164};
+constexpr Tag ShutterShape{0x0018, 0x1600};
+constexpr Tag ShutterLeftVerticalEdge{0x0018, 0x1602};
+constexpr Tag ShutterRightVerticalEdge{0x0018, 0x1604};
+constexpr Tag ShutterUpperHorizontalEdge{0x0018, 0x1606};
+constexpr Tag ShutterLowerHorizontalEdge{0x0018, 0x1608};
+constexpr Tag CenterOfCircularShutter{0x0018, 0x1610};
+constexpr Tag RadiusOfCircularShutter{0x0018, 0x1612};
+constexpr Tag VerticesOfThePolygonalShutter{0x0018, 0x1620};
+constexpr Tag ShutterPresentationValue{0x0018, 0x1622};
+constexpr Tag ShutterOverlayGroup{0x0018, 0x1623};
+constexpr Tag FrameDisplayShutterSequence{0x0018, 0x9472};
+constexpr Tag SamplesPerPixel{0x0028, 0x0002};
+constexpr Tag PhotometricInterpretation{0x0028, 0x0004};
+constexpr Tag PlanarConfiguration{0x0028, 0x0006};
+constexpr Tag NumberOfFrames{0x0028, 0x0008};
+constexpr Tag Rows{0x0028, 0x0010};
+constexpr Tag Columns{0x0028, 0x0011};
+constexpr Tag PixelSpacing{0x0028, 0x0030};
+constexpr Tag PixelAspectRatio{0x0028, 0x0034};
+constexpr Tag BitsAllocated{0x0028, 0x0100};
+constexpr Tag BitsStored{0x0028, 0x0101};
+constexpr Tag HighBit{0x0028, 0x0102};
+constexpr Tag PixelRepresentation{0x0028, 0x0103};
+constexpr Tag PixelPaddingValue{0x0028, 0x0120};
+constexpr Tag PixelPaddingRangeLimit{0x0028, 0x0121};
+constexpr Tag WindowCenter{0x0028, 0x1050};
+constexpr Tag WindowWidth{0x0028, 0x1051};
+constexpr Tag RescaleIntercept{0x0028, 0x1052};
+constexpr Tag RescaleSlope{0x0028, 0x1053};
+constexpr Tag VOILUTFunction{0x0028, 0x1056};
+constexpr Tag RedPaletteDescriptor{0x0028, 0x1101};
+constexpr Tag RedPaletteData{0x0028, 0x1201};
+constexpr Tag SegmentedRedPaletteData{0x0028, 0x1221};
+constexpr Tag ModalityLUTSequence{0x0028, 0x3000};
+constexpr Tag LUTDescriptor{0x0028, 0x3002};
+constexpr Tag LUTData{0x0028, 0x3006};
+constexpr Tag VOILUTSequence{0x0028, 0x3010};
+constexpr Tag PixelMeasuresSequence{0x0028, 0x9110};
+constexpr Tag FrameVOILUTSequence{0x0028, 0x9132};
+constexpr Tag PixelValueTransformationSequence{0x0028, 0x9145};
+constexpr Tag FramePixelDataPropertiesSequence{0x0028, 0x9443};
+constexpr Tag IconImageSequence{0x0088, 0x0200};
+constexpr Tag PresentationLUTShape{0x2050, 0x0020};
+constexpr Tag SharedFunctionalGroups{0x5200, 0x9229};
+constexpr Tag PerFrameFunctionalGroups{0x5200, 0x9230};
+constexpr Tag ExtendedOffsetTable{0x7FE0, 0x0001};
+constexpr Tag FloatPixelData{0x7FE0, 0x0008};
+constexpr Tag DoubleFloatPixelData{0x7FE0, 0x0009};
+constexpr Tag PixelData{0x7FE0, 0x0010};
+constexpr Tag Item{0xFFFE, 0xE000};
+constexpr Tag ItemDelimitation{0xFFFE, 0xE00D};
+constexpr Tag SequenceDelimitation{0xFFFE, 0xE0DD};
+
+/// Overlay planes use the even groups 6000 to 601E (PS3.3 C.9.2).
+constexpr bool isOverlayGroup(int group) { return group >= 0x6000 && group <= 0x601E && group % 2 == 0; }
+
+constexpr bool isPixelData(Tag tag) {
+    return tag == PixelData || tag == FloatPixelData || tag == DoubleFloatPixelData;
+}
+
+}  // namespace cinedisc::dicom::tags

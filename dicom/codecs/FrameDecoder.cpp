@@ -1,0 +1,96 @@
+#include "dicom/codecs/FrameDecoder.h"
+
+#include "dicom/codecs/BaselineJpegDecoder.h"
+#include "dicom/codecs/CodecError.h"
+#include "dicom/codecs/CodedPicture.h"
+#include "dicom/codecs/ExtendedJpegDecoder.h"
+#include "dicom/codecs/Jpeg2000Decoder.h"
+#include "dicom/codecs/JpegLsDecoder.h"
+#include "dicom/codecs/JpegMarkers.h"
+#include "dicom/codecs/LosslessJpegDecoder.h"
+#include "dicom/codecs/NativeDecoder.h"
+#include "dicom/codecs/PixelCell.h"
+#include "dicom/codecs/RleDecoder.h"
+
+#include <new>
+#include <optional>
+#include <string>
+
+namespace cinedisc::dicom {
+namespace {
+
+using namespace codecs;
+using Bytes = std::span<const std::uint8_t>;
+
+bool isJpeg(Bytes bytes) {
+    return bytes.size() >= 3 && bytes[0] == 0xFF && bytes[1] == marker::soi && bytes[2] == 0xFF;
+}
+
+/// What keeps a JPEG stream from being decoded for this file.
+std::optional<DecodeError> jpegError(const JpegHeader& header, const PixelFormat& format) {
+    const bool rowsComeLater = header.rows == 0 && header.startOfFrame == marker::sof3;
+    if (header.columns != format.columns || (header.rows != format.rows && !rowsComeLater))
+        return broken("the picture has another size than its header says");
+    if (header.componentCount != 1 && header.componentCount != 3)
+        return unsupported("JPEG with " + std::to_string(header.componentCount) + " components");
+    return std::nullopt;
+}
+
+Result<CodedPicture> decodeJpeg(Bytes bytes, const PixelFormat& format) {
+    const Result<JpegHeader> read = readJpegHeader(bytes);
+    if (!read) return read.error();
+    const JpegHeader& header = read.value();
+    if (header.startOfFrame == marker::sof55) return decodeJpegLs(bytes, format);
+    if (const auto error = jpegError(header, format)) return *error;
+    if (header.startOfFrame == marker::sof3) return decodeLosslessJpeg(bytes, header, format);
+    const bool isCosine = header.startOfFrame <= marker::sof2;
+    if (isCosine && header.precision == 8) return decodeBaselineJpeg(bytes, header, format);
+    if (isCosine && header.precision == 12) return decodeExtendedJpeg(bytes, header, format);
+    return unsupported("JPEG process " + std::to_string(header.startOfFrame - marker::sof0) + ", " +
+                       std::to_string(header.precision) + " bit");
+}
+
+std::string nameOf(Compression compression) {
+    switch (compression) {
+        case Compression::Jpeg:
+            return "JPEG";
+        case Compression::JpegLs:
+            return "JPEG-LS";
+        case Compression::Jpeg2000:
+            return "JPEG 2000";
+        default:
+            return "compressed";
+    }
+}
+
+Result<Frame> decode(Bytes bytes, const PixelFormat& format, Compression compression) {
+    if (isJpeg(bytes) || isJpeg2000(bytes)) {
+        Result<CodedPicture> picture =
+            isJpeg(bytes) ? decodeJpeg(bytes, format) : decodeJpeg2000(bytes, format);
+        if (!picture) return picture.error();
+        return toFrame(std::move(picture.value()), format);
+    }
+    if (compression == Compression::Rle) return decodeRle(std::as_bytes(bytes), format);
+    if (compression == Compression::Unsupported) return unsupported("its compression is not known");
+    return broken("no " + nameOf(compression) + " data");
+}
+
+}  // namespace
+
+Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& format,
+                          Compression compression, bool bigEndian, int firstBit) {
+    try {
+        if (const auto error = formatError(format)) return *error;
+        if (bytes.empty()) return cutOff();
+        if (compression == Compression::None) return decodeNative(bytes, format, bigEndian, firstBit);
+        if (format.sampleKind != SampleKind::Integer) return unsupported("compressed floating point");
+        return decode({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, format,
+                      compression);
+    } catch (const std::bad_alloc&) {
+        return tooLarge();
+    } catch (const std::exception&) {
+        return broken("they could not be decoded");
+    }
+}
+
+}  // namespace cinedisc::dicom

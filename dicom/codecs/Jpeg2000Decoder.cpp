@@ -1,0 +1,169 @@
+#include "dicom/codecs/Jpeg2000Decoder.h"
+
+#include "dicom/codecs/Cells.h"
+#include "dicom/codecs/CodecError.h"
+#include "dicom/codecs/Jpeg2000Header.h"
+
+#include <openjpeg.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace cinedisc::dicom::codecs {
+namespace {
+
+/// A code stream in memory as the library's callbacks see it.
+struct MemoryStream {
+    std::span<const std::uint8_t> bytes;
+    std::size_t position = 0;
+    bool ranOut = false;
+};
+
+constexpr auto nothingLeft = static_cast<OPJ_SIZE_T>(-1);
+
+OPJ_SIZE_T readMemory(void* into, OPJ_SIZE_T count, void* data) {
+    auto& memory = *static_cast<MemoryStream*>(data);
+    const std::size_t left = memory.bytes.size() - memory.position;
+    if (left < count) memory.ranOut = true;
+    if (left == 0) return nothingLeft;
+    const std::size_t taken = std::min<std::size_t>(count, left);
+    std::memcpy(into, memory.bytes.data() + memory.position, taken);
+    memory.position += taken;
+    return taken;
+}
+
+OPJ_OFF_T skipMemory(OPJ_OFF_T count, void* data) {
+    auto& memory = *static_cast<MemoryStream*>(data);
+    const std::size_t left = memory.bytes.size() - memory.position;
+    if (count < 0 || left == 0) return -1;
+    const std::size_t taken = std::min(static_cast<std::size_t>(count), left);
+    memory.position += taken;
+    return static_cast<OPJ_OFF_T>(taken);
+}
+
+OPJ_BOOL seekMemory(OPJ_OFF_T position, void* data) {
+    auto& memory = *static_cast<MemoryStream*>(data);
+    if (position < 0 || static_cast<std::size_t>(position) > memory.bytes.size()) return OPJ_FALSE;
+    memory.position = static_cast<std::size_t>(position);
+    return OPJ_TRUE;
+}
+
+void ignoreMessage(const char*, void*) {}
+
+using Stream = std::unique_ptr<opj_stream_t, decltype(&opj_stream_destroy)>;
+using Codec = std::unique_ptr<opj_codec_t, decltype(&opj_destroy_codec)>;
+using Image = std::unique_ptr<opj_image_t, decltype(&opj_image_destroy)>;
+
+Stream openStream(MemoryStream& memory) {
+    Stream stream(opj_stream_default_create(OPJ_STREAM_READ), &opj_stream_destroy);
+    if (!stream) return stream;
+    opj_stream_set_read_function(stream.get(), readMemory);
+    opj_stream_set_skip_function(stream.get(), skipMemory);
+    opj_stream_set_seek_function(stream.get(), seekMemory);
+    opj_stream_set_user_data(stream.get(), &memory, nullptr);
+    opj_stream_set_user_data_length(stream.get(), memory.bytes.size());
+    return stream;
+}
+
+struct Transforms {
+    bool ofComponents = false;
+    bool reversible = false;
+};
+
+Transforms transformsOf(opj_codec_t* codec) {
+    opj_codestream_info_v2_t* info = opj_get_cstr_info(codec);
+    if (!info) return {};
+    const opj_tile_info_v2_t& tile = info->m_default_tile_info;
+    const Transforms result{tile.mct != 0, tile.tccp_info && tile.tccp_info->qmfbid == 1};
+    opj_destroy_cstr_info(&info);
+    return result;
+}
+
+/// Copies a component's values as patterns of its precision, repeating those of a subsampled one.
+template <typename Cell>
+void copyComponent(const opj_image_comp_t& component, std::span<Cell> plane, std::size_t columns) {
+    const auto mask = static_cast<std::uint32_t>((std::uint64_t{1} << component.prec) - 1);
+    const std::size_t rows = plane.size() / columns;
+    for (std::size_t y = 0; y < rows; ++y) {
+        const std::size_t sourceRow = std::min<std::size_t>(y / component.dy, component.h - 1);
+        const OPJ_INT32* const from = component.data + sourceRow * component.w;
+        Cell* const to = plane.data() + y * columns;
+        for (std::size_t x = 0; x < columns; ++x) {
+            const std::size_t sourceColumn =
+                component.dx == 1 ? x : std::min<std::size_t>(x / component.dx, component.w - 1);
+            to[x] = static_cast<Cell>(static_cast<std::uint32_t>(from[sourceColumn]) & mask);
+        }
+    }
+}
+
+bool isUsable(const opj_image_comp_t& component, const opj_image_comp_t& first, const PixelFormat& format) {
+    if (!component.data || component.prec != first.prec || component.prec < 1 || component.prec > 31)
+        return false;
+    if (component.dx < 1 || component.dy < 1 || component.w < 1 || component.h < 1) return false;
+    const bool whole = component.w == static_cast<OPJ_UINT32>(format.columns) &&
+                       component.h == static_cast<OPJ_UINT32>(format.rows);
+    return whole || component.dx > 1 || component.dy > 1;
+}
+
+}  // namespace
+
+bool isJpeg2000(std::span<const std::uint8_t> bytes) {
+    static constexpr std::uint8_t codeStream[] = {0xFF, 0x4F, 0xFF, 0x51};
+    static constexpr std::uint8_t fileFormat[] = {0, 0, 0, 12, 'j', 'P', ' ', ' '};
+    const auto startsWith = [&](std::span<const std::uint8_t> start) {
+        return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
+    };
+    return startsWith(codeStream) || startsWith(fileFormat);
+}
+
+Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format) {
+    const Result<Jpeg2000Header> header = readJpeg2000Header(bytes, format);
+    if (!header) return header.error();
+
+    MemoryStream memory{header.value().stream};
+    const Codec codec(opj_create_decompress(OPJ_CODEC_J2K), &opj_destroy_codec);
+    const Stream stream = openStream(memory);
+    if (!codec || !stream) return tooLarge();
+    opj_set_error_handler(codec.get(), ignoreMessage, nullptr);
+    opj_set_warning_handler(codec.get(), ignoreMessage, nullptr);
+    opj_set_info_handler(codec.get(), ignoreMessage, nullptr);
+    opj_dparameters_t parameters;
+    opj_set_default_decoder_parameters(&parameters);
+    const auto failure = [&] {
+        return memory.ranOut ? cutOff() : broken("JPEG 2000 data that contradict themselves");
+    };
+
+    opj_image_t* decoded = nullptr;
+    if (!opj_setup_decoder(codec.get(), &parameters)) return failure();
+    const bool headerRead = opj_read_header(stream.get(), codec.get(), &decoded);
+    const Image image(decoded, &opj_image_destroy);
+    if (!headerRead || !image || !opj_decode(codec.get(), stream.get(), image.get())) return failure();
+    if (image->numcomps != static_cast<OPJ_UINT32>(header.value().components)) return failure();
+    for (OPJ_UINT32 i = 0; i < image->numcomps; ++i)
+        if (!isUsable(image->comps[i], image->comps[0], format))
+            return broken("impossible JPEG 2000 components");
+
+    const Transforms transforms = transformsOf(codec.get());
+    const auto pixels = static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
+    CodedPicture picture;
+    picture.components = static_cast<int>(image->numcomps);
+    picture.precision = static_cast<int>(image->comps[0].prec);
+    picture.isSigned = image->comps[0].sgnd != 0;
+    picture.lossless = transforms.reversible;
+    picture.arrangement = Arrangement::Planar;
+    const bool namedByTransform =
+        format.photometric == Photometric::YbrIct || format.photometric == Photometric::YbrRct;
+    picture.colour =
+        transforms.ofComponents || namedByTransform ? ColourSpace::Rgb : colourSpaceOf(format.photometric);
+    picture.cells =
+        makeCells(picture.precision, format.isSigned && picture.components == 1, pixels * image->numcomps);
+    visitPatterns(picture.cells, [&](auto cells) {
+        for (OPJ_UINT32 i = 0; i < image->numcomps; ++i)
+            copyComponent(image->comps[i], cells.subspan(i * pixels, pixels),
+                          static_cast<std::size_t>(format.columns));
+    });
+    return picture;
+}
+
+}  // namespace cinedisc::dicom::codecs

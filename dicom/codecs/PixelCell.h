@@ -1,0 +1,31 @@
+#pragma once
+
+#include "dicom/DecodeError.h"
+#include "dicom/PixelFormat.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace cinedisc::dicom::codecs {
+
+/// No frame takes more than this many bytes once decoded, nor does a decoder take more than a small multiple
+/// of it.
+inline constexpr std::uint64_t maximumFrameBytes = std::uint64_t{1} << 30;
+
+/// Where the value lies in a pixel cell.
+struct PixelCell {
+    int allocated = 8;  ///< 8, 16 or 32: the header's, rounded up
+    int stored = 8;     ///< 1 .. allocated
+    int shift = 0;      ///< bits below the value
+
+    bool whole() const { return stored == allocated; }
+};
+
+/// The cell that the header describes. Impossible bits stored or high bits are taken as the whole cell and
+/// the lowest position: such headers are wrong about the bits more often than their pixels are.
+PixelCell pixelCell(const PixelFormat& format);
+
+/// What keeps a frame of this format from being decoded, whatever its bytes are.
+std::optional<DecodeError> formatError(const PixelFormat& format);
+
+}  // namespace cinedisc::dicom::codecs

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "dicom/Frame.h"
+#include "dicom/PixelFormat.h"
+#include "dicom/Result.h"
+
+#include <cstddef>
+#include <span>
+
+namespace cinedisc::dicom::codecs {
+
+/// Reads one RLE frame (PS3.5 annex G): a segment for each byte of each sample, the highest byte first.
+Result<Frame> decodeRle(std::span<const std::byte> bytes, const PixelFormat& format);
+
+}  // namespace cinedisc::dicom::codecs

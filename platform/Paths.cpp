@@ -1,0 +1,46 @@
+#include "platform/Paths.h"
+
+#include "platform/NaturalOrder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace cinedisc {
+
+QString joinPath(const QString& folder, const QString& name) { return folder + QDir::separator() + name; }
+
+QString findIgnoringCase(const QString& folder, const QStringList& names) {
+    QString path = folder;
+    for (const QString& name : names) {
+        QString found = name;
+        if (!QFileInfo::exists(joinPath(path, name))) {
+            QStringList candidates =
+                QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System, QDir::Unsorted);
+            candidates.removeIf([&](const QString& c) { return c.compare(name, Qt::CaseInsensitive) != 0; });
+            if (!candidates.isEmpty()) {
+                found = *std::min_element(candidates.cbegin(), candidates.cend(), naturalLess);
+            }
+        }
+        path = joinPath(path, found);
+    }
+    return path;
+}
+
+QString folderPath(const QString& path) { return QDir::toNativeSeparators(QDir::cleanPath(path)); }
+
+QString programFolder() {
+    const QFileInfo running(QCoreApplication::applicationFilePath());
+    const QString called = QCoreApplication::arguments().value(0);
+    if (called.contains(u'/')) {
+        const QFileInfo asCalled(called);
+        if (asCalled.exists() && asCalled.canonicalFilePath() == running.canonicalFilePath()) {
+            return folderPath(asCalled.absolutePath());
+        }
+    }
+    return folderPath(running.absolutePath());
+}
+
+}  // namespace cinedisc

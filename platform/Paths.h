@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace cinedisc {
+
+/// Folder, the platform's separator, name: the one way in which full paths are built, so that they can be
+/// compared as strings.
+QString joinPath(const QString& folder, const QString& name);
+
+/// `names` below `folder`, each found whatever its letter case and spelt as it stands on the disc. A name
+/// that is not there stays as given, and so do those after it.
+QString findIgnoringCase(const QString& folder, const QStringList& names);
+
+/// A folder's path as the rest of the program writes it: native separators, no separator at its end.
+QString folderPath(const QString& path);
+
+/// The folder of the running executable. A link to the executable counts where the link lies.
+QString programFolder();
+
+}  // namespace cinedisc

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace cinedisc {
+
+/// Which way the mouse wheel was rolled.
+enum class WheelRoll { AwayFromUser, TowardsUser };
+
+}  // namespace cinedisc

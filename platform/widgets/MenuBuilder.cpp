@@ -1,0 +1,38 @@
+#include "platform/widgets/MenuBuilder.h"
+
+#include "platform/widgets/EventGuard.h"
+
+#include <QHash>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace cinedisc {
+
+void MenuBuilder::build(QMenuBar& bar, std::span<const MenuRow> rows,
+                        const std::function<void(const QString&)>& run) {
+    // A desktop that shows menus elsewhere would take them out of the window.
+    bar.setNativeMenuBar(false);
+    QHash<QString, QMenu*> menus;
+    for (const MenuRow& row : rows) {
+        const QString name = row.name;
+        QMenu* parent = menus.value(row.parent);
+        QAction* action = nullptr;
+        if (row.kind == MenuKind::Menu) {
+            QMenu* menu = parent ? parent->addMenu(row.caption) : bar.addMenu(row.caption);
+            menu->setObjectName(name);
+            menus.insert(name, menu);
+            action = menu->menuAction();
+        } else {
+            Q_ASSERT(parent);
+            action = parent->addAction(row.caption);
+            QObject::connect(action, &QAction::triggered, &bar,
+                             [name, run] { EventGuard::run([&] { run(name); }); });
+        }
+        action->setObjectName(name);
+        action->setMenuRole(QAction::NoRole);
+        if (*row.shortcut != '\0') action->setShortcut(QKeySequence(row.shortcut));
+    }
+}
+
+}  // namespace cinedisc

@@ -1,0 +1,43 @@
+#include "platform/widgets/NamedButton.h"
+
+#include "platform/widgets/EventGuard.h"
+
+#include <QPushButton>
+#include <QStyle>
+
+namespace cinedisc {
+
+QPushButton* makeButton(const ButtonRow& row, QWidget* parent) {
+    auto* button = new QPushButton(row.caption, parent);
+    button->setObjectName(row.name);
+    button->setToolTip(row.toolTip);
+    // A mouse click leaves no focus mark behind; the keyboard reaches every button.
+    button->setFocusPolicy(Qt::TabFocus);
+    if (row.picture != Picture::None) {
+        button->setIcon(pictureIcon(row.picture));
+        button->setIconSize(QSize(pictureSize, pictureSize));
+    }
+    if (*row.caption == '\0') {
+        button->setAccessibleName(row.toolTip);
+        button->setProperty("picture", true);
+    }
+    return button;
+}
+
+void routeButtons(QWidget& root, const std::function<void(const QString&)>& run) {
+    for (QPushButton* button : root.findChildren<QPushButton*>()) {
+        const QString name = button->objectName();
+        if (name.isEmpty()) continue;
+        QObject::connect(button, &QPushButton::clicked, button,
+                         [name, run] { EventGuard::run([&] { run(name); }); });
+    }
+}
+
+void markActive(QPushButton& button, bool active) {
+    if (button.property("active").toBool() == active) return;
+    button.setProperty("active", active);
+    button.style()->unpolish(&button);
+    button.style()->polish(&button);
+}
+
+}  // namespace cinedisc

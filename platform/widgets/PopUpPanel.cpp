@@ -1,0 +1,50 @@
+#include "platform/widgets/PopUpPanel.h"
+
+#include <QAbstractButton>
+#include <QEvent>
+#include <QShortcut>
+
+#include <algorithm>
+
+namespace cinedisc {
+
+PopUpPanel::PopUpPanel(QWidget& button, QWidget& surface) : QFrame(&surface), button_(button) {
+    setProperty("popUp", true);
+    setAutoFillBackground(true);
+    hide();
+    surface.installEventFilter(this);
+    auto* escape = new QShortcut(Qt::Key_Escape, this);
+    connect(escape, &QShortcut::activated, this, &QWidget::hide);
+    // Two panels may be open.
+    connect(escape, &QShortcut::activatedAmbiguously, this, &QWidget::hide);
+}
+
+void PopUpPanel::showEvent(QShowEvent* event) {
+    QFrame::showEvent(event);
+    place();
+    raise();
+    focusBefore_ = window()->focusWidget();
+    const auto choices = findChildren<QAbstractButton*>();
+    const auto chosen = std::ranges::find_if(choices, &QAbstractButton::isChecked);
+    if (!choices.isEmpty()) (chosen == choices.end() ? choices.front() : *chosen)->setFocus();
+}
+
+void PopUpPanel::hideEvent(QHideEvent* event) {
+    if (focusBefore_) focusBefore_->setFocus();
+    QFrame::hideEvent(event);
+}
+
+bool PopUpPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Resize && isVisible()) place();
+    return QFrame::eventFilter(watched, event);
+}
+
+void PopUpPanel::place() {
+    adjustSize();
+    constexpr int gap = 2;
+    const QWidget* surface = parentWidget();
+    const QPoint under = button_.mapTo(surface, QPoint(0, button_.height() + gap));
+    move(qBound(0, under.x(), qMax(0, surface->width() - width())), under.y());
+}
+
+}  // namespace cinedisc

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/Dialogs.h"
+
+#include <QPointer>
+#include <QWidget>
+
+namespace cinedisc {
+
+/// The toolkit's own dialogs over a window. They keep no history and write nothing but what the user asks
+/// for.
+class QtDialogs final : public Dialogs {
+  public:
+    explicit QtDialogs(QWidget* window);
+    bool askYesNo(const QString& question) override;
+    QString browseForFolder(const QString& title) override;
+    /// Starts in the pictures folder, or at home; appends no extension and asks nothing about existing files.
+    QString saveFileName(const QString& title, const QString& filter) override;
+
+  private:
+    QPointer<QWidget> window_;
+};
+
+/// "(*.jpg)|*.jpg" and several such pairs, as the toolkit's name filters.
+QStringList nameFilters(const QString& filter);
+
+}  // namespace cinedisc

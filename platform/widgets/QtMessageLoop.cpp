@@ -1,0 +1,9 @@
+#include "platform/widgets/QtMessageLoop.h"
+
+#include <QCoreApplication>
+
+namespace cinedisc {
+
+void QtMessageLoop::doEvents() { QCoreApplication::processEvents(); }
+
+}  // namespace cinedisc

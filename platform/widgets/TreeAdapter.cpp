@@ -1,0 +1,62 @@
+#include "platform/widgets/TreeAdapter.h"
+
+#include "platform/widgets/EventGuard.h"
+#include "platform/widgets/PatientTreeView.h"
+
+#include <QStandardItemModel>
+
+#include <utility>
+
+namespace cinedisc {
+
+namespace {
+
+constexpr int tagRole = Qt::UserRole;
+constexpr int numberRole = Qt::UserRole + 1;
+
+}  // namespace
+
+TreeAdapter::TreeAdapter(PatientTreeView& view, std::vector<QIcon> pictures)
+    : view_(view), model_(new QStandardItemModel(&view)), pictures_(std::move(pictures)) {
+    view_.setModel(model_);
+}
+
+int TreeAdapter::nodeCount() const { return static_cast<int>(nodes_.size()); }
+
+int TreeAdapter::addNode(int parent, const QString& text) {
+    QStandardItem& owner = parent == 0 ? *model_->invisibleRootItem() : item(parent);
+    const int number = nodeCount() + 1;
+    auto* added = new QStandardItem(text);
+    added->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    added->setData(number, numberRole);
+    owner.appendRow(added);
+    nodes_.push_back(added);
+    return number;
+}
+
+void TreeAdapter::putImage(int node, int picture) {
+    item(node).setIcon(pictures_.at(static_cast<std::size_t>(picture) - 1));
+}
+
+void TreeAdapter::putTag(int node, const QString& tag) { item(node).setData(tag, tagRole); }
+
+QString TreeAdapter::tag(int node) const { return item(node).data(tagRole).toString(); }
+
+QString TreeAdapter::text(int node) const { return item(node).text(); }
+
+void TreeAdapter::putExpanded(int node, bool expanded) { view_.setExpanded(item(node).index(), expanded); }
+
+int TreeAdapter::selectedNode() const { return numberOf(view_.currentIndex()); }
+
+void TreeAdapter::onNodeClick(std::function<void(int)> handler) {
+    QObject::connect(&view_, &PatientTreeView::nodeChosen, &view_,
+                     [this, handler = std::move(handler)](const QModelIndex& index) {
+                         EventGuard::run([&] { handler(numberOf(index)); });
+                     });
+}
+
+QStandardItem& TreeAdapter::item(int node) const { return *nodes_.at(static_cast<std::size_t>(node) - 1); }
+
+int TreeAdapter::numberOf(const QModelIndex& index) const { return index.data(numberRole).toInt(); }
+
+}  // namespace cinedisc

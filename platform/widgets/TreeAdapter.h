@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/TreeControl.h"
+
+#include <QIcon>
+
+#include <functional>
+#include <vector>
+
+class QModelIndex;
+class QStandardItem;
+class QStandardItemModel;
+
+namespace cinedisc {
+
+class PatientTreeView;
+
+/// The patient tree on a view that somebody else owns; the nodes are the view's from then on. Text is in the
+/// display role, the tag in Qt::UserRole, the picture in the decoration role.
+class TreeAdapter final : public TreeControl {
+  public:
+    /// `pictures` are counted from 1.
+    TreeAdapter(PatientTreeView& view, std::vector<QIcon> pictures);
+
+    int nodeCount() const override;
+    int addNode(int parent, const QString& text) override;
+    void putImage(int node, int picture) override;
+    void putTag(int node, const QString& tag) override;
+    QString tag(int node) const override;
+    QString text(int node) const override;
+    void putExpanded(int node, bool expanded) override;
+    int selectedNode() const override;
+
+    /// Runs `handler` with the node that was clicked or opened with Return, under EventGuard. The node is
+    /// selected.
+    void onNodeClick(std::function<void(int node)> handler);
+
+  private:
+    QStandardItem& item(int node) const;
+    int numberOf(const QModelIndex& index) const;
+
+    PatientTreeView& view_;
+    QStandardItemModel* model_;
+    std::vector<QIcon> pictures_;
+    std::vector<QStandardItem*> nodes_;
+};
+
+}  // namespace cinedisc

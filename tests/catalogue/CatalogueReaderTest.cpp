@@ -1,0 +1,104 @@
+#include "catalogue/CatalogueReader.h"
+#include "platform/RunTimeError.h"
+#include "tests/support/DiscBuilder.h"
+
+#include <QStringConverter>
+#include <gtest/gtest.h>
+
+namespace cinedisc::test {
+namespace {
+
+class CatalogueReaderTest : public testing::Test {
+  protected:
+    std::optional<CatalogueNode> read(const QByteArray& content) {
+        const QString path = folder.filePath("CD.xml");
+        DiscBuilder::write(path, content);
+        return readCatalogue(path);
+    }
+
+    QTemporaryDir folder;
+};
+
+QStringList texts(const CatalogueNode& node) {
+    QStringList all;
+    for (const CatalogueNode& child : node.children()) all << child.text();
+    return all;
+}
+
+TEST_F(CatalogueReaderTest, Encodings) {
+    struct Case {
+        const char* declared;
+        QByteArray name;
+        const char16_t* expected;
+    };
+    for (const Case& c : {Case{"UTF-8", "M\xC3\xBCller", u"Müller"},
+                          {"ISO-8859-1", "M\xFCller", u"Müller"},
+                          {"ISO-8859-5", "\xB8\xD2\xD0\xDD", u"Иван"},
+                          {"ISO-8859-7", "\xC3\xE9\xFE\xF1\xE3\xEF\xF2", u"Γιώργος"},
+                          {"windows-1251", "\xC8\xE2\xE0\xED", u"Иван"},
+                          {"windows-1252", "\x8Aim\x9Cn", u"Šimœn"},
+                          {"GB18030", "\xCD\xF5\xD0\xA1\xB6\xAB", u"王小东"}}) {
+        const auto root = read(QByteArray("<?xml version=\"1.0\" encoding=\"") + c.declared + "\"?><a><b>" +
+                               c.name + "</b></a>");
+        ASSERT_TRUE(root) << c.declared;
+        EXPECT_EQ(texts(*root), QStringList(QString::fromUtf16(c.expected))) << c.declared;
+    }
+    const QString document =
+        QString::fromUtf16(u"<?xml version=\"1.0\" encoding=\"UTF-16\"?><a><b>Иван</b></a>");
+    for (const auto encoding :
+         {QStringConverter::Utf16LE, QStringConverter::Utf16BE, QStringConverter::Utf8}) {
+        QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
+        QString text = document;
+        if (encoding == QStringConverter::Utf8) text.replace("UTF-16", "UTF-8");
+        const auto root = read(QByteArray(encoder.encode(text)));
+        ASSERT_TRUE(root) << int(encoding);
+        EXPECT_EQ(texts(*root), QStringList(QString::fromUtf16(u"Иван")));
+    }
+}
+
+TEST_F(CatalogueReaderTest, ChildNodesAreThoseOfADom) {
+    const auto root = read(
+        "<?xml version='1.0'?><!DOCTYPE cd [<!ENTITY who 'Doe'>]><!-- before --><cd>\n"
+        "  <p>  John <!-- inside --> <b>&who;</b> &amp; <![CDATA[<x> ]]> </p>\n"
+        "  <!-- between -->\n  <?note here?>\n  plain text\n  <![CDATA[ ]]>\n  <empty/>\n</cd>");
+    ASSERT_TRUE(root);
+    EXPECT_EQ(texts(*root), QStringList({"John  Doe & <x>", "between", "here", "plain text", "", ""}));
+    EXPECT_THROW(root->children()[5].first(), RunTimeError);
+    EXPECT_THROW(root->children()[1].first(), RunTimeError);
+}
+
+TEST_F(CatalogueReaderTest, HostileOrBrokenFilesAreNotWellFormed) {
+    const QString secret = folder.filePath("secret.txt");
+    DiscBuilder::write(secret, "secret");
+    QByteArray laughs = "<?xml version='1.0'?><!DOCTYPE a [<!ENTITY l0 'hahahahahahahahahaha'>";
+    for (int i = 1; i < 12; ++i) {
+        laughs += "<!ENTITY l" + QByteArray::number(i) + " '" +
+                  QByteArray("&l" + QByteArray::number(i - 1) + ";").repeated(10) + "'>";
+    }
+    laughs += "]><a><b>&l11;</b></a>";
+    QByteArray quadratic = "<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e '" + QByteArray(100000, 'x') +
+                           "'>]><a><b>" + QByteArray("&e;").repeated(20000) + "</b></a>";
+    const QByteArray cases[] = {"",
+                                "no markup",
+                                "<a><b></a>",
+                                "<a/><a/>",
+                                "<?xml version='1.0' encoding='no-such'?><a/>",
+                                laughs,
+                                quadratic,
+                                QByteArray("<a>").repeated(30 << 20)};
+    for (const QByteArray& content : cases) EXPECT_FALSE(read(content)) << content.left(60).constData();
+
+    const auto external = read("<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e SYSTEM 'file://" +
+                               secret.toUtf8() + "'>]><a><b>&e;</b></a>");
+    if (external) {
+        EXPECT_EQ(texts(*external), QStringList(""));
+    }
+    const auto externalSubset = read("<!DOCTYPE a SYSTEM 'file://" + secret.toUtf8() + "'><a><b>x</b></a>");
+    ASSERT_TRUE(externalSubset);
+    EXPECT_EQ(texts(*externalSubset), QStringList("x"));
+    EXPECT_FALSE(readCatalogue(folder.path()));
+    EXPECT_FALSE(readCatalogue(folder.filePath("missing.xml")));
+}
+
+}  // namespace
+}  // namespace cinedisc::test

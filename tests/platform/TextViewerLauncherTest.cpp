@@ -1,0 +1,65 @@
+#include "platform/RunTimeError.h"
+#include "platform/widgets/TextViewerLauncher.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace cinedisc {
+namespace {
+
+/// A search path with programs that write down what they were started with.
+class TextViewerLauncherTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        path = qgetenv("PATH");
+        qputenv("PATH", programs.path().toUtf8());
+    }
+    void TearDown() override { qputenv("PATH", path); }
+
+    void addProgram(const QString& name) {
+        QFile script(programs.filePath(name));
+        ASSERT_TRUE(script.open(QFile::WriteOnly));
+        // The record appears whole or not at all.
+        script.write(
+            "#!/bin/sh\nout=\"${0%/*}/record\"\nprintf '%s|%s|%s' \"${0##*/}\" \"$#\" \"$1\" > "
+            "\"$out.part\"\n"
+            "/bin/mv \"$out.part\" \"$out\"\n");
+        script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+    QString record() {
+        QFile file(programs.filePath("record"));
+        if (!QTest::qWaitFor([&] { return file.exists(); })) return "nothing started";
+        return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : "unreadable";
+    }
+
+    QTemporaryDir programs;
+    QByteArray path;
+};
+
+TEST_F(TextViewerLauncherTest, TheDesktopsOpenerComesFirstAndGetsThePathAsItIs) {
+    addProgram("gedit");
+    addProgram("xdg-open");
+    const QString file = "/disc of \"J\" $HOME; `x` 'y'/license.txt";
+    TextViewerLauncher::open(file);
+    EXPECT_EQ(record(), "xdg-open|1|" + file);
+}
+
+TEST_F(TextViewerLauncherTest, AnEditorServesWhereThereIsNoOpener) {
+    addProgram("mousepad");
+    TextViewerLauncher::open("/disc/license.txt");
+    EXPECT_EQ(record(), "mousepad|1|/disc/license.txt");
+}
+
+TEST_F(TextViewerLauncherTest, NothingToStartIsFileNotFound) {
+    try {
+        TextViewerLauncher::open("/disc/license.txt");
+        ADD_FAILURE() << "something was started";
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.number(), 53);
+    }
+}
+
+}  // namespace
+}  // namespace cinedisc

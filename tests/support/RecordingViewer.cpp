@@ -1,0 +1,41 @@
+#include "tests/support/RecordingViewer.h"
+
+#include <QFile>
+
+namespace cinedisc::test {
+
+void RecordingViewer::putFileName(const QString& path) {
+    record("FileName", fileName_, path);
+    QFile file(path);
+    frameCount_ = !path.isEmpty() && file.open(QFile::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
+    currentFrame_ = 1;
+    Polarity_ = 1;
+    windowCenter_ = 128;
+    windowWidth_ = 256;
+}
+
+void RecordingViewer::putCurrentFrame(qint32 frame) {
+    journal_.put(name_, "CurrentFrame", frame);
+    if (frame >= 1 && frame <= frameCount_) currentFrame_ = frame;
+}
+
+void RecordingViewer::putThumbIndex(qint32 index) {
+    record("ThumbIndex", thumbIndex_, index);
+    if (index == -1) {
+        fileName_.clear();
+        frameCount_ = 0;
+        currentFrame_ = 1;
+    }
+}
+
+bool RecordingViewer::CopyToClipboard() {
+    journal_.call(name_ + ".CopyToClipboard");
+    return true;
+}
+
+bool RecordingViewer::CopyHeaderToClipboard() {
+    journal_.call(name_ + ".CopyHeaderToClipboard");
+    return true;
+}
+
+}  // namespace cinedisc::test

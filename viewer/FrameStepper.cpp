@@ -1,0 +1,68 @@
+#include "viewer/FrameStepper.h"
+
+#include <algorithm>
+
+namespace cinedisc {
+
+template <typename Handler>
+void FrameStepper::whenLoaded(Handler&& handler) {
+    trapErrors([&] {
+        if (!form_.ezDicom.FileName().isEmpty()) handler(form_.ezDicom);
+    });
+}
+
+void FrameStepper::cmdNext_Click() {
+    whenLoaded([this](ViewerControl& view) {
+        view.putCurrentFrame(view.CurrentFrame() < view.FrameCount() ? view.CurrentFrame() + 1 : 1);
+        showStep();
+    });
+}
+
+void FrameStepper::cmdPrev_Click() {
+    whenLoaded([this](ViewerControl& view) {
+        view.putCurrentFrame(view.CurrentFrame() >= 2 ? view.CurrentFrame() - 1 : view.FrameCount());
+        showStep();
+    });
+}
+
+void FrameStepper::showStep() {
+    form_.Slider2.putValue(form_.ezDicom.CurrentFrame());
+    form_.showImagePosition();
+    form_.showFramePosition();
+}
+
+void FrameStepper::cmdNextImage_Click() {
+    whenLoaded([this](ViewerControl& view) {
+        Int16 next = std::max(form_.File1.positionOf(view.FileName()), Int16(0)) + 1;
+        if (next == form_.File1.ListCount()) next = 0;
+        openImage(next);
+        form_.sb1.putValue((next + 1).value());
+        form_.showImagePosition();
+        form_.showFramePosition();
+    });
+}
+
+void FrameStepper::cmdPrevImage_Click() {
+    whenLoaded([this](ViewerControl& view) {
+        Int16 previous = std::max(form_.File1.positionOf(view.FileName()), Int16(0)) - 1;
+        if (previous == -1) previous = form_.File1.ListCount() - 1;
+        openImage(previous);
+        if (form_.isReverseContinuous()) view.putCurrentFrame(view.FrameCount());
+        form_.sb1.putValue((previous + 1).value());
+        form_.showImagePosition();
+        form_.showFramePosition();
+    });
+}
+
+void FrameStepper::openImage(Int16 position) { form_.ezDicom.putFileName(form_.File1.fullPath(position)); }
+
+void FrameStepper::Slider2_Change() {
+    whenLoaded([this](ViewerControl& view) {
+        if (view.CurrentFrame() == form_.Slider2.Value()) return;
+        view.putCurrentFrame(form_.Slider2.Value());
+        form_.showImagePosition();
+        form_.showFramePosition();
+    });
+}
+
+}  // namespace cinedisc

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "viewer/ViewerControls.h"
+
+namespace cinedisc {
+
+/// Moves by hand: a frame, an image file, or straight to a frame. Every command does nothing while no file is
+/// loaded, and errors end it quietly.
+class FrameStepper {
+  public:
+    explicit FrameStepper(ViewerControls& controls) : form_(controls) {}
+
+    void cmdNext_Click();
+    void cmdPrev_Click();
+    void cmdNextImage_Click();
+    void cmdPrevImage_Click();
+    void Slider2_Change();
+
+  private:
+    template <typename Handler>
+    void whenLoaded(Handler&& handler);
+    void showStep();
+    void openImage(Int16 position);
+
+    ViewerControls& form_;
+};
+
+}  // namespace cinedisc
