@@ -39,7 +39,7 @@ std::vector<std::string> DataSet::strings(Tag tag) const {
 
 std::vector<std::int64_t> DataSet::integers(Tag tag) const {
     const Element* element = find(tag);
-    return element ? integersOf(*element) : std::vector<std::int64_t>();
+    return element ? integersIn(element->value, effectiveVr(*element)) : std::vector<std::int64_t>();
 }
 
 std::optional<std::int64_t> DataSet::integer(Tag tag) const {
@@ -49,7 +49,7 @@ std::optional<std::int64_t> DataSet::integer(Tag tag) const {
 
 std::vector<double> DataSet::decimals(Tag tag) const {
     const Element* element = find(tag);
-    return element ? decimalsOf(*element) : std::vector<double>();
+    return element ? decimalsIn(element->value, effectiveVr(*element)) : std::vector<double>();
 }
 
 std::optional<double> DataSet::decimal(Tag tag) const {

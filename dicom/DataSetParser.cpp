@@ -65,7 +65,7 @@ DataSetParser::End DataSetParser::parseElements(DataSet& into, const Level& leve
             continue;
         }
         const bool isPadding = header->tag == Tag{} && header->length == 0;
-        if (level.depth == 0 && (isPadding || takePixels(*header))) return End::Reached;
+        if (level.depth == 0 && (isPadding || takePixels(into, *header))) return End::Reached;
         if (level.depth == 0 && header->tag.group > tags::Rows.group) tellFrameBytes(into);
         if (parseElement(into, *header, level) == End::Broken) {
             if (!level.hasKnownEnd) return End::Broken;
@@ -188,12 +188,19 @@ void DataSetParser::readValue(Element& element, const Encoding& encoding) {
     }
 }
 
-bool DataSetParser::takePixels(const ElementHeader& header) {
+bool DataSetParser::takePixels(DataSet& into, const ElementHeader& header) {
     if (!tags::isPixelData(header.tag) || header.length == 0) return false;
     buffer_.advance(static_cast<std::uint64_t>(header.bytes));
     const std::uint64_t room = buffer_.remaining();
     pixels_ = PixelElement{header.tag, header.valueRepresentation, buffer_.position(),
                            header.isOpen() ? room : header.length, header.isOpen()};
+    Element element;
+    element.tag = header.tag;
+    element.valueRepresentation = header.valueRepresentation;
+    element.offset = pixels_->offset;
+    element.length = pixels_->length;
+    element.held = false;
+    into.elements.push_back(std::move(element));
     return true;
 }
 

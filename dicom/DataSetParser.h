@@ -46,7 +46,7 @@ class DataSetParser {
     End skipFragments(const Level& level);
     void readValue(Element& element, const Encoding& encoding);
     bool holdsItems(const ElementHeader& header, const Level& level);
-    bool takePixels(const ElementHeader& header);
+    bool takePixels(DataSet& into, const ElementHeader& header);
     void tellFrameBytes(const DataSet& header);
     std::optional<ElementHeader> peekHeader(const Level& level);
     End broken(DecodeError::Kind kind, Tag tag, const char* message);

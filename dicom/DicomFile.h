@@ -25,8 +25,11 @@ class DicomFile {
     static Result<std::shared_ptr<const DicomFile>> open(std::shared_ptr<const ByteSource> source);
     virtual ~DicomFile() = default;
 
-    /// The whole header, file meta information first.
+    /// The whole header, file meta information first, with the pixel data (not held) as its last element.
     virtual const DataSet& header() const = 0;
+    /// What stands behind the pixel data, read when asked for; empty for encapsulated pixels, whose end is
+    /// far to seek.
+    virtual DataSet elementsBehindPixels() const { return {}; }
     virtual const std::string& transferSyntax() const = 0;
     virtual const PixelFormat& pixelFormat() const = 0;
     virtual Compression compression() const = 0;
@@ -46,7 +49,8 @@ class DicomFile {
     virtual GreyTransform greyTransform(int frame) const = 0;
     virtual const std::optional<Palette>& palette() const = 0;
     virtual const Shutter& shutter() const = 0;
-    /// Overlay planes, in group order. Those embedded in the pixel cells hold no bits: ask overlayBits.
+    /// Overlay planes, in group order. Those embedded in the pixel cells and large multi-frame ones hold no
+    /// bits: ask overlayBits.
     virtual const std::vector<Overlay>& overlays() const = 0;
     /// The bits of one overlay for one image frame (counted from 0), empty when it has none for that frame.
     virtual std::vector<std::uint8_t> overlayBits(const Overlay& overlay, int frame) const = 0;

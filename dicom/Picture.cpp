@@ -8,6 +8,7 @@
 #include "dicom/PixelDescription.h"
 #include "dicom/Tags.h"
 
+#include <algorithm>
 #include <array>
 
 namespace cinedisc::dicom {
@@ -15,6 +16,30 @@ namespace cinedisc::dicom {
 namespace {
 
 using Pixels = TransferSyntax::Pixels;
+
+/// A compressed frame that somebody forgot to encapsulate: the value is its code stream.
+class BareStream : public FrameSource {
+  public:
+    explicit BareStream(const FileHeader& header) : source_(header.body), pixels_(*header.pixels) {
+        const std::uint64_t room = source_->size() - std::min(source_->size(), pixels_.offset);
+        isComplete_ = pixels_.length <= room;
+    }
+
+    int count() const override { return isComplete_ ? 1 : 0; }
+    Result<FrameBytes> read(int frame) const override {
+        constexpr std::uint64_t most = 256ull << 20;
+        if (pixels_.length > most) return notices::damaged(pixels_.tag, pixels_.offset, frame);
+        FrameBytes bytes;
+        bytes.storage.resize(static_cast<std::size_t>(pixels_.length));
+        bytes.length = source_->readAt(pixels_.offset, bytes.storage);
+        return bytes;
+    }
+
+  private:
+    std::shared_ptr<const ByteSource> source_;
+    PixelElement pixels_;
+    bool isComplete_ = false;
+};
 
 bool beginsWithItem(const FileHeader& header) {
     std::array<std::byte, 8> start{};
@@ -40,6 +65,13 @@ std::optional<DecodeError> unreadableSyntax(const FileHeader& header) {
     if (header.syntax->pixels == Pixels::Referenced) return notices::pictureElsewhere();
     if (header.syntax->pixels == Pixels::Video) return notices::unreadableCompression(header.syntax->name);
     return std::nullopt;
+}
+
+void openBareStream(const FileHeader& header, Picture& picture) {
+    picture.isEncapsulated = true;
+    picture.compression = header.syntax->compression;
+    picture.announcedFrameCount = 1;
+    picture.frames = std::make_unique<BareStream>(header);
 }
 
 void openEncapsulated(const FileHeader& header, std::optional<int> announced, Picture& picture) {
@@ -90,10 +122,12 @@ Picture openPicture(const FileHeader& header) {
         return picture;
     }
     picture.format = format.value();
-    if (isEncapsulated(header, picture.format, announced.value_or(1)))
+    if (!isEncapsulated(header, picture.format, announced.value_or(1)))
+        openNative(header, announced, picture);
+    else if (header.pixels->isOpen || beginsWithItem(header))
         openEncapsulated(header, announced, picture);
     else
-        openNative(header, announced, picture);
+        openBareStream(header, picture);
 
     if (!picture.error) picture.frameCount = picture.frames->count();
     if (!picture.error && picture.frameCount == 0)

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -13,9 +14,14 @@ namespace cinedisc::dicom {
 /// comma stands for the point in files from the field.
 std::optional<double> parseNumber(std::string_view text);
 
-/// The numbers of an element, as DataSet::integers and DataSet::decimals answer them: a value that is no
-/// number ends the list.
-std::vector<std::int64_t> integersOf(const Element& element);
-std::vector<double> decimalsOf(const Element& element);
+/// The numbers in a value of a representation, as DataSet::integers and DataSet::decimals answer them: a text
+/// that is no number ends the list.
+std::vector<std::int64_t> integersIn(std::span<const std::byte> value, Vr kind);
+std::vector<double> decimalsIn(std::span<const std::byte> value, Vr kind);
+
+/// Whether values are whole numbers in binary.
+bool isWholeNumberVr(Vr kind);
+/// Whether values are floating-point numbers in binary.
+bool isRealVr(Vr kind);
 
 }  // namespace cinedisc::dicom

@@ -14,19 +14,21 @@ namespace {
 struct ValueBits {
     int shift = 0;
     int count = 8;
-    int signBits = 0;  ///< width whose top bit is the sign, 0 for unsigned values
+    int signBits = 0;    ///< width whose top bit is the sign, 0 for unsigned values
+    bool clean = false;  ///< nothing but the value is in the cell already
 };
 
 ValueBits valueBits(const CodedPicture& picture, const PixelFormat& format) {
     const PixelCell cell = pixelCell(format);
     ValueBits bits;
     if (picture.lossless && picture.precision == cell.allocated) {
-        bits = {cell.shift, cell.stored, cell.stored};
+        bits = {cell.shift, cell.stored, cell.stored, false};
     } else {
         bits = {0, picture.precision,
-                picture.isSigned ? picture.precision : std::max(picture.precision, cell.stored)};
+                picture.isSigned ? picture.precision : std::max(picture.precision, cell.stored), false};
     }
     if (!format.isSigned) bits.signBits = 0;
+    bits.clean = bits.shift == 0 && bits.count == picture.precision && bits.signBits == 0;
     return bits;
 }
 
@@ -34,6 +36,7 @@ template <typename Unsigned>
 void cutOutValues(std::span<Unsigned> cells, ValueBits bits) {
     constexpr int width = sizeof(Unsigned) * 8;
     using Signed = std::make_signed_t<Unsigned>;
+    if (bits.clean) return;
     if (bits.signBits > 0 && bits.signBits < width) {
         const int up = width - bits.signBits;
         for (Unsigned& cell : cells) {
@@ -75,6 +78,7 @@ Frame::Samples greySamples(CodedPicture& picture, const PixelFormat& format) {
 std::vector<std::uint8_t> eightBits(CodedPicture& picture, const PixelFormat& format) {
     ValueBits bits = valueBits(picture, format);
     bits.signBits = 0;
+    bits.clean = bits.shift == 0 && bits.count == picture.precision;
     visitPatterns(picture.cells, [&](auto cells) { cutOutValues(cells, bits); });
     if (bits.count == 8)
         if (auto* ready = std::get_if<std::vector<std::uint8_t>>(&picture.cells)) return std::move(*ready);

@@ -22,7 +22,8 @@ struct CodedPicture {
     bool lossless = true;
     Arrangement arrangement = Arrangement::Interleaved;
     ColourSpace colour = ColourSpace::Rgb;
-    Frame::Samples cells;  ///< bit patterns, whole number vectors only; bits from `precision` up are zero
+    Frame::Samples
+        cells;  ///< bit patterns, whole number vectors only; what is above `precision` is zero, or the sign
 };
 
 /// What the photometric interpretation alone says about three components.

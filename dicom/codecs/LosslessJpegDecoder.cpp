@@ -56,8 +56,7 @@ class LosslessStream {
             for (const std::uint8_t count : counts) symbols += count;
             if (index > 3 || payload.size() < 17 + symbols) return broken("a JPEG code table is too short");
             if (kind == 0) {
-                const auto table = LosslessHuffman::fromTable(counts, payload.subspan(17, symbols));
-                tables_[index] = table ? std::make_unique<LosslessHuffman>(*table) : nullptr;
+                tables_[index] = LosslessHuffman::fromTable(counts, payload.subspan(17, symbols));
             }
             payload = payload.subspan(17 + symbols);
         }
@@ -93,6 +92,8 @@ class LosslessStream {
         const int shift = payload[3 + 2 * count] & 15;
         if (predictor < 1 || predictor > 7 || shift >= header_.precision)
             return broken("an impossible JPEG prediction");
+        // Some encoders hand signed cells over as they are, sign bits and all.
+        if (!isSigned_) scan.sampleBits = static_cast<unsigned>(header_.precision - shift);
         scan.prediction = {predictor, count, 1u << (header_.precision - shift - 1)};
 
         const EntropyData data(stream_.subspan(dataAt), scan.padding());
@@ -119,7 +120,7 @@ class LosslessStream {
     std::size_t rows_;
     bool isSigned_ = false;
     CodedPicture picture_;
-    std::array<std::unique_ptr<LosslessHuffman>, 4> tables_;
+    std::array<std::unique_ptr<const LosslessHuffman>, 4> tables_;
     std::size_t restartRows_ = 0;
     std::size_t decodedComponents_ = 0;
     std::size_t scanLength_ = 0;

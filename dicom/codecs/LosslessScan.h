@@ -19,6 +19,7 @@ struct LosslessScan {
     std::size_t rows = 0;
     std::size_t rowLength = 0;    ///< samples in a row, of all components of the scan
     std::size_t restartRows = 0;  ///< rows between restart markers, 0 for none
+    unsigned sampleBits = 0;      ///< samples wider than this are an error; 0 to let them pass
     LosslessPrediction prediction;
     std::array<const LosslessHuffman*, 4> tables{};  ///< one for each component of the scan
 

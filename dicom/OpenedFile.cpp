@@ -1,0 +1,137 @@
+#include "dicom/OpenedFile.h"
+
+#include "dicom/CellUnpacking.h"
+#include "dicom/CharacterSet.h"
+#include "dicom/CodeStream.h"
+#include "dicom/DataSetParser.h"
+#include "dicom/ElementText.h"
+#include "dicom/GreyRules.h"
+#include "dicom/Inflating.h"
+#include "dicom/MemoryByteSource.h"
+#include "dicom/Notices.h"
+#include "dicom/OverlayReading.h"
+#include "dicom/PaletteReading.h"
+#include "dicom/PixelAspectRule.h"
+#include "dicom/PixelDescription.h"
+#include "dicom/ShutterReading.h"
+#include "dicom/Tags.h"
+#include "dicom/codecs/FrameDecoder.h"
+
+namespace cinedisc::dicom {
+
+std::optional<DecodeError> OpenedFile::missing(int frame) const {
+    DecodeError error;
+    if (picture_.error)
+        error = *picture_.error;
+    else if (frame >= picture_.frameCount && frame < picture_.announcedFrameCount)
+        error = notices::cutOff(picture_.frameCount, picture_.announcedFrameCount);
+    else if (frame < 0 || frame >= picture_.frameCount)
+        error = DecodeError{DecodeError::Kind::Broken, "The file has no such frame", {}, 0, frame};
+    else
+        return std::nullopt;
+    error.frame = frame;
+    return error;
+}
+
+Result<Frame> OpenedFile::decode(int frame) const {
+    if (auto error = missing(frame)) return std::move(*error);
+    auto bytes = picture_.frames->read(frame);
+    if (bytes && picture_.hasDeflatedFrames) inflateFrame(bytes.value());
+    auto decoded = bytes ? decodeBytes(bytes.value()) : Result<Frame>(bytes.error());
+    if (decoded) return decoded;
+    DecodeError error = decoded.error();
+    error.frame = frame;
+    return error;
+}
+
+/// A frame that cannot be inflated is left as it is, for the decoder to find too short.
+void OpenedFile::inflateFrame(FrameBytes& bytes) const {
+    const auto stream = bytes.bytes();
+    const MemoryByteSource deflated({stream.begin(), stream.end()});
+    auto inflated = inflateFrom(deflated, 0, nativeFrameBits(picture_.format) / 8 + 1);
+    if (!inflated) return;
+    bytes.storage = std::move(inflated.value());
+    bytes.begin = 0;
+    bytes.length = bytes.storage.size();
+}
+
+Compression OpenedFile::compressionOf(const FrameBytes& bytes) const {
+    const bool mayBeNative =
+        picture_.compression == Compression::None && bytes.length * 8 >= nativeFrameBits(picture_.format);
+    if (!picture_.isEncapsulated || mayBeNative) return picture_.compression;
+    return sniffCompression(bytes.bytes()).value_or(picture_.compression);
+}
+
+Result<Frame> OpenedFile::decodeBytes(const FrameBytes& bytes) const {
+    const Compression compression = compressionOf(bytes);
+    if (compression != Compression::None) return decodeFrame(bytes.bytes(), picture_.format, compression);
+    if (hasPackedCells(picture_.format)) {
+        const auto spread = spreadCells(bytes.bytes(), bytes.firstBit, picture_.format);
+        return decodeFrame(spread, spreadFormat(picture_.format), Compression::None);
+    }
+    const bool bigEndian = !picture_.isEncapsulated && header_.hasBigEndianPixels();
+    return decodeFrame(bytes.bytes(), picture_.format, Compression::None, bigEndian, bytes.firstBit);
+}
+
+GreyTransform OpenedFile::greyTransform(int frame) const {
+    return readGreyTransform(header_.elements, picture_.format, frame);
+}
+
+const std::optional<Palette>& OpenedFile::palette() const {
+    std::call_once(paletteOnce_, [this] { palette_ = readPalette(header_.elements, picture_.format); });
+    return palette_;
+}
+
+const Shutter& OpenedFile::shutter() const {
+    std::call_once(shutterOnce_, [this] { shutter_ = readShutter(header_.elements); });
+    return shutter_;
+}
+
+const std::vector<Overlay>& OpenedFile::overlays() const {
+    std::call_once(overlaysOnce_, [this] { overlays_ = readOverlays(header_.elements, picture_.format); });
+    return overlays_;
+}
+
+std::vector<std::uint8_t> OpenedFile::overlayBits(const Overlay& overlay, int frame) const {
+    const int own = overlayFrameFor(overlay, frame);
+    if (own < 0) return {};
+    if (overlay.embeddedBit >= 0) {
+        // A decoder masks the unused bits away: only native pixels still have them.
+        if (picture_.isEncapsulated || missing(frame)) return {};
+        const auto bytes = picture_.frames->read(frame);
+        if (!bytes) return {};
+        return embeddedBits(bytes.value().bytes(), picture_.format, overlay, header_.hasBigEndianPixels());
+    }
+    if (overlay.bits.empty()) {
+        const bool isSwapped = header_.encoding.order == ByteOrder::Big;
+        return isSwapped ? std::vector<std::uint8_t>()
+                         : readOverlayFrame(*header_.body, header_.elements, overlay, own);
+    }
+    const std::size_t pixels =
+        static_cast<std::size_t>(overlay.rows) * static_cast<std::size_t>(overlay.columns);
+    const auto from = pixels * static_cast<std::size_t>(own);
+    if (from + pixels > overlay.bits.size()) return {};
+    const auto begin = overlay.bits.begin() + static_cast<std::ptrdiff_t>(from);
+    return {begin, begin + static_cast<std::ptrdiff_t>(pixels)};
+}
+
+PixelAspect OpenedFile::pixelAspect() const { return readPixelAspect(header_.elements); }
+
+std::string OpenedFile::text(Tag tag) const {
+    const Element* element = header_.elements.find(tag);
+    if (!element) return {};
+    return elementText(*element, CharacterSet(header_.elements.strings(tags::SpecificCharacterSet)));
+}
+
+DataSet OpenedFile::elementsBehindPixels() const {
+    DataSet elements;
+    if (!header_.pixels || header_.pixels->isOpen) return elements;
+    ForwardBuffer buffer(*header_.body);
+    buffer.advance(header_.pixels->offset);
+    buffer.advance(header_.pixels->length);
+    // What is wrong behind the pixels harms nothing.
+    (void)DataSetParser(buffer).parse(elements, header_.encoding);
+    return elements;
+}
+
+}  // namespace cinedisc::dicom

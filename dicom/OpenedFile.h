@@ -1,0 +1,48 @@
+#pragma once
+
+#include "dicom/DicomFile.h"
+#include "dicom/FileHeader.h"
+#include "dicom/Picture.h"
+
+#include <mutex>
+
+namespace cinedisc::dicom {
+
+/// A file whose header has been read. What is needed for some pictures only is worked out when first asked
+/// for.
+class OpenedFile : public DicomFile {
+  public:
+    explicit OpenedFile(FileHeader header) : header_(std::move(header)), picture_(openPicture(header_)) {}
+
+    const DataSet& header() const override { return header_.elements; }
+    const std::string& transferSyntax() const override { return header_.syntaxUid; }
+    const PixelFormat& pixelFormat() const override { return picture_.format; }
+    Compression compression() const override { return picture_.compression; }
+    int frameCount() const override { return picture_.frameCount; }
+    int announcedFrameCount() const override { return picture_.announcedFrameCount; }
+    const std::optional<DecodeError>& pictureError() const override { return picture_.error; }
+    Result<Frame> decode(int frame) const override;
+    GreyTransform greyTransform(int frame) const override;
+    const std::optional<Palette>& palette() const override;
+    const Shutter& shutter() const override;
+    const std::vector<Overlay>& overlays() const override;
+    std::vector<std::uint8_t> overlayBits(const Overlay& overlay, int frame) const override;
+    PixelAspect pixelAspect() const override;
+    std::string text(Tag tag) const override;
+    DataSet elementsBehindPixels() const override;
+
+  private:
+    std::optional<DecodeError> missing(int frame) const;
+    Result<Frame> decodeBytes(const FrameBytes& bytes) const;
+    Compression compressionOf(const FrameBytes& bytes) const;
+    void inflateFrame(FrameBytes& bytes) const;
+
+    FileHeader header_;
+    Picture picture_;
+    mutable std::once_flag paletteOnce_, shutterOnce_, overlaysOnce_;
+    mutable std::optional<Palette> palette_;
+    mutable Shutter shutter_;
+    mutable std::vector<Overlay> overlays_;
+};
+
+}  // namespace cinedisc::dicom

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "dicom/DataSet.h"
+#include "dicom/Presentation.h"
+
+namespace cinedisc::dicom {
+
+/// Shape of a pixel from its aspect ratio (PS3.3 C.7.6.3.1.7) or, without one, from the spacing at the
+/// detector or in the patient. 1 when the header says nothing sensible.
+PixelAspect readPixelAspect(const DataSet& header);
+
+}  // namespace cinedisc::dicom
