@@ -53,12 +53,16 @@ TEST(DiscPlanner, KeepsPatientsApartWhoShareNameOrId) {
         record("A", "1", "s1", "", "a", 1, 1),  record("A", "2", "s2", "", "b", 1, 1),
         record("B", "1", "s3", "", "c", 1, 1),  record("A", "1", "s1", "", "a", 1, 2),
         record("A^", "1", "s4", "", "d", 1, 1),  // reads like the first, but is not the same name
+        record("A", "", "s5", "", "e", 1, 1),   record("A", "", "s6", "", "f", 1, 1),
+        record("A", "", "s5", "", "g", 1, 1),
     };
     const auto plan = planDisc(records, "", PatientOrder::ByName);
     std::vector<std::string> texts;
     for (const auto& patient : plan.patients) texts.push_back(patient.text);
-    EXPECT_THAT(texts, ElementsAre("A  (1)", "A  (1) [2]", "A  (2)", "B  (1)"));
-    EXPECT_EQ(plan.patients[0].studies[0].series[0].files.size(), 2u);
+    EXPECT_THAT(texts,
+                ElementsAre("A  (no ID)", "A  (no ID) [2]", "A  (1)", "A  (1) [2]", "A  (2)", "B  (1)"));
+    EXPECT_EQ(plan.patients[0].studies[0].series.size(), 2u);
+    EXPECT_EQ(plan.patients[2].studies[0].series[0].files.size(), 2u);
 }
 
 TEST(DiscPlanner, GroupsFilesWithoutIdentifiersByWhatTheyTell) {
