@@ -1,7 +1,7 @@
 #include <QApplication>
 
 #include "app/Main.h"
-#include "app/Theme.h"
+#include "panels/Theme.h"
 #include "platform/widgets/GuardedApplication.h"
 
 int main(int argc, char** argv) {

@@ -4,6 +4,7 @@
 #include "platform/widgets/EventGuard.h"
 #include "tests/support/DicomBuilder.h"
 #include "tests/support/DiscBuilder.h"
+#include "viewerwindow/ViewerCommands.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -93,7 +94,8 @@ TEST_F(MainWindowTest, StartsWithItsDefaults) {
 
 TEST_F(MainWindowTest, EveryButtonAndMenuCommandHasAHandler) {
     QStringList names;
-    for (const CommandRow& row : commandTable()) names << row.name;
+    for (const auto& row : commandTable()) names << row.name;
+    for (const auto& row : viewerCommands()) names << row.name;
     int commands = 0;
     for (const QAction* action : form.findChildren<QAction*>()) {
         if (action->objectName().startsWith("mnu") && !action->menu()) {
