@@ -76,7 +76,8 @@ void CinePanel::addToDirections(const ButtonRow& button) {
 QWidget* CinePanel::playButtons(const CinePanelDesign& design) {
     auto* part = new QWidget(this);
     auto* row = rowOf(part);
-    for (const ButtonRow& button : {design.reverse, stop, design.play}) row->addWidget(makeButton(button, part));
+    for (const ButtonRow& button : {design.reverse, stop, design.play})
+        row->addWidget(makeButton(button, part));
     return part;
 }
 

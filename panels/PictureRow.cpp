@@ -13,8 +13,7 @@ PictureRow::PictureRow(QWidget& picture, StripPanel& strip, QWidget* parent)
 
 QSize PictureRow::minimumSizeHint() const {
     constexpr int smallestHeight = 300;
-    return {picture_.minimumSizeHint().width() + panelGap + strip_.widthFor(smallestHeight),
-            smallestHeight};
+    return {picture_.minimumSizeHint().width() + panelGap + strip_.widthFor(smallestHeight), smallestHeight};
 }
 
 void PictureRow::resizeEvent(QResizeEvent* event) {

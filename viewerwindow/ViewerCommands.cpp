@@ -22,7 +22,6 @@ void zoom(ViewerBehaviour& form) {
     form.tools.zoomTo(Percent);
 }
 
-
 using B = ViewerBehaviour;
 
 constexpr auto exportPicture = run<&B::exporter, &ExportCommand::cmdExport_Click>;

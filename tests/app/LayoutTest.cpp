@@ -1,13 +1,13 @@
+#include "app/Form1Layout.h"
+#include "app/StillsPanel.h"
+#include "app/TreePanel.h"
+#include "control/ezDICOMX.h"
 #include "panels/BackgroundPopUp.h"
 #include "panels/CinePanel.h"
-#include "app/Form1Layout.h"
 #include "panels/MenuTable.h"
-#include "app/StillsPanel.h"
 #include "panels/StripPanel.h"
 #include "panels/Theme.h"
 #include "panels/ToolBarPanel.h"
-#include "app/TreePanel.h"
-#include "control/ezDICOMX.h"
 #include "panels/ZoomPopUp.h"
 
 #include <QApplication>
