@@ -3,6 +3,7 @@
 #include "app/BackgroundPopUp.h"
 #include "app/CinePanel.h"
 #include "app/CommandTable.h"
+#include "app/Main.h"
 #include "app/MenuTable.h"
 #include "app/StripPanel.h"
 #include "control/ezDICOMX.h"
@@ -22,6 +23,18 @@ namespace cinedisc {
 
 namespace {
 
+QWidget* makeViewer(QWidget* parent, ViewerRole role) {
+    switch (role) {
+        case ViewerRole::MainView:
+            return new ezDICOMX(ViewRole::Main, parent);
+        case ViewerRole::Preview:
+            return new ezDICOMX(ViewRole::Preview, parent);
+        case ViewerRole::Probe:
+            break;
+    }
+    return new ezDICOMX(ViewRole::Probe, parent);
+}
+
 QList<QWidget*> wheelWidgets(const StripPanel& strip) {
     QList<QWidget*> widgets(strip.thumb.begin(), strip.thumb.end());
     widgets << strip.sb1;
@@ -36,13 +49,17 @@ Form1::Form1(const QString& programFolder)
       controls_(*this, layout_, programFolder),
       wheel_(wheelWidgets(*layout_.strip)),
       formatChooser_(this),
-      behaviour_(controls_.viewer, controls_.disc, controls_.tools, formatChooser_, wheel_) {
+      behaviour_(controls_.viewer, controls_.disc, controls_.tools,
+                 {formatChooser_, [this](const QString& format) { mainView().putExportFormat(format); }},
+                 wheel_) {
     setObjectName("Form1");
     MenuBuilder::build(*menuBar(), mainMenuTable(), [this](const QString& name) { runCommand(name); });
     routeButtons(*this, [this](const QString& name) { runCommand(name); });
     connectEvents();
     behaviour_.Form_Load();
 }
+
+ezDICOMX& Form1::mainView() { return static_cast<ezDICOMX&>(*layout_.ezDicom); }
 
 void Form1::connectEvents() {
     const auto guarded = [](auto handler) { return EventGuard::guarded(handler); };
@@ -77,6 +94,8 @@ void Form1::showLicence() {
 
 void Form1::closeEvent(QCloseEvent* event) {
     behaviour_.Form_Unload();
+    StripWheel::setMainScrollBar(nullptr);
+    MainForm = nullptr;
     event->accept();
 }
 

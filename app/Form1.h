@@ -10,6 +10,8 @@
 
 namespace cinedisc {
 
+class ezDICOMX;
+
 /// The main window. Its form-level values can be read as properties.
 class Form1 : public QMainWindow {
     Q_OBJECT
@@ -42,6 +44,7 @@ class Form1 : public QMainWindow {
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    ezDICOMX& mainView();
     void connectEvents();
     void runCommand(const QString& name);
 

@@ -5,14 +5,14 @@
 namespace cinedisc {
 
 Form1Behaviour::Form1Behaviour(ViewerControls& controls, DiscControls& discControls,
-                               const DisplayTools::Controls& toolControls, ExportFormatDialog& formatDialog,
-                               MouseWheelHook& wheelHook)
+                               const DisplayTools::Controls& toolControls,
+                               const ExportCommand::Format& exportFormat, MouseWheelHook& wheelHook)
     : form(controls),
       disc(discControls),
       wheel(wheelHook),
       Option3(toolControls.Option3),
       tools(toolControls),
-      exporter(form.ezDicom, form.Timer4, formatDialog, disc.dialogs) {}
+      exporter(form.ezDicom, form.Timer4, exportFormat, disc.dialogs) {}
 
 void Form1Behaviour::Form_Load() {
     form.ezDicom.putStartupFlag(false);

@@ -27,7 +27,7 @@ namespace cinedisc {
 class Form1Behaviour {
   public:
     Form1Behaviour(ViewerControls& controls, DiscControls& discControls,
-                   const DisplayTools::Controls& toolControls, ExportFormatDialog& formatDialog,
+                   const DisplayTools::Controls& toolControls, const ExportCommand::Format& exportFormat,
                    MouseWheelHook& wheelHook);
 
     /// The window's load handler.

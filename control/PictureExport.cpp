@@ -7,11 +7,14 @@
 #include <QImageWriter>
 #include <QSaveFile>
 
+#include <algorithm>
+
 namespace cinedisc {
 
 namespace {
 
 constexpr int jpegQuality = 97;
+constexpr int longestJpegSide = 65500;  // of the library that writes it
 
 /// 8-bit greys as a palette of the same greys: every program reads them as they are.
 QImage withGreyPalette(const QImage& picture) {
@@ -37,6 +40,8 @@ PictureFormat formatFor(const QString& path, PictureFormat otherwise) {
 void exportPicture(const QImage& picture, const QString& path, PictureFormat format) {
     const QFileInfo target(path);
     if (picture.isNull() || path.isEmpty()) throw RunTimeError::pathFileAccess();
+    const int side = std::max(picture.width(), picture.height());
+    if (format == PictureFormat::Jpeg && side > longestJpegSide) throw RunTimeError::pathFileAccess();
     if (!target.absoluteDir().exists()) throw RunTimeError::pathNotFound();
     if (target.exists() && !target.isFile()) throw RunTimeError::pathFileAccess();
 

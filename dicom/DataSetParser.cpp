@@ -64,9 +64,9 @@ DataSetParser::End DataSetParser::parseElements(DataSet& into, const Level& leve
             buffer_.advance(static_cast<std::uint64_t>(header->bytes));
             continue;
         }
+        if (level.depth == 0 && header->tag.group > tags::Rows.group) tellFrameBytes(into);
         const bool isPadding = header->tag == Tag{} && header->length == 0;
         if (level.depth == 0 && (isPadding || takePixels(into, *header))) return End::Reached;
-        if (level.depth == 0 && header->tag.group > tags::Rows.group) tellFrameBytes(into);
         if (parseElement(into, *header, level) == End::Broken) {
             if (!level.hasKnownEnd) return End::Broken;
             error_.reset();

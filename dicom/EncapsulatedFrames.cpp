@@ -117,45 +117,66 @@ DecodeError EncapsulatedFrames::missingFrame(int frame) const {
     return notices::cutOff(static_cast<int>(grouping_.completeFrames()), announced_, pixels_.tag, end_);
 }
 
-/// Reads the fragments from `index` on that are known to be the frame's, and shows the walker what was read
-/// behind them.
-void EncapsulatedFrames::appendKnownFragments(std::size_t frame, std::size_t& index, FrameBytes& into) const {
-    const std::size_t last = grouping_.knownEnd(frame) - 1;
-    const std::uint64_t from = grouping_.fragment(index).offset;
-    std::uint64_t to = grouping_.fragment(last).end() + FragmentWalker::usefulBytesBehind;
-    // All the rest belongs to a single frame.
-    if (grouping_.allInOne() && end_ - from <= nativeFrameBytes_ + compressedSlack) to = end_;
-    std::vector<std::byte> stretch(static_cast<std::size_t>(std::min(to, end_) - from));
-    stretch.resize(source_->readAt(from, stretch));
+/// How far to read when more fragments may belong to the frame: a part of the mean size of frames, so as not
+/// to read into the next one, or all the rest when there is no next one.
+std::uint64_t EncapsulatedFrames::likelyFrameEnd(std::size_t frame) const {
+    const std::uint64_t from = grouping_.fragment(grouping_.start(frame)).offset;
+    const bool isDecided = grouping_.knownEnd(frame) - grouping_.start(frame) > 1;
+    if (grouping_.allInOne() && end_ - from <= nativeFrameBytes_ + compressedSlack) return end_;
+    const std::uint64_t mean = (end_ - table_.firstItem) / static_cast<std::uint64_t>(announced_);
+    return isDecided ? from + mean / 10 * 9 : 0;
+}
+
+/// Lengthens the bytes read from the start of a frame to all of its fragments that are known, and shows the
+/// walker what else was read. False when the source does not give them.
+bool EncapsulatedFrames::extend(std::vector<std::byte>& stretch, std::uint64_t from,
+                                std::size_t frame) const {
+    const std::uint64_t needed = grouping_.fragment(grouping_.knownEnd(frame) - 1).end();
+    std::uint64_t to = needed + FragmentWalker::usefulBytesBehind;
+    if (grouping_.mayGrow(frame)) to = std::max(to, std::min(likelyFrameEnd(frame), from + mostFrameBytes()));
+    const std::size_t had = stretch.size();
+    const auto wanted = static_cast<std::size_t>(std::min(to, end_) - from);
+    if (wanted > had) {
+        stretch.resize(wanted);
+        stretch.resize(had + source_->readAt(from + had, std::span(stretch).subspan(had)));
+    }
+    if (from + stretch.size() < needed) return false;
+
     FragmentWalker& walker = grouping_.walker();
     walker.show(from, stretch);
     if (grouping_.mayGrow(frame) || (grouping_.isOneEach() && walker.knowsNext())) grouping_.step();
-    while (grouping_.allInOne() && walker.knowsNext() && grouping_.mayGrow(frame)) grouping_.step();
+    while (grouping_.mayGrow(frame) && walker.knowsNext()) grouping_.step();
     walker.forgetShown();
+    return true;
+}
 
-    for (; index < grouping_.knownEnd(frame); ++index) {
+FrameBytes EncapsulatedFrames::withoutItemHeaders(std::vector<std::byte> stretch, std::uint64_t from,
+                                                  std::size_t frame) const {
+    FrameBytes bytes;
+    for (std::size_t index = grouping_.start(frame); index < grouping_.knownEnd(frame); ++index) {
         const Fragment& fragment = grouping_.fragment(index);
-        const std::uint64_t skipped = fragment.offset - from;
-        if (skipped + fragment.length > stretch.size()) break;
-        const auto begin = stretch.begin() + static_cast<std::ptrdiff_t>(skipped);
-        into.storage.insert(into.storage.end(), begin, begin + static_cast<std::ptrdiff_t>(fragment.length));
+        const auto begin = stretch.begin() + static_cast<std::ptrdiff_t>(fragment.offset - from);
+        const auto target = stretch.begin() + static_cast<std::ptrdiff_t>(bytes.length);
+        if (begin != target) std::copy(begin, begin + static_cast<std::ptrdiff_t>(fragment.length), target);
+        bytes.length += static_cast<std::size_t>(fragment.length);
     }
+    bytes.storage = std::move(stretch);
+    return bytes;
 }
 
 Result<FrameBytes> EncapsulatedFrames::readByWalking(int frame) const {
     const auto wanted = static_cast<std::size_t>(frame);
     if (!grouping_.findStart(wanted)) return missingFrame(frame);
-    FrameBytes bytes;
     const std::uint64_t from = grouping_.fragment(grouping_.start(wanted)).offset;
-    for (std::size_t index = grouping_.start(wanted); index < grouping_.knownEnd(wanted);) {
-        const Fragment& last = grouping_.fragment(grouping_.knownEnd(wanted) - 1);
+    std::vector<std::byte> stretch;
+    for (;;) {
+        const Fragment last = grouping_.fragment(grouping_.knownEnd(wanted) - 1);
         if (!last.isComplete) return notices::cutOff(frame, announced_, pixels_.tag, last.offset);
         if (last.end() - from > mostFrameBytes()) return notices::damaged(pixels_.tag, from, frame);
-        const std::size_t before = index;
-        appendKnownFragments(wanted, index, bytes);
-        if (index == before) return notices::damaged(pixels_.tag, from, frame);
+        if (!grouping_.mayGrow(wanted) && from + stretch.size() >= last.end()) break;
+        if (!extend(stretch, from, wanted)) return notices::damaged(pixels_.tag, from, frame);
     }
-    bytes.length = bytes.storage.size();
+    FrameBytes bytes = withoutItemHeaders(std::move(stretch), from, wanted);
     const bool begins = beginsCodeStream(bytes.bytes(), declared_);
     if (!begins && grouping_.isOneEach() && grouping_.firstBeginsCodeStream()) {
         grouping_.regroupBySignature();

@@ -44,7 +44,10 @@ class EncapsulatedFrames : public FrameSource {
     std::optional<Result<FrameBytes>> readByTable(int frame) const;
     Result<FrameBytes> readByWalking(int frame) const;
     DecodeError missingFrame(int frame) const;
-    void appendKnownFragments(std::size_t frame, std::size_t& index, FrameBytes& into) const;
+    bool extend(std::vector<std::byte>& stretch, std::uint64_t from, std::size_t frame) const;
+    FrameBytes withoutItemHeaders(std::vector<std::byte> stretch, std::uint64_t from,
+                                  std::size_t frame) const;
+    std::uint64_t likelyFrameEnd(std::size_t frame) const;
     std::uint64_t mostFrameBytes() const;
 
     std::shared_ptr<const ByteSource> source_;

@@ -115,7 +115,7 @@ std::vector<std::uint8_t> OpenedFile::overlayBits(const Overlay& overlay, int fr
     return {begin, begin + static_cast<std::ptrdiff_t>(pixels)};
 }
 
-PixelAspect OpenedFile::pixelAspect() const { return readPixelAspect(header_.elements); }
+PixelAspect OpenedFile::pixelAspect() const { return readPixelAspect(header_.elements, picture_.format); }
 
 std::string OpenedFile::text(Tag tag) const {
     const Element* element = header_.elements.find(tag);

@@ -21,7 +21,7 @@ void ExportCommand::cmdExport_Click() {
 }
 
 void ExportCommand::exportShownFrame() {
-    const QString format = frmdicom_.chooseFormat();
+    const QString format = format_.frmdicom.chooseFormat();
     QString filter;
     if (format == "JPEG") {
         filter = "(*.jpg)|*.jpg";
@@ -31,7 +31,9 @@ void ExportCommand::exportShownFrame() {
         return;
     }
     const QString name = cdcExport_.saveFileName("Save as", filter);
-    if (!name.isEmpty()) ezDicom_.putExportFile(name);
+    if (name.isEmpty()) return;
+    format_.tellView(format);
+    ezDicom_.putExportFile(name);
 }
 
 }  // namespace cinedisc

@@ -5,14 +5,24 @@
 #include "tools/ExportFormatDialog.h"
 #include "viewer/ViewerControl.h"
 
+#include <QString>
+
+#include <functional>
+#include <utility>
+
 namespace cinedisc {
 
 /// Writes the shown picture to a JPEG or BMP file that the user names. Errors end it quietly.
 class ExportCommand {
   public:
-    ExportCommand(ViewerControl& view, TimerControl& cineClock, ExportFormatDialog& formatDialog,
-                  Dialogs& dialogs)
-        : ezDicom_(view), Timer4_(cineClock), frmdicom_(formatDialog), cdcExport_(dialogs) {}
+    /// Who is asked for the format, and who is told it: a name without a known extension is written in the
+    /// chosen format.
+    struct Format {
+        ExportFormatDialog& frmdicom;
+        std::function<void(const QString& format)> tellView;
+    };
+    ExportCommand(ViewerControl& view, TimerControl& cineClock, Format format, Dialogs& dialogs)
+        : ezDicom_(view), Timer4_(cineClock), format_(std::move(format)), cdcExport_(dialogs) {}
 
     void cmdExport_Click();
 
@@ -21,7 +31,7 @@ class ExportCommand {
 
     ViewerControl& ezDicom_;
     TimerControl& Timer4_;
-    ExportFormatDialog& frmdicom_;
+    Format format_;
     Dialogs& cdcExport_;
 };
 

@@ -1,1 +1,17 @@
-int main() { return 0; }
+#include <QApplication>
+
+#include "app/Main.h"
+#include "app/Theme.h"
+#include "platform/widgets/GuardedApplication.h"
+
+int main(int argc, char** argv) {
+    using namespace cinedisc;
+    // Menus belong to the window, on every desktop.
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    GuardedApplication application(argc, argv);
+    QCoreApplication::setApplicationName("cinedisc");
+    applyTheme(application);
+    Main();
+    return QApplication::exec();
+}

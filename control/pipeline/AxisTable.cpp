@@ -30,7 +30,7 @@ void AxisTable::nearest(double step, int visibleFrom, int sourceSize) {
 
 void AxisTable::triangle(double step, int visibleFrom, int sourceSize) {
     const double reach = std::max(1.0, step);
-    taps_ = std::min(sourceSize, step > 1 ? static_cast<int>(std::ceil(2 * reach)) + 1 : 2);
+    taps_ = std::min(sourceSize, step > 1 ? static_cast<int>(std::ceil(2 * reach)) : 2);
     // When enlarging, weights keep 8 bits, so that the product with a grey fits 16.
     const double unit = step > 1 ? fullWeight : 256;
     weights_.resize(first_.size() * static_cast<std::size_t>(taps_));

@@ -12,40 +12,80 @@ void lookUp(const Index* indices, const std::uint8_t* table, std::uint8_t* into,
     for (int x = 0; x < count; ++x) into[x] = table[indices[x]];
 }
 
-/// Linear interpolation: two neighbours with 8-bit weights.
-void scaleByTwo(const std::uint8_t* row, const AxisTable& columns, std::uint16_t* into) {
+/// A fixed number of neighbours: the inner loop is unrolled.
+template <int taps>
+void scaleBy(const std::uint8_t* row, const AxisTable& columns, std::uint16_t* into) {
     const std::int32_t* first = columns.first();
     const std::uint16_t* weights = columns.weights();
     const int count = columns.size();
     for (int x = 0; x < count; ++x) {
-        const std::uint8_t* pair = row + first[x];
-        const std::uint32_t sum =
-            pair[0] * std::uint32_t{weights[2 * x]} + pair[1] * std::uint32_t{weights[2 * x + 1]};
+        const std::uint8_t* source = row + first[x];
+        std::uint32_t sum = 0;
+        for (int k = 0; k < taps; ++k) sum += source[k] * std::uint32_t{weights[k]};
         into[x] = static_cast<std::uint16_t>(sum >> 7);
+        weights += taps;
     }
 }
 
-void mixTwo(const std::uint16_t* a, const std::uint16_t* b, std::uint32_t weightA, std::uint32_t weightB,
+void scaleByMany(const std::uint8_t* row, const AxisTable& columns, std::uint16_t* into) {
+    const std::int32_t* first = columns.first();
+    const std::uint16_t* weights = columns.weights();
+    const int count = columns.size();
+    const int taps = columns.taps();
+    for (int x = 0; x < count; ++x) {
+        std::uint32_t sum = 0;
+        for (int k = 0; k < taps; ++k) sum += row[first[x] + k] * std::uint32_t{weights[k]};
+        into[x] = static_cast<std::uint16_t>(sum >> 7);
+        weights += taps;
+    }
+}
+
+/// The upper half of a product of 16-bit numbers: one instruction for many pixels on every processor.
+std::uint16_t upperHalf(std::uint16_t a, std::uint16_t b) {
+    return static_cast<std::uint16_t>(std::uint32_t{a} * b >> 16);
+}
+
+// A grey times 256, times a weight of 15 bits, leaves 7 bits behind the point in its upper half.
+constexpr int pointBits = 7;
+constexpr std::uint16_t half = 1 << (pointBits - 1);
+
+void mixTwo(const std::uint16_t* a, const std::uint16_t* b, std::uint16_t weightA, std::uint16_t weightB,
             std::uint8_t* into, int count) {
     for (int x = 0; x < count; ++x) {
-        into[x] = static_cast<std::uint8_t>((a[x] * weightA + b[x] * weightB + (1U << 22)) >> 23);
+        const auto sum =
+            static_cast<std::uint16_t>(upperHalf(a[x], weightA) + upperHalf(b[x], weightB) + half);
+        into[x] = static_cast<std::uint8_t>(sum >> pointBits);
+    }
+}
+
+/// Each tap rounds down by less than 1/128 of a grey: as long as they are few, that does not show.
+void mixSome(const std::uint16_t* const* rows, const std::uint16_t* weights, int taps, std::uint8_t* into,
+             int count) {
+    constexpr int block = 512;
+    std::array<std::uint16_t, block> sums;
+    for (int from = 0; from < count; from += block) {
+        const int size = std::min(block, count - from);
+        sums.fill(half);
+        for (int k = 0; k < taps; ++k) {
+            const std::uint16_t* row = rows[k] + from;
+            const std::uint16_t weight = weights[k];
+            for (int x = 0; x < size; ++x) {
+                auto& sum = sums[static_cast<std::size_t>(x)];
+                sum = static_cast<std::uint16_t>(sum + upperHalf(row[x], weight));
+            }
+        }
+        for (int x = 0; x < size; ++x) {
+            into[from + x] = static_cast<std::uint8_t>(sums[static_cast<std::size_t>(x)] >> pointBits);
+        }
     }
 }
 
 void mixMany(const std::uint16_t* const* rows, const std::uint16_t* weights, int taps, std::uint8_t* into,
              int count) {
-    constexpr int block = 256;
-    std::array<std::uint32_t, block> sums;
-    for (int from = 0; from < count; from += block) {
-        const int size = std::min(block, count - from);
-        sums.fill(1U << 22);
-        for (int k = 0; k < taps; ++k) {
-            const std::uint16_t* row = rows[k] + from;
-            const std::uint32_t weight = weights[k];
-            for (int x = 0; x < size; ++x) sums[static_cast<std::size_t>(x)] += row[x] * weight;
-        }
-        for (int x = 0; x < size; ++x)
-            into[from + x] = static_cast<std::uint8_t>(sums[static_cast<std::size_t>(x)] >> 23);
+    for (int x = 0; x < count; ++x) {
+        std::uint32_t sum = 1U << 22;
+        for (int k = 0; k < taps; ++k) sum += rows[k][x] * std::uint32_t{weights[k]};
+        into[x] = static_cast<std::uint8_t>(sum >> 23);
     }
 }
 
@@ -82,26 +122,27 @@ void pickRow(const std::uint8_t* row, const AxisTable& columns, std::uint8_t* in
 }
 
 void scaleRow(const std::uint8_t* row, const AxisTable& columns, std::uint16_t* into) {
-    const std::int32_t* first = columns.first();
-    const int count = columns.size();
-    const int taps = columns.taps();
-    if (taps == 1) {
-        for (int x = 0; x < count; ++x) into[x] = static_cast<std::uint16_t>(row[first[x]] << 8);
-        return;
-    }
-    if (taps == 2) return scaleByTwo(row, columns, into);
-    const std::uint16_t* weights = columns.weights();
-    for (int x = 0; x < count; ++x) {
-        std::uint32_t sum = 0;
-        for (int k = 0; k < taps; ++k) sum += row[first[x] + k] * std::uint32_t{weights[k]};
-        into[x] = static_cast<std::uint16_t>(sum >> 7);
-        weights += taps;
+    switch (columns.taps()) {
+        case 2:
+            return scaleBy<2>(row, columns, into);
+        case 3:
+            return scaleBy<3>(row, columns, into);
+        case 4:
+            return scaleBy<4>(row, columns, into);
+        case 5:
+            return scaleBy<5>(row, columns, into);
+        case 6:
+            return scaleBy<6>(row, columns, into);
+        default:
+            return scaleByMany(row, columns, into);
     }
 }
 
 void mixRows(const std::uint16_t* const* rows, const std::uint16_t* weights, int taps, std::uint8_t* into,
              int count) {
+    constexpr int few = 32;
     if (taps == 2) return mixTwo(rows[0], rows[1], weights[0], weights[1], into, count);
+    if (taps <= few) return mixSome(rows, weights, taps, into, count);
     mixMany(rows, weights, taps, into, count);
 }
 

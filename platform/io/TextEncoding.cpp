@@ -1,8 +1,7 @@
 #include "platform/io/TextEncoding.h"
 
-#include <iconv.h>
-
 #include <cerrno>
+#include <iconv.h>
 
 namespace cinedisc {
 

@@ -10,7 +10,7 @@
 
 namespace cinedisc::test {
 
-DiscBuilder::DiscBuilder(const QList<PatientPlan>& patients) {
+DiscBuilder::DiscBuilder(const QList<PatientPlan>& patients, const FileMaker& makeFile) {
     writeCatalogue(patients);
     for (int number = 0; number < patients.size(); ++number) {
         const QString patient = path({"Dicom", QString("Patient%1").arg(number, 3, 10, QChar(u'0'))});
@@ -20,8 +20,7 @@ DiscBuilder::DiscBuilder(const QList<PatientPlan>& patients) {
                 const QString folder = joinPath(joinPath(patient, study.folder), series.folder);
                 QDir().mkpath(folder);
                 for (int i = 0; i < series.frames.size(); ++i) {
-                    write(joinPath(folder, QString("%1.dcm").arg(i + 1)),
-                          QByteArray::number(series.frames[i]));
+                    write(joinPath(folder, QString("%1.dcm").arg(i + 1)), makeFile(series.frames[i]));
                 }
             }
         }

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <functional>
+
 namespace cinedisc::test {
 
 /// A series folder to be built: its files are named 1.dcm, 2.dcm ... and hold the number of their frames as
@@ -24,7 +26,9 @@ struct PatientPlan {
 /// A disc in a temporary folder: catalogue and folders agree unless a test spoils them afterwards.
 class DiscBuilder {
   public:
-    explicit DiscBuilder(const QList<PatientPlan>& patients);
+    /// Makes the content of a file of so many frames.
+    using FileMaker = std::function<QByteArray(int frames)>;
+    explicit DiscBuilder(const QList<PatientPlan>& patients, const FileMaker& makeFile = framesAsText);
 
     /// The program folder.
     QString path() const { return folder_.path(); }
@@ -33,6 +37,7 @@ class DiscBuilder {
     static void write(const QString& path, const QByteArray& content);
 
   private:
+    static QByteArray framesAsText(int frames) { return QByteArray::number(frames); }
     void writeCatalogue(const QList<PatientPlan>& patients) const;
 
     QTemporaryDir folder_;

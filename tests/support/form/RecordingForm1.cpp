@@ -5,7 +5,9 @@ namespace cinedisc::test {
 RecordingForm1::RecordingForm1(const QString& programFolder)
     : disc{programFolder, TreeView1, FraTree, Frame8,    Frame9, Label1, Label5,
            Label13,       Label6,    Label15, lblSeries, ezTest, dialogs},
-      behaviour(controls, disc, {ezDicom, Frame5, Frame6, Option1, Option2, Option3}, *this, *this) {
+      behaviour(controls, disc, {ezDicom, Frame5, Frame6, Option1, Option2, Option3},
+                {*this, [this](const QString& format) { journal.put("ezDicom", "ExportFormat", format); }},
+                *this) {
     sb1.changed = [this] { behaviour.sb1_Change(); };
     Slider1.changed = [this] { behaviour.cine.Slider1_Change(); };
     Slider2.changed = [this] { behaviour.frames.Slider2_Change(); };

@@ -1,0 +1,237 @@
+#include "app/BackgroundPopUp.h"
+#include "app/CinePanel.h"
+#include "app/Form1Layout.h"
+#include "app/MenuTable.h"
+#include "app/StillsPanel.h"
+#include "app/StripPanel.h"
+#include "app/Theme.h"
+#include "app/ToolBarPanel.h"
+#include "app/TreePanel.h"
+#include "app/ZoomPopUp.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSet>
+#include <gtest/gtest.h>
+
+namespace cinedisc {
+namespace {
+
+/// The window with plain widgets where the viewers will be.
+class LayoutTest : public testing::Test {
+  protected:
+    static void SetUpTestSuite() { applyTheme(*qApp); }
+    void SetUp() override {
+        MenuBuilder::build(*window.menuBar(), mainMenuTable(), [](const QString&) {});
+    }
+
+    void showAt(QSize size) {
+        window.resize(size);
+        window.show();
+        QCoreApplication::processEvents();
+    }
+    /// Where a widget is, in the window.
+    QRect placeOf(const QWidget* widget) const {
+        return {widget->mapTo(static_cast<const QWidget*>(&window), QPoint()), widget->size()};
+    }
+
+    QMainWindow window;
+    QList<ViewerRole> made;
+    Form1Layout layout{window, [this](QWidget* parent, ViewerRole role) {
+                           made += role;
+                           return new QWidget(parent);
+                       }};
+};
+
+TEST_F(LayoutTest, ButtonsAndOptionsCarryTheirCaptionsAndTooltips) {
+    struct Row {
+        const char* name;
+        const char* caption;
+        const char* toolTip = nullptr;  ///< null: any
+    };
+    for (const Row& row : std::initializer_list<Row>{{"Open", ""},
+                                                     {"cmdExit", "Exit"},
+                                                     {"cmdExport", "Export.."},
+                                                     {"cmdOverlay", "Overlay"},
+                                                     {"cmdZoom", "Zoom"},
+                                                     {"cmdFit(0)", "Best Fit"},
+                                                     {"cmdFit(1)", "100%"},
+                                                     {"cmdFit(2)", "50%"},
+                                                     {"cmdFit(3)", "150%"},
+                                                     {"cmdFit(4)", "200%"},
+                                                     {"cmdWindow", ""},
+                                                     {"cmdMagnify", ""},
+                                                     {"cmdLabel", ""},
+                                                     {"cmdHeader", "Header"},
+                                                     {"cmdInvert", "Invert"},
+                                                     {"cmdSmooth", "Smooth"},
+                                                     {"cmdPanning", "Panning"},
+                                                     {"cmdPlay", ""},
+                                                     {"cmdReverse", ""},
+                                                     {"cmdStop", "Stop"},
+                                                     {"cmdNext", ""},
+                                                     {"cmdPrev", ""},
+                                                     {"cmdNextImage", ""},
+                                                     {"cmdPrevImage", ""},
+                                                     {"Command3", "Command3"},
+                                                     {"cmdPatBack", "", "Previous Patient"},
+                                                     {"Command2", "", "Next Patient"},
+                                                     {"cmdSerBack", "", "Previous Series"},
+                                                     {"cmdSerNext", "", "Next Series"},
+                                                     {"cmdPreviousSeries", "", "Previous Frame"},
+                                                     {"cmdNextSeries", "", "Next Frame"},
+                                                     {"CmdStudyBack", "", "Previous Patient"},
+                                                     {"cmdStudyNext", "", "Next Patient"},
+                                                     {"cmdSeriesBack", "", "Previous Series"},
+                                                     {"cmNext", "", "Next Series"},
+                                                     {"Option1", "None", ""},
+                                                     {"Option2", "Black", ""},
+                                                     {"Option3", "White", ""},
+                                                     {"Option4", "Continuos"},
+                                                     {"Option11", "Continuos"},
+                                                     {"Option9", "Forward", ""},
+                                                     {"Option10", "Reverse", ""}}) {
+        const auto* button = window.findChild<QAbstractButton*>(row.name);
+        ASSERT_NE(button, nullptr) << row.name;
+        EXPECT_EQ(button->text(), row.caption) << row.name;
+        if (row.toolTip) {
+            EXPECT_EQ(button->toolTip(), row.toolTip) << row.name;
+        }
+        if (button->text().isEmpty()) {
+            EXPECT_FALSE(button->icon().isNull()) << row.name;
+            EXPECT_FALSE(button->toolTip().isEmpty()) << row.name;
+        }
+        EXPECT_FALSE(button->isCheckable() && button->isChecked()) << row.name;
+    }
+}
+
+TEST_F(LayoutTest, LabelsCarryTheirDesignTexts) {
+    const std::pair<const char*, const char*> texts[] = {{"Label1", ""},
+                                                         {"Label2", "Loop"},
+                                                         {"Label3", "Continuous"},
+                                                         {"lblImg", "Image"},
+                                                         {"lblFra", "Frame"},
+                                                         {"Label8", "Frame Scroll Bar"},
+                                                         {"lblSeries", ""},
+                                                         {"Label9", "Image Scroll Bar"},
+                                                         {"Label5", "Study Scroll Bar"},
+                                                         {"Label6", "Series Scroll Bar"},
+                                                         {"Label13", "Study Scroll Bar"},
+                                                         {"Label15", "Series Scroll Bar"}};
+    for (const auto& [name, text] : texts) {
+        const auto* label = window.findChild<QLabel*>(name);
+        ASSERT_NE(label, nullptr) << name;
+        EXPECT_EQ(label->text(), text) << name;
+        EXPECT_FALSE(label->textFormat() == Qt::AutoText && *name == 'l') << name;
+    }
+    EXPECT_EQ(layout.FraTree->title(), "Patient List..");
+}
+
+TEST_F(LayoutTest, EveryNameIsUniqueInTheWindow) {
+    QSet<QString> seen;
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+        const QString name = widget->objectName();
+        if (name.isEmpty() || name.startsWith("qt_")) continue;
+        EXPECT_FALSE(seen.contains(name)) << qPrintable(name);
+        seen += name;
+    }
+}
+
+TEST_F(LayoutTest, RangesTimersAndPanelsStartAsDesigned) {
+    const auto range = [](const QAbstractSlider* slider) {
+        return QList<int>{slider->minimum(), slider->maximum(), slider->value()};
+    };
+    EXPECT_EQ(range(layout.Frame9->Slider1), (QList<int>{0, 10, 0}));
+    EXPECT_EQ(range(layout.Frame9->Slider2), (QList<int>{1, 10, 1}));
+    EXPECT_EQ(layout.strip->sb1->minimum(), 1);
+    EXPECT_EQ(layout.Frame9->Slider1->toolTip(), "Speed Bar");
+    EXPECT_EQ(layout.Frame9->Slider2->accessibleName(), "Frame Seek Bar");
+    for (const char* name : {"Timer1", "Timer4"}) {
+        const auto* timer = window.findChild<QTimer*>(name);
+        ASSERT_NE(timer, nullptr);
+        EXPECT_EQ(timer->interval(), 50);
+        EXPECT_FALSE(timer->isActive());
+    }
+    for (const QWidget* shown : std::initializer_list<QWidget*>{layout.FraTree, layout.Frame9})
+        EXPECT_FALSE(shown->isHidden()) << qPrintable(shown->objectName());
+    for (const QWidget* hidden :
+         std::initializer_list<QWidget*>{layout.Frame8, layout.Frame5, layout.Frame6, layout.ezTest})
+        EXPECT_TRUE(hidden->isHidden()) << qPrintable(hidden->objectName());
+    EXPECT_EQ(made.count(ViewerRole::Preview), 5);
+    EXPECT_EQ(made.size(), 7);
+    EXPECT_EQ(window.findChild<QWidget*>("thumb(4)"), layout.strip->thumb[4]);
+}
+
+TEST_F(LayoutTest, TheOptionGroupsAreIndependent) {
+    const CinePanel& cine = *layout.Frame9;
+    for (QRadioButton* option : {cine.Option9, cine.Option4, layout.Frame6->Option3})
+        option->setChecked(true);
+    EXPECT_TRUE(cine.Option9->isChecked() && cine.Option4->isChecked() &&
+                layout.Frame6->Option3->isChecked());
+    cine.Option10->setChecked(true);
+    cine.Option11->setChecked(true);
+    EXPECT_FALSE(cine.Option9->isChecked() || cine.Option4->isChecked());
+    EXPECT_TRUE(layout.Frame6->Option3->isChecked());
+}
+
+TEST_F(LayoutTest, NothingIsClippedInTheSmallestWindow) {
+    for (const bool stills : {false, true}) {
+        layout.Frame8->setVisible(stills);
+        layout.Frame9->setVisible(!stills);
+        showAt(QSize(1024, 700));
+        ASSERT_EQ(window.size(), QSize(1024, 700));
+        for (const QWidget* widget : window.findChildren<QWidget*>()) {
+            const bool holdsText =
+                qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QLabel*>(widget);
+            if (!holdsText || !widget->isVisible() || widget->objectName().startsWith("qt_")) continue;
+            EXPECT_TRUE(window.rect().contains(placeOf(widget))) << qPrintable(widget->objectName());
+            EXPECT_GE(widget->width(), widget->sizeHint().width()) << qPrintable(widget->objectName());
+            EXPECT_GE(widget->height(), widget->sizeHint().height()) << qPrintable(widget->objectName());
+        }
+    }
+}
+
+TEST_F(LayoutTest, ThePictureTakesTheTreesPlaceAndDoesNotMoveWithTheMode) {
+    showAt(QSize(1280, 900));
+    const QRect besideTree = placeOf(layout.ezDicom);
+    const QRect tree = placeOf(layout.FraTree);
+    layout.FraTree->hide();
+    QCoreApplication::processEvents();
+    const QRect alone = placeOf(layout.ezDicom);
+    EXPECT_EQ(alone.left(), tree.left());
+    EXPECT_EQ(alone.right(), besideTree.right());
+    EXPECT_GT(alone.height(), 2 * window.height() / 3);
+
+    layout.Frame9->hide();
+    layout.Frame8->show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(placeOf(layout.ezDicom), alone);
+
+    layout.ezDicom->setMinimumHeight(5);
+    layout.Frame8->Label5->setText(QString(500, 'W'));
+    layout.toolBar->Label1->setText(QString(500, 'W'));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(placeOf(layout.ezDicom), alone) << "long texts move nothing";
+    for (const QWidget* preview : layout.strip->thumb)
+        EXPECT_NEAR(preview->width(), preview->height(), 2) << qPrintable(preview->objectName());
+}
+
+TEST_F(LayoutTest, PopUpsOpenUnderTheirButtonsOnTopOfThePicture) {
+    showAt(QSize(1024, 700));
+    layout.Frame5->setVisible(true);
+    layout.Frame6->setVisible(true);
+    for (const auto& [panel, button] : {std::pair<QWidget*, QWidget*>{layout.Frame5, layout.toolBar->cmdZoom},
+                                        {layout.Frame6, layout.toolBar->cmdOverlay}}) {
+        EXPECT_FALSE(panel->isWindow());
+        EXPECT_EQ(placeOf(panel).left(), placeOf(button).left());
+        EXPECT_GT(placeOf(panel).top(), placeOf(button).bottom());
+        const QPoint inside = placeOf(panel).center();
+        EXPECT_TRUE(panel->isAncestorOf(window.childAt(inside)) || window.childAt(inside) == panel);
+    }
+}
+
+}  // namespace
+}  // namespace cinedisc

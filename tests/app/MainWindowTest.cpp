@@ -1,0 +1,268 @@
+#include "app/CommandTable.h"
+#include "app/Form1.h"
+#include "app/Main.h"
+#include "platform/widgets/EventGuard.h"
+#include "tests/support/DicomBuilder.h"
+#include "tests/support/DiscBuilder.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSlider>
+#include <QTest>
+#include <QTimer>
+#include <QTreeView>
+#include <QWheelEvent>
+#include <gtest/gtest.h>
+
+namespace cinedisc::test {
+namespace {
+
+QByteArray dicomFile(int frames) {
+    const Bytes bytes = DicomBuilder::image(32, 24, frames).gradientPixels().build();
+    return {reinterpret_cast<const char*>(bytes.data()), qsizetype(bytes.size())};
+}
+
+/// The real window on a disc of DICOM files, driven by the names of its controls.
+class MainWindowTest : public testing::Test {
+  protected:
+    MainWindowTest() {
+        StripWheel::setMainScrollBar(&form.sb1());
+        form.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&form));
+    }
+
+    ~MainWindowTest() override { EventGuard::replaceFatalAction(programsFatalAction); }
+
+    template <typename Control = QWidget>
+    Control& find(const char* name) {
+        auto* control = form.findChild<Control*>(name);
+        if (!control) throw std::runtime_error(std::string("no control ") + name);
+        return *control;
+    }
+    void click(const char* name) { QTest::mouseClick(&find(name), Qt::LeftButton); }
+    QVariant view(const char* member) { return find("ezDicom").property(member); }
+    QString shownFile() { return view("FileName").toString().section(QDir::separator(), -3); }
+    QString text(const char* label) { return find<QLabel>(label).text(); }
+
+    void clickNode(int patient) {
+        auto& tree = find<QTreeView>("TreeView1");
+        const QModelIndex index = tree.model()->index(patient, 0);
+        tree.scrollTo(index);
+        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(index).center());
+    }
+    void openPatient(int patient) {
+        click("Open");
+        clickNode(patient);
+    }
+    /// One tick of the cine clock that does not depend on time.
+    void tick() { form.behaviour().cine.Timer4_Timer(); }
+
+    DiscBuilder disc{{patientOf("Cine <b>A</b> & Co", {{30, 4, 5, 6, 7, 8, 9}, {3, 3}}),
+                      patientOf("Stills", {{1, 1, 1}, {1}})},
+                     dicomFile};
+    Form1 form{disc.path()};
+    EventGuard::FatalAction programsFatalAction = EventGuard::replaceFatalAction(
+        [](const RunTimeError& error) { ADD_FAILURE() << "untrapped: " << error.what(); });
+};
+
+TEST_F(MainWindowTest, StartsWithItsDefaults) {
+    EXPECT_EQ(form.windowTitle(), "Cine Disc Viewer");
+    EXPECT_EQ(find<QSlider>("Slider1").value(), 5);
+    EXPECT_EQ(find<QTimer>("Timer4").interval(), 50);
+    EXPECT_FALSE(find<QTimer>("Timer4").isActive());
+    for (const char* selected : {"Option4", "Option9", "Option3"}) {
+        EXPECT_TRUE(find<QRadioButton>(selected).isChecked()) << selected;
+    }
+    EXPECT_EQ(view("MouseMode"), 1);
+    EXPECT_EQ(view("BackgroundFill"), true);
+    EXPECT_EQ(view("BackgroundColor"), 0);
+    EXPECT_EQ(view("FileName"), "");
+    EXPECT_TRUE(find("FraTree").isVisible());
+    EXPECT_TRUE(find("Frame9").isVisible());
+    EXPECT_FALSE(find("Frame8").isVisible());
+    EXPECT_TRUE(form.property("WheelPresent").toBool());
+    EXPECT_EQ(form.property("CurrentFolder"), "");
+    EXPECT_EQ(form.findChild<QObject*>("File1")->property("Pattern"), "*.dcm");
+}
+
+TEST_F(MainWindowTest, EveryButtonAndMenuCommandHasAHandler) {
+    QStringList names;
+    for (const CommandRow& row : commandTable()) names << row.name;
+    int commands = 0;
+    for (const QAction* action : form.findChildren<QAction*>()) {
+        if (action->objectName().startsWith("mnu") && !action->menu()) {
+            ++commands;
+            EXPECT_TRUE(names.contains(action->objectName())) << action->objectName().toStdString();
+        }
+    }
+    for (const QPushButton* button : form.findChildren<QPushButton*>()) {
+        ++commands;
+        EXPECT_TRUE(names.contains(button->objectName())) << button->objectName().toStdString();
+    }
+    EXPECT_EQ(commands, names.size());
+}
+
+TEST_F(MainWindowTest, OpensAPatientAndPlays) {
+    openPatient(0);
+    EXPECT_EQ(shownFile(), "Study1/Series1/1.dcm");
+    EXPECT_EQ(view("FrameCount"), 30);
+    EXPECT_EQ(text("Label5"), "Cine <b>A</b> & Co");
+    EXPECT_EQ(text("Label15"), "Cine <b>A</b> & Co Study1 Series1");
+    EXPECT_EQ(text("lblImg"), "Image : 1/7");
+    EXPECT_FALSE(find("FraTree").isVisible());
+    EXPECT_EQ(form.property("CurrentFolder"), disc.path({"Dicom", "Patient000"}));
+    EXPECT_EQ(form.property("PatientsFolder"), disc.path({"Dicom"}));
+    EXPECT_EQ(form.property("ThumbFillCount"), 4);
+    EXPECT_EQ(form.property("PatientCounter"), 2);
+    EXPECT_FALSE(form.property("StillsMode").toBool());
+    // The clock runs by itself, and each of its ticks moves picture, slider and label together.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view("CurrentFrame").toInt() >= 3; }));
+    EXPECT_EQ(find<QSlider>("Slider2").value(), view("CurrentFrame").toInt());
+    EXPECT_EQ(text("lblFra"), QString("Frame :%1").arg(view("CurrentFrame").toInt()));
+    click("cmdStop");
+    EXPECT_FALSE(find<QTimer>("Timer4").isActive());
+}
+
+TEST_F(MainWindowTest, ButtonsStepAndPreviewsOpen) {
+    openPatient(0);
+    click("cmdStop");
+    click("cmdNextImage");
+    EXPECT_EQ(shownFile(), "Study1/Series1/2.dcm");
+    EXPECT_EQ(text("lblImg"), "Image : 2/7");
+    click("thumb(4)");
+    EXPECT_EQ(shownFile(), "Study1/Series1/5.dcm");
+    EXPECT_TRUE(find<QTimer>("Timer4").isActive());
+    click("cmNext");
+    EXPECT_EQ(shownFile(), "Study1/Series2/1.dcm");
+    click("cmdStudyNext");
+    EXPECT_EQ(text("Label5"), "Stills");
+    EXPECT_TRUE(find("Frame8").isVisible());
+    EXPECT_FALSE(find<QTimer>("Timer4").isActive());
+    click("cmdNextSeries");
+    EXPECT_EQ(shownFile(), "Study1/Series1/2.dcm");
+    EXPECT_EQ(text("lblSeries"), "Image :2/3");
+    EXPECT_TRUE(form.property("StillsMode").toBool());
+}
+
+TEST_F(MainWindowTest, SlidersDrivenByHand) {
+    openPatient(0);
+    click("cmdStop");
+    find<QSlider>("Slider1").setValue(9);
+    EXPECT_EQ(find<QTimer>("Timer4").interval(), 10);
+    tick();
+    find<QSlider>("Slider2").setValue(20);
+    EXPECT_EQ(view("CurrentFrame"), 20);
+    EXPECT_EQ(text("lblFra"), "Frame :20");
+}
+
+TEST_F(MainWindowTest, WheelMovesTheStripOneStepAnEvent) {
+    openPatient(0);
+    click("cmdStop");
+    auto& sb1 = find<QScrollBar>("sb1");
+    const auto roll = [&](QWidget& target, int delta) {
+        QWheelEvent event(QPointF(2, 2), target.mapToGlobal(QPointF(2, 2)), {}, {0, delta}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&target, &event);
+    };
+    roll(sb1, -1200);
+    EXPECT_EQ(sb1.value(), 2);
+    roll(find("thumb(2)"), -1);
+    EXPECT_EQ(sb1.value(), 3);
+    roll(sb1, 120);
+    EXPECT_EQ(sb1.value(), 2);
+    roll(sb1, 0);
+    EXPECT_EQ(sb1.value(), 2);
+}
+
+TEST_F(MainWindowTest, MenusRunTheButtonsCommands) {
+    openPatient(0);
+    const auto choose = [&](const char* name) { find<QAction>(name).trigger(); };
+    struct Case {
+        const char* item;
+        const char* member;
+        QVariant value;
+    };
+    for (const Case& c : {Case{"mnuInvert", "Polarity", -1},
+                          {"mnu150", "ZoomPercent", 150},
+                          {"mnu150", "BestFit", false},
+                          {"mnuBestFit", "BestFit", true},
+                          {"mnuMagnify", "MouseMode", 3},
+                          {"mnuPanning", "MouseMode", 4},
+                          {"mnuWindow", "MouseMode", 1},
+                          {"mnuBlack", "BackgroundColor", 1},
+                          {"mnuNone", "BackgroundFill", false},
+                          {"mnuHeader", "ShowHeader", true},
+                          {"mnuHeader", "ShowHeader", false}}) {
+        choose(c.item);
+        EXPECT_EQ(view(c.member), c.value) << c.item;
+    }
+    choose("mnuStop");
+    EXPECT_FALSE(find<QTimer>("Timer4").isActive());
+    choose("mnuReverse");
+    EXPECT_TRUE(find<QRadioButton>("Option10").isChecked());
+    choose("mnuStop");
+    const int frame = view("CurrentFrame").toInt();
+    choose("mnuNextSlice");
+    EXPECT_EQ(view("CurrentFrame").toInt(), frame == 30 ? 1 : frame + 1);
+}
+
+TEST_F(MainWindowTest, CtrlCCopiesThePicture) {
+    openPatient(0);
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClick(&form, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->image().size(), QSize(24, 32));
+}
+
+TEST_F(MainWindowTest, PopUpsOpenAndCloseWithAChoice) {
+    click("cmdZoom");
+    EXPECT_TRUE(find("Frame5").isVisible());
+    click("cmdFit(4)");
+    EXPECT_FALSE(find("Frame5").isVisible());
+    EXPECT_EQ(view("ZoomPercent"), 200);
+    click("cmdOverlay");
+    EXPECT_TRUE(find("Frame6").isVisible());
+    // White is selected already: choosing it closes the pop-up all the same.
+    find<QRadioButton>("Option3").click();
+    EXPECT_FALSE(find("Frame6").isVisible());
+}
+
+TEST_F(MainWindowTest, PulledOutDiscKeepsTheWindowUsable) {
+    openPatient(0);
+    click("cmdStop");
+    ASSERT_TRUE(QDir(disc.path()).removeRecursively());
+    for (const char* button : {"cmNext", "cmdSeriesBack", "cmdStudyNext", "CmdStudyBack", "cmdNextImage",
+                               "cmdPrevImage", "cmdNext", "cmdPrev", "thumb(1)"}) {
+        click(button);
+    }
+    tick();
+    EXPECT_TRUE(find("ezDicom").isVisible());
+}
+
+TEST_F(MainWindowTest, UntrappedErrorReachesTheFatalAction) {
+    openPatient(0);
+    click("cmdStop");
+    DiscBuilder::write(disc.path({"CD.xml"}), "<cd><p><n>Somebody else</n></p></cd>");
+    int number = 0;
+    const auto before =
+        EventGuard::replaceFatalAction([&](const RunTimeError& error) { number = error.number(); });
+    find("FraTree").show();
+    clickNode(0);
+    EXPECT_EQ(number, 91);
+}
+
+TEST(MainProcedure, ShowsTheWindowAndForgetsItWhenClosed) {
+    Main();
+    ASSERT_NE(MainForm, nullptr);
+    EXPECT_TRUE(MainForm->isVisible());
+    MainForm->close();
+    EXPECT_EQ(MainForm, nullptr);
+}
+
+}  // namespace
+}  // namespace cinedisc::test

@@ -1,0 +1,394 @@
+#include "tests/control/ViewFixture.h"
+
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+
+#include <random>
+
+namespace cinedisc {
+namespace {
+
+using test::greyRun;
+using test::wideRun;
+
+class Display : public test::ViewFixture {};
+
+TEST_F(Display, ShowsTheStoredGreysAtAHundredPercent) {
+    load(greyRun(140, 120, 2));
+    const QImage first = seen();
+    for (int y = 0; y < 120; ++y) {
+        for (int x = 0; x < 140; ++x)
+            ASSERT_EQ(qRed(first.pixel(x, y)), (x * 3 + y * 5) & 255) << x << "," << y;
+    }
+    view.putCurrentFrame(2);
+    EXPECT_EQ(greyAt(10, 10), 80 + 17);
+    view.putPolarity(-3);
+    EXPECT_EQ(greyAt(10, 10), 255 - 97);
+    view.putPolarity(0);
+    EXPECT_EQ(greyAt(10, 10), 97);
+}
+
+TEST_F(Display, SurroundsThePictureWithTheBackgroundChosen) {
+    load(greyRun(20, 20, 1, [](int, int, int) { return 100; }));
+    const int own = greyAt(2, 2);
+    EXPECT_GT(own, 10);
+    EXPECT_LT(own, 90);
+    view.putBackgroundColor(0);
+    EXPECT_EQ(greyAt(2, 2), own) << "not filled";
+    view.putBackgroundFill(true);
+    EXPECT_EQ(greyAt(2, 2), 255);
+    view.putBackgroundColor(1);
+    EXPECT_EQ(greyAt(2, 2), 0);
+    EXPECT_EQ(greyAt(70, 60), 100);
+}
+
+TEST_F(Display, FitsAndZooms) {
+    load(greyRun(20, 20, 1, [](int, int, int) { return 200; }));
+    const auto width = [&] {
+        const QImage image = seen();
+        int bright = 0;
+        for (int x = 0; x < image.width(); ++x) bright += qRed(image.pixel(x, 60)) == 200;
+        return bright;
+    };
+    EXPECT_EQ(width(), 20);
+    view.putZoomPercent(200);
+    EXPECT_EQ(width(), 40);
+    view.putBestFit(true);
+    EXPECT_EQ(width(), 120);
+    view.putZoomPercent(50);
+    EXPECT_EQ(width(), 120);
+    view.putBestFit(false);
+    EXPECT_EQ(width(), 10);
+}
+
+TEST_F(Display, WindowsAtOnceAndAnswersTheWindowInForce) {
+    const auto file = wideRun(140, 120, 12, [](int x, int) { return 1000 + x; });
+    load(file);
+    EXPECT_EQ(view.WindowCenter(), 1070) << "without a window: the range of the first frame";
+    EXPECT_EQ(view.WindowWidth(), 140);
+    EXPECT_EQ(greyAt(0, 60), 0);
+    EXPECT_EQ(greyAt(139, 60), 255);
+    view.putWindowCenter(1000.5);
+    view.putWindowWidth(1);
+    EXPECT_EQ(greyAt(0, 60), 0);
+    EXPECT_EQ(greyAt(1, 60), 255);
+}
+
+TEST_F(Display, TakesTheRangeOfTheFirstFrameOnAllFramesWithoutPadding) {
+    auto file = wideRun(4, 4, 16, {});
+    file->frames = file->announced = 3;
+    file->grey.padding = {{0, 10}};
+    const auto plain = file->picture;
+    file->picture = [](int f) {
+        dicom::Frame frame;
+        frame.rows = frame.columns = 4;
+        std::vector<std::uint16_t> samples(16, 5);
+        samples[3] = static_cast<std::uint16_t>(100 + f * 1000);
+        samples[9] = static_cast<std::uint16_t>(300 + f * 1000);
+        frame.samples = samples;
+        return frame;
+    };
+    load(file);
+    view.putCurrentFrame(3);
+    EXPECT_EQ(view.WindowCenter(), 200.5);
+    EXPECT_EQ(view.WindowWidth(), 201);
+}
+
+TEST_F(Display, FollowsWindowsOfSingleFramesUntilOneIsPut) {
+    const auto file = greyRun(8, 8, 3);
+    file->greyOfFrame = [](int frame) {
+        dicom::GreyTransform grey;
+        grey.windows = {{10.0 * (frame + 1), 20, dicom::Window::Function::Linear}};
+        return grey;
+    };
+    load(file);
+    EXPECT_EQ(view.WindowCenter(), 10);
+    view.putCurrentFrame(3);
+    EXPECT_EQ(view.WindowCenter(), 30);
+    view.putWindowCenter(99);
+    view.putCurrentFrame(2);
+    EXPECT_EQ(view.WindowCenter(), 99);
+    EXPECT_EQ(view.WindowWidth(), 20);
+}
+
+TEST_F(Display, KeepsAVoiTableWhenAnImageStepPutsItsWindowBack) {
+    const auto file = wideRun(140, 120, 12, [](int x, int) { return x * 29; });
+    dicom::LookupTable gamma{0, 16, std::vector<std::uint16_t>(4096)};
+    for (std::size_t i = 0; i < 4096; ++i) gamma.entries[i] = static_cast<std::uint16_t>(i * i / 256);
+    file->grey.voiLuts = {gamma};
+    load(file);
+    const QImage before = seen();
+    const double center = view.WindowCenter();
+    const auto width = static_cast<double>(std::lround(view.WindowWidth()));
+    view.putFileName("/run");
+    view.putWindowCenter(center);
+    view.putWindowWidth(width);
+    EXPECT_EQ(seen(), before);
+    view.putWindowWidth(width / 2);
+    EXPECT_NE(seen(), before);
+}
+
+TEST_F(Display, LeavesColourToItself) {
+    auto file = greyRun(140, 120, 1);
+    file->format.samplesPerPixel = 3;
+    file->format.photometric = dicom::Photometric::Rgb;
+    file->picture = [](int) {
+        dicom::Frame frame;
+        frame.rows = 120;
+        frame.columns = 140;
+        frame.samplesPerPixel = 3;
+        std::vector<std::uint8_t> samples;
+        for (int i = 0; i < 140 * 120; ++i) samples.insert(samples.end(), {10, 20, 200});
+        frame.samples = samples;
+        return frame;
+    };
+    load(file);
+    EXPECT_EQ(view.WindowCenter(), 127.5);
+    EXPECT_EQ(view.WindowWidth(), 255);
+    view.putWindowCenter(5);
+    view.putWindowWidth(5);
+    EXPECT_EQ(view.WindowCenter(), 127.5);
+    drag({20, 20}, {90, 70});
+    EXPECT_EQ(seen().pixel(70, 60), qRgb(10, 20, 200));
+    view.putPolarity(-1);
+    EXPECT_EQ(seen().pixel(70, 60), qRgb(245, 235, 55));
+}
+
+TEST_F(Display, SaysInWordsWhatCannotBeShownAndForThatFrameAlone) {
+    const auto file = greyRun(140, 120, 3, [](int, int, int) { return 90; });
+    file->broken = {1};
+    load(file);
+    const QImage picture = seen();
+    EXPECT_EQ(view.accessibleDescription(), "");
+    view.putCurrentFrame(2);
+    EXPECT_TRUE(view.accessibleDescription().contains("Frame 2")) << qPrintable(view.accessibleDescription());
+    EXPECT_TRUE(view.accessibleDescription().contains("damaged"));
+    EXPECT_NE(seen(), picture);
+    view.putCurrentFrame(3);
+    EXPECT_EQ(view.accessibleDescription(), "");
+    EXPECT_EQ(seen(), picture);
+
+    const QImage empty = [&] {
+        view.putFileName("");
+        return seen();
+    }();
+    view.putFileName("/nowhere");
+    EXPECT_TRUE(view.accessibleDescription().contains("there is no such file", Qt::CaseInsensitive));
+    EXPECT_NE(seen(), empty);
+    view.putFileName("");
+    EXPECT_EQ(view.accessibleDescription(), "");
+}
+
+TEST_F(Display, PlaysTheFramesThatACutOffRunHas) {
+    const auto file = greyRun(140, 120, 12);
+    file->announced = 60;
+    load(file);
+    EXPECT_EQ(view.FrameCount(), 12);
+    EXPECT_TRUE(view.accessibleDescription().isEmpty() || view.accessibleDescription().contains("12 of 60"));
+    EXPECT_EQ(greyAt(10, 10), 80);
+    EXPECT_TRUE(view.accessibleDescription().contains("12 of 60"));
+}
+
+TEST_F(Display, DrawsOnlyWhatIsVisibleOfExtremePictures) {
+    struct Case {
+        int columns, rows;
+        qint32 percent;
+    };
+    const Case cases[] = {{1, 1, 100},   {1, 1, 2000000000}, {65535, 1, 100},
+                          {1, 65535, 7}, {65535, 3, 800000}, {300, 200, -4}};
+    for (const auto& c : cases) {
+        load(greyRun(c.columns, c.rows, 1, [](int, int, int) { return 77; }));
+        view.putBestFit(false);
+        view.putZoomPercent(c.percent);
+        view.resize(140, 120);
+        EXPECT_EQ(greyAt(69, 59), 77) << c.columns << "x" << c.rows << " at " << c.percent;
+        view.putBestFit(true);
+        for (const QSize size : {QSize(0, 0), QSize(1, 1), QSize(1, 300), QSize(140, 120)}) {
+            view.resize(size);
+            seen();
+        }
+        EXPECT_EQ(greyAt(70, 60), 77);
+    }
+}
+
+TEST_F(Display, ResamplesPixelsThatAreNotSquare) {
+    const auto file = greyRun(30, 30, 1, [](int, int, int) { return 200; });
+    file->aspect = 2;
+    load(file);
+    EXPECT_EQ(greyAt(70 - 29, 60), 200);
+    EXPECT_NE(greyAt(70 - 31, 60), 200);
+    EXPECT_NE(greyAt(70, 60 - 16), 200);
+}
+
+TEST_F(Display, ShowsTheHeaderAsPlainTextInPlaceOfThePicture) {
+    load(greyRun(140, 120, 1));
+    EXPECT_EQ(view.findChild<QPlainTextEdit*>(), nullptr) << "made when it is wanted";
+    view.putShowHeader(true);
+    auto* page = view.findChild<QPlainTextEdit*>();
+    ASSERT_TRUE(page && page->isVisible());
+    EXPECT_TRUE(page->isReadOnly());
+    EXPECT_EQ(page->geometry(), view.rect());
+    page->selectAll();
+    page->copy();
+    view.resize(200, 150);
+    EXPECT_EQ(page->geometry(), view.rect());
+    view.putFileName("/nowhere");
+    EXPECT_FALSE(page->isVisible()) << "the notice shows";
+    view.putFileName("/run");
+    EXPECT_TRUE(page->isVisible());
+    view.putShowHeader(false);
+    EXPECT_FALSE(page->isVisible());
+}
+
+TEST_F(Display, SurvivesAnyOrderOfPuts) {
+    fake.files["/a"] = greyRun(64, 48, 5);
+    fake.files["/b"] = wideRun(33, 21, 12, [](int x, int y) { return x * y; });
+    const auto broken = greyRun(16, 16, 4);
+    broken->broken = {0, 2};
+    fake.files["/c"] = broken;
+    std::mt19937 random(17);
+    const auto number = [&] { return static_cast<int>(random() % 4000) - 2000; };
+    const QString paths[] = {"", "/a", "/b", "/c", "/nowhere"};
+    for (int step = 0; step < 1500; ++step) {
+        switch (random() % 14) {
+            case 0:
+                view.putFileName(paths[random() % 5]);
+                break;
+            case 1:
+                view.putCurrentFrame(number() % 7);
+                break;
+            case 2:
+                view.putWindowCenter(number());
+                break;
+            case 3:
+                view.putWindowWidth(number());
+                break;
+            case 4:
+                view.putPolarity(number());
+                break;
+            case 5:
+                view.putBestFit(random() % 2);
+                break;
+            case 6:
+                view.putZoomPercent(number());
+                break;
+            case 7:
+                view.putSmooth(random() % 2);
+                break;
+            case 8:
+                view.putMouseMode(static_cast<int>(random() % 7));
+                break;
+            case 9:
+                view.putShowHeader(random() % 4 == 0);
+                break;
+            case 10:
+                view.putThumbIndex(static_cast<int>(random() % 3) - 1);
+                break;
+            case 11:
+                view.resize(static_cast<int>(random() % 200), static_cast<int>(random() % 200));
+                break;
+            case 12:
+                seen();
+                break;
+            case 13:
+                drag({number() % 150, number() % 150}, {number() % 150, number() % 150});
+                break;
+        }
+        ASSERT_TRUE(view.CurrentFrame() == 1 || view.CurrentFrame() <= view.FrameCount());
+    }
+}
+
+class Preview : public test::ViewFixture {
+  protected:
+    Preview() : ViewFixture(ViewRole::Preview, {200, 200}) {}
+};
+
+TEST_F(Preview, IsClickedWithTheLeftButtonAndTheKeyboardWhateverItShows) {
+    QSignalSpy clicks(&view, &ezDICOMX::clicked);
+    for (const char* path : {"", "/run", "/nowhere"}) {
+        if (QString(path) == "/run") load(greyRun(20, 20, 1));
+        view.putFileName(path);
+        clicks.clear();
+        QTest::mouseClick(&view, Qt::LeftButton, {}, {100, 100});
+        EXPECT_EQ(clicks.count(), 1) << path;
+        QTest::mouseClick(&view, Qt::RightButton, {}, {100, 100});
+        QTest::mouseClick(&view, Qt::MiddleButton, {}, {100, 100});
+        drag({100, 100}, {160, 160});
+        drag({100, 100}, {-40, 100});
+        EXPECT_EQ(clicks.count(), 1) << path;
+        QTest::keyClick(&view, Qt::Key_Return);
+        EXPECT_EQ(clicks.count(), 2) << path;
+    }
+}
+
+TEST_F(Preview, CarriesNoWordsAndNoTools) {
+    const auto file = greyRun(200, 200, 2, [](int, int, int) { return 50; });
+    file->texts[{0x0010, 0x0010}] = "DOE^JOHN";
+    load(file);
+    view.clearFocus();
+    view.putBestFit(true);
+    view.putMouseMode(ViewerControl::MouseLabel);
+    drag({50, 50}, {100, 100});
+    EXPECT_EQ(view.findChild<QWidget*>("labelEditor"), nullptr);
+    const QImage image = seen();
+    for (int y = 2; y < 198; ++y) {
+        for (int x = 2; x < 198; ++x) ASSERT_EQ(image.pixel(x, y), qRgb(50, 50, 50)) << x << "," << y;
+    }
+    view.putThumbStyle(2);
+    EXPECT_NE(seen(), image);
+    EXPECT_EQ(greyAt(100, 100), 50);
+    view.putThumbStyle(0);
+    EXPECT_EQ(seen(), image);
+}
+
+class CornerWords : public test::ViewFixture {
+  protected:
+    CornerWords() : ViewFixture(ViewRole::Main, {600, 300}) {}
+    /// Whether anything but the background is in a part of the view.
+    bool anythingIn(const QRect& part) {
+        const QImage image = seen().copy(part);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixel(x, y) != qRgb(0, 0, 0)) return true;
+            }
+        }
+        return false;
+    }
+};
+
+TEST_F(CornerWords, StandInTheMarginsAndChangeWithTheFile) {
+    view.putBackgroundFill(true);
+    view.putBestFit(true);
+    const auto file = greyRun(300, 300, 2, [](int, int, int) { return 0; });
+    file->texts[{0x0010, 0x0010}] = "A very long name that does not fit into the margin^of the picture";
+    load(file);
+    EXPECT_TRUE(anythingIn({0, 0, 150, 60})) << "patient";
+    EXPECT_TRUE(anythingIn({0, 240, 150, 60})) << "frame";
+    EXPECT_TRUE(anythingIn({450, 240, 150, 60})) << "window and zoom";
+    EXPECT_FALSE(anythingIn({150, 0, 300, 300})) << "the picture is free";
+
+    const QImage doe = seen();
+    const auto other = greyRun(300, 300, 2, [](int, int, int) { return 0; });
+    other->texts[{0x0010, 0x0010}] = "ROE^JANE";
+    load(other, "/other");
+    EXPECT_NE(seen(), doe);
+    view.putFileName("");
+    EXPECT_FALSE(anythingIn(view.rect()));
+}
+
+TEST(Probe, OpensFilesWithoutDecodingThem) {
+    test::FakeLibrary fake;
+    const auto file = greyRun(20, 20, 7);
+    fake.files["/run"] = file;
+    ezDICOMX probe(ViewRole::Probe, nullptr, fake.library);
+    probe.putFileName("/run");
+    probe.putCurrentFrame(3);
+    EXPECT_EQ(probe.FrameCount(), 7);
+    EXPECT_EQ(file->decodeCount, 0);
+    ezDICOMX main(ViewRole::Main, nullptr, fake.library);
+    main.putFileName("/run");
+    EXPECT_EQ(fake.opened, 1);
+}
+
+}  // namespace
+}  // namespace cinedisc

@@ -1,0 +1,219 @@
+#include "tests/control/ViewFixture.h"
+
+#include <QLineEdit>
+
+namespace cinedisc {
+namespace {
+
+using test::greyRun;
+
+class MouseTools : public test::ViewFixture {
+  protected:
+    MouseTools() {
+        const auto file = greyRun(140, 120, 3);
+        file->grey.windows = {{100, 80, dicom::Window::Function::Linear}};
+        load(file);
+    }
+};
+
+TEST_F(MouseTools, DragTheWindow) {
+    drag({40, 40}, {70, 40});
+    EXPECT_GT(view.WindowWidth(), 80) << "right widens";
+    EXPECT_EQ(view.WindowCenter(), 100);
+    view.putFileName("/run");
+    drag({40, 80}, {40, 20});
+    EXPECT_LT(view.WindowCenter(), 100) << "up lowers the centre";
+    EXPECT_EQ(view.WindowWidth(), 80);
+    drag({130, 40}, {-4000, 40});
+    EXPECT_GE(view.WindowWidth(), 1);
+}
+
+TEST_F(MouseTools, RestoreEverythingOnEscape) {
+    view.putBestFit(true);
+    const QImage before = seen();
+    for (const int mode : {1, 2, 3, 4}) {
+        view.putMouseMode(mode);
+        dragAndEscape({40, 40}, {90, 75});
+        EXPECT_EQ(view.WindowCenter(), 100) << mode;
+        EXPECT_EQ(view.WindowWidth(), 80) << mode;
+        EXPECT_TRUE(view.BestFit()) << mode;
+        EXPECT_EQ(view.ZoomPercent(), 100) << mode;
+        EXPECT_EQ(seen(), before) << mode;
+    }
+}
+
+TEST_F(MouseTools, LeaveAVoiTableInForceUntilTheWindowIsMoved) {
+    const auto file = greyRun(140, 120, 1);
+    file->grey.voiLuts = {{0, 8, std::vector<std::uint16_t>(256, 40)}};
+    load(file, "/table");
+    EXPECT_EQ(greyAt(60, 60), 40);
+    drag({40, 40}, {40, 40});
+    EXPECT_EQ(greyAt(60, 60), 40);
+    dragAndEscape({40, 40}, {80, 60});
+    EXPECT_EQ(greyAt(60, 60), 40);
+    drag({40, 40}, {80, 60});
+    EXPECT_NE(greyAt(60, 60), 40);
+}
+
+TEST_F(MouseTools, ZoomAroundThePointWhereTheDragBegan) {
+    view.putBestFit(true);
+    view.putMouseMode(ViewerControl::MouseZoom);
+    const int grey = greyAt(45, 100);
+    drag({45, 100}, {45, 40});
+    EXPECT_FALSE(view.BestFit());
+    EXPECT_GT(view.ZoomPercent(), 100);
+    EXPECT_NEAR(greyAt(45, 100), grey, 12);
+    const int enlarged = view.ZoomPercent();
+    drag({45, 40}, {45, 60});
+    EXPECT_LT(view.ZoomPercent(), enlarged);
+}
+
+TEST_F(MouseTools, PanThePictureButDoNotLoseIt) {
+    view.putMouseMode(ViewerControl::MousePan);
+    const QImage before = seen();
+    drag({60, 60}, {80, 50});
+    EXPECT_EQ(seen().copy(20, 0, 100, 100), before.copy(0, 10, 100, 100));
+    for (int i = 0; i < 5; ++i) drag({60, 60}, {5000, 5000});
+    EXPECT_EQ(seen().copy(71, 61, 60, 50), before.copy(1, 1, 60, 50)) << "half of it stays";
+}
+
+TEST_F(MouseTools, MagnifyUnderThePointerWhilePressed) {
+    view.putMouseMode(ViewerControl::MouseMagnify);
+    const QImage before = seen();
+    QTest::mousePress(&view, Qt::LeftButton, {}, {70, 60});
+    const QImage pressed = seen();
+    EXPECT_NE(pressed, before);
+    EXPECT_NEAR(qRed(pressed.pixel(70, 60)), qRed(before.pixel(70, 60)), 10)
+        << "the point under the pointer stays";
+    EXPECT_EQ(pressed.copy(0, 0, 20, 20), before.copy(0, 0, 20, 20));
+    QTest::mouseMove(&view, {10, 10});
+    const QImage moved = seen();
+    EXPECT_NE(moved.copy(0, 0, 20, 20), before.copy(0, 0, 20, 20));
+    EXPECT_EQ(moved.copy(90, 90, 30, 30), before.copy(90, 90, 30, 30));
+    view.putCurrentFrame(2);
+    EXPECT_NE(seen(), moved) << "the cine plays on under it";
+    view.putCurrentFrame(1);
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, {10, 10});
+    EXPECT_EQ(seen(), before);
+}
+
+TEST_F(MouseTools, AnswerTheLeftButtonOnly) {
+    const QImage before = seen();
+    for (const auto button : {Qt::RightButton, Qt::MiddleButton}) {
+        for (const int mode : {1, 2, 3, 4, 5, 77}) {
+            view.putMouseMode(mode);
+            QTest::mousePress(&view, button, {}, {40, 40});
+            QTest::mouseMove(&view, {90, 90});
+            QTest::mouseRelease(&view, button, {}, {90, 90});
+            EXPECT_EQ(view.WindowWidth(), 80);
+            EXPECT_EQ(seen(), before) << mode;
+        }
+    }
+}
+
+TEST_F(MouseTools, LetGoOfTheWindowWhenAnotherFileIsShown) {
+    QTest::mousePress(&view, Qt::LeftButton, {}, {40, 40});
+    QTest::mouseMove(&view, {60, 40});
+    view.putFileName("/run");
+    QTest::mouseMove(&view, {90, 40});
+    QTest::keyClick(&view, Qt::Key_Escape);
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, {90, 40});
+    EXPECT_EQ(view.WindowWidth(), 80);
+}
+
+class LabelTool : public MouseTools {
+  protected:
+    LabelTool() {
+        view.putMouseMode(ViewerControl::MouseLabel);
+        clean = seen();
+    }
+    QLineEdit* editor() { return view.findChild<QLineEdit*>("labelEditor"); }
+    void write(QPoint at, const QString& text) {
+        QTest::mouseClick(&view, Qt::LeftButton, {}, at);
+        ASSERT_TRUE(editor()->isVisible());
+        QTest::keyClicks(editor(), text);
+        QTest::keyClick(editor(), Qt::Key_Return);
+        EXPECT_FALSE(editor()->isVisible());
+    }
+    /// Where a label is: the place in which the picture with it differs from the one without.
+    QRect place() {
+        const QImage now = seen();
+        QRect changed;
+        for (int y = 0; y < now.height(); ++y) {
+            for (int x = 0; x < now.width(); ++x) {
+                if (now.pixel(x, y) != clean.pixel(x, y)) changed |= QRect(x, y, 1, 1);
+            }
+        }
+        return changed;
+    }
+    QImage clean;
+};
+
+TEST_F(LabelTool, PlacesTheTypedTextAtReturn) {
+    write({30, 50}, "LAD");
+    EXPECT_TRUE(place().contains(35, 50)) << place().x() << "," << place().y();
+    view.putCurrentFrame(2);
+    view.putCurrentFrame(1);
+    EXPECT_FALSE(place().isEmpty()) << "the frame keeps it";
+    view.putFileName("/run");
+    EXPECT_EQ(seen(), clean) << "gone with its file";
+}
+
+TEST_F(LabelTool, BelongsToOneFrame) {
+    view.putCurrentFrame(2);
+    const QImage second = seen();
+    view.putCurrentFrame(1);
+    write({30, 50}, "LAD");
+    view.putCurrentFrame(2);
+    EXPECT_EQ(seen(), second);
+}
+
+TEST_F(LabelTool, DropsTheTextOnEscapeAndPlacesNoEmptyOne) {
+    QTest::mouseClick(&view, Qt::LeftButton, {}, {30, 50});
+    QTest::keyClicks(editor(), "LAD");
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    EXPECT_FALSE(editor()->isVisible());
+    EXPECT_EQ(seen(), clean);
+    write({30, 50}, "  ");
+    EXPECT_EQ(seen(), clean);
+}
+
+TEST_F(LabelTool, MovesALabelWithADragAndBackOnEscape) {
+    write({30, 50}, "LAD");
+    const QRect before = place();
+    drag({35, 50}, {65, 80});
+    EXPECT_EQ(place(), before.translated(30, 30));
+    dragAndEscape({70, 80}, {40, 20});
+    EXPECT_EQ(place(), before.translated(30, 30));
+}
+
+TEST_F(LabelTool, RemovesALabelWithDeleteOrAnEmptyText) {
+    write({30, 50}, "LAD");
+    QTest::mouseClick(&view, Qt::LeftButton, {}, {35, 50});
+    QTest::keyClick(&view, Qt::Key_Delete);
+    EXPECT_EQ(seen(), clean);
+
+    write({30, 50}, "LAD");
+    QTest::mouseDClick(&view, Qt::LeftButton, {}, {35, 50});
+    ASSERT_TRUE(editor()->isVisible());
+    EXPECT_EQ(editor()->text(), "LAD");
+    editor()->clear();
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_EQ(seen(), clean);
+}
+
+TEST_F(LabelTool, PlacesWhatWasTypedWhenAnotherToolIsChosen) {
+    QTest::mouseClick(&view, Qt::LeftButton, {}, {30, 50});
+    QTest::keyClicks(editor(), "RCA");
+    view.putMouseMode(ViewerControl::MouseWindow);
+    EXPECT_FALSE(editor()->isVisible());
+    EXPECT_FALSE(place().isEmpty());
+}
+
+TEST_F(LabelTool, ShowsTextAsItStands) {
+    write({5, 50}, "<b>A</b>");
+    EXPECT_GT(place().width(), 35) << "not interpreted as markup";
+}
+
+}  // namespace
+}  // namespace cinedisc

@@ -1,0 +1,67 @@
+#include "tests/dicom/Fixtures.h"
+
+#include "dicom/MemoryByteSource.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace cinedisc::test {
+
+using namespace dicom;
+
+std::shared_ptr<const DicomFile> opened(const Bytes& bytes) {
+    auto file = DicomFile::open(std::make_shared<MemoryByteSource>(bytes));
+    if (!file) throw std::runtime_error(file.error().message);
+    return file.value();
+}
+
+std::shared_ptr<const DicomFile> opened(const DicomBuilder& builder) { return opened(builder.build()); }
+
+Bytes rleFrame(const Bytes& pixels) {
+    Bytes stream(64);
+    stream[0] = std::byte{1};
+    stream[4] = std::byte{64};
+    constexpr std::size_t longestRun = 128;
+    for (std::size_t at = 0; at < pixels.size(); at += longestRun) {
+        const std::size_t run = std::min(longestRun, pixels.size() - at);
+        stream.push_back(static_cast<std::byte>(run - 1));
+        for (std::size_t i = 0; i < run; ++i) stream.push_back(pixels[at + i]);
+    }
+    if (stream.size() % 2) stream.push_back(std::byte{0x80});
+    return stream;
+}
+
+Bytes pixelsOfFrame(int frame, std::size_t count) {
+    Bytes pixels(count);
+    for (std::size_t i = 0; i < count; ++i)
+        pixels[i] = static_cast<std::byte>((i * 7 + static_cast<std::size_t>(frame) * 31) % 251);
+    return pixels;
+}
+
+DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table, int fragmentsPerFrame) {
+    DicomBuilder builder = DicomBuilder::image(rows, columns, frames);
+    builder.transferSyntax(rleSyntax);
+    std::vector<Bytes> streams;
+    for (int frame = 0; frame < frames; ++frame)
+        streams.push_back(rleFrame(pixelsOfFrame(frame, static_cast<std::size_t>(rows * columns))));
+    builder.encapsulatedFrames(streams, table, fragmentsPerFrame);
+    return builder;
+}
+
+Bytes samplesOf(const Frame& frame) {
+    const auto* samples = std::get_if<std::vector<std::uint8_t>>(&frame.samples);
+    Bytes bytes;
+    if (samples)
+        for (const std::uint8_t sample : *samples) bytes.push_back(std::byte{sample});
+    return bytes;
+}
+
+Bytes fakeJpeg(std::size_t size, int mark) {
+    Bytes stream = bytesOf({0xFF, 0xD8, 0xFF, 0xE0, 0x00, 0x10});
+    stream.resize(std::max<std::size_t>(size, 8), static_cast<std::byte>(mark));
+    return stream;
+}
+
+}  // namespace cinedisc::test

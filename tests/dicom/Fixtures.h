@@ -1,0 +1,29 @@
+#pragma once
+
+#include "dicom/DicomFile.h"
+#include "tests/support/DicomBuilder.h"
+
+#include <memory>
+
+namespace cinedisc::test {
+
+/// Opens built bytes; the test fails when they are refused.
+std::shared_ptr<const dicom::DicomFile> opened(const Bytes& bytes);
+std::shared_ptr<const dicom::DicomFile> opened(const DicomBuilder& builder);
+
+/// An RLE frame of one 8-bit sample a pixel, all of it literal runs.
+Bytes rleFrame(const Bytes& pixels);
+/// `count` different pixels: what frame `frame` of a fixture shows.
+Bytes pixelsOfFrame(int frame, std::size_t count);
+/// A grey 8-bit RLE run whose frames are pixelsOfFrame().
+DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table, int fragmentsPerFrame = 1);
+/// Native 8-bit samples of a decoded frame.
+Bytes samplesOf(const dicom::Frame& frame);
+
+/// Bytes that begin like a JPEG stream and hold `size` in all, recognisable by `mark`.
+Bytes fakeJpeg(std::size_t size, int mark);
+
+inline constexpr const char* rleSyntax = "1.2.840.10008.1.2.5";
+inline constexpr const char* jpegSyntax = "1.2.840.10008.1.2.4.50";
+
+}  // namespace cinedisc::test
