@@ -57,16 +57,17 @@ CinePanel::CinePanel(const CinePanelDesign& design, QWidget* parent)
     grid_->addWidget(endOfRunAndSpeed(), OptionRow, FrameColumn);
 
     lblImg = named(new ElidedLabel("Image", "Image : 000/000", this), "lblImg");
+    lblImg->setMinimumWidth(lblImg->sizeHint().width());
     grid_->addWidget(headingLabel(design.images, this), HeadingRow, ImageColumn);
     grid_->addLayout(stepRow(previousImage, *lblImg, nextImage, this), ControlRow, ImageColumn);
 
-    grid_->setColumnStretch(FrameColumn, 3);
+    grid_->setColumnStretch(FrameColumn, 5);
 }
 
 void CinePanel::addColumn(QWidget& part) {
     grid_->addWidget(groupLine(this), 0, OwnColumn - 1, RowCount, 1);
     grid_->addWidget(&part, 0, OwnColumn, RowCount, 1);
-    grid_->setColumnStretch(OwnColumn, 1);
+    grid_->setColumnStretch(OwnColumn, 4);
 }
 
 void CinePanel::addToDirections(const ButtonRow& button) {
@@ -96,6 +97,7 @@ QFrame* CinePanel::directionFrame() {
 QWidget* CinePanel::frameHeading(const Heading& heading) {
     auto* part = new QWidget(this);
     lblFra = named(new ElidedLabel("Frame", "Frame :00000", part), "lblFra");
+    lblFra->setMinimumWidth(lblFra->sizeHint().width());
     lblFra->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* row = rowOf(part);
     row->addWidget(headingLabel(heading, part));
@@ -124,6 +126,8 @@ QWidget* CinePanel::endOfRunAndSpeed() {
     Option11->setToolTip("At its end the run goes on with the next file");
     Slider1 = makeSlider("Slider1", "Speed Bar", 0, 10);
     Slider1->setPageStep(1);
+    constexpr int shortestSpeedBar = 64;
+    Slider1->setMinimumWidth(shortestSpeedBar);
     auto* row = rowOf(part);
     row->addWidget(Option4);
     row->addWidget(loop);
