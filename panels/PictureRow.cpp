@@ -6,7 +6,7 @@
 namespace cinedisc {
 
 PictureRow::PictureRow(QWidget& picture, StripPanel& strip, QWidget* parent)
-    : QWidget(parent), picture_(treeAndPicture), strip_(strip) {
+    : QWidget(parent), picture_(picture), strip_(strip) {
     picture_.setParent(this);
     strip_.setParent(this);
 }

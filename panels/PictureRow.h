@@ -20,7 +20,7 @@ class PictureRow final : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    QSplitter& picture_;
+    QWidget& picture_;
     StripPanel& strip_;
 };
 

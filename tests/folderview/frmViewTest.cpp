@@ -202,10 +202,9 @@ TEST_F(frmViewTest, AWholeSession) {
     EXPECT_EQ(previewFiles(), "3 4 5 6 7") << "kept";
     find<QRadioButton>("Option10").click();
     click("thumb(4)");
+    EXPECT_EQ(view("CurrentFrame"), 9) << "a reverse run starts at its end";
     click("cmdStop");
     EXPECT_EQ(shownFile(), "7.dcm");
-    EXPECT_EQ(view("FrameCount"), 9);
-    EXPECT_GE(view("CurrentFrame").toInt(), 8) << "a reverse run starts at its end";
     find<QRadioButton>("Option9").click();
     find<QRadioButton>("Option11").click();
     for (int i = 0; i < 3 && shownFile() == "7.dcm"; ++i) tick();
