@@ -15,7 +15,6 @@
 #include <QScrollBar>
 #include <QSlider>
 #include <QTimer>
-#include <QTreeView>
 #include <gtest/gtest.h>
 
 namespace cinedisc::test {
@@ -32,12 +31,6 @@ class MainWindowTest : public WindowTest {
     QWidget& window() override { return form; }
     QString shownFile() { return view("FileName").toString().section(QDir::separator(), -3); }
 
-    void clickNode(int patient) {
-        auto& tree = find<QTreeView>("TreeView1");
-        const QModelIndex index = tree.model()->index(patient, 0);
-        tree.scrollTo(index);
-        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(index).center());
-    }
     void openPatient(int patient) {
         click("Open");
         clickNode(patient);

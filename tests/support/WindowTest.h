@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QLabel>
 #include <QTest>
+#include <QTreeView>
 #include <QWheelEvent>
 #include <QWidget>
 #include <gtest/gtest.h>
@@ -37,6 +38,13 @@ class WindowTest : public testing::Test {
         return find(QString("thumb(%1)").arg(index)).property(member);
     }
     QString text(const QString& label) { return find<QLabel>(label).text(); }
+    /// Clicks a node of the patient tree's first level.
+    void clickNode(int row) {
+        auto& tree = find<QTreeView>("TreeView1");
+        const QModelIndex node = tree.model()->index(row, 0);
+        tree.scrollTo(node);
+        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(node).center());
+    }
     void roll(const QString& name, int delta) {
         QWidget& target = find(name);
         QWheelEvent event(QPointF(2, 2), target.mapToGlobal(QPointF(2, 2)), {}, {0, delta}, Qt::NoButton,

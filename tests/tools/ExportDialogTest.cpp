@@ -32,7 +32,7 @@ class ExportDialogTest : public WindowTest {
 
     void openFile() {
         click("Open");
-        form.behaviour().patients.TreeView1_NodeClick(1);
+        clickNode(0);
         ASSERT_EQ(view("FrameCount"), frameCount);
         click("cmdStop");
     }
