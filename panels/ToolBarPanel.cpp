@@ -48,6 +48,7 @@ ToolBarPanel::ToolBarPanel(const ToolBarDesign& design, QWidget* parent) : QWidg
     for (const ButtonRow& button : design.lastGroup) add(button);
     row->addSpacing(panelGap);
     room_ = new QHBoxLayout;
+    room_->addStretch();
     row->addLayout(room_, 1);
     row->addSpacing(panelGap);
     add(design.exit);
@@ -55,7 +56,7 @@ ToolBarPanel::ToolBarPanel(const ToolBarDesign& design, QWidget* parent) : QWidg
     cmdOverlay = findChild<QPushButton*>("cmdOverlay");
 }
 
-void ToolBarPanel::fillRoom(QWidget& widget) { room_->addWidget(&widget); }
+void ToolBarPanel::fillRoom(QWidget& widget) { room_->addWidget(&widget, 1); }
 
 void ToolBarPanel::showMouseTool(int mouseMode) {
     constexpr std::pair<const char*, int> tools[] = {{"cmdWindow", ViewerControl::MouseWindow},
