@@ -54,7 +54,7 @@ CinePanel::CinePanel(QWidget* parent) : QFrame(parent) {
     grid->addWidget(frameSeeker(), ControlRow, FrameColumn);
     grid->addWidget(endOfRunAndSpeed(), OptionRow, FrameColumn);
 
-    lblImg = named(new ElidedLabel("Image", "Image : 0000/0000", this), "lblImg");
+    lblImg = named(new ElidedLabel("Image", "Image : 000/000", this), "lblImg");
     grid->addWidget(named(remark("Image Scroll Bar", this), "Label9"), HeadingRow, ImageColumn);
     grid->addLayout(stepRow(previousImage, *lblImg, nextImage, this), ControlRow, ImageColumn);
 

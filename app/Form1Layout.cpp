@@ -22,7 +22,7 @@ namespace {
 
 constexpr QSize smallestWindow(1024, 700);
 constexpr QSize firstWindow(1280, 900);
-constexpr int treeWidth = 280;
+constexpr int treeWidth = 320;
 constexpr int tickMilliseconds = 50;
 
 QTimer* makeTimer(QObject& owner, const char* name) {

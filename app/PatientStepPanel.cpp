@@ -13,7 +13,7 @@ constexpr ButtonRow studyNext = {"cmdStudyNext", "", Picture::Next, "Next Patien
 constexpr ButtonRow seriesBack = {"cmdSeriesBack", "", Picture::Previous, "Previous Series"};
 constexpr ButtonRow seriesNext = {"cmNext", "", Picture::Next, "Next Series"};
 
-constexpr const char* nameSample = "Anonymous^Patient^X";
+constexpr const char* nameSample = "Anonymous^Patient (ID-12345)";
 
 }  // namespace
 

@@ -2,6 +2,7 @@
 
 #include "app/PanelParts.h"
 #include "platform/widgets/NamedButton.h"
+#include "viewer/ViewerControl.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
@@ -65,6 +66,14 @@ ToolBarPanel::ToolBarPanel(QWidget* parent) : QWidget(parent) {
     row->addWidget(makeButton(exitRow, this));
     cmdZoom = findChild<QPushButton*>("cmdZoom");
     cmdOverlay = findChild<QPushButton*>("cmdOverlay");
+}
+
+void ToolBarPanel::showMouseTool(int mouseMode) {
+    constexpr std::pair<const char*, int> tools[] = {{"cmdWindow", ViewerControl::MouseWindow},
+                                                     {"cmdMagnify", ViewerControl::MouseMagnify},
+                                                     {"cmdLabel", ViewerControl::MouseLabel},
+                                                     {"cmdPanning", ViewerControl::MousePan}};
+    for (const auto& [name, mode] : tools) markActive(*findChild<QPushButton*>(name), mode == mouseMode);
 }
 
 }  // namespace cinedisc

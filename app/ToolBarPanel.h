@@ -14,6 +14,9 @@ class ToolBarPanel final : public QWidget {
   public:
     explicit ToolBarPanel(QWidget* parent = nullptr);
 
+    /// Marks the button of the mouse tool in force, a ViewerControl::Mouse; none for a tool without a button.
+    void showMouseTool(int mouseMode);
+
     /// Those that open a pop-up under themselves.
     QPushButton* cmdZoom = nullptr;
     QPushButton* cmdOverlay = nullptr;

@@ -37,6 +37,10 @@ DataSetParser::End DataSetParser::broken(DecodeError::Kind kind, Tag tag, const 
     return End::Broken;
 }
 
+DataSetParser::End DataSetParser::brokenOff(Tag tag) {
+    return broken(DecodeError::Kind::CutOff, tag, "The file is cut off within its header");
+}
+
 void DataSetParser::parseFileMeta(DataSet& into) {
     const Level level{explicitLittle, buffer_.size(), false, 0};
     for (;;) {
@@ -56,6 +60,10 @@ DataSetParser::End DataSetParser::parseElements(DataSet& into, const Level& leve
     while (buffer_.position() < level.end) {
         const auto header = peekHeader(level);
         if (!header) {
+            const auto rest = buffer_.peek(static_cast<std::size_t>(level.end - buffer_.position()));
+            const bool isPadding =
+                std::all_of(rest.begin(), rest.end(), [](std::byte b) { return b == std::byte{0}; });
+            if (level.depth == 0 && !isPadding) return brokenOff({});
             buffer_.advance(level.end - buffer_.position());
             return End::Reached;
         }
@@ -83,8 +91,7 @@ DataSetParser::End DataSetParser::parseElement(DataSet& into, const ElementHeade
     const bool isSequence = holdsItems(header, level);
     buffer_.advance(static_cast<std::uint64_t>(header.bytes));
     const std::uint64_t room = level.end - std::min(buffer_.position(), level.end);
-    if (!header.isOpen() && header.length > room)
-        return broken(DecodeError::Kind::CutOff, header.tag, "The file is cut off within its header");
+    if (!header.isOpen() && header.length > room) return brokenOff(header.tag);
 
     into.elements.emplace_back();
     Element& element = into.elements.back();
@@ -147,7 +154,8 @@ DataSetParser::End DataSetParser::parseItems(Element& sequence, const Level& lev
         sequence.items.emplace_back();
         if (parseItem(sequence.items.back(), header->length, level) == End::Broken) return End::Broken;
     }
-    if (level.hasKnownEnd) buffer_.advance(level.end - std::min(buffer_.position(), level.end));
+    if (!level.hasKnownEnd) return brokenOff(sequence.tag);
+    buffer_.advance(level.end - std::min(buffer_.position(), level.end));
     return End::Reached;
 }
 

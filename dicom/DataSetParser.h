@@ -50,6 +50,7 @@ class DataSetParser {
     void tellFrameBytes(const DataSet& header);
     std::optional<ElementHeader> peekHeader(const Level& level);
     End broken(DecodeError::Kind kind, Tag tag, const char* message);
+    End brokenOff(Tag tag);
 
     ForwardBuffer& buffer_;
     std::optional<PixelElement> pixels_;

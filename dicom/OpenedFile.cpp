@@ -56,8 +56,9 @@ void OpenedFile::inflateFrame(FrameBytes& bytes) const {
 }
 
 Compression OpenedFile::compressionOf(const FrameBytes& bytes) const {
-    const bool mayBeNative =
-        picture_.compression == Compression::None && bytes.length * 8 >= nativeFrameBits(picture_.format);
+    const bool saysUncompressed = picture_.compression == Compression::None && header_.syntax &&
+                                  header_.syntax->pixels != TransferSyntax::Pixels::Native;
+    const bool mayBeNative = saysUncompressed && bytes.length * 8 >= nativeFrameBits(picture_.format);
     if (!picture_.isEncapsulated || mayBeNative) return picture_.compression;
     return sniffCompression(bytes.bytes()).value_or(picture_.compression);
 }

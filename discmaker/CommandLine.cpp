@@ -27,8 +27,8 @@ int make(const MakeRequest& request) {
     const auto summary = makeDisc(request.disc, request.title, request.named, request.enclosures, tell);
     std::cout << request.disc.string() << ": " << amount(summary.patients, "patient") << ", "
               << amount(summary.files, "file") << "\n";
-    if (summary.notDicom > 0) tell("left out " + amount(summary.notDicom, "file") + " that are not DICOM");
-    if (summary.directories > 0) tell("left out " + amount(summary.directories, "DICOMDIR"));
+    if (summary.notDicom > 0) tell("left out " + amount(summary.notDicom, "file") + " (not DICOM)");
+    if (summary.directories > 0) tell("left out " + amount(summary.directories, "file") + " (DICOMDIR)");
     return summary.unreadable > 0 ? FilesLeftOut : Done;
 }
 

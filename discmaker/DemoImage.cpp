@@ -133,12 +133,12 @@ void addSlowFrames(Collection& disc) {
     disc.patient({"MUÑOZ GARCÍA^JOSÉ^^Dr.", "CD-100901", "19700211", "M"}, healthy, Access::Radial);
     disc.study("20240619", "154000", "Coronariografía");
     auto& setup = disc.setup();
-    setup.frameRate = 12.5;
+    setup.frameRate = 10;
     setup.heartRate = 66;
     setup.shutter = Shape::Circular;
     setup.margins = {0.01, 0.01};
     disc.series("Coronaria izquierda", Side::Left);
-    disc.runs({{-28, -24}, {-4, 36}}, 64);
+    disc.runs({{-28, -24}, {-4, 36}});
 }
 
 }  // namespace

@@ -58,8 +58,11 @@ class Planner {
     std::vector<PlannedPatient> patients(PatientOrder order) const {
         Numbers all(records_.size());
         std::iota(all.begin(), all.end(), std::size_t{0});
-        auto groups =
-            grouped(all, [&](auto i) { return std::pair(records_[i].patientId, records_[i].patientName); });
+        // Without an ID nothing says that two studies are of one person, however alike the names.
+        auto groups = grouped(all, [&](auto i) {
+            const auto& r = records_[i];
+            return std::tuple(r.patientId, r.patientName, r.patientId.empty() ? r.studyUid : std::string());
+        });
         if (order == PatientOrder::ByName) {
             sortBy(groups, [&](const Numbers& group) {
                 const auto& record = records_[group.front()];

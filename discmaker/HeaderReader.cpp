@@ -3,6 +3,8 @@
 #include "dicom/DicomFile.h"
 #include "discmaker/encoding/Attribute.h"
 
+#include <algorithm>
+
 namespace cinedisc::discmaker {
 
 namespace {
@@ -13,6 +15,11 @@ constexpr dicom::Tag directoryRecords{0x0004, 0x1220};
 bool isDirectory(const dicom::DataSet& header) {
     return header.string(mediaStorageSopClass) == "1.2.840.10008.1.3.10" ||
            header.find(directoryRecords) != nullptr;
+}
+
+bool holdsData(const dicom::DataSet& header) {
+    return std::any_of(header.elements.begin(), header.elements.end(),
+                       [](const auto& element) { return element.tag.group > 0x0002; });
 }
 
 }  // namespace
@@ -27,6 +34,9 @@ std::variant<ImageRecord, Skipped> readRecord(const std::filesystem::path& path)
     const auto& file = *opened.value();
     const auto& header = file.header();
     if (isDirectory(header)) return Skipped{Skipped::Reason::Directory, "lists the files of a medium"};
+
+    if (!holdsData(header))
+        return Skipped{Skipped::Reason::Unreadable, "the file ends before its data begin"};
 
     ImageRecord record;
     record.patientName = file.text(attribute::patientName.tag);

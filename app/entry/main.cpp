@@ -1,8 +1,9 @@
-#include <QApplication>
-
 #include "app/Main.h"
+
 #include "app/Theme.h"
 #include "platform/widgets/GuardedApplication.h"
+
+#include <QApplication>
 
 int main(int argc, char** argv) {
     using namespace cinedisc;

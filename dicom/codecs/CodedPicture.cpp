@@ -52,7 +52,7 @@ void cutOutValues(std::span<Unsigned> cells, ValueBits bits) {
             cell = static_cast<Unsigned>(static_cast<Signed>(static_cast<Unsigned>(value << up)) >> up);
         }
     } else if (bits.shift > 0 || bits.count < width) {
-        const auto mask = static_cast<Unsigned>(~Unsigned{0} >> (width - bits.count));
+        const auto mask = static_cast<Unsigned>(static_cast<Unsigned>(~Unsigned{0}) >> (width - bits.count));
         for (Unsigned& cell : cells) cell = static_cast<Unsigned>((cell >> bits.shift) & mask);
     }
 }

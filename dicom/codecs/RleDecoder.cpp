@@ -35,8 +35,9 @@ Result<Segments> findSegments(Bytes bytes, std::size_t wanted) {
     for (std::size_t i = 0; i < wanted; ++i) {
         const std::size_t start = littleEndian32(&bytes[4 + 4 * i]);
         const std::size_t next = i + 1 < announced ? littleEndian32(&bytes[8 + 4 * i]) : bytes.size();
-        if (start < headerSize || next < start) return broken("the RLE offsets contradict each other");
+        if (start < headerSize) return broken("the RLE offsets contradict each other");
         if (start >= bytes.size()) return cutOff();
+        if (next < start) return broken("the RLE offsets contradict each other");
         found.segment[i] = bytes.subspan(start, std::min(next, bytes.size()) - start);
     }
     return found;

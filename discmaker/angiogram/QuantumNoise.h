@@ -3,7 +3,6 @@
 #include "discmaker/angiogram/Plane.h"
 
 #include <cstdint>
-#include <span>
 #include <vector>
 
 namespace cinedisc::discmaker {
@@ -19,8 +18,6 @@ class QuantumNoise {
     void addTo(Plane& plane, std::uint64_t number) const;
 
   private:
-    static constexpr int side = 1024;
-    std::vector<float> tile_;       ///< standard deviation 1, repeats in both directions
     std::vector<float> strengths_;  ///< by grey
 };
 

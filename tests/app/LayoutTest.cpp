@@ -177,6 +177,17 @@ TEST_F(LayoutTest, TheOptionGroupsAreIndependent) {
     EXPECT_TRUE(layout.Frame6->Option3->isChecked());
 }
 
+TEST_F(LayoutTest, TheMouseToolInForceIsMarked) {
+    for (const auto& [mode, marked] :
+         {std::pair{1, "cmdWindow"}, {3, "cmdMagnify"}, {4, "cmdPanning"}, {5, "cmdLabel"}, {2, ""}}) {
+        layout.toolBar->showMouseTool(mode);
+        QStringList active;
+        for (const QPushButton* button : layout.toolBar->findChildren<QPushButton*>())
+            if (button->property("active").toBool()) active += button->objectName();
+        EXPECT_EQ(active.join(" "), marked);
+    }
+}
+
 TEST_F(LayoutTest, NothingIsClippedInTheSmallestWindow) {
     for (const bool stills : {false, true}) {
         layout.Frame8->setVisible(stills);

@@ -32,9 +32,12 @@ QByteArray dicomFile(int frames) {
 class MainWindowTest : public testing::Test {
   protected:
     MainWindowTest() {
+        StripWheel::setMainScrollBar(&form.sb1());
         form.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&form));
     }
+
+    ~MainWindowTest() override { EventGuard::replaceFatalAction(programsFatalAction); }
 
     template <typename Control = QWidget>
     Control& find(const char* name) {
@@ -64,6 +67,8 @@ class MainWindowTest : public testing::Test {
                       patientOf("Stills", {{1, 1, 1}, {1}})},
                      dicomFile};
     Form1 form{disc.path()};
+    EventGuard::FatalAction programsFatalAction = EventGuard::replaceFatalAction(
+        [](const RunTimeError& error) { ADD_FAILURE() << "untrapped: " << error.what(); });
 };
 
 TEST_F(MainWindowTest, StartsWithItsDefaults) {
@@ -248,7 +253,6 @@ TEST_F(MainWindowTest, UntrappedErrorReachesTheFatalAction) {
         EventGuard::replaceFatalAction([&](const RunTimeError& error) { number = error.number(); });
     find("FraTree").show();
     clickNode(0);
-    EventGuard::replaceFatalAction(before);
     EXPECT_EQ(number, 91);
 }
 

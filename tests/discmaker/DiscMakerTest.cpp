@@ -1,0 +1,149 @@
+#include "discmaker/CommandLine.h"
+#include "discmaker/DiscError.h"
+#include "discmaker/DiscMaker.h"
+#include "discmaker/encoding/Attribute.h"
+#include "tests/discmaker/DiscFiles.h"
+#include "tests/support/DicomBuilder.h"
+
+#include <QTemporaryDir>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cinedisc::discmaker {
+namespace {
+
+namespace fs = std::filesystem;
+using test::contentOf;
+using test::DicomBuilder;
+using test::filesBelow;
+using test::writeFile;
+using testing::HasSubstr;
+
+DicomBuilder image(const std::string& patient, int instance, int frames = 1) {
+    auto builder = DicomBuilder::image(4, 4, frames);
+    builder.text({0x0008, 0x0005}, "CS", "ISO_IR 144")
+        .text(attribute::patientName.tag, "PN", patient)
+        .text(attribute::patientId.tag, "LO", "7")
+        .text(attribute::studyInstanceUid.tag, "UI", "1.2")
+        .text(attribute::seriesInstanceUid.tag, "UI", "1.2.3")
+        .text(attribute::seriesNumber.tag, "IS", "4")
+        .text(attribute::instanceNumber.tag, "IS", std::to_string(instance));
+    builder.gradientPixels();
+    return builder;
+}
+
+class DiscMakerTest : public testing::Test {
+  protected:
+    DiscMakerTest() : root_(temporary_.path().toStdString()), input_(root_ / "in"), disc_(root_ / "out") {
+        fs::create_directories(input_ / "deep" / "down");
+    }
+
+    DiscSummary make(const std::vector<fs::path>& named) {
+        return makeDisc(disc_, "Title & more", named, {},
+                        [this](const std::string& text) { notices_ += text + "\n"; });
+    }
+    int run(std::vector<std::string> arguments) { return runCommandLine(arguments); }
+
+    QTemporaryDir temporary_;
+    fs::path root_, input_, disc_;
+    std::string notices_;
+};
+
+TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
+    image("\xB8\xD2\xD0\xDD\xDE\xD2", 2, 3).writeTo(input_ / "x10");  // Cyrillic in ISO 8859-5
+    image("\xB8\xD2\xD0\xDD\xDE\xD2", 1).writeTo(input_ / "deep/down/last.bin");
+    DicomBuilder document;
+    document.text({0x0008, 0x0016}, "UI", "1.2.840.10008.5.1.4.1.1.88.11")
+        .text(attribute::patientId.tag, "LO", "8");
+    document.writeTo(input_ / "deep/report.dcm");
+    DicomBuilder directory;
+    directory.sequence({0x0004, 0x1220}, {});
+    directory.writeTo(input_ / "DICOMDIR");
+    writeFile(input_ / "readme.txt",
+              "Not a picture, but long enough to hold a preamble." + std::string(400, '.'));
+    writeFile(input_ / "empty", "");
+    fs::create_symlink(input_, input_ / "deep/loop");
+
+    const auto summary = make({input_, input_ / "x10"});
+    EXPECT_EQ(summary.patients, 2u);
+    EXPECT_EQ(summary.files, 3u) << "a file that is named twice goes on the disc once";
+    EXPECT_EQ(summary.notDicom, 2u) << notices_;
+    EXPECT_EQ(summary.directories, 1u);
+    EXPECT_EQ(summary.unreadable, 0u) << notices_;
+
+    const auto files = filesBelow(disc_);
+    ASSERT_EQ(files.size(), 4u);
+    EXPECT_EQ(files.at("Dicom/Patient000/Study01/Series01/IM00001.dcm"),
+              contentOf(input_ / "deep/down/last.bin"));
+    EXPECT_EQ(files.at("Dicom/Patient000/Study01/Series01/IM00002.dcm"), contentOf(input_ / "x10"));
+    EXPECT_EQ(files.at("Dicom/Patient001/Study01/Series01/IM00001.dcm"),
+              contentOf(input_ / "deep/report.dcm"));
+    const auto& catalogue = files.at("CD.xml");
+    for (const char* text : {"<disc title=\"Title &amp; more\">", "<text>Иванов  (7)</text>",
+                             "<text>Series 4: XA (1 run, 1 image)</text>", "<text>Run 2: 3 frames</text>",
+                             "<text>Unnamed patient  (8)</text>", "<text>Document 1</text>"})
+        EXPECT_THAT(catalogue, HasSubstr(text));
+}
+
+TEST_F(DiscMakerTest, RefusesWhatWouldDestroyOrRepeatItsInput) {
+    image("A", 1).writeTo(input_ / "a.dcm");
+    make({input_});
+    const auto before = filesBelow(disc_);
+    EXPECT_THROW(make({disc_}), DiscError);
+    EXPECT_THROW(make({disc_ / "Dicom"}), DiscError);
+    EXPECT_THROW(make({input_, root_ / "missing"}), DiscError);
+    EXPECT_THROW(make({input_ / "deep"}), DiscError) << "nothing to put on the disc";
+    EXPECT_EQ(filesBelow(disc_), before);
+    EXPECT_EQ(make({root_}).files, 1u) << "the disc below a named folder is passed over";
+}
+
+TEST_F(DiscMakerTest, TellsOfFilesThatCannotBeRead) {
+    image("A", 1).writeTo(input_ / "a.dcm");
+    auto bytes = contentOf(input_ / "a.dcm");
+    bytes.resize(160);  // ends within the meta header
+    writeFile(input_ / "cut.dcm", bytes);
+    EXPECT_EQ(run({disc_.string(), input_.string()}), 3);
+    EXPECT_EQ(filesBelow(disc_ / "Dicom").size(), 1u);
+}
+
+TEST_F(DiscMakerTest, LaysProgramAndLicenceBesideTheCatalogue) {
+    image("A", 1).writeTo(input_ / "a.dcm");
+    writeFile(root_ / "viewer", "program");
+    fs::permissions(root_ / "viewer", fs::perms::owner_exec, fs::perm_options::add);
+    writeFile(root_ / "terms", "licence");
+    const auto place = [this](const char* name) { return (root_ / name).string(); };
+    const std::vector<std::string> arguments{"--program", place("viewer"), disc_.string(),
+                                             "--license", place("terms"),  input_.string()};
+    ASSERT_EQ(run(arguments), 0);
+    ASSERT_EQ(run(arguments), 0) << "a second time over the first";
+    EXPECT_EQ(contentOf(disc_ / "license.txt"), "licence");
+    EXPECT_NE(fs::status(disc_ / "viewer").permissions() & fs::perms::owner_exec, fs::perms::none);
+    EXPECT_EQ(run({"--program", place("nothing"), (root_ / "other").string(), input_.string()}), 1);
+    EXPECT_FALSE(fs::exists(root_ / "other"));
+}
+
+TEST(CommandLine, SaysWhatIsWrongWithTheArguments) {
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{}, "folder of the disc is missing"},
+        {{"disc"}, "no DICOM files or folders"},
+        {{"--demo"}, "folder of the disc is missing"},
+        {{"--demo", "disc", "file"}, "one folder and no files"},
+        {{"disc", "file", "--title"}, "--title wants a value"},
+        {{"--fast", "disc", "file"}, "no option --fast"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        const auto parsed = parseCommandLine(arguments);
+        ASSERT_TRUE(std::holds_alternative<UsageError>(parsed)) << message;
+        EXPECT_THAT(std::get<UsageError>(parsed).message, HasSubstr(message));
+    }
+    const std::vector<std::string> dashed{"disc", "--title", "T", "--", "--demo"};
+    const auto request = std::get<MakeRequest>(parseCommandLine(dashed));
+    EXPECT_FALSE(request.demo);
+    EXPECT_EQ(request.title, "T");
+    EXPECT_EQ(request.named, std::vector<fs::path>{"--demo"});
+    EXPECT_TRUE(
+        std::holds_alternative<HelpRequest>(parseCommandLine(std::vector<std::string>{"disc", "--help"})));
+}
+
+}  // namespace
+}  // namespace cinedisc::discmaker

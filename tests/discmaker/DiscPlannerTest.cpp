@@ -1,0 +1,98 @@
+#include "discmaker/DiscPlanner.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cinedisc::discmaker {
+namespace {
+
+using testing::ElementsAre;
+
+ImageRecord record(const std::string& name, const std::string& id, const std::string& study,
+                   const std::string& date, const std::string& series, std::optional<int> seriesNumber,
+                   std::optional<int> instanceNumber) {
+    ImageRecord result;
+    result.patientName = name, result.patientId = id;
+    result.studyUid = study, result.studyDate = date;
+    result.seriesUid = series, result.seriesNumber = seriesNumber;
+    result.instanceNumber = instanceNumber;
+    result.frames = 1;
+    return result;
+}
+
+/// "Patient000/Study01/Series01/IM00001.dcm 7": every file and the record that it comes from.
+std::vector<std::string> files(const DiscPlan& plan) {
+    std::vector<std::string> result;
+    for (const auto& patient : plan.patients)
+        for (const auto& study : patient.studies)
+            for (const auto& series : study.series)
+                for (const auto& file : series.files)
+                    result.push_back(patient.folder + "/" + study.folder + "/" + series.folder + "/" +
+                                     file.name + " " + std::to_string(file.content));
+    return result;
+}
+
+TEST(DiscPlanner, SortsByNameDateSeriesAndInstance) {
+    const std::vector<ImageRecord> records{
+        record("zeta", "1", "s1", "20240101", "a", 2, 10), record("zeta", "1", "s1", "20240101", "a", 2, 9),
+        record("zeta", "1", "s1", "20240101", "b", 1, {}), record("zeta", "1", "s1", "20240101", "b", 1, 3),
+        record("zeta", "1", "s0", "20230101", "c", {}, 1), record("Alpha", "2", "s2", "", "d", 1, 1),
+        record("Alpha", "2", "s3", "20200101", "e", 1, 1),
+    };
+    EXPECT_THAT(
+        files(planDisc(records, "", PatientOrder::ByName)),
+        ElementsAre("Patient000/Study01/Series01/IM00001.dcm 6", "Patient000/Study02/Series01/IM00001.dcm 5",
+                    "Patient001/Study01/Series01/IM00001.dcm 4", "Patient001/Study02/Series01/IM00001.dcm 3",
+                    "Patient001/Study02/Series01/IM00002.dcm 2", "Patient001/Study02/Series02/IM00001.dcm 1",
+                    "Patient001/Study02/Series02/IM00002.dcm 0"));
+    EXPECT_EQ(planDisc(records, "", PatientOrder::AsGiven).patients[0].text, "zeta  (1)");
+}
+
+TEST(DiscPlanner, KeepsPatientsApartWhoShareNameOrId) {
+    const std::vector<ImageRecord> records{
+        record("A", "1", "s1", "", "a", 1, 1),  record("A", "2", "s2", "", "b", 1, 1),
+        record("B", "1", "s3", "", "c", 1, 1),  record("A", "1", "s1", "", "a", 1, 2),
+        record("A^", "1", "s4", "", "d", 1, 1),  // reads like the first, but is not the same name
+        record("A", "", "s5", "", "e", 1, 1),   record("A", "", "s6", "", "f", 1, 1),
+        record("A", "", "s5", "", "g", 1, 1),
+    };
+    const auto plan = planDisc(records, "", PatientOrder::ByName);
+    std::vector<std::string> texts;
+    for (const auto& patient : plan.patients) texts.push_back(patient.text);
+    EXPECT_THAT(texts,
+                ElementsAre("A  (no ID)", "A  (no ID) [2]", "A  (1)", "A  (1) [2]", "A  (2)", "B  (1)"));
+    EXPECT_EQ(plan.patients[0].studies[0].series.size(), 2u);
+    EXPECT_EQ(plan.patients[2].studies[0].series[0].files.size(), 2u);
+}
+
+TEST(DiscPlanner, GroupsFilesWithoutIdentifiersByWhatTheyTell) {
+    auto loose = [](const char* date, std::optional<int> seriesNumber, const char* modality) {
+        auto result = record("", "", "", date, "", seriesNumber, {});
+        result.modality = modality;
+        return result;
+    };
+    const std::vector<ImageRecord> records{loose("20240101", 1, "XA"), loose("20240102", 1, "XA"),
+                                           loose("20240101", 2, "XA"), loose("20240101", 1, "XA"),
+                                           loose("20240101", 1, "US")};
+    EXPECT_THAT(
+        files(planDisc(records, "", PatientOrder::ByName)),
+        ElementsAre("Patient000/Study01/Series01/IM00001.dcm 0", "Patient000/Study01/Series01/IM00002.dcm 3",
+                    "Patient000/Study01/Series02/IM00001.dcm 4", "Patient000/Study01/Series03/IM00001.dcm 2",
+                    "Patient000/Study02/Series01/IM00001.dcm 1"));
+}
+
+TEST(DiscPlanner, PadsNumbersSoThatEveryListingAgrees) {
+    std::vector<ImageRecord> records;
+    for (int i = 0; i < 1002; ++i)
+        records.push_back(
+            record("N" + std::to_string(10000 + i), "1", "s" + std::to_string(i), "", "a", 1, 1));
+    for (int i = 0; i < 100; ++i)
+        records.push_back(record("ZZ", "1", "t", "", "x" + std::to_string(i), 1 + i, 1));
+    const auto plan = planDisc(records, "", PatientOrder::ByName);
+    EXPECT_EQ(plan.patients[1001].folder, "Patient1001");
+    EXPECT_EQ(plan.patients[1002].studies[0].series[0].folder, "Series001");
+    EXPECT_EQ(plan.patients[1002].studies[0].series[99].folder, "Series100");
+}
+
+}  // namespace
+}  // namespace cinedisc::discmaker
