@@ -173,6 +173,8 @@ Result<FrameBytes> EncapsulatedFrames::readByWalking(int frame) const {
         const Fragment last = grouping_.fragment(grouping_.knownEnd(wanted) - 1);
         if (!last.isComplete) return notices::cutOff(frame, announced_, pixels_.tag, last.offset);
         if (last.end() - from > mostFrameBytes()) return notices::damaged(pixels_.tag, from, frame);
+        // At the end of all fragments the frames may turn out to lie elsewhere.
+        if (grouping_.fragment(grouping_.start(wanted)).offset != from) return readByWalking(frame);
         if (!grouping_.mayGrow(wanted) && from + stretch.size() >= last.end()) break;
         if (!extend(stretch, from, wanted)) return notices::damaged(pixels_.tag, from, frame);
     }
