@@ -3,6 +3,7 @@
 #include "dicom/Frame.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <type_traits>
 #include <variant>
@@ -50,6 +51,14 @@ decltype(auto) visitPatterns(Frame::Samples& cells, Function&& function) {
         default:
             return function(patterns<std::uint32_t>(cells));
     }
+}
+
+/// All cells or'ed together.
+template <typename Unsigned>
+std::uint32_t orOf(std::span<const Unsigned> cells) {
+    Unsigned all = 0;
+    for (const Unsigned cell : cells) all |= cell;
+    return all;
 }
 
 }  // namespace cinedisc::dicom::codecs

@@ -18,6 +18,14 @@ struct ValueBits {
     bool clean = false;  ///< nothing but the value is in the cell already
 };
 
+/// Whether cutting the values out would leave all cells as they are.
+bool isClean(const CodedPicture& picture, const ValueBits& bits) {
+    if (bits.shift > 0) return false;
+    const int unsignedBits = bits.signBits > 0 ? bits.signBits - 1 : bits.count;
+    if (picture.usedBits) return std::uint64_t{*picture.usedBits} >> unsignedBits == 0;
+    return bits.signBits == 0 && bits.count == picture.precision;
+}
+
 ValueBits valueBits(const CodedPicture& picture, const PixelFormat& format) {
     const PixelCell cell = pixelCell(format);
     ValueBits bits;
@@ -28,7 +36,7 @@ ValueBits valueBits(const CodedPicture& picture, const PixelFormat& format) {
                 picture.isSigned ? picture.precision : std::max(picture.precision, cell.stored), false};
     }
     if (!format.isSigned) bits.signBits = 0;
-    bits.clean = bits.shift == 0 && bits.count == picture.precision && bits.signBits == 0;
+    bits.clean = isClean(picture, bits);
     return bits;
 }
 
@@ -44,7 +52,7 @@ void cutOutValues(std::span<Unsigned> cells, ValueBits bits) {
             cell = static_cast<Unsigned>(static_cast<Signed>(static_cast<Unsigned>(value << up)) >> up);
         }
     } else if (bits.shift > 0 || bits.count < width) {
-        const auto mask = static_cast<Unsigned>(~Unsigned{0} >> (width - bits.count));
+        const auto mask = static_cast<Unsigned>(static_cast<Unsigned>(~Unsigned{0}) >> (width - bits.count));
         for (Unsigned& cell : cells) cell = static_cast<Unsigned>((cell >> bits.shift) & mask);
     }
 }
@@ -78,7 +86,7 @@ Frame::Samples greySamples(CodedPicture& picture, const PixelFormat& format) {
 std::vector<std::uint8_t> eightBits(CodedPicture& picture, const PixelFormat& format) {
     ValueBits bits = valueBits(picture, format);
     bits.signBits = 0;
-    bits.clean = bits.shift == 0 && bits.count == picture.precision;
+    bits.clean = isClean(picture, bits);
     visitPatterns(picture.cells, [&](auto cells) { cutOutValues(cells, bits); });
     if (bits.count == 8)
         if (auto* ready = std::get_if<std::vector<std::uint8_t>>(&picture.cells)) return std::move(*ready);

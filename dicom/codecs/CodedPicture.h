@@ -5,6 +5,8 @@
 #include "dicom/Result.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 
 namespace cinedisc::dicom::codecs {
 
@@ -22,6 +24,8 @@ struct CodedPicture {
     bool lossless = true;
     Arrangement arrangement = Arrangement::Interleaved;
     ColourSpace colour = ColourSpace::Rgb;
+    std::optional<std::uint32_t>
+        usedBits;  ///< all cells or'ed together, where known: it may save a pass over them
     Frame::Samples
         cells;  ///< bit patterns, whole number vectors only; what is above `precision` is zero, or the sign
 };

@@ -60,7 +60,8 @@ class DifferenceGroup {
     /// The last difference out of the `window` that the group was found in, 0 when it is known.
     unsigned last(std::uint64_t window) const {
         const unsigned mask = shapes.extraMask[shape()];
-        const unsigned extra = static_cast<unsigned>(std::rotl(window, static_cast<int>(packed_ & 63))) & mask;
+        const unsigned extra =
+            static_cast<unsigned>(std::rotl(window, static_cast<int>(packed_ & 63))) & mask;
         return extra - (extra <= shapes.mostNegative[shape()] ? mask : 0);
     }
 

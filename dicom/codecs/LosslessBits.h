@@ -8,8 +8,8 @@
 
 namespace cinedisc::dicom::codecs {
 
-/// The next bits of a stream, the very next one highest. Small enough to live in registers: functions take a copy and
-/// store it back, because what is behind a pointer may change with every sample written.
+/// The next bits of a stream, the very next one highest. Small enough to live in registers: functions take a
+/// copy and store it back, because what is behind a pointer may change with every sample written.
 struct BitWindow {
     const std::uint8_t* next = nullptr;
     std::uint64_t bits = 0;

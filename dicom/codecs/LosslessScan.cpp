@@ -1,5 +1,6 @@
 #include "dicom/codecs/LosslessScan.h"
 
+#include "dicom/codecs/Cells.h"
 #include "dicom/codecs/CodecError.h"
 #include "dicom/codecs/JpegMarkers.h"
 #include "dicom/codecs/LosslessBits.h"
@@ -12,14 +13,6 @@ namespace {
 
 /// More bytes than this left over in a segment mean that the pixels came from the wrong bits.
 constexpr std::size_t mostBytesLeft = 16;
-
-template <typename Sample>
-bool exceed(std::span<const Sample> samples, unsigned bits) {
-    if (bits >= sizeof(Sample) * 8) return false;
-    Sample all = 0;
-    for (const Sample sample : samples) all |= sample;
-    return all >> bits != 0;
-}
 
 bool readDifferences(LosslessBits& bits, const LosslessScan& scan, std::uint16_t* differences) {
     const std::size_t step = scan.prediction.step;
@@ -61,7 +54,7 @@ std::optional<DecodeError> LosslessScan::decode(const EntropyData& data, Sample*
                            ? cutOff()
                            : broken("a JPEG segment ends early");
             if (!good) return broken("an impossible JPEG code");
-            if (sampleBits && exceed(std::span<const Sample>(out, rowLength), sampleBits))
+            if (sampleBits && orOf(std::span<const Sample>(out, rowLength)) >> sampleBits != 0)
                 return broken("JPEG samples beyond their precision");
         }
         if (bitsInSegment - bits.position() > mostBytesLeft * 8) return broken("JPEG data are left over");

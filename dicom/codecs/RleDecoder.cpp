@@ -3,11 +3,10 @@
 #include "dicom/codecs/Cells.h"
 #include "dicom/codecs/CodecError.h"
 #include "dicom/codecs/CodedPicture.h"
-#include "dicom/codecs/PixelCell.h"
+#include "dicom/codecs/RleSegment.h"
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <optional>
 
 namespace cinedisc::dicom::codecs {
@@ -36,56 +35,69 @@ Result<Segments> findSegments(Bytes bytes, std::size_t wanted) {
     for (std::size_t i = 0; i < wanted; ++i) {
         const std::size_t start = littleEndian32(&bytes[4 + 4 * i]);
         const std::size_t next = i + 1 < announced ? littleEndian32(&bytes[8 + 4 * i]) : bytes.size();
-        if (start < headerSize || next < start) return broken("the RLE offsets contradict each other");
+        if (start < headerSize) return broken("the RLE offsets contradict each other");
         if (start >= bytes.size()) return cutOff();
+        if (next < start) return broken("the RLE offsets contradict each other");
         found.segment[i] = bytes.subspan(start, std::min(next, bytes.size()) - start);
     }
     return found;
 }
 
-/// Expands one segment; true when it fills `plane`. A last run may stick out by the byte that pads an odd
-/// length.
-bool expand(Bytes segment, std::span<std::uint8_t> plane) {
-    const std::uint8_t* in = segment.data();
-    const std::uint8_t* const inEnd = in + segment.size();
-    std::uint8_t* out = plane.data();
-    std::uint8_t* const outEnd = out + plane.size();
-    while (out < outEnd) {
-        if (inEnd - in < 2) return false;
-        const unsigned control = *in++;
-        if (control == 128) continue;
-        const std::ptrdiff_t length = control < 128 ? static_cast<std::ptrdiff_t>(control) + 1
-                                                    : 257 - static_cast<std::ptrdiff_t>(control);
-        std::ptrdiff_t wanted = length;
-        if (length > outEnd - out) {
-            if (length > outEnd - out + 1) return false;
-            wanted = outEnd - out;
-        }
-        if (control < 128) {
-            if (inEnd - in < wanted) return false;
-            std::memcpy(out, in, static_cast<std::size_t>(wanted));
-            in += std::min(length, inEnd - in);
-        } else {
-            std::memset(out, *in++, static_cast<std::size_t>(wanted));
-        }
-        out += wanted;
-    }
-    return true;
-}
-
 /// Joins byte planes, the highest first, into cells.
 template <typename Cell>
-void joinPlanes(const std::uint8_t* planes, std::span<Cell> cells) {
+void joinPlanes(const std::uint8_t* planes, std::size_t distance, std::span<Cell> cells) {
     const std::size_t count = cells.size();
     if constexpr (sizeof(Cell) == 2) {
         for (std::size_t i = 0; i < count; ++i)
-            cells[i] = static_cast<Cell>(planes[i] << 8 | planes[count + i]);
+            cells[i] = static_cast<Cell>(planes[i] << 8 | planes[distance + i]);
     } else if constexpr (sizeof(Cell) == 4) {
         for (std::size_t i = 0; i < count; ++i)
-            cells[i] = static_cast<Cell>(planes[i]) << 24 | static_cast<Cell>(planes[count + i]) << 16 |
-                       static_cast<Cell>(planes[2 * count + i]) << 8 | planes[3 * count + i];
+            cells[i] = static_cast<Cell>(planes[i]) << 24 | static_cast<Cell>(planes[distance + i]) << 16 |
+                       static_cast<Cell>(planes[2 * distance + i]) << 8 | planes[3 * distance + i];
     }
 }
+
+/// Expands the segments of one sample, one for each byte of a cell, into its cells. Wide cells are put
+/// together in portions that stay in the nearest cache.
+class SampleExpander {
+  public:
+    explicit SampleExpander(std::span<const Bytes> segments) : segments_(segments) {}
+
+    /// False when a segment does not fill the cells.
+    template <typename Cell>
+    bool expand(std::span<Cell> cells) {
+        std::array<RleSegment, sizeof(Cell)> readers;
+        for (std::size_t i = 0; i < sizeof(Cell); ++i) readers[i] = RleSegment(segments_[i]);
+        constexpr std::size_t portion = 8192;
+        std::array<std::uint8_t, sizeof(Cell) == 1 ? 1 : portion * sizeof(Cell)> planes;
+        for (std::size_t at = 0; at < cells.size(); at += portion) {
+            const auto part = cells.subspan(at, std::min(portion, cells.size() - at));
+            for (failed_ = 0; failed_ < sizeof(Cell); ++failed_) {
+                std::uint8_t* const plane = planes.data() + failed_ * portion;
+                if constexpr (sizeof(Cell) == 1) {
+                    if (!readers[0].expand(part)) return false;
+                } else if (!readers[failed_].expand({plane, part.size()})) {
+                    return false;
+                }
+            }
+            joinPlanes(planes.data(), portion, part);
+            usedBits_ |= orOf(std::span<const Cell>(part));
+        }
+        // A last run may stick out by the byte that pads an odd length.
+        failed_ = 0;
+        return std::all_of(readers.begin(), readers.end(),
+                           [](const RleSegment& r) { return r.unexpanded() <= 1; });
+    }
+
+    /// The segment that was at fault.
+    Bytes failed() const { return segments_[failed_]; }
+    std::uint32_t usedBits() const { return usedBits_; }
+
+  private:
+    std::span<const Bytes> segments_;
+    std::size_t failed_ = 0;
+    std::uint32_t usedBits_ = 0;
+};
 
 }  // namespace
 
@@ -108,28 +120,22 @@ Result<Frame> decodeRle(std::span<const std::byte> bytes, const PixelFormat& for
     picture.colour = colourSpaceOf(format.photometric);
     picture.cells = makeCells(format.bitsAllocated, format.isSigned, pixels * samples);
 
-    std::vector<std::uint8_t> planes(bytesInCell > 1 ? pixels * bytesInCell : 0);
+    const std::span<const Bytes> all(segments.value().segment);
     std::optional<DecodeError> error;
+    std::uint32_t usedBits = 0;
     visitPatterns(picture.cells, [&](auto cells) {
         for (std::size_t sample = 0; sample < samples && !error; ++sample) {
-            const auto part = cells.subspan(sample * pixels, pixels);
-            for (std::size_t byte = 0; byte < bytesInCell; ++byte) {
-                const Bytes segment = segments.value().segment[sample * bytesInCell + byte];
-                std::span<std::uint8_t> plane(planes);
-                if constexpr (sizeof(part[0]) == 1)
-                    plane = part;
-                else
-                    plane = plane.subspan(byte * pixels, pixels);
-                if (!expand(segment, plane)) {
-                    const bool atEnd = segment.data() + segment.size() == data.data() + data.size();
-                    error = atEnd ? cutOff() : broken("an RLE segment does not fill the picture");
-                    return;
-                }
+            SampleExpander expander(all.subspan(sample * bytesInCell, bytesInCell));
+            if (!expander.expand(cells.subspan(sample * pixels, pixels))) {
+                const bool atEnd =
+                    expander.failed().data() + expander.failed().size() == data.data() + data.size();
+                error = atEnd ? cutOff() : broken("an RLE segment does not fit the picture");
             }
-            joinPlanes(planes.data(), part);
+            usedBits |= expander.usedBits();
         }
     });
     if (error) return *error;
+    picture.usedBits = usedBits;
     return toFrame(std::move(picture), format);
 }
 

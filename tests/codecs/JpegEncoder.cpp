@@ -1,0 +1,53 @@
+#include "tests/codecs/Encoders.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <jpeglib.h>
+#include <stdexcept>
+
+namespace cinedisc::test {
+
+std::vector<std::uint8_t> jpegEncoded(std::span<const std::uint8_t> samples, int rows, int columns,
+                                      int components, const JpegMaking& making) {
+    using Marker = JpegMaking::Marker;
+    jpeg_compress_struct library{};
+    jpeg_error_mgr errors{};
+    library.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&library);
+    unsigned char* bytes = nullptr;
+    unsigned long length = 0;
+    jpeg_mem_dest(&library, &bytes, &length);
+
+    library.image_width = static_cast<JDIMENSION>(columns);
+    library.image_height = static_cast<JDIMENSION>(rows);
+    library.input_components = components;
+    library.in_color_space = components == 3 ? JCS_RGB : JCS_GRAYSCALE;
+    jpeg_set_defaults(&library);
+    if (components == 3) {
+        const bool adobe = making.marker == Marker::AdobeRgb || making.marker == Marker::AdobeYcc;
+        jpeg_set_colorspace(&library, making.stored == JpegMaking::Stored::Rgb ? JCS_RGB : JCS_YCbCr);
+        library.write_JFIF_header = making.marker == Marker::Jfif ? TRUE : FALSE;
+        library.write_Adobe_marker = adobe ? TRUE : FALSE;
+        for (int i = 0; i < 3; ++i) {
+            jpeg_component_info& component = library.comp_info[i];
+            component.component_id = making.names == JpegMaking::Names::Letters ? "RGB"[i] : i + 1;
+            component.h_samp_factor = making.subsampled && i == 0 ? 2 : 1;
+            component.v_samp_factor = 1;
+        }
+    }
+    jpeg_set_quality(&library, 100, TRUE);
+    if (making.progressive) jpeg_simple_progression(&library);
+    library.restart_interval = static_cast<unsigned>(making.restartInterval);
+    jpeg_start_compress(&library, TRUE);
+    for (int row = 0; row < rows; ++row) {
+        auto* from = const_cast<JSAMPLE*>(samples.data() + row * columns * components);
+        jpeg_write_scanlines(&library, &from, 1);
+    }
+    jpeg_finish_compress(&library);
+    jpeg_destroy_compress(&library);
+    std::vector<std::uint8_t> result(bytes, bytes + length);
+    std::free(bytes);
+    return result;
+}
+
+}  // namespace cinedisc::test
