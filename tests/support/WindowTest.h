@@ -23,6 +23,8 @@ class WindowTest : public testing::Test {
 
     void show() {
         window().show();
+        // Where no window manager does so.
+        window().activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
     }
     template <typename Control = QWidget>
