@@ -3,9 +3,11 @@
 #include "control/picture/OutlinedText.h"
 
 #include <QFontMetricsF>
+#include <QTextLayout>
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace cinedisc {
 
@@ -14,6 +16,29 @@ namespace {
 constexpr double gap = 6;            // between the lines and the view's edge
 constexpr double usefulMargin = 96;  // a margin beside the picture that can hold words
 constexpr double leastView = 160;    // smaller views carry no text
+
+constexpr double rim = 2;  // around a line, for its outline
+constexpr int mostRows = 4;
+
+/// A line broken where it would not fit: nothing of a name or a projection is left out to save room.
+QStringList wrapped(const QString& line, const QFont& font, double width) {
+    QTextLayout layout(line, font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    QStringList rows;
+    layout.beginLayout();
+    for (QTextLine row = layout.createLine(); row.isValid(); row = layout.createLine()) {
+        row.setLineWidth(width);
+        if (rows.size() + 1 == mostRows) {
+            rows.append(QFontMetricsF(font).elidedText(line.mid(row.textStart()), Qt::ElideRight, width));
+            break;
+        }
+        rows.append(line.mid(row.textStart(), row.textLength()).trimmed());
+    }
+    layout.endLayout();
+    return rows;
+}
 
 QFont fontFor(double shorterSide) {
     QFont font;
@@ -48,35 +73,47 @@ void CornerText::paint(QPainter& painter, const QRectF& view, const QRectF& pict
 void CornerText::paintBlock(QPainter& painter, const QRectF& area, const QStringList& lines, Side side,
                             End end) {
     const double ratio = painter.device()->devicePixelRatioF();
-    const double height = std::ceil(QFontMetricsF(font_).height() * 1.15);
-    double y = end == End::Top ? area.top() : area.bottom() - height * static_cast<double>(lines.size());
+    const auto heightOf = [](const QPixmap& drawn) { return drawn.height() / drawn.devicePixelRatio(); };
+    std::vector<QPixmap> stamps;
+    double height = 0;
     for (const QString& line : lines) {
-        const QPixmap& drawn = stamp(line, area.width(), ratio);
+        stamps.push_back(stamp(line, area.width(), side, ratio));
+        height += heightOf(stamps.back());
+    }
+    double y = end == End::Top ? area.top() : area.bottom() - height;
+    for (const QPixmap& drawn : stamps) {
         const double x =
             side == Side::Left ? area.left() : area.right() - drawn.width() / drawn.devicePixelRatio();
         painter.drawPixmap(QPointF(std::round(x), std::round(y)), drawn);
-        y += height;
+        y += heightOf(drawn);
     }
 }
 
-const QPixmap& CornerText::stamp(const QString& line, double width, double pixelRatio) {
-    const QString key = QString("%1|%2|%3").arg(width).arg(pixelRatio).arg(line);
+QPixmap CornerText::stamp(const QString& line, double width, Side side, double pixelRatio) {
+    const QString key =
+        QString("%1|%2|%3|%4").arg(width).arg(pixelRatio).arg(side == Side::Left ? 'l' : 'r').arg(line);
     if (const auto* kept = stamps_.object(key)) return *kept;
     const QFontMetricsF metrics(font_);
-    const double rim = 2;
-    const QString shown = metrics.elidedText(line, Qt::ElideRight, width - 2 * rim);
-    const QSizeF size(std::ceil(metrics.horizontalAdvance(shown)) + 2 * rim,
-                      std::ceil(metrics.height()) + 2 * rim);
-    auto* pixmap = new QPixmap((size * pixelRatio).toSize());
-    pixmap->setDevicePixelRatio(pixelRatio);
-    pixmap->fill(Qt::transparent);
-    QPainter painter(pixmap);
+    const double height = std::ceil(metrics.height() * 1.15);
+    const QStringList rows = wrapped(line, font_, width - 2 * rim);
+    double widest = 0;
+    for (const QString& row : rows) widest = std::max(widest, metrics.horizontalAdvance(row));
+    const QSizeF size(std::ceil(widest) + 2 * rim, height * static_cast<double>(rows.size()));
+
+    QPixmap pixmap((size * pixelRatio).toSize().expandedTo({1, 1}));
+    pixmap.setDevicePixelRatio(pixelRatio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
     painter.setFont(font_);
-    drawOutlined(painter, {rim, rim + metrics.ascent()}, shown);
+    double y = rim + metrics.ascent();
+    for (const QString& row : rows) {
+        const double x = side == Side::Left ? rim : size.width() - rim - metrics.horizontalAdvance(row);
+        drawOutlined(painter, {x, y}, row);
+        y += height;
+    }
     painter.end();
-    const int cost = 1 + pixmap->width() * pixmap->height() / 1000;
-    stamps_.insert(key, pixmap, cost);
-    return *pixmap;
+    stamps_.insert(key, new QPixmap(pixmap), 1 + pixmap.width() * pixmap.height() / 1000);
+    return pixmap;
 }
 
 }  // namespace cinedisc

@@ -25,7 +25,7 @@ class CornerText {
     enum class Side { Left, Right };
     enum class End { Top, Bottom };
     void paintBlock(QPainter& painter, const QRectF& area, const QStringList& lines, Side side, End end);
-    const QPixmap& stamp(const QString& line, double width, double pixelRatio);
+    QPixmap stamp(const QString& line, double width, Side side, double pixelRatio);
 
     QFont font_;
     QCache<QString, QPixmap> stamps_{4000};  ///< cost: thousands of pixels

@@ -12,10 +12,11 @@ namespace {
 
 using dicom::Tag;
 
-constexpr Tag studyDate{0x0008, 0x0020}, seriesDate{0x0008, 0x0021}, seriesDescription{0x0008, 0x103E},
-    patientName{0x0010, 0x0010}, patientId{0x0010, 0x0020}, birthDate{0x0010, 0x0030},
-    primaryAngle{0x0018, 0x1510}, secondaryAngle{0x0018, 0x1511}, seriesNumber{0x0020, 0x0011},
-    instanceNumber{0x0020, 0x0013}, lossyCompression{0x0028, 0x2110}, lossyRatio{0x0028, 0x2112};
+constexpr Tag modality{0x0008, 0x0060}, studyDate{0x0008, 0x0020}, seriesDate{0x0008, 0x0021},
+    seriesDescription{0x0008, 0x103E}, patientName{0x0010, 0x0010}, patientId{0x0010, 0x0020},
+    birthDate{0x0010, 0x0030}, primaryAngle{0x0018, 0x1510}, secondaryAngle{0x0018, 0x1511},
+    seriesNumber{0x0020, 0x0011}, instanceNumber{0x0020, 0x0013}, lossyCompression{0x0028, 0x2110},
+    lossyRatio{0x0028, 0x2112};
 
 QString say(const char* text) { return QCoreApplication::translate("HeaderFacts", text); }
 
@@ -29,15 +30,18 @@ QString named(const char* what, const QString& value) {
     return value.isEmpty() ? value : say(what) + ' ' + value;
 }
 
-/// The positioner's angles in the words of the catheter laboratory (PS3.3 C.8.7.5.1.2).
+/// The positioner's angles in the words of the catheter laboratory (PS3.3 C.8.7.5.1.2). Other X-ray systems
+/// use the same elements for another geometry.
 QString projection(const dicom::DicomFile& file) {
+    const std::string kind = file.header().string(modality);
+    if (kind != "XA" && kind != "RF") return {};
     const auto primary = file.header().decimal(primaryAngle);
     const auto secondary = file.header().decimal(secondaryAngle);
     if (!primary || !secondary || !std::isfinite(*primary) || !std::isfinite(*secondary)) return {};
     const auto degrees = [](double angle) {
         return QString::number(std::abs(std::round(angle)), 'f', 0) + QChar(0xB0);
     };
-    return QString("%1 %2  %3 %4")
+    return QString("%1\u00A0%2  %3\u00A0%4")
         .arg(*primary < 0 ? "RAO" : "LAO", degrees(*primary), *secondary < 0 ? "CAUD" : "CRAN",
              degrees(*secondary));
 }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t preambleBytes = 128;
 constexpr std::string_view prefix = "DICM";
-constexpr std::uint64_t mostInflatedBytes = 256ull << 20;
+constexpr std::uint64_t mostInflatedBytes = 128ull << 20;
 
 /// Skips preamble and prefix (PS3.10 section 7.1); whether the prefix was there.
 bool skipPrefix(ForwardBuffer& buffer) {

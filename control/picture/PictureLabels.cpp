@@ -14,7 +14,7 @@ QFont fontFor(const QRectF& picture) {
     QFont font;
     font.setBold(true);
     font.setPixelSize(
-        static_cast<int>(std::clamp(std::max(picture.width(), picture.height()) / 32, 11.0, 400.0)));
+        static_cast<int>(std::clamp(std::max(picture.width(), picture.height()) / 40, 11.0, 400.0)));
     return font;
 }
 

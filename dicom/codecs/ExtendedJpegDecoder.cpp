@@ -6,7 +6,6 @@
 #include <dcmtk/config/osconfig.h>
 #include <dcmtk/dcmjpeg/djcparam.h>
 #include <dcmtk/dcmjpeg/djdijg12.h>
-#include <dcmtk/dcmjpeg/djutils.h>
 
 #include <algorithm>
 #include <vector>
@@ -70,8 +69,10 @@ Result<CodedPicture> decodeExtendedJpeg(std::span<const std::uint8_t> stream, co
         condition = decoder.decode(input.data(), static_cast<Uint32>(input.size()),
                                    reinterpret_cast<Uint8*>(pixels.data()),
                                    static_cast<Uint32>(pixels.size() * sizeof(pixels[0])), OFFalse);
-    if (condition == EJ_Suspension) return cutOff();
-    if (condition.bad() || decoder.damaged()) return broken("12-bit JPEG data that contradict themselves");
+    const bool bad = condition.bad() || decoder.damaged();
+    // A progressive picture without its last scans would only look blurred.
+    if ((bad || header.startOfFrame == marker::sof2) && !hasEnd(stream)) return cutOff();
+    if (bad) return broken("12-bit JPEG data that contradict themselves");
     picture.cells = std::move(pixels);
     return picture;
 }

@@ -40,8 +40,8 @@ Result<CodedPicture> decodeJpeg(Bytes bytes, const PixelFormat& format) {
     const Result<JpegHeader> read = readJpegHeader(bytes);
     if (!read) return read.error();
     const JpegHeader& header = read.value();
-    if (header.startOfFrame == marker::sof55) return decodeJpegLs(bytes, format);
     if (const auto error = jpegError(header, format)) return *error;
+    if (header.startOfFrame == marker::sof55) return decodeJpegLs(bytes, header, format);
     if (header.startOfFrame == marker::sof3) return decodeLosslessJpeg(bytes, header, format);
     const bool isCosine = header.startOfFrame <= marker::sof2;
     if (isCosine && header.precision == 8) return decodeBaselineJpeg(bytes, header, format);

@@ -104,4 +104,11 @@ Result<JpegHeader> readJpegHeader(std::span<const std::uint8_t> stream) {
     return broken("the JPEG stream holds no picture");
 }
 
+bool hasEnd(std::span<const std::uint8_t> stream) {
+    JpegMarkerReader reader(stream);
+    while (const auto next = reader.next())
+        if (next->code == marker::eoi) return true;
+    return false;
+}
+
 }  // namespace cinedisc::dicom::codecs

@@ -49,6 +49,7 @@ TEST(HeaderFacts, NameThePatientTheSeriesTheRunAndTheProjection) {
         added.length = added.value.size();
         file.headerData.elements.push_back(std::move(added));
     };
+    element({0x0008, 0x0060}, "XA");
     element({0x0018, 0x1510}, "-30.4");
     element({0x0018, 0x1511}, "20 ");
     element({0x0028, 0x2110}, "01");
@@ -56,8 +57,11 @@ TEST(HeaderFacts, NameThePatientTheSeriesTheRunAndTheProjection) {
     const auto facts = HeaderFacts::of(file);
     EXPECT_EQ(facts.patient, (QStringList{"DOE, JANE", "ID 4711", "Born 1950-01-02"}));
     EXPECT_EQ(facts.study,
-              (QStringList{"2024-01-31", "Series 3 LCA", "Run 12", "RAO 30\u00B0  CRAN 20\u00B0"}));
+              (QStringList{"2024-01-31", "Series 3 LCA", "Run 12", "RAO\u00A030\u00B0  CRAN\u00A020\u00B0"}));
     EXPECT_EQ(facts.lossy, "Lossy 12.5:1");
+
+    file.headerData.elements.front().value = {std::byte{'M'}, std::byte{'G'}};
+    EXPECT_EQ(HeaderFacts::of(file).study.size(), 3) << "other angles than a catheter laboratory's";
 
     EXPECT_TRUE(HeaderFacts::of(test::FakeDicomFile()).patient.isEmpty());
 }

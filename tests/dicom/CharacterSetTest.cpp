@@ -1,0 +1,112 @@
+#include "dicom/CharacterSet.h"
+#include "dicom/DicomFile.h"
+#include "dicom/Tags.h"
+#include "dicom/TextSplitting.h"
+#include "dicom/Utf8.h"
+#include "tests/dicom/Fixtures.h"
+
+#include <gtest/gtest.h>
+
+namespace cinedisc::test {
+namespace {
+
+using namespace dicom;
+
+/// Values of (0008,0005) as they stand in a file.
+CharacterSet characterSet(const std::string& terms) {
+    std::vector<std::string> values;
+    for (const auto part : splitValues(terms)) values.emplace_back(trimmed(part));
+    return CharacterSet(values);
+}
+
+struct Row {
+    const char* terms;
+    std::string bytes;
+    std::string text;
+};
+
+// The names are the examples of PS3.5 annexes H to K and of the Greek, Hebrew, Arabic and Thai repertoires.
+TEST(CharacterSets, OfTheWholeWorldAreDecoded) {
+    const Row rows[] = {
+        {"", "Plain^ASCII", "Plain^ASCII"},
+        {"", "J\xC3\xA9r\xC3\xB4me", "Jérôme"},
+        {"", "J\xE9r\xF4me", "Jérôme"},
+        {"ISO_IR 100", "J\xE9r\xF4me \x80", "Jérôme €"},
+        {"ISO_IR 101", "\xB1\xE6", "ąć"},
+        {"ISO_IR 109", "\xE6", "ĉ"},
+        {"ISO_IR 110", "\xE0", "ā"},
+        {"ISO_IR 148", "\xFD", "ı"},
+        {"ISO_IR 203", "\xA4", "€"},
+        {"ISO_IR 144", "\xBB\xEE\xDA", "Люк"},
+        {"ISO_IR 127", "\xE2\xC8", "قب"},
+        {"ISO_IR 126", "\xC4\xE9\xEF", "Διο"},
+        {"ISO_IR 138", "\xF9\xF8", "שר"},
+        {"ISO_IR 166", "\xB9\xD2\xC2", "นาย"},
+        {"ISO_IR 192", "Wang^\xE7\x8E\x8B", "Wang^王"},
+        {"GB18030", "Wang^XiaoDong=\xCD\xF5^\xD0\xA1\xB6\xAB=", "Wang^XiaoDong=王^小东="},
+        {"GBK", "\xCD\xF5^\xD0\xA1\xB6\xAB", "王^小东"},
+        {"\\ISO 2022 IR 58", "Zhang=\x1B$)A\xD5\xC5^\x1B$)A\xD0\xA1\xB6\xAB=", "Zhang=张^小东="},
+        {"\\ISO 2022 IR 87", "Yamada=\x1B$B;3ED\x1B(B^\x1B$BB@O:\x1B(B=\x1B$B$d$^$@\x1B(B",
+         "Yamada=山田^太郎=やまだ"},
+        {"ISO 2022 IR 13\\ISO 2022 IR 87", "\xD4\xCF\xC0\xDE^\xC0\xDB\xB3=\x1B$B;3ED\x1B(J^\x1B$BB@O:\x1B(J",
+         "ﾔﾏﾀﾞ^ﾀﾛｳ=山田^太郎"},
+        {"\\ISO 2022 IR 149", "Hong=\x1B$)C\xFB\xF3^\x1B$)C\xD1\xCE\xD4\xD7", "Hong=洪^吉洞"},
+        {"\\ISO 2022 IR 159", "\x1B$(D0!\x1B(B.", "丂."},
+        {"ISO 2022 IR 100\\ISO 2022 IR 144", "\xE9 \x1B-L\xBB\xEE \x1B-A\xE9", "é Лю é"},
+        {"\\ISO 2022 IR 126\\ISO 2022 IR 144", "\x1B-F\xC4^\xC4", "Δ^Ä"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(characterSet(row.terms).decode(row.bytes, CharacterSet::Resets::AtNameParts), row.text)
+            << row.terms;
+}
+
+TEST(CharacterSets, MayBeMisspelt) {
+    for (const char* terms :
+         {"ISO-IR 144", "ISO_IR_144", "ISO IR 144", "iso_ir144", "ISO 2022 IR 144", "IR 144"})
+        EXPECT_EQ(characterSet(terms).decode("\xBB\xEE"), "Лю") << terms;
+    EXPECT_EQ(characterSet("UTF-8").decode("\xC3\xA9"), "é");
+    EXPECT_EQ(characterSet("ISO_IR 192").decode("\xE7\x8E\x8B"), "王");
+}
+
+TEST(CharacterSets, OutsideNamesExtensionsHoldUntilTheValueEnds) {
+    const CharacterSet characters = characterSet("\\ISO 2022 IR 144");
+    EXPECT_EQ(characters.decode("\x1B-L\xBB=\xEE\\\xEE"), "Л=ю\\î");
+}
+
+// In these sets the second byte of a character may be a backslash or a blank letter's code.
+TEST(CharacterSets, TextIsOnlyCutBehindDecoding) {
+    DicomBuilder builder;
+    builder.text(tags::SpecificCharacterSet, "CS", "GB18030")
+        .text({0x0010, 0x4000}, "LT", "\x81\x5C \x81\x7C ");
+    EXPECT_EQ(opened(builder)->text({0x0010, 0x4000}), "乗 亅");
+}
+
+TEST(CharacterSets, NonsenseStaysValidText) {
+    std::string bytes;
+    for (int i = 255; i >= 0; --i) bytes += static_cast<char>(i);
+    for (const char* terms :
+         {"", "ISO_IR 100", "ISO_IR 13", "ISO_IR 192", "GB18030", "GBK", "\\ISO 2022 IR 87",
+          "\\ISO 2022 IR 149", "ISO_IR 144", "ISO_IR 127", "no such set", "\\\\"}) {
+        for (std::size_t from = 0; from < 4; ++from)
+            EXPECT_TRUE(isValidUtf8(characterSet(terms).decode(bytes.substr(from) + "\x1B$B$\x1B$)C\xA1")))
+                << terms;
+    }
+}
+
+TEST(ElementTexts, AreUtf8WhateverTheElement) {
+    DicomBuilder builder;
+    builder.text(tags::SpecificCharacterSet, "CS", "ISO_IR 144")
+        .text({0x0010, 0x0010}, "PN", "\xBB\xEE\xDA^A ");
+    builder.text({0x0020, 0x0011}, "IS", " 12 ")
+        .numbers(tags::Rows, "US", {512})
+        .reals({0x0018, 0x9073}, "FD", {0.5, 2});
+    const auto file = opened(builder);
+    EXPECT_EQ(file->text({0x0010, 0x0010}), "Люк^A");
+    EXPECT_EQ(file->text({0x0020, 0x0011}), "12");
+    EXPECT_EQ(file->text(tags::Rows), "512");
+    EXPECT_EQ(file->text({0x0018, 0x9073}), "0.5\\2");
+    EXPECT_EQ(file->text({0x0010, 0x0020}), "");
+}
+
+}  // namespace
+}  // namespace cinedisc::test

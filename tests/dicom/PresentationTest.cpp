@@ -1,0 +1,214 @@
+#include "dicom/DicomFile.h"
+#include "dicom/SegmentedPalette.h"
+#include "dicom/Tags.h"
+#include "tests/dicom/CountingSource.h"
+#include "tests/dicom/Fixtures.h"
+
+#include <gtest/gtest.h>
+
+namespace cinedisc::test {
+namespace {
+
+using namespace dicom;
+
+constexpr Tag forColour(Tag red, int colour) {
+    return {red.group, static_cast<std::uint16_t>(red.element + colour)};
+}
+
+DicomBuilder palettePicture() {
+    DicomBuilder builder = DicomBuilder::image(2, 2);
+    builder.gradientPixels().text(tags::PhotometricInterpretation, "CS", "PALETTE COLOR");
+    return builder;
+}
+
+TEST(Palette, BitsAreJudgedFromAllColoursTogether) {
+    DicomBuilder builder = palettePicture();
+    const Bytes bright = bytesOf({0, 0, 0xFF, 0xFF}), dim = bytesOf({0, 0, 0, 0x08});
+    for (int colour = 0; colour < 3; ++colour) {
+        builder.numbers(forColour(tags::RedPaletteDescriptor, colour), "US", {2, 5, 16});
+        builder.binary(forColour(tags::RedPaletteData, colour), "OW", colour == 2 ? dim : bright);
+    }
+    const auto file = opened(builder);
+    ASSERT_TRUE(file->palette());
+    EXPECT_EQ(file->palette()->red.firstMapped, 5);
+    EXPECT_EQ(file->palette()->blue.bits, 16);
+    EXPECT_EQ(file->palette()->blue.entries[1], 0x0800);
+
+    builder.remove(forColour(tags::RedPaletteData, 1));
+    EXPECT_FALSE(opened(builder)->palette());
+}
+
+TEST(Palette, SegmentsAreExpanded) {
+    // Discrete 10 20, linear to 60 in four steps, and once more the discrete segment.
+    const auto bytes = expandSegments(bytesOf({0, 2, 10, 20, 1, 4, 60, 2, 1, 0, 0, 0, 0}), 1, 256);
+    EXPECT_EQ(bytes, (std::vector<std::uint16_t>{10, 20, 30, 40, 50, 60, 10, 20}));
+    const auto words =
+        expandSegments(bytesOf({0, 0, 1, 0, 0, 0, 1, 0, 2, 0, 0xFF, 0xFF, 2, 0, 2, 0, 0, 0, 0, 0}), 2, 256);
+    EXPECT_EQ(words, (std::vector<std::uint16_t>{0, 0x8000, 0xFFFF, 0, 0x8000, 0xFFFF}));
+    // Downwards, and no further than is asked for.
+    EXPECT_EQ(expandSegments(bytesOf({0, 1, 100, 1, 100, 0}), 1, 3),
+              (std::vector<std::uint16_t>{100, 99, 98}));
+    // Segments that refer to themselves or break off end the table.
+    EXPECT_TRUE(expandSegments(bytesOf({2, 255, 0, 0, 0, 0}), 1, 256).empty());
+    EXPECT_EQ(expandSegments(bytesOf({0, 9, 1, 2}), 1, 256).size(), 2u);
+}
+
+TEST(Palette, SegmentedTablesReplaceThePlainOnes) {
+    DicomBuilder builder = palettePicture();
+    for (int colour = 0; colour < 3; ++colour) {
+        builder.numbers(forColour(tags::RedPaletteDescriptor, colour), "US", {256, 0, 16});
+        builder.numbers(forColour(tags::SegmentedRedPaletteData, colour), "US", {0, 1, 0, 1, 255, 65280});
+    }
+    const auto file = opened(builder);
+    ASSERT_TRUE(file->palette());
+    EXPECT_EQ(file->palette()->green.entries.size(), 256u);
+    EXPECT_EQ(file->palette()->green.entries[128], 128 * 256);
+}
+
+TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
+    DicomBuilder builder = DicomBuilder::image(2, 2);
+    builder.gradientPixels();
+    builder.text(tags::ShutterShape, "CS", "RECTANGULAR\\CIRCULAR\\POLYGONAL\\BITMAP")
+        .text(tags::ShutterLeftVerticalEdge, "IS", "2")
+        .text(tags::ShutterRightVerticalEdge, "IS", "99999999999")
+        .text(tags::ShutterUpperHorizontalEdge, "IS", "-5")
+        .text(tags::ShutterLowerHorizontalEdge, "IS", "7")
+        .text(tags::CenterOfCircularShutter, "IS", "3\\4")
+        .text(tags::RadiusOfCircularShutter, "IS", "10")
+        .text(tags::VerticesOfThePolygonalShutter, "IS", "1\\1\\1\\9\\9\\9\\5")
+        .numbers(tags::ShutterOverlayGroup, "US", {0x6002})
+        .numbers(tags::ShutterPresentationValue, "US", {300});
+    const Shutter shutter = opened(builder)->shutter();
+    ASSERT_TRUE(shutter.rectangle && shutter.circle);
+    EXPECT_EQ(shutter.rectangle->left, 2);
+    EXPECT_EQ(shutter.rectangle->right, 1'000'000);
+    EXPECT_EQ(shutter.rectangle->upper, -5);
+    EXPECT_EQ(shutter.circle->row, 3);
+    EXPECT_EQ(shutter.circle->column, 4);
+    EXPECT_EQ(shutter.polygon, (std::vector<std::pair<int, int>>{{1, 1}, {1, 9}, {9, 9}}));
+    EXPECT_EQ(shutter.bitmapGroup, 0x6002);
+    EXPECT_EQ(shutter.presentationValue, 300);
+
+    builder.remove(tags::RadiusOfCircularShutter).text(tags::ShutterLowerHorizontalEdge, "IS", "?");
+    builder.text(tags::ShutterShape, "CS", "RECTANGULAR\\CIRCULAR");
+    EXPECT_FALSE(opened(builder)->shutter().any());
+}
+
+TEST(Shutters, OfEnhancedObjectsStandInTheirGroups) {
+    DicomItem shapes, groups;
+    shapes.text(tags::ShutterShape, "CS", "CIRCULAR").text(tags::CenterOfCircularShutter, "IS", "1\\1");
+    shapes.text(tags::RadiusOfCircularShutter, "IS", "6");
+    groups.sequence(tags::FrameDisplayShutterSequence, {shapes});
+    DicomBuilder builder = DicomBuilder::image(2, 2);
+    builder.gradientPixels().sequence(tags::SharedFunctionalGroups, {groups});
+    EXPECT_EQ(opened(builder)->shutter().circle.value().radius, 6);
+}
+
+TEST(PixelAspects, ComeFromTheRatioOrTheSpacing) {
+    struct Row {
+        Tag tag;
+        const char* value;
+        double aspect;
+    };
+    for (const Row& row :
+         {Row{tags::PixelAspectRatio, "4\\3", 0.75}, Row{tags::ImagerPixelSpacing, "0.2\\0.3", 1.5},
+          Row{tags::PixelSpacing, "0.5\\0.25", 0.5}, Row{tags::PixelSpacing, "0.1\\0.10009", 1},
+          Row{tags::PixelAspectRatio, "0\\1", 1}, Row{tags::PixelAspectRatio, "1\\1000000", 1},
+          Row{tags::ImagerPixelSpacing, "0.2", 1}}) {
+        DicomBuilder builder = DicomBuilder::image(200, 200);
+        builder.gradientPixels().text(row.tag, "DS", row.value);
+        EXPECT_DOUBLE_EQ(opened(builder)->pixelAspect(), row.aspect) << row.value;
+    }
+}
+
+constexpr Tag overlay(std::uint16_t element, int group = 0x6000) {
+    return {static_cast<std::uint16_t>(group), element};
+}
+
+DicomItem& withOverlay(DicomItem& item, int rows, int columns, const Bytes& data, int group = 0x6000) {
+    item.numbers(overlay(0x0010, group), "US", {rows}).numbers(overlay(0x0011, group), "US", {columns});
+    item.text(overlay(0x0040, group), "CS", "G").numbers(overlay(0x0050, group), "SS", {-3, 9});
+    item.numbers(overlay(0x0100, group), "US", {1}).numbers(overlay(0x0102, group), "US", {0});
+    if (!data.empty()) item.binary(overlay(0x3000, group), "OW", data);
+    return item;
+}
+
+TEST(Overlays, AreReadFromSixteenGroups) {
+    DicomBuilder builder = DicomBuilder::image(4, 4);
+    builder.gradientPixels();
+    for (int group = 0x6000; group <= 0x6020; group += 2)
+        withOverlay(builder, 3, 3, bytesOf({0b11010101, 1}), group);
+    const auto file = opened(builder);
+    ASSERT_EQ(file->overlays().size(), 16u);
+    const Overlay& last = file->overlays().back();
+    EXPECT_EQ(last.group, 0x601E);
+    EXPECT_EQ(last.originRow, -3);
+    EXPECT_EQ(last.originColumn, 9);
+    EXPECT_EQ(last.bits, (std::vector<std::uint8_t>{1, 0, 1, 0, 1, 0, 1, 1, 1}));
+    EXPECT_EQ(file->overlayBits(last, 77), last.bits);
+}
+
+TEST(Overlays, OfSeveralFramesGoWithTheirImageFrames) {
+    DicomBuilder builder = DicomBuilder::image(4, 4, 5);
+    builder.gradientPixels();
+    withOverlay(builder, 1, 3, bytesOf({0b00101011, 0}));
+    builder.text(overlay(0x0015), "IS", "2").numbers(overlay(0x0051), "US", {3});
+    const auto file = opened(builder);
+    const Overlay& plane = file->overlays().at(0);
+    EXPECT_EQ(plane.frames, 2);
+    EXPECT_TRUE(file->overlayBits(plane, 1).empty());
+    EXPECT_EQ(file->overlayBits(plane, 2), (std::vector<std::uint8_t>{1, 1, 0}));
+    EXPECT_EQ(file->overlayBits(plane, 3), (std::vector<std::uint8_t>{1, 0, 1}));
+    EXPECT_TRUE(file->overlayBits(plane, 4).empty());
+}
+
+TEST(Overlays, ThatAreLargeAreReadFrameByFrame) {
+    constexpr int side = 512, planes = 20;
+    Bytes data(side * side / 8 * planes);
+    data[side * side / 8 * 7] = std::byte{0b100};
+    DicomBuilder builder = DicomBuilder::image(side, side, planes);
+    builder.gradientPixels();
+    withOverlay(builder, side, side, data).text(overlay(0x0015), "IS", std::to_string(planes));
+    auto source = std::make_shared<CountingSource>(builder.build());
+    const auto file = DicomFile::open(source).value();
+    const Overlay& plane = file->overlays().at(0);
+    EXPECT_TRUE(plane.bits.empty());
+    source->forget();
+    const auto bits = file->overlayBits(plane, 7);
+    EXPECT_LE(source->bytes(), side * side / 8u + 1);
+    ASSERT_EQ(bits.size(), static_cast<std::size_t>(side * side));
+    EXPECT_EQ(bits[2], 1);
+    EXPECT_EQ(file->overlayBits(plane, 8)[2], 0);
+}
+
+TEST(Overlays, InUnusedBitsOfThePixelsAreTakenFromThem) {
+    for (const char* syntax : {"1.2.840.10008.1.2.1", "1.2.840.10008.1.2.2"}) {
+        DicomBuilder builder = DicomBuilder::image(1, 4, 2, 16, 12);
+        builder.transferSyntax(syntax).pixels(
+            bytesOf({1, 0x10, 2, 0, 3, 0x20, 4, 0x30, 0, 0, 0, 0x10, 0, 0, 0, 0}));
+        withOverlay(builder, 1, 4, {});
+        builder.numbers(overlay(0x0100), "US", {16}).numbers(overlay(0x0102), "US", {12});
+        const auto file = opened(builder);
+        const Overlay& plane = file->overlays().at(0);
+        EXPECT_EQ(plane.embeddedBit, 12);
+        EXPECT_EQ(file->overlayBits(plane, 0), (std::vector<std::uint8_t>{1, 0, 0, 1}));
+        EXPECT_EQ(file->overlayBits(plane, 1), (std::vector<std::uint8_t>{0, 1, 0, 0}));
+    }
+    // A plane without data whose bit belongs to the pixels is only a remnant.
+    DicomBuilder builder = DicomBuilder::image(4, 4, 1, 16, 12);
+    builder.gradientPixels();
+    withOverlay(builder, 4, 4, {});
+    EXPECT_TRUE(opened(builder)->overlays().empty());
+}
+
+TEST(Overlays, OfImpossibleSizesAreLeftOut) {
+    for (const auto& [rows, columns] : {std::pair(0, 4), {65535, 65535}, {40, 40}}) {
+        DicomBuilder builder = DicomBuilder::image(4, 4);
+        builder.gradientPixels();
+        withOverlay(builder, rows, columns, bytesOf({1, 2}));
+        EXPECT_TRUE(opened(builder)->overlays().empty()) << rows;
+    }
+}
+
+}  // namespace
+}  // namespace cinedisc::test
