@@ -73,8 +73,9 @@ bool decodeJpeg2000(const std::vector<Uint8>& stream, DcmItem& into) {
     opj_stream_set_user_data(source.get(), &memory, nullptr);
     opj_stream_set_user_data_length(source.get(), stream.size());
 
-    const std::unique_ptr<opj_codec_t, void (*)(opj_codec_t*)> codec(opj_create_decompress(OPJ_CODEC_J2K),
-                                                                     opj_destroy_codec);
+    const bool isBoxed = stream.size() > 4 && stream[0] != 0xFF;
+    const std::unique_ptr<opj_codec_t, void (*)(opj_codec_t*)> codec(
+        opj_create_decompress(isBoxed ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K), opj_destroy_codec);
     opj_dparameters_t parameters;
     opj_set_default_decoder_parameters(&parameters);
     opj_image_t* image = nullptr;

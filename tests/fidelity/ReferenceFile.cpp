@@ -19,7 +19,7 @@ void registerDecoders() {
     static const bool once = [] {
         OFLog::configure(OFLogger::OFF_LOG_LEVEL);
         DcmRLEDecoderRegistration::registerCodecs();
-        DJDecoderRegistration::registerCodecs(EDC_guess);
+        DJDecoderRegistration::registerCodecs(EDC_photometricInterpretation);
         DJLSDecoderRegistration::registerCodecs();
         return true;
     }();
@@ -51,9 +51,7 @@ ReferenceFile::ReferenceFile(const std::string& path) {
     syntaxUid_ = uid.empty() ? DcmXfer(file_.getDataset()->getOriginalXfer()).getXferID() : uid.c_str();
 }
 
-bool ReferenceFile::hasPixels() {
-    return header().has(DCM_PixelData) || header().has(DCM_FloatPixelData);
-}
+bool ReferenceFile::hasPixels() { return header().has(DCM_PixelData) || header().has(DCM_FloatPixelData); }
 
 bool ReferenceFile::isLossless() const {
     static const std::set<std::string> lossy{"1.2.840.10008.1.2.4.50", "1.2.840.10008.1.2.4.51",
@@ -63,7 +61,17 @@ bool ReferenceFile::isLossless() const {
     return !lossy.contains(syntaxUid_);
 }
 
-int ReferenceFile::frames() { return std::max(1, header().integer(DCM_NumberOfFrames, 1)); }
+int ReferenceFile::frames() {
+    const std::string stated = header().text(DCM_NumberOfFrames);
+    const bool isNumber = stated.find_first_not_of("0123456789 +") == std::string::npos;
+    if (isNumber) return std::max(1, header().integer(DCM_NumberOfFrames, 1));
+    // Something else stands there: as many as the pixels suffice for.
+    DcmElement* pixels = nullptr;
+    file_.getDataset()->findAndGetElement(DCM_PixelData, pixels);
+    const int frameBytes = header().integer(DCM_Rows, 1) * header().integer(DCM_Columns, 1) *
+                           header().integer(DCM_BitsAllocated, 8) / 8;
+    return pixels && frameBytes > 0 ? static_cast<int>(pixels->getLength()) / frameBytes : 1;
+}
 
 std::string ReferenceFile::decoderName() const {
     if (isJpeg2000(syntaxUid_)) return "OpenJPEG";

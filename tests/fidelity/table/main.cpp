@@ -3,6 +3,7 @@
 #include "tests/fidelity/PlainPipeline.h"
 
 #include <QDirIterator>
+#include <QImage>
 #include <QGuiApplication>
 
 #include <cstdio>
@@ -24,6 +25,10 @@ int main(int argc, char** argv) {
                 const auto& mine = first ? ours.first : ours.last;
                 const int f = first ? 0 : ours.frames - 1;
                 const auto plain = plainPicture(file, f), dcmtk = dcmtkPicture(file, f);
+                if (argc > 2 && name.startsWith(argv[2])) {
+                    for (const auto& [w, px] : {std::pair("ours", &mine), std::pair("plain", &plain), std::pair("dcmtk", &dcmtk)})
+                        if (!px->empty()) QImage(px->rgb.data(), px->columns, px->rows, px->columns * 3, QImage::Format_RGB888).save(QString("/tmp/fid_%1_%2.png").arg(name, w));
+                }
                 std::printf(" | plain %d", plain.empty() ? -2 : largestDifference(mine, plain));
                 std::printf(" dcmtk %d", dcmtk.empty() ? -2 : largestDifference(mine, dcmtk));
             }
