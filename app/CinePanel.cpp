@@ -55,13 +55,14 @@ CinePanel::CinePanel(QWidget* parent) : QFrame(parent) {
     grid->addWidget(endOfRunAndSpeed(), OptionRow, FrameColumn);
 
     lblImg = named(new ElidedLabel("Image", "Image : 000/000", this), "lblImg");
+    lblImg->setMinimumWidth(lblImg->sizeHint().width());
     grid->addWidget(named(remark("Image Scroll Bar", this), "Label9"), HeadingRow, ImageColumn);
     grid->addLayout(stepRow(previousImage, *lblImg, nextImage, this), ControlRow, ImageColumn);
 
     Frame1 = new PatientStepPanel(this);
     grid->addWidget(Frame1, 0, PatientColumn, RowCount, 1);
-    grid->setColumnStretch(FrameColumn, 3);
-    grid->setColumnStretch(PatientColumn, 1);
+    grid->setColumnStretch(FrameColumn, 5);
+    grid->setColumnStretch(PatientColumn, 4);
 }
 
 QWidget* CinePanel::playButtons() {
@@ -86,6 +87,7 @@ QWidget* CinePanel::directionFrame() {
 QWidget* CinePanel::frameHeading() {
     auto* part = new QWidget(this);
     lblFra = named(new ElidedLabel("Frame", "Frame :00000", part), "lblFra");
+    lblFra->setMinimumWidth(lblFra->sizeHint().width());
     lblFra->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* row = rowOf(part);
     row->addWidget(named(remark("Frame Scroll Bar", part), "Label8"));
@@ -114,6 +116,8 @@ QWidget* CinePanel::endOfRunAndSpeed() {
     Option11->setToolTip("At its end the run goes on with the next file");
     Slider1 = makeSlider("Slider1", "Speed Bar", 0, 10);
     Slider1->setPageStep(1);
+    constexpr int shortestSpeedBar = 64;
+    Slider1->setMinimumWidth(shortestSpeedBar);
     auto* row = rowOf(part);
     row->addWidget(Option4);
     row->addWidget(loop);

@@ -6,6 +6,7 @@
 #include "app/Main.h"
 #include "app/MenuTable.h"
 #include "app/StripPanel.h"
+#include "app/ToolBarPanel.h"
 #include "control/ezDICOMX.h"
 #include "platform/Paths.h"
 #include "platform/widgets/EventGuard.h"
@@ -69,9 +70,15 @@ void Form1::connectEvents() {
             guarded([this] { behaviour_.cine.Slider1_Change(); }));
     connect(layout_.Frame9->Slider2, &QSlider::valueChanged, this,
             guarded([this] { behaviour_.frames.Slider2_Change(); }));
-    connect(layout_.Timer4, &QTimer::timeout, this, guarded([this] { behaviour_.cine.Timer4_Timer(); }));
+    connect(layout_.Timer4, &QTimer::timeout, this, guarded([this] {
+                behaviour_.cine.Timer4_Timer();
+                showMouseTool();
+            }));
     connect(layout_.Timer1, &QTimer::timeout, this, guarded([this] { behaviour_.cine.Timer1_Timer(); }));
-    connectOption(*layout_.Frame9->Option4, [this] { behaviour_.cine.Option4_Click(); });
+    connectOption(*layout_.Frame9->Option4, [this] {
+        behaviour_.cine.Option4_Click();
+        showMouseTool();
+    });
     connectOption(*layout_.Frame6->Option1, [this] { behaviour_.tools.Option1_Click(); });
     connectOption(*layout_.Frame6->Option2, [this] { behaviour_.tools.Option2_Click(); });
     connectOption(*layout_.Frame6->Option3, [this] { behaviour_.tools.Option3_Click(); });
@@ -84,8 +91,16 @@ void Form1::connectEvents() {
 
 void Form1::runCommand(const QString& name) {
     for (const CommandRow& row : commandTable()) {
-        if (name == QLatin1String(row.name)) return row.run(*this);
+        if (name == QLatin1String(row.name)) row.run(*this);
     }
+    showMouseTool();
+}
+
+void Form1::showMouseTool() {
+    const int mode = mainView().MouseMode();
+    if (mode == shownMouseMode_) return;
+    shownMouseMode_ = mode;
+    layout_.toolBar->showMouseTool(mode);
 }
 
 void Form1::showLicence() {

@@ -47,6 +47,8 @@ class Form1 : public QMainWindow {
     ezDICOMX& mainView();
     void connectEvents();
     void runCommand(const QString& name);
+    /// Marks the button of the mouse tool in force.
+    void showMouseTool();
 
     QString programFolder_;
     Form1Layout layout_;
@@ -54,6 +56,7 @@ class Form1 : public QMainWindow {
     StripWheel wheel_;
     frmdicomChooser formatChooser_;
     Form1Behaviour behaviour_;
+    int shownMouseMode_ = 0;
 };
 
 }  // namespace cinedisc

@@ -47,6 +47,7 @@ StillsPanel::StillsPanel(QWidget* parent) : QFrame(parent) {
     Label5 = named(new ElidedLabel("Study Scroll Bar", nameSample, this), "Label5");
     Label6 = named(new ElidedLabel("Series Scroll Bar", nameSample, this), "Label6");
     lblSeries = named(new ElidedLabel("", "Image :0000/0000", this), "lblSeries");
+    lblSeries->setMinimumWidth(lblSeries->sizeHint().width());
     // In a wide window the buttons of a step stay near each other.
     constexpr int widestName = 380;
     Label5->setMaximumWidth(widestName);

@@ -16,12 +16,13 @@ const CatalogueNode* nextLevelAt(const CatalogueNode& node, Int16 position) {
 
 }  // namespace
 
-void DetailPanels::PatDisplay(Int16 patientNumber) {
-    if (!catalogue_.exists()) return;
+DetailPanels::Patient DetailPanels::PatDisplay(Int16 patientNumber) {
+    if (!catalogue_.exists()) return Patient::NotInCatalogue;
     const CatalogueNode root = catalogue_.documentElement();
     const auto position = static_cast<std::size_t>(patientNumber.value());
-    if (patientNumber < 0 || position >= root.children().size()) return;
+    if (patientNumber < 0 || position >= root.children().size()) return Patient::NotInCatalogue;
     disc_.showPatient(root.children()[position].first().text());
+    return Patient::Shown;
 }
 
 void DetailPanels::SerDisplay(Int16 studyNumber, Int16 seriesNumber) {

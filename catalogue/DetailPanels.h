@@ -12,8 +12,10 @@ class DetailPanels {
   public:
     DetailPanels(DiscControls& disc, const Catalogue& catalogue) : disc_(disc), catalogue_(catalogue) {}
 
-    /// Shows the name of patient `patientNumber`, counted from 0.
-    void PatDisplay(Int16 patientNumber);
+    enum class Patient { Shown, NotInCatalogue };
+    /// Shows the name of patient `patientNumber`, counted from 0; a patient that the catalogue does not hold
+    /// changes nothing.
+    Patient PatDisplay(Int16 patientNumber);
     /// Shows the name of a series of the patient whose name is shown. Study and series count from 0; a
     /// position past the end leaves the name as it is, a patient that the catalogue does not hold raises
     /// run-time error 91.

@@ -38,12 +38,15 @@ QString projection(const dicom::DicomFile& file) {
     const auto primary = file.header().decimal(primaryAngle);
     const auto secondary = file.header().decimal(secondaryAngle);
     if (!primary || !secondary || !std::isfinite(*primary) || !std::isfinite(*secondary)) return {};
-    const auto degrees = [](double angle) {
-        return QString::number(std::abs(std::round(angle)), 'f', 0) + QChar(0xB0);
+    const auto degrees = [](double value) {
+        return QString::number(std::abs(std::round(value)), 'f', 0) + QChar(0xB0);
     };
-    return QString("%1\u00A0%2  %3\u00A0%4")
-        .arg(*primary < 0 ? "RAO" : "LAO", degrees(*primary), *secondary < 0 ? "CAUD" : "CRAN",
-             degrees(*secondary));
+    const auto angle = [&](double value, const char* negative, const char* positive) {
+        return QString(value < 0 ? negative : positive) + QChar(0xA0) + degrees(value);
+    };
+    // Straight from the front is neither left nor right.
+    const QString sideways = std::round(*primary) == 0 ? QString("AP") : angle(*primary, "RAO", "LAO");
+    return sideways + "  " + angle(*secondary, "CAUD", "CRAN");
 }
 
 QString lossyWords(const dicom::DicomFile& file) {

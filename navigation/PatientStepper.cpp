@@ -30,8 +30,14 @@ void PatientStepper::step(Direction direction) {
         const int target = wrappedStep(current.value(), patients.Count(), direction);
         position.CurrentFolder = patients.Item(target).GetFolder();
         position.HasStudyFolders = true;
-        details_.PatDisplay(cataloguePosition(position.CurrentFolder, target));
-        details_.SerDisplay(0, 0);
+        if (details_.PatDisplay(cataloguePosition(position.CurrentFolder, target)) ==
+            DetailPanels::Patient::Shown) {
+            details_.SerDisplay(0, 0);
+        } else {
+            // A folder that the catalogue does not list: the names of the patient before must not stay over
+            // its pictures.
+            disc_.resetNames();
+        }
         opener_.openCurrentPatient();
     });
 }

@@ -147,7 +147,10 @@ void mixRows(const std::uint16_t* const* rows, const std::uint16_t* weights, int
 }
 
 void packGrey(const std::uint8_t* grey, std::uint32_t* into, int count) {
-    for (int x = 0; x < count; ++x) into[x] = 0xFF000000U | grey[x] * 0x010101U;
+    for (int x = 0; x < count; ++x) {
+        const std::uint32_t level = grey[x];
+        into[x] = 0xFF000000U | level << 16 | level << 8 | level;
+    }
 }
 
 void packColor(const RowSource::Channels& colors, std::uint32_t* into, int count) {

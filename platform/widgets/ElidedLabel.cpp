@@ -15,7 +15,7 @@ ElidedLabel::ElidedLabel(const QString& text, const QString& sample, QWidget* pa
     ensurePolished();
     constexpr int room = 4;
     hint_ = QSize(fontMetrics().horizontalAdvance(sample) + room, fontMetrics().height() + room);
-    setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
 bool ElidedLabel::event(QEvent* event) {

@@ -11,12 +11,13 @@ class ElidedLabel final : public QLabel {
     Q_OBJECT
 
   public:
-    /// At least as wide as `sample` needs.
+    /// As wide as `sample` needs, wherever there is room for it.
     ElidedLabel(const QString& text, const QString& sample, QWidget* parent = nullptr);
     /// Where a long text is cut; at its end unless told otherwise.
     void setElideMode(Qt::TextElideMode mode) { elideMode_ = mode; }
     QSize sizeHint() const override { return hint_; }
-    QSize minimumSizeHint() const override { return hint_; }
+    /// Where room is scarce it cuts earlier.
+    QSize minimumSizeHint() const override { return {hint_.width() / 2, hint_.height()}; }
 
   protected:
     bool event(QEvent* event) override;

@@ -60,6 +60,11 @@ TEST(HeaderFacts, NameThePatientTheSeriesTheRunAndTheProjection) {
               (QStringList{"2024-01-31", "Series 3 LCA", "Run 12", "RAO\u00A030\u00B0  CRAN\u00A020\u00B0"}));
     EXPECT_EQ(facts.lossy, "Lossy 12.5:1");
 
+    for (dicom::Element& angle : file.headerData.elements) {
+        if (angle.tag == dicom::Tag{0x0018, 0x1510}) angle.value = {std::byte{'0'}};
+    }
+    EXPECT_EQ(HeaderFacts::of(file).study.back(), "AP  CRAN\u00A020\u00B0");
+
     file.headerData.elements.front().value = {std::byte{'M'}, std::byte{'G'}};
     EXPECT_EQ(HeaderFacts::of(file).study.size(), 3) << "other angles than a catheter laboratory's";
 

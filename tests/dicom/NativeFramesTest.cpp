@@ -135,7 +135,7 @@ TEST(NativeFrames, OfImpossibleSizesAreRefusedBeforeAnythingIsAllocated) {
 TEST(NativeFrames, BitsThatContradictEachOtherAreSettled) {
     DicomBuilder builder = DicomBuilder::image(2, 2, 1, 16, 12);
     builder.gradientPixels().numbers(tags::BitsStored, "US", {40}).numbers(tags::HighBit, "US", {77});
-    const PixelFormat& format = opened(builder)->pixelFormat();
+    const PixelFormat format = opened(builder)->pixelFormat();
     EXPECT_EQ(format.bitsStored, 16);
     EXPECT_EQ(format.highBit, 15);
 }

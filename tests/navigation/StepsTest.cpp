@@ -213,5 +213,14 @@ TEST_F(StepsTest, MissingPatientFolderDoesNotShiftTheNames) {
     EXPECT_EQ(onDisc(form.ezDicom.FileName()), "Patient002/Study1/Series1/1");
 }
 
+TEST_F(StepsTest, PatientMissingFromTheCatalogueHasNobodysName) {
+    form.clickPatient(0);
+    ASSERT_TRUE(QDir().rename(disc.path({"Dicom", "Patient002"}), disc.path({"Dicom", "Patient007"})));
+    press("PatBack");
+    EXPECT_EQ(onDisc(form.ezDicom.FileName()), "Patient007/Study1/Series1/1");
+    EXPECT_EQ(form.Label5.Caption(), "Study Scroll Bar");
+    EXPECT_EQ(form.Label6.Caption(), "Series Scroll Bar");
+}
+
 }  // namespace
 }  // namespace cinedisc::test

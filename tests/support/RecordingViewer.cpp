@@ -10,8 +10,8 @@ void RecordingViewer::putFileName(const QString& path) {
     frameCount_ = !path.isEmpty() && file.open(QFile::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
     currentFrame_ = 1;
     Polarity_ = 1;
-    windowCenter_ = 128;
-    windowWidth_ = 256;
+    windowCenter_ = 100;
+    windowWidth_ = 50;
 }
 
 void RecordingViewer::putCurrentFrame(qint32 frame) {
@@ -28,14 +28,18 @@ void RecordingViewer::putThumbIndex(qint32 index) {
     }
 }
 
+void RecordingViewer::putWindowWidth(double width) {
+    if (width >= 1) record("WindowWidth", windowWidth_, width);
+}
+
 bool RecordingViewer::CopyToClipboard() {
     journal_.call(name_ + ".CopyToClipboard");
-    return true;
+    return frameCount_ > 0;
 }
 
 bool RecordingViewer::CopyHeaderToClipboard() {
     journal_.call(name_ + ".CopyHeaderToClipboard");
-    return true;
+    return frameCount_ > 0;
 }
 
 }  // namespace cinedisc::test

@@ -21,7 +21,7 @@ class RecordingViewer : public ViewerControl {
     double WindowCenter() const override { return windowCenter_; }
     void putWindowCenter(double center) override { record("WindowCenter", windowCenter_, center); }
     double WindowWidth() const override { return windowWidth_; }
-    void putWindowWidth(double width) override { record("WindowWidth", windowWidth_, width); }
+    void putWindowWidth(double width) override;
 
 #define CINEDISC_RECORDED_MEMBER(Type, Parameter, Name, initial)                      \
   public:                                                                             \
