@@ -42,7 +42,7 @@ QString row(const QString& name, const Comparison& compared) {
     const QString syntax =
         known ? QString::fromUtf8(known->name.data(), static_cast<int>(known->name.size())) : "unknown";
     QStringList remarks;
-    if (!compared.notice.isEmpty()) remarks << "Notice \"" + compared.notice + '"';
+    if (!compared.notice.isEmpty()) remarks << "Notice \"" + compared.notice.chopped(1) + '"';
     if (const QString remark = fidelity::remarkOn(name); !remark.isEmpty()) remarks << remark;
     const QString decoder = compared.frames > 0 ? compared.decoder : "–";
     return QStringList{"| `" + name + '`',
