@@ -13,16 +13,6 @@ void run(Form1& form) {
     (form.behaviour().*Behaviour.*Handler)();
 }
 
-template <int Index>
-void fit(Form1& form) {
-    form.behaviour().tools.cmdFit_Click(Index);
-}
-
-template <int Percent>
-void zoom(Form1& form) {
-    form.behaviour().tools.zoomTo(Percent);
-}
-
 void end(Form1&) { endProgram(); }
 void about(Form1& form) { form.showLicence(); }
 
@@ -30,84 +20,18 @@ using B = Form1Behaviour;
 
 constexpr auto openDisc = run<&B::opener, &DiscOpener::Open_Click>;
 constexpr auto openFolder = run<&B::opener, &DiscOpener::mnuOpen_Click>;
-constexpr auto exportPicture = run<&B::exporter, &ExportCommand::cmdExport_Click>;
-constexpr auto invert = run<&B::tools, &DisplayTools::cmdInvert_Click>;
-constexpr auto smooth = run<&B::tools, &DisplayTools::cmdSmooth_Click>;
-constexpr auto header = run<&B::tools, &DisplayTools::cmdHeader_Click>;
-constexpr auto window = run<&B::tools, &DisplayTools::cmdWindow_Click>;
-constexpr auto magnify = run<&B::tools, &DisplayTools::cmdMagnify_Click>;
-constexpr auto pan = run<&B::tools, &DisplayTools::cmdPanning_Click>;
-constexpr auto label = run<&B::tools, &DisplayTools::cmdLabel_Click>;
-constexpr auto play = run<&B::cine, &CinePlayer::cmdPlay_Click>;
-constexpr auto reverse = run<&B::cine, &CinePlayer::cmdReverse_Click>;
-constexpr auto stop = run<&B::cine, &CinePlayer::cmdStop_Click>;
-constexpr auto nextFrame = run<&B::frames, &FrameStepper::cmdNext_Click>;
-constexpr auto previousFrame = run<&B::frames, &FrameStepper::cmdPrev_Click>;
-constexpr auto nextImage = run<&B::frames, &FrameStepper::cmdNextImage_Click>;
-constexpr auto previousImage = run<&B::frames, &FrameStepper::cmdPrevImage_Click>;
 constexpr auto nextSeries = run<&B::seriesStepper, &SeriesStepper::cmdSerNext_Click>;
 constexpr auto previousSeries = run<&B::seriesStepper, &SeriesStepper::cmdSerBack_Click>;
 constexpr auto nextPatient = run<&B::patientStepper, &PatientStepper::Command2_Click>;
 constexpr auto previousPatient = run<&B::patientStepper, &PatientStepper::cmdPatBack_Click>;
 
-constexpr CommandRow rows[] = {
+constexpr CommandRow<Form1> rows[] = {
     {"Open", openDisc},
     {"mnuOpenCD", openDisc},
     {"mnuOpen", openFolder},
-    {"cmdExport", exportPicture},
-    {"mnuExport", exportPicture},
     {"cmdExit", end},
     {"mnuExit", end},
     {"mnuAbout", about},
-
-    {"mnuCopy", run<&B::tools, &DisplayTools::mnuCopy_Click>},
-    {"mnuCopyHeader", run<&B::tools, &DisplayTools::mnuCopyHeader_Click>},
-    {"cmdWindow", window},
-    {"mnuWindow", window},
-    {"cmdPanning", pan},
-    {"mnuPanning", pan},
-    {"cmdMagnify", magnify},
-    {"mnuMagnify", magnify},
-    {"cmdLabel", label},
-    {"mnuLabel", label},
-    {"cmdSmooth", smooth},
-    {"mnuSmooth", smooth},
-    {"cmdInvert", invert},
-    {"mnuInvert", invert},
-    {"cmdHeader", header},
-    {"mnuHeader", header},
-    {"Command3", run<&B::tools, &DisplayTools::Command3_Click>},
-
-    {"cmdZoom", run<&B::tools, &DisplayTools::cmdZoom_Click>},
-    {"cmdFit(0)", fit<0>},
-    {"cmdFit(1)", fit<1>},
-    {"cmdFit(2)", fit<2>},
-    {"cmdFit(3)", fit<3>},
-    {"cmdFit(4)", fit<4>},
-    {"mnuBestFit", run<&B::tools, &DisplayTools::mnuBestFit_Click>},
-    {"mnu50", zoom<50>},
-    {"mnu100", zoom<100>},
-    {"mnu150", zoom<150>},
-    {"mnu200", zoom<200>},
-    {"cmdOverlay", run<&B::tools, &DisplayTools::cmdOverlay_Click>},
-    {"mnuNone", run<&B::tools, &DisplayTools::mnuNone_Click>},
-    {"mnuBlack", run<&B::tools, &DisplayTools::mnuBlack_Click>},
-    {"mnuWhite", run<&B::tools, &DisplayTools::mnuWhite_Click>},
-
-    {"cmdPlay", play},
-    {"mnuPlay", play},
-    {"cmdReverse", reverse},
-    {"mnuReverse", reverse},
-    {"cmdStop", stop},
-    {"mnuStop", stop},
-    {"cmdNext", nextFrame},
-    {"mnuNextSlice", nextFrame},
-    {"cmdPrev", previousFrame},
-    {"mnuPreviousSlice", previousFrame},
-    {"cmdNextImage", nextImage},
-    {"mnuNext", nextImage},
-    {"cmdPrevImage", previousImage},
-    {"mnuPrevious", previousImage},
 
     {"cmdNextSeries", run<&B::stillStepper, &StillStepper::cmdNextSeries_Click>},
     {"cmdPreviousSeries", run<&B::stillStepper, &StillStepper::cmdPreviousSeries_Click>},
@@ -123,6 +47,6 @@ constexpr CommandRow rows[] = {
 
 }  // namespace
 
-std::span<const CommandRow> commandTable() { return rows; }
+std::span<const CommandRow<Form1>> commandTable() { return rows; }
 
 }  // namespace cinedisc

@@ -1,19 +1,12 @@
 #pragma once
 
-#include <span>
+#include "viewerwindow/CommandRow.h"
 
 namespace cinedisc {
 
 class Form1;
 
-/// A command of the main window by the name of its button or menu item. Where a menu item repeats a button,
-/// both rows name the same handler.
-struct CommandRow {
-    const char* name;
-    void (*run)(Form1& form);
-};
-
-/// Every button and every menu command of the main window.
-std::span<const CommandRow> commandTable();
+/// The buttons and menu commands that only the main window has.
+std::span<const CommandRow<Form1>> commandTable();
 
 }  // namespace cinedisc

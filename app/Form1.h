@@ -3,14 +3,10 @@
 #include "app/Form1Behaviour.h"
 #include "app/Form1Controls.h"
 #include "app/Form1Layout.h"
-#include "tools/frmdicom.h"
-#include "viewer/StripWheel.h"
 
 #include <QMainWindow>
 
 namespace cinedisc {
-
-class ezDICOMX;
 
 /// The main window. Its form-level values can be read as properties.
 class Form1 : public QMainWindow {
@@ -31,7 +27,7 @@ class Form1 : public QMainWindow {
     int ThumbFillCount() const { return behaviour_.strip.ThumbFillCount().value(); }
     bool HasStudyFolders() const { return controls_.disc.position.HasStudyFolders; }
     bool StillsMode() const { return controls_.disc.position.StillsMode; }
-    bool WheelPresent() const { return wheel_.WheelPresent(); }
+    bool WheelPresent() const { return controls_.wheel.WheelPresent(); }
     QString CurrentFolder() const { return controls_.disc.position.CurrentFolder.pathOrEmpty(); }
     QString PatientsFolder() const { return controls_.disc.position.PatientsFolder.pathOrEmpty(); }
 
@@ -44,19 +40,12 @@ class Form1 : public QMainWindow {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    ezDICOMX& mainView();
-    void connectEvents();
-    void runCommand(const QString& name);
-    /// Marks the button of the mouse tool in force.
-    void showMouseTool();
+    void run(const QString& command);
 
     QString programFolder_;
     Form1Layout layout_;
     Form1Controls controls_;
-    StripWheel wheel_;
-    frmdicomChooser formatChooser_;
     Form1Behaviour behaviour_;
-    int shownMouseMode_ = 0;
 };
 
 }  // namespace cinedisc

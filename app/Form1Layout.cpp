@@ -1,93 +1,84 @@
 #include "app/Form1Layout.h"
 
-#include "app/BackgroundPopUp.h"
-#include "app/CinePanel.h"
-#include "app/PanelParts.h"
-#include "app/PictureRow.h"
+#include "app/PatientStepPanel.h"
 #include "app/StillsPanel.h"
-#include "app/StripPanel.h"
-#include "app/ToolBarPanel.h"
 #include "app/TreePanel.h"
-#include "app/ZoomPopUp.h"
-#include "platform/widgets/Picture.h"
+#include "control/ezDICOMX.h"
+#include "panels/PanelParts.h"
 #include "platform/widgets/ProgramTitle.h"
 
 #include <QGridLayout>
-#include <QMainWindow>
 #include <QSplitter>
 
 namespace cinedisc {
 
 namespace {
 
-constexpr QSize smallestWindow(1024, 700);
-constexpr QSize firstWindow(1280, 900);
 constexpr int treeWidth = 320;
-constexpr int tickMilliseconds = 50;
 
-QTimer* makeTimer(QObject& owner, const char* name) {
-    auto* timer = new QTimer(&owner);
-    timer->setObjectName(name);
-    timer->setTimerType(Qt::PreciseTimer);
-    timer->setInterval(tickMilliseconds);
-    return timer;
-}
+constexpr ButtonRow options[] = {{"Command3", "Command3", Picture::None, "Display option"}};
+const ViewerDesign design = {
+    programTitle,
+    {"",
+     {"Open", "", Picture::Disc, "Open Disc"},
+     {"cmdPanning", "Panning", Picture::None, "Panning: drag to move the picture"},
+     options,
+     {"cmdExit", "Exit", Picture::None, "End the program"}},
+    {"Frame9",
+     {"cmdReverse", "", Picture::Reverse, "Play backward"},
+     {"cmdPlay", "", Picture::Play, "Play forward"},
+     {"Label8", "Frame Scroll Bar"},
+     {"Label9", "Image Scroll Bar"}},
+};
 
 }  // namespace
 
-Form1Layout::Form1Layout(QMainWindow& window, const ViewerFactory& makeViewer) {
-    window.setWindowTitle(programTitle);
-    window.setWindowIcon(pictureIcon(Picture::Program));
-    window.setMinimumSize(smallestWindow);
-    window.resize(firstWindow);
-
-    auto* surface = new QWidget(&window);
-    toolBar = new ToolBarPanel(surface);
-    auto* rows = new QVBoxLayout(surface);
-    rows->setContentsMargins(panelGap, panelGap, panelGap, panelGap);
-    rows->setSpacing(panelGap);
-    rows->addWidget(toolBar);
-    rows->addWidget(pictureRow(surface, makeViewer), 1);
-    rows->addWidget(stepArea(surface));
-    window.setCentralWidget(surface);
-
-    Frame5 = new ZoomPopUp(*toolBar->cmdZoom, *surface);
-    Frame6 = new BackgroundPopUp(*toolBar->cmdOverlay, *surface);
-    ezTest = named(makeViewer(surface, ViewerRole::Probe), "ezTest");
+Form1Layout::Form1Layout(QMainWindow& window)
+    : ViewerPanels(window, design),
+      Label1(folderLabel()),
+      FraTree(new TreePanel(surface)),
+      ezTest(named(new ezDICOMX(ViewRole::Probe, surface), "ezTest")),
+      Frame1(new PatientStepPanel(cinePanel)),
+      Frame8(new StillsPanel(surface)) {
     ezTest->hide();
-    Timer1 = makeTimer(window, "Timer1");
-    Timer4 = makeTimer(window, "Timer4");
+    cinePanel->addColumn(*Frame1);
+    stack(*treeAndPicture(), *stepArea());
+    QWidget::setTabOrder(toolBar->findChild<QWidget*>("cmdExit"), FraTree->TreeView1);
 }
 
-QWidget* Form1Layout::pictureRow(QWidget* parent, const ViewerFactory& makeViewer) {
-    auto* splitter = new QSplitter(Qt::Horizontal, parent);
-    FraTree = new TreePanel(splitter);
-    ezDicom = named(makeViewer(splitter, ViewerRole::MainView), "ezDicom");
-    // The size of what is shown must never move the window's panels.
-    ezDicom->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+ElidedLabel* Form1Layout::folderLabel() {
+    auto* label = named(new ElidedLabel("", "", toolBar), "Label1");
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // Of a folder's path the end tells most.
+    label->setElideMode(Qt::ElideLeft);
+    asRemark(*label);
+    toolBar->fillRoom(*label);
+    return label;
+}
+
+QWidget* Form1Layout::treeAndPicture() {
+    auto* splitter = new QSplitter(Qt::Horizontal, surface);
     splitter->addWidget(FraTree);
     splitter->addWidget(ezDicom);
     splitter->setChildrenCollapsible(false);
     splitter->setHandleWidth(panelGap);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({treeWidth, firstWindow.width() - treeWidth});
+    splitter->setSizes({treeWidth, surface->window()->width() - treeWidth});
     FraTree->setVisible(true);
-    strip = new StripPanel(makeViewer, parent);
-    return new PictureRow(*splitter, *strip, parent);
+    return splitter;
 }
 
-QWidget* Form1Layout::stepArea(QWidget* parent) {
-    auto* area = new QWidget(parent);
-    Frame9 = new CinePanel(area);
-    Frame8 = new StillsPanel(area);
+QWidget* Form1Layout::stepArea() {
+    auto* area = new QWidget(surface);
     // Both in one place and of one height: the picture does not jump when the mode changes.
-    const int height = std::max(Frame8->sizeHint().height(), Frame9->sizeHint().height());
+    const int height = std::max(Frame8->sizeHint().height(), cinePanel->sizeHint().height());
     auto* place = new QGridLayout(area);
     place->setContentsMargins(0, 0, 0, 0);
     place->setRowMinimumHeight(0, height);
-    place->addWidget(Frame9, 0, 0);
+    place->addWidget(cinePanel, 0, 0);
     place->addWidget(Frame8, 0, 0);
-    Frame9->setVisible(true);
+    cinePanel->setVisible(true);
     Frame8->setVisible(false);
     return area;
 }

@@ -1,43 +1,28 @@
 #pragma once
 
-#include "app/ViewerFactory.h"
-
-#include <QTimer>
-#include <QWidget>
-
-class QMainWindow;
+#include "panels/ViewerPanels.h"
 
 namespace cinedisc {
 
-class BackgroundPopUp;
-class CinePanel;
+class PatientStepPanel;
 class StillsPanel;
-class StripPanel;
-class ToolBarPanel;
 class TreePanel;
-class ZoomPopUp;
 
-/// Fills the main window with its controls, each under its own name and with its design values. The window
-/// owns them all; nothing is connected yet.
-class Form1Layout {
+/// The controls of the main window: those of every viewer window, and those of the disc's catalogue.
+class Form1Layout : public ViewerPanels {
   public:
-    Form1Layout(QMainWindow& window, const ViewerFactory& makeViewer);
+    explicit Form1Layout(QMainWindow& window);
 
-    ToolBarPanel* toolBar = nullptr;
-    TreePanel* FraTree = nullptr;
-    QWidget* ezDicom = nullptr;
-    QWidget* ezTest = nullptr;  ///< the probe, never shown
-    StripPanel* strip = nullptr;
-    CinePanel* Frame9 = nullptr;
-    StillsPanel* Frame8 = nullptr;
-    ZoomPopUp* Frame5 = nullptr;
-    BackgroundPopUp* Frame6 = nullptr;
-    QTimer* Timer1 = nullptr;
-    QTimer* Timer4 = nullptr;
+    ElidedLabel* Label1;
+    TreePanel* FraTree;
+    ezDICOMX* ezTest;  ///< the probe, never shown
+    PatientStepPanel* Frame1;
+    StillsPanel* Frame8;
 
   private:
-    QWidget* pictureRow(QWidget* parent, const ViewerFactory& makeViewer);
-    QWidget* stepArea(QWidget* parent);
+    ElidedLabel* folderLabel();
+    QWidget* treeAndPicture();
+    QWidget* stepArea();
 };
 
 }  // namespace cinedisc

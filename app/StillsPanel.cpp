@@ -1,6 +1,6 @@
 #include "app/StillsPanel.h"
 
-#include "app/PanelParts.h"
+#include "panels/PanelParts.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

@@ -1,6 +1,6 @@
 #include "app/TreePanel.h"
 
-#include "app/PanelParts.h"
+#include "panels/PanelParts.h"
 
 #include <QVBoxLayout>
 

@@ -18,6 +18,7 @@ struct Case {
     int size, bits;
     double noise;
     Syntax syntax;
+    int predictor = 1;
 
     std::size_t pixels() const { return static_cast<std::size_t>(size) * static_cast<std::size_t>(size); }
     std::size_t bytes() const { return pixels() * (bits > 8 ? 2 : 1); }
@@ -37,7 +38,7 @@ struct Case {
         const test::JpegSource source{size, size, 1, bits, picture};
         switch (syntax) {
             case Syntax::Lossless:
-                return test::dcmtkLossless(source, 1);
+                return test::dcmtkLossless(source, predictor);
             case Syntax::Baseline:
                 return test::dcmtkLossy(source, test::LossyProcess::Baseline, 90);
             default:
@@ -77,6 +78,8 @@ COMPARE(lossless_512_8bit, 512, 8, 2, Syntax::Lossless);
 COMPARE(lossless_512_8bit_noisy, 512, 8, 5, Syntax::Lossless);
 COMPARE(lossless_1024_12bit, 1024, 12, 16, Syntax::Lossless);
 COMPARE(lossless_1024_12bit_noisy, 1024, 12, 50, Syntax::Lossless);
+COMPARE(lossless_512_8bit_predictor7, 512, 8, 2, Syntax::Lossless, 7);
+COMPARE(lossless_1024_12bit_predictor4, 1024, 12, 16, Syntax::Lossless, 4);
 COMPARE(rle_512_8bit, 512, 8, 2, Syntax::Rle);
 COMPARE(rle_1024_12bit, 1024, 12, 16, Syntax::Rle);
 COMPARE(baseline_512_8bit, 512, 8, 2, Syntax::Baseline);

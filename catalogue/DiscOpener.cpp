@@ -22,7 +22,7 @@ DiscOpener::Outcome DiscOpener::probeDisc() {
     if (!patient.isSet()) return Outcome::GoOn;
     const Folder study = patient.Items().Item(0).GetFolder();
     const Folder series = study.Items().Item(0).GetFolder();
-    if (!listFolder(series.Items().Item().Path())) return Outcome::NothingThere;
+    if (!form_.File1.moveTo(series.Items().Item().Path())) return Outcome::NothingThere;
     probe_.probeFirstFile();
     disc_.position.PatientsFolder = patient.ParentFolder();
     disc_.position.CurrentFolder = patient;
@@ -55,17 +55,6 @@ void DiscOpener::backToFirstOpen() {
     disc_.resetNames();
 }
 
-bool DiscOpener::listFolder(const QString& folder) {
-    const QString rememberedPath = form_.File1.Path();
-    const int rememberedIndex = form_.File1.ListIndex();
-    form_.File1.putPath(folder);
-    form_.File1.Refresh();
-    if (form_.File1.ListCount() > 0) return true;
-    form_.File1.putPath(rememberedPath);
-    form_.File1.putListIndex(rememberedIndex);
-    return false;
-}
-
 void DiscOpener::mnuOpen_Click() {
     trapErrors([this] {
         const QString chosen = disc_.dialogs.browseForFolder("Dicom");
@@ -77,7 +66,7 @@ void DiscOpener::mnuOpen_Click() {
 }
 
 void DiscOpener::openFolder(const QString& folder) {
-    if (!listFolder(folder)) return;
+    if (!form_.File1.moveTo(folder)) return;
     probe_.probeFirstFile();
     disc_.resetNames();
     strip_.clear();

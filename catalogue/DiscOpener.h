@@ -35,7 +35,6 @@ class DiscOpener {
     Outcome probeDisc();
     void openFolder(const QString& folder);
     void openStillsFolder(const QString& folder);
-    bool listFolder(const QString& folder);
     void backToFirstOpen();
 
     ViewerControls& form_;

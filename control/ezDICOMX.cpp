@@ -98,6 +98,7 @@ void ezDICOMX::putMouseMode(qint32 mode) {
     parts_->mouseMode = mode;
     parts_->chooseTool();
     update();
+    emit mouseModeChanged(mode);
 }
 
 bool ezDICOMX::BackgroundFill() const { return parts_->backgroundFill; }

@@ -115,6 +115,8 @@ class ezDICOMX : public QWidget, public ViewerControl {
   signals:
     /// A preview was pressed and released with the left button, or chosen with Space or Return.
     void clicked();
+    /// Another mouse tool is in force.
+    void mouseModeChanged(int mode);
 
   protected:
     bool event(QEvent* event) override;

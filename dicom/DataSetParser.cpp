@@ -1,5 +1,6 @@
 #include "dicom/DataSetParser.h"
 
+#include "dicom/Notices.h"
 #include "dicom/Tags.h"
 #include "dicom/ValueRepresentation.h"
 
@@ -38,6 +39,10 @@ DataSetParser::End DataSetParser::broken(DecodeError::Kind kind, Tag tag, const 
 }
 
 DataSetParser::End DataSetParser::brokenOff(Tag tag) {
+    if (buffer_.hasFailed()) {
+        error_ = notices::cannotRead(tag, buffer_.size());
+        return End::Broken;
+    }
     return broken(DecodeError::Kind::CutOff, tag, "The file is cut off within its header");
 }
 
@@ -63,7 +68,7 @@ DataSetParser::End DataSetParser::parseElements(DataSet& into, const Level& leve
             const auto rest = buffer_.peek(static_cast<std::size_t>(level.end - buffer_.position()));
             const bool isPadding =
                 std::all_of(rest.begin(), rest.end(), [](std::byte b) { return b == std::byte{0}; });
-            if (level.depth == 0 && !isPadding) return brokenOff({});
+            if (level.depth == 0 && (!isPadding || buffer_.hasFailed())) return brokenOff({});
             buffer_.advance(level.end - buffer_.position());
             return End::Reached;
         }

@@ -97,14 +97,14 @@ std::optional<Result<FrameBytes>> EncapsulatedFrames::readByTable(int frame) con
     if (to <= from || to > end_ || to - from > mostFrameBytes()) return std::nullopt;
     std::vector<std::byte> stretch(static_cast<std::size_t>(to - from));
     stretch.resize(source_->readAt(from, stretch));
-    const bool isWhole = stretch.size() == to - from;
+    if (stretch.size() < to - from)
+        return Result<FrameBytes>(notices::cannotRead(pixels_.tag, from + stretch.size()));
     FrameBytes bytes;
     switch (joinItems(std::move(stretch), bytes)) {
         case Joining::Complete:
             return Result<FrameBytes>(std::move(bytes));
         case Joining::CutOff:
-            if (isLast || !isWhole)
-                return Result<FrameBytes>(notices::cutOff(frame, announced_, pixels_.tag, from));
+            if (isLast) return Result<FrameBytes>(notices::cutOff(frame, announced_, pixels_.tag, from));
             return std::nullopt;
         default:
             return std::nullopt;
@@ -112,8 +112,10 @@ std::optional<Result<FrameBytes>> EncapsulatedFrames::readByTable(int frame) con
 }
 
 DecodeError EncapsulatedFrames::missingFrame(int frame) const {
-    if (grouping_.walker().ended() == FragmentWalker::Ended::InGarbage)
-        return notices::damaged(pixels_.tag, pixels_.offset, frame);
+    using Ended = FragmentWalker::Ended;
+    const Ended ended = grouping_.walker().ended();
+    if (ended == Ended::InGarbage) return notices::damaged(pixels_.tag, pixels_.offset, frame);
+    if (ended == Ended::Unreadable) return notices::cannotRead(pixels_.tag, pixels_.offset);
     return notices::cutOff(static_cast<int>(grouping_.completeFrames()), announced_, pixels_.tag, end_);
 }
 
@@ -173,8 +175,10 @@ Result<FrameBytes> EncapsulatedFrames::readByWalking(int frame) const {
         const Fragment last = grouping_.fragment(grouping_.knownEnd(wanted) - 1);
         if (!last.isComplete) return notices::cutOff(frame, announced_, pixels_.tag, last.offset);
         if (last.end() - from > mostFrameBytes()) return notices::damaged(pixels_.tag, from, frame);
+        // At the end of all fragments the frames may turn out to lie elsewhere.
+        if (grouping_.fragment(grouping_.start(wanted)).offset != from) return readByWalking(frame);
         if (!grouping_.mayGrow(wanted) && from + stretch.size() >= last.end()) break;
-        if (!extend(stretch, from, wanted)) return notices::damaged(pixels_.tag, from, frame);
+        if (!extend(stretch, from, wanted)) return notices::cannotRead(pixels_.tag, from + stretch.size());
     }
     FrameBytes bytes = withoutItemHeaders(std::move(stretch), from, wanted);
     const bool begins = beginsCodeStream(bytes.bytes(), declared_);

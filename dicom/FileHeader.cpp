@@ -6,6 +6,7 @@
 #include "dicom/ForwardBuffer.h"
 #include "dicom/Inflating.h"
 #include "dicom/MemoryByteSource.h"
+#include "dicom/Notices.h"
 #include "dicom/OffsetTable.h"
 #include "dicom/PrefetchedSource.h"
 #include "dicom/Tags.h"
@@ -68,6 +69,7 @@ Result<FileHeader> readFileHeader(std::shared_ptr<const ByteSource> source) {
     FileHeader header;
     ForwardBuffer buffer(*source);
     const bool hasPrefix = skipPrefix(buffer);
+    if (buffer.hasFailed() && buffer.remaining() == 0) return notices::cannotRead({}, buffer.size());
     if (!hasPrefix && !looksLikeDataSet(buffer.peek(ElementHeader::mostBytes), buffer.size()))
         return DecodeError{DecodeError::Kind::NotDicom, "This is not a DICOM file", {}, 0, -1};
 

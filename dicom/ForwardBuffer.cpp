@@ -38,7 +38,6 @@ std::span<const std::byte> ForwardBuffer::peek(std::size_t count) {
         const std::size_t got = source_.readAt(position_ + have, std::span(block_).subspan(have));
         block_.resize(have + got);
         bytesRead_ += got;
-        // The source is shorter than it said: a disc that cannot be read further.
         if (got < wanted) size_ = position_ + have + got;
     }
     const auto offset =

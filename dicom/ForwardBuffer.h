@@ -21,6 +21,8 @@ class ForwardBuffer {
 
     std::uint64_t position() const { return position_; }
     std::uint64_t size() const { return size_; }
+    /// Whether the source gave less than its size promised: a disc that cannot be read further.
+    bool hasFailed() const { return size_ < source_.size(); }
     std::uint64_t remaining() const { return size_ - position_; }
 
     /// The next `count` bytes, fewer only where the source ends. Valid until the next call of peek.

@@ -27,8 +27,9 @@ std::size_t FragmentWalker::readAt(std::uint64_t offset, std::span<std::byte> in
 std::optional<std::uint64_t> FragmentWalker::enterItem() {
     std::array<std::byte, itemHeader> bytes{};
     for (const std::uint64_t at : {next_, next_ + 1}) {
-        if (at + itemHeader > end_ || readAt(at, bytes) < itemHeader) {
-            ended_ = Ended::AtEndOfFile;
+        const bool isWithin = at + itemHeader <= end_;
+        if (!isWithin || readAt(at, bytes) < itemHeader) {
+            ended_ = isWithin ? Ended::Unreadable : Ended::AtEndOfFile;
             return std::nullopt;
         }
         const auto header = readElementHeader(bytes, implicitLittle, itemHeader);

@@ -24,7 +24,7 @@ struct Fragment {
 /// header unless they were shown to it among other bytes. Empty fragments are passed over.
 class FragmentWalker {
   public:
-    enum class Ended { NotYet, AtDelimiter, AtEndOfFile, InGarbage };
+    enum class Ended { NotYet, AtDelimiter, AtEndOfFile, InGarbage, Unreadable };
     /// What helps the walker when a fragment is read: the next item's header, a padding byte, the next
     /// signature.
     static constexpr std::size_t usefulBytesBehind = 8 + 1 + codeStreamSignatureBytes;

@@ -43,6 +43,11 @@ DecodeError damaged(Tag tag, std::uint64_t offset, int frame) {
     return {Kind::Broken, frame < 0 ? "The file is damaged" : "This frame is damaged", tag, offset, frame};
 }
 
+DecodeError cannotRead(Tag tag, std::uint64_t offset) {
+    return {Kind::CannotRead, "The file cannot be read any further, the disc may be damaged", tag, offset,
+            -1};
+}
+
 DecodeError tooLarge() { return {Kind::TooLarge, "The picture is too large to be shown", tags::Rows, 0, -1}; }
 
 DecodeError undescribedPicture(Tag tag) {

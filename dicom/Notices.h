@@ -17,6 +17,8 @@ DecodeError unreadableCompression(std::string_view name);
 /// The pixels lie on a server (JPIP).
 DecodeError pictureElsewhere();
 DecodeError damaged(Tag tag, std::uint64_t offset, int frame = -1);
+/// The disc does not give the bytes.
+DecodeError cannotRead(Tag tag, std::uint64_t offset);
 DecodeError tooLarge();
 /// Rows, columns or the like are missing or make no sense.
 DecodeError undescribedPicture(Tag tag);

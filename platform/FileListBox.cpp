@@ -17,6 +17,17 @@ void FileListBox::putPath(const QString& path) {
     Refresh();
 }
 
+bool FileListBox::moveTo(const QString& path) {
+    const QString rememberedPath = path_;
+    const int rememberedIndex = listIndex_;
+    putPath(path);
+    Refresh();
+    if (ListCount() > 0) return true;
+    putPath(rememberedPath);
+    putListIndex(rememberedIndex);
+    return false;
+}
+
 void FileListBox::putPattern(const QString& pattern) {
     pattern_ = pattern;
     Refresh();

@@ -25,6 +25,9 @@ class FileListBox : public QObject {
     /// Lists another folder; no file is selected then. A folder that is not there raises run-time error 76;
     /// "" empties the list.
     void putPath(const QString& path);
+    /// Lists another folder, read afresh, unless it holds no file: then the former folder and selection come
+    /// back. Answers whether it moved there.
+    bool moveTo(const QString& path);
     /// File patterns, separated by ";", letter case ignored.
     QString Pattern() const { return pattern_; }
     void putPattern(const QString& pattern);

@@ -45,6 +45,14 @@ class DisplayTools {
     void Command3_Click() { form_.ezDicom.putOption256(true); }
     void setOption247() { form_.ezDicom.putOption247(true); }
 
+    /// Second handlers of single tools, which no control of the windows is connected with.
+    void invertAgain() { cmdInvert_Click(); }
+    void smoothAgain() { cmdSmooth_Click(); }
+    void headerAgain() { cmdHeader_Click(); }
+    void magnifyAgain() { cmdMagnify_Click(); }
+    void panAgain() { cmdPanning_Click(); }
+    void labelAgain() { cmdLabel_Click(); }
+
     /// List-driven variants, which no list control of the windows feeds. Zoom: 0 best fit, then 50, 100, 150,
     /// 200 %.
     void zoomFromList(Int16 listIndex);

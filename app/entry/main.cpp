@@ -1,6 +1,6 @@
 #include "app/Main.h"
 
-#include "app/Theme.h"
+#include "panels/Theme.h"
 #include "platform/widgets/GuardedApplication.h"
 
 #include <QApplication>

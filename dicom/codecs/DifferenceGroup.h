@@ -62,7 +62,8 @@ class DifferenceGroup {
         const unsigned mask = shapes.extraMask[shape()];
         const unsigned extra =
             static_cast<unsigned>(std::rotl(window, static_cast<int>(packed_ & 63))) & mask;
-        return extra - (extra <= shapes.mostNegative[shape()] ? mask : 0);
+        // No branch: the sign of noise cannot be predicted.
+        return extra - (mask & -static_cast<unsigned>(extra < shapes.leastPositive[shape()]));
     }
 
   private:
@@ -74,14 +75,14 @@ class DifferenceGroup {
     std::size_t shape() const { return packed_ >> 8 & 0xFF; }
 
     struct Shapes {
-        std::array<std::uint32_t, 48> extraMask{}, mostNegative{}, lastIndex{}, lastAt{};
+        std::array<std::uint32_t, 48> extraMask{}, leastPositive{}, lastIndex{}, lastAt{};
     };
     static constexpr Shapes makeShapes() {
         Shapes result;
         for (std::size_t shape = 0; shape < 48; ++shape) {
             const std::uint32_t count = static_cast<std::uint32_t>(shape / 16), extraBits = shape % 16;
             result.extraMask[shape] = (1u << extraBits) - 1;
-            result.mostNegative[shape] = result.extraMask[shape] >> 1;
+            result.leastPositive[shape] = (result.extraMask[shape] >> 1) + 1;
             result.lastIndex[shape] = count;
             result.lastAt[shape] = shape == 0 ? 1 : count;
         }

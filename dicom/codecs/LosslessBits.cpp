@@ -58,22 +58,25 @@ LosslessBits::readOne(const LosslessHuffman& table, BitWindow window) {
     return single;
 }
 
-/// A group takes at most 27 bits, so that a refilled window holds two. Near the end, where groups could hold
-/// more than is wanted, one difference is read at a time.
+/// Two groups are read with one refill, which is done while the look-up of the second is under way: what it
+/// adds is not looked at before the group after. Near the end, where groups could hold more than is wanted,
+/// one difference is read at a time.
 template <typename Output>
 bool LosslessBits::read(const LosslessHuffman& table, Output& output, std::size_t count) {
-    static_assert(2 * (LosslessHuffman::indexBits + LosslessHuffman::mostExtraBits) <= 56);
+    static_assert(2 * LosslessHuffman::mostGroupBits + LosslessHuffman::indexBits <= 56);
     BitWindow window = window_;
     Output out = output;
     const auto* const end = out.to + count;
+    const auto* const lastStart = count >= 6 ? end - 6 : out.to - 1;
     bool good = true;
-    while (end - out.to >= 6) {
-        window.refill();
+    window.refill();
+    while (out.to <= lastStart) {
         DifferenceGroup group = table.group(window.bits);
         if (group.isKnown()) [[likely]] {
             out.put(group, window.bits);
             window.take(group.bitsModulo64());
             group = table.group(window.bits);
+            window.refill();
             if (group.isKnown()) [[likely]] {
                 out.put(group, window.bits);
                 window.take(group.bitsModulo64());
@@ -83,6 +86,7 @@ bool LosslessBits::read(const LosslessHuffman& table, Output& output, std::size_
         const Single single = readOne(table, window);
         if (!single.good) return false;
         window = single.after;
+        window.refill();
         out.put(single.difference);
     }
     while (out.to < end && good) {

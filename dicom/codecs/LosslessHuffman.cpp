@@ -68,7 +68,7 @@ void LosslessHuffman::makeGroups() {
     const auto lastsIn = [&](int room) {
         return lasts.of(room, [&](std::span<DifferenceGroup> entries) {
             forEachCode(room, [&](std::uint32_t code, int length, int extraBits) {
-                if (extraBits <= mostExtraBits)
+                if (extraBits <= mostExtraBits && indexBits - room + length + extraBits <= mostGroupBits)
                     std::fill_n(entries.begin() + (code << (room - length)), 1u << (room - length),
                                 DifferenceGroup::last(length + extraBits, extraBits));
             });
@@ -93,7 +93,7 @@ void LosslessHuffman::makeGroups() {
     };
 
     forEachCode(indexBits, [&](std::uint32_t code, int length, int extraBits) {
-        if (extraBits > mostExtraBits) return;
+        if (length + extraBits > mostGroupBits || extraBits > mostExtraBits) return;
         DifferenceGroup* entry = groups_.data() + (code << (indexBits - length));
         const int left = indexBits - length - extraBits;
         if (left < 0 || !DifferenceGroup::fitsFirst(extraBits)) {

@@ -16,6 +16,7 @@ class LosslessHuffman {
     static constexpr int indexBits = 12;
     static constexpr int longestCode = 16;
     static constexpr int mostExtraBits = 15;  ///< 16 means 32768 and has none
+    static constexpr int mostGroupBits = 22;  ///< groups that take more are left to code() and longCode()
 
     struct Code {
         std::uint8_t length = 0;  ///< 0 when longer than the index

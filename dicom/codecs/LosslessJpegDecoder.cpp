@@ -94,7 +94,8 @@ class LosslessStream {
             return broken("an impossible JPEG prediction");
         // Some encoders hand signed cells over as they are, sign bits and all.
         if (!isSigned_) scan.sampleBits = static_cast<unsigned>(header_.precision - shift);
-        scan.prediction = {predictor, count, 1u << (header_.precision - shift - 1)};
+        scan.prediction = {predictor, count, 1u << (header_.precision - shift - 1),
+                           header_.precision - shift};
 
         const EntropyData data(stream_.subspan(dataAt), scan.padding());
         scanLength_ = data.codedLength();

@@ -9,9 +9,10 @@ namespace cinedisc::dicom::codecs {
 /// alternate; the first of each component is predicted from the row above, or as `origin` in a row without
 /// one above.
 struct LosslessPrediction {
-    int predictor = 1;  ///< 1 .. 7
-    std::size_t step = 1;
+    int predictor = 1;     ///< 1 .. 7
+    std::size_t step = 1;  ///< 1 or 3
     unsigned origin = 0;
+    int precision = 16;  ///< bits of a sample
 
     /// `above` is null in the first row and after a restart, where all are predicted from their left.
     template <typename Sample>

@@ -33,6 +33,8 @@ void MenuBuilder::build(QMenuBar& bar, std::span<const MenuRow> rows,
         action->setMenuRole(QAction::NoRole);
         if (*row.shortcut != '\0') action->setShortcut(QKeySequence(row.shortcut));
     }
+    // A menu that would open on nothing does not look as if it could.
+    for (QMenu* menu : menus) menu->menuAction()->setEnabled(!menu->isEmpty());
 }
 
 }  // namespace cinedisc

@@ -8,9 +8,11 @@ namespace cinedisc {
 enum class Picture {
     None,
     Disc,
+    Folder,
     Window,
     Magnify,
     Label,
+    Pan,
     Play,
     Reverse,
     NextFrame,

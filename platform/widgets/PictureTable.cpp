@@ -15,9 +15,14 @@ constexpr const char* chevron = "M 9.5 6 L 15.5 12 L 9.5 18";
 
 constexpr PictureDrawing drawings[] = {
     {Picture::Disc, "", "O 12 12 9 O 12 12 2.6 M 6.2 12 C 6.2 8.8 8.8 6.2 12 6.2"},
+    {Picture::Folder, "", "M 3.5 18.5 L 3.5 5.5 L 9.5 5.5 L 11.5 8.5 L 20.5 8.5 L 20.5 18.5 Z"},
     {Picture::Window, "M 12 3.5 C 16.7 3.5 20.5 7.3 20.5 12 C 20.5 16.7 16.7 20.5 12 20.5 Z", "O 12 12 8.5"},
     {Picture::Magnify, "", "O 10.5 10.5 6.7 M 15.5 15.5 L 20.5 20.5"},
     {Picture::Label, "", "M 5 8 L 5 4.5 L 19 4.5 L 19 8 M 12 4.5 L 12 19.5 M 9 19.5 L 15 19.5"},
+    {Picture::Pan, "",
+     "M 12 3.5 L 12 20.5 M 3.5 12 L 20.5 12 M 9.5 6 L 12 3.5 L 14.5 6 M 9.5 18 L 12 20.5 L 14.5 18 M 6 9.5 L "
+     "3.5 12 "
+     "L 6 14.5 M 18 9.5 L 20.5 12 L 18 14.5"},
     {Picture::Play, triangle, ""},
     {Picture::Reverse, triangle, "", Side::Mirrored},
     {Picture::NextFrame, barAndTriangle, ""},

@@ -1,13 +1,14 @@
-#include "app/BackgroundPopUp.h"
-#include "app/CinePanel.h"
 #include "app/Form1Layout.h"
-#include "app/MenuTable.h"
 #include "app/StillsPanel.h"
-#include "app/StripPanel.h"
-#include "app/Theme.h"
-#include "app/ToolBarPanel.h"
 #include "app/TreePanel.h"
-#include "app/ZoomPopUp.h"
+#include "control/ezDICOMX.h"
+#include "panels/BackgroundPopUp.h"
+#include "panels/CinePanel.h"
+#include "panels/MenuTable.h"
+#include "panels/StripPanel.h"
+#include "panels/Theme.h"
+#include "panels/ToolBarPanel.h"
+#include "panels/ZoomPopUp.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -20,7 +21,7 @@
 namespace cinedisc {
 namespace {
 
-/// The window with plain widgets where the viewers will be.
+/// The main window's controls, not connected with anything.
 class LayoutTest : public testing::Test {
   protected:
     static void SetUpTestSuite() { applyTheme(*qApp); }
@@ -39,11 +40,7 @@ class LayoutTest : public testing::Test {
     }
 
     QMainWindow window;
-    QList<ViewerRole> made;
-    Form1Layout layout{window, [this](QWidget* parent, ViewerRole role) {
-                           made += role;
-                           return new QWidget(parent);
-                       }};
+    Form1Layout layout{window};
 };
 
 TEST_F(LayoutTest, ButtonsAndOptionsCarryTheirCaptionsAndTooltips) {
@@ -144,29 +141,30 @@ TEST_F(LayoutTest, RangesTimersAndPanelsStartAsDesigned) {
     const auto range = [](const QAbstractSlider* slider) {
         return QList<int>{slider->minimum(), slider->maximum(), slider->value()};
     };
-    EXPECT_EQ(range(layout.Frame9->Slider1), (QList<int>{0, 10, 0}));
-    EXPECT_EQ(range(layout.Frame9->Slider2), (QList<int>{1, 10, 1}));
+    EXPECT_EQ(range(layout.cinePanel->Slider1), (QList<int>{0, 10, 0}));
+    EXPECT_EQ(range(layout.cinePanel->Slider2), (QList<int>{1, 10, 1}));
     EXPECT_EQ(layout.strip->sb1->minimum(), 1);
-    EXPECT_EQ(layout.Frame9->Slider1->toolTip(), "Speed Bar");
-    EXPECT_EQ(layout.Frame9->Slider2->accessibleName(), "Frame Seek Bar");
+    EXPECT_EQ(layout.cinePanel->Slider1->toolTip(), "Speed Bar");
+    EXPECT_EQ(layout.cinePanel->Slider2->accessibleName(), "Frame Seek Bar");
     for (const char* name : {"Timer1", "Timer4"}) {
         const auto* timer = window.findChild<QTimer*>(name);
         ASSERT_NE(timer, nullptr);
         EXPECT_EQ(timer->interval(), 50);
         EXPECT_FALSE(timer->isActive());
     }
-    for (const QWidget* shown : std::initializer_list<QWidget*>{layout.FraTree, layout.Frame9})
+    for (const QWidget* shown : std::initializer_list<QWidget*>{layout.FraTree, layout.cinePanel})
         EXPECT_FALSE(shown->isHidden()) << qPrintable(shown->objectName());
     for (const QWidget* hidden :
          std::initializer_list<QWidget*>{layout.Frame8, layout.Frame5, layout.Frame6, layout.ezTest})
         EXPECT_TRUE(hidden->isHidden()) << qPrintable(hidden->objectName());
-    EXPECT_EQ(made.count(ViewerRole::Preview), 5);
-    EXPECT_EQ(made.size(), 7);
+    EXPECT_EQ(window.findChildren<ezDICOMX*>().size(), 7);
+    for (const ezDICOMX* preview : layout.strip->thumb) EXPECT_EQ(preview->role(), ViewRole::Preview);
+    EXPECT_EQ(layout.ezTest->role(), ViewRole::Probe);
     EXPECT_EQ(window.findChild<QWidget*>("thumb(4)"), layout.strip->thumb[4]);
 }
 
 TEST_F(LayoutTest, TheOptionGroupsAreIndependent) {
-    const CinePanel& cine = *layout.Frame9;
+    const CinePanel& cine = *layout.cinePanel;
     for (QRadioButton* option : {cine.Option9, cine.Option4, layout.Frame6->Option3})
         option->setChecked(true);
     EXPECT_TRUE(cine.Option9->isChecked() && cine.Option4->isChecked() &&
@@ -191,7 +189,7 @@ TEST_F(LayoutTest, TheMouseToolInForceIsMarked) {
 TEST_F(LayoutTest, NothingIsClippedInTheSmallestWindow) {
     for (const bool stills : {false, true}) {
         layout.Frame8->setVisible(stills);
-        layout.Frame9->setVisible(!stills);
+        layout.cinePanel->setVisible(!stills);
         showAt(QSize(1024, 700));
         ASSERT_EQ(window.size(), QSize(1024, 700));
         for (const QWidget* widget : window.findChildren<QWidget*>()) {
@@ -216,14 +214,14 @@ TEST_F(LayoutTest, ThePictureTakesTheTreesPlaceAndDoesNotMoveWithTheMode) {
     EXPECT_EQ(alone.right(), besideTree.right());
     EXPECT_GT(alone.height(), 2 * window.height() / 3);
 
-    layout.Frame9->hide();
+    layout.cinePanel->hide();
     layout.Frame8->show();
     QCoreApplication::processEvents();
     EXPECT_EQ(placeOf(layout.ezDicom), alone);
 
     layout.ezDicom->setMinimumHeight(5);
     layout.Frame8->Label5->setText(QString(500, 'W'));
-    layout.toolBar->Label1->setText(QString(500, 'W'));
+    layout.Label1->setText(QString(500, 'W'));
     QCoreApplication::processEvents();
     EXPECT_EQ(placeOf(layout.ezDicom), alone) << "long texts move nothing";
     for (const QWidget* preview : layout.strip->thumb)

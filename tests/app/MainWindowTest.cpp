@@ -1,61 +1,36 @@
 #include "app/CommandTable.h"
 #include "app/Form1.h"
 #include "app/Main.h"
-#include "platform/widgets/EventGuard.h"
-#include "tests/support/DicomBuilder.h"
 #include "tests/support/DiscBuilder.h"
+#include "tests/support/SampleFile.h"
+#include "tests/support/WindowTest.h"
+#include "viewerwindow/ViewerCommands.h"
 
 #include <QClipboard>
 #include <QDir>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSlider>
-#include <QTest>
 #include <QTimer>
-#include <QTreeView>
-#include <QWheelEvent>
 #include <gtest/gtest.h>
 
 namespace cinedisc::test {
 namespace {
 
-QByteArray dicomFile(int frames) {
-    const Bytes bytes = DicomBuilder::image(32, 24, frames).gradientPixels().build();
-    return {reinterpret_cast<const char*>(bytes.data()), qsizetype(bytes.size())};
-}
-
-/// The real window on a disc of DICOM files, driven by the names of its controls.
-class MainWindowTest : public testing::Test {
+/// The real window on a disc of DICOM files.
+class MainWindowTest : public WindowTest {
   protected:
     MainWindowTest() {
         StripWheel::setMainScrollBar(&form.sb1());
-        form.show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(&form));
+        show();
     }
 
-    ~MainWindowTest() override { EventGuard::replaceFatalAction(programsFatalAction); }
-
-    template <typename Control = QWidget>
-    Control& find(const char* name) {
-        auto* control = form.findChild<Control*>(name);
-        if (!control) throw std::runtime_error(std::string("no control ") + name);
-        return *control;
-    }
-    void click(const char* name) { QTest::mouseClick(&find(name), Qt::LeftButton); }
-    QVariant view(const char* member) { return find("ezDicom").property(member); }
+    QWidget& window() override { return form; }
     QString shownFile() { return view("FileName").toString().section(QDir::separator(), -3); }
-    QString text(const char* label) { return find<QLabel>(label).text(); }
 
-    void clickNode(int patient) {
-        auto& tree = find<QTreeView>("TreeView1");
-        const QModelIndex index = tree.model()->index(patient, 0);
-        tree.scrollTo(index);
-        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(index).center());
-    }
     void openPatient(int patient) {
         click("Open");
         clickNode(patient);
@@ -65,10 +40,8 @@ class MainWindowTest : public testing::Test {
 
     DiscBuilder disc{{patientOf("Cine <b>A</b> & Co", {{30, 4, 5, 6, 7, 8, 9}, {3, 3}}),
                       patientOf("Stills", {{1, 1, 1}, {1}})},
-                     dicomFile};
+                     sampleFile};
     Form1 form{disc.path()};
-    EventGuard::FatalAction programsFatalAction = EventGuard::replaceFatalAction(
-        [](const RunTimeError& error) { ADD_FAILURE() << "untrapped: " << error.what(); });
 };
 
 TEST_F(MainWindowTest, StartsWithItsDefaults) {
@@ -93,7 +66,8 @@ TEST_F(MainWindowTest, StartsWithItsDefaults) {
 
 TEST_F(MainWindowTest, EveryButtonAndMenuCommandHasAHandler) {
     QStringList names;
-    for (const CommandRow& row : commandTable()) names << row.name;
+    for (const auto& row : commandTable()) names << row.name;
+    for (const auto& row : viewerCommands()) names << row.name;
     int commands = 0;
     for (const QAction* action : form.findChildren<QAction*>()) {
         if (action->objectName().startsWith("mnu") && !action->menu()) {
@@ -165,24 +139,18 @@ TEST_F(MainWindowTest, WheelMovesTheStripOneStepAnEvent) {
     openPatient(0);
     click("cmdStop");
     auto& sb1 = find<QScrollBar>("sb1");
-    const auto roll = [&](QWidget& target, int delta) {
-        QWheelEvent event(QPointF(2, 2), target.mapToGlobal(QPointF(2, 2)), {}, {0, delta}, Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&target, &event);
-    };
-    roll(sb1, -1200);
+    roll("sb1", -1200);
     EXPECT_EQ(sb1.value(), 2);
-    roll(find("thumb(2)"), -1);
+    roll("thumb(2)", -1);
     EXPECT_EQ(sb1.value(), 3);
-    roll(sb1, 120);
+    roll("sb1", 120);
     EXPECT_EQ(sb1.value(), 2);
-    roll(sb1, 0);
+    roll("sb1", 0);
     EXPECT_EQ(sb1.value(), 2);
 }
 
 TEST_F(MainWindowTest, MenusRunTheButtonsCommands) {
     openPatient(0);
-    const auto choose = [&](const char* name) { find<QAction>(name).trigger(); };
     struct Case {
         const char* item;
         const char* member;
@@ -216,7 +184,7 @@ TEST_F(MainWindowTest, CtrlCCopiesThePicture) {
     openPatient(0);
     QGuiApplication::clipboard()->clear();
     QTest::keyClick(&form, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->image().size(), QSize(24, 32));
+    EXPECT_EQ(QGuiApplication::clipboard()->image().size(), sampleSize);
 }
 
 TEST_F(MainWindowTest, PopUpsOpenAndCloseWithAChoice) {
@@ -230,6 +198,28 @@ TEST_F(MainWindowTest, PopUpsOpenAndCloseWithAChoice) {
     // White is selected already: choosing it closes the pop-up all the same.
     find<QRadioButton>("Option3").click();
     EXPECT_FALSE(find("Frame6").isVisible());
+}
+
+TEST_F(MainWindowTest, EscapeHidesThePopUpsWhereverTheKeyboardIs) {
+    for (const auto& [button, panel] : {std::pair{"cmdZoom", "Frame5"}, {"cmdOverlay", "Frame6"}}) {
+        for (const char* place : {"", "ezDicom", "sb1", "TreeView1", "Slider2", "cmdInvert"}) {
+            click(button);
+            EXPECT_TRUE(find(panel).isVisible());
+            if (*place != '\0') find(place).setFocus();
+            QTest::keyClick(form.focusWidget(), Qt::Key_Escape);
+            EXPECT_FALSE(find(panel).isVisible()) << panel << " with the keyboard on " << place;
+        }
+    }
+}
+
+TEST_F(MainWindowTest, TheButtonOfTheMouseToolInForceIsMarked) {
+    const auto marked = [&](const char* button) { return find(button).property("active").toBool(); };
+    EXPECT_TRUE(marked("cmdWindow"));
+    choose("mnuPanning");
+    EXPECT_TRUE(marked("cmdPanning") && !marked("cmdWindow"));
+    find<QRadioButton>("Option11").click();
+    find<QRadioButton>("Option4").click();
+    EXPECT_TRUE(marked("cmdWindow") && !marked("cmdPanning"));
 }
 
 TEST_F(MainWindowTest, PulledOutDiscKeepsTheWindowUsable) {

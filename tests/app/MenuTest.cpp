@@ -1,4 +1,4 @@
-#include "app/MenuTable.h"
+#include "panels/MenuTable.h"
 
 #include <QMainWindow>
 #include <QMenu>

@@ -195,6 +195,9 @@ TEST(EncapsulatedFrames, AreDealtOutEvenlyWhenNothingTellsThemApart) {
     const Fragments fragments({first, part, other, part}, 2);
     EXPECT_EQ(fragments.read(1), other + part);
     EXPECT_EQ(fragments.read(0), first + part);
+    // Seen only while the second frame, which seemed to begin a stream, is being read.
+    const Fragments late({first, part, fakeJpeg(30, 2), other, part, other, part, part, other}, 3);
+    EXPECT_EQ(late.read(1), other + part + other);
     // Streams without any known beginning: one fragment each.
     const Fragments unknown({part, other, part}, 3);
     EXPECT_EQ(unknown.read(1), other);

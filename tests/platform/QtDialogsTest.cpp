@@ -1,7 +1,8 @@
 #include "platform/widgets/QtDialogs.h"
+#include "tests/support/EmptyHome.h"
 #include "tests/support/ModalDialog.h"
 
-#include <QDirIterator>
+#include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -9,50 +10,32 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <memory>
+
 namespace cinedisc {
 namespace {
 
 using test::ModalDialog;
 
-/// An empty home folder for the whole suite: the toolkit asks only once where settings belong.
 class QtDialogsTest : public testing::Test {
   protected:
-    static void SetUpTestSuite() {
-        for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
-            former.append({name, qgetenv(name)});
-            qunsetenv(name);
-        }
-        qputenv("HOME", home().path().toUtf8());
-    }
-    static void TearDownTestSuite() {
-        for (const auto& [name, value] : former) value.isNull() ? qunsetenv(name) : qputenv(name, value);
-    }
+    static void SetUpTestSuite() { home_ = std::make_unique<test::EmptyHome>(); }
+    static void TearDownTestSuite() { home_.reset(); }
     void TearDown() override {
         for (const QString& folder : made) QDir(home().filePath(folder)).removeRecursively();
-        EXPECT_TRUE(filesAtHome().isEmpty()) << qPrintable(filesAtHome().join(" "));
+        EXPECT_TRUE(home().entries().isEmpty()) << qPrintable(home().entries().join(" "));
     }
-    static QTemporaryDir& home() {
-        static QTemporaryDir folder;
-        return folder;
-    }
+    static test::EmptyHome& home() { return *home_; }
     void makeFolder(const QString& name) {
         QDir(home().path()).mkdir(name);
         made += name;
-    }
-    static QStringList filesAtHome() {
-        QStringList found;
-        for (QDirIterator i(home().path(), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
-                            QDirIterator::Subdirectories);
-             i.hasNext();)
-            found += i.next();
-        return found;
     }
     static void type(QFileDialog& dialog, const QString& name) {
         dialog.findChild<QLineEdit*>()->setText(name);
         static_cast<QDialog&>(dialog).accept();
     }
 
-    static inline QList<QPair<const char*, QByteArray>> former;
+    static inline std::unique_ptr<test::EmptyHome> home_;
     QStringList made;
     QWidget window;
     QtDialogs dialogs{&window};

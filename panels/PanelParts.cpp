@@ -1,4 +1,4 @@
-#include "app/PanelParts.h"
+#include "panels/PanelParts.h"
 
 #include <QFrame>
 #include <QLabel>

@@ -1,6 +1,6 @@
-#include "app/ZoomPopUp.h"
+#include "panels/ZoomPopUp.h"
 
-#include "app/PanelParts.h"
+#include "panels/PanelParts.h"
 
 #include <QPushButton>
 #include <QVBoxLayout>

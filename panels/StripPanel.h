@@ -1,13 +1,13 @@
 #pragma once
 
-#include "app/ViewerFactory.h"
-
 #include <QScrollBar>
 #include <QWidget>
 
 #include <array>
 
 namespace cinedisc {
+
+class ezDICOMX;
 
 /// The strip: five previews, one above the other, and the scroll bar that moves them. Its width follows its
 /// height, so that a preview is a square.
@@ -17,9 +17,9 @@ class StripPanel final : public QWidget {
   public:
     static constexpr int previewCount = 5;
 
-    StripPanel(const ViewerFactory& makeViewer, QWidget* parent = nullptr);
+    explicit StripPanel(QWidget* parent = nullptr);
 
-    std::array<QWidget*, previewCount> thumb{};
+    std::array<ezDICOMX*, previewCount> thumb{};
     QScrollBar* sb1 = nullptr;
 
     /// The width that makes the previews squares at this height; never less than what one can tell a picture

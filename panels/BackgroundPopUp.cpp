@@ -1,6 +1,6 @@
-#include "app/BackgroundPopUp.h"
+#include "panels/BackgroundPopUp.h"
 
-#include "app/PanelParts.h"
+#include "panels/PanelParts.h"
 
 #include <QVBoxLayout>
 

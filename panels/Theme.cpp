@@ -1,6 +1,6 @@
-#include "app/Theme.h"
+#include "panels/Theme.h"
 
-#include "app/DarkStyle.h"
+#include "panels/DarkStyle.h"
 
 #include <QApplication>
 #include <QPalette>

@@ -1,4 +1,4 @@
-#include "app/DarkStyle.h"
+#include "panels/DarkStyle.h"
 
 #include <QPainter>
 #include <QStyleOptionSlider>

@@ -1,6 +1,7 @@
-#include "app/StripPanel.h"
+#include "panels/StripPanel.h"
 
-#include "app/PanelParts.h"
+#include "control/ezDICOMX.h"
+#include "panels/PanelParts.h"
 
 #include <QHBoxLayout>
 
@@ -8,12 +9,12 @@
 
 namespace cinedisc {
 
-StripPanel::StripPanel(const ViewerFactory& makeViewer, QWidget* parent) : QWidget(parent) {
+StripPanel::StripPanel(QWidget* parent) : QWidget(parent) {
     auto* previews = new QVBoxLayout;
     previews->setSpacing(buttonGap);
     for (int i = 0; i < previewCount; ++i) {
-        QWidget*& preview = thumb[static_cast<std::size_t>(i)];
-        preview = named(makeViewer(this, ViewerRole::Preview), QString("thumb(%1)").arg(i));
+        ezDICOMX*& preview = thumb[static_cast<std::size_t>(i)];
+        preview = named(new ezDICOMX(ViewRole::Preview, this), QString("thumb(%1)").arg(i));
         preview->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
         previews->addWidget(preview);
     }

@@ -1,4 +1,7 @@
-#include "app/MenuTable.h"
+#include "panels/MenuTable.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace cinedisc {
 
@@ -49,5 +52,13 @@ constexpr MenuRow rows[] = {
 }  // namespace
 
 std::span<const MenuRow> mainMenuTable() { return rows; }
+
+std::vector<MenuRow> menuTableWithout(std::initializer_list<std::string_view> names) {
+    std::vector<MenuRow> kept;
+    std::ranges::copy_if(rows, std::back_inserter(kept), [&](const MenuRow& row) {
+        return std::ranges::find(names, std::string_view(row.name)) == names.end();
+    });
+    return kept;
+}
 
 }  // namespace cinedisc

@@ -1,22 +1,19 @@
-#include "app/PictureRow.h"
+#include "panels/PictureRow.h"
 
-#include "app/PanelParts.h"
-#include "app/StripPanel.h"
-
-#include <QSplitter>
+#include "panels/PanelParts.h"
+#include "panels/StripPanel.h"
 
 namespace cinedisc {
 
-PictureRow::PictureRow(QSplitter& treeAndPicture, StripPanel& strip, QWidget* parent)
-    : QWidget(parent), treeAndPicture_(treeAndPicture), strip_(strip) {
-    treeAndPicture_.setParent(this);
+PictureRow::PictureRow(QWidget& picture, StripPanel& strip, QWidget* parent)
+    : QWidget(parent), picture_(picture), strip_(strip) {
+    picture_.setParent(this);
     strip_.setParent(this);
 }
 
 QSize PictureRow::minimumSizeHint() const {
     constexpr int smallestHeight = 300;
-    return {treeAndPicture_.minimumSizeHint().width() + panelGap + strip_.widthFor(smallestHeight),
-            smallestHeight};
+    return {picture_.minimumSizeHint().width() + panelGap + strip_.widthFor(smallestHeight), smallestHeight};
 }
 
 void PictureRow::resizeEvent(QResizeEvent* event) {
@@ -26,7 +23,7 @@ void PictureRow::resizeEvent(QResizeEvent* event) {
     const int stripWidth = qMin(strip_.widthFor(height()), qMax(width() / stripShare, strip_.widthFor(0)));
     const int stripLeft = width() - stripWidth;
     strip_.setGeometry(stripLeft, 0, stripWidth, height());
-    treeAndPicture_.setGeometry(0, 0, stripLeft - panelGap, height());
+    picture_.setGeometry(0, 0, stripLeft - panelGap, height());
 }
 
 }  // namespace cinedisc

@@ -1,7 +1,6 @@
-#include "app/CinePanel.h"
+#include "panels/CinePanel.h"
 
-#include "app/PanelParts.h"
-#include "app/PatientStepPanel.h"
+#include "panels/PanelParts.h"
 #include "platform/widgets/IndicatorOption.h"
 
 #include <QGridLayout>
@@ -12,9 +11,7 @@ namespace cinedisc {
 
 namespace {
 
-constexpr ButtonRow reverse = {"cmdReverse", "", Picture::Reverse, "Play backward"};
 constexpr ButtonRow stop = {"cmdStop", "Stop", Picture::None, "Stop the cine"};
-constexpr ButtonRow play = {"cmdPlay", "", Picture::Play, "Play forward"};
 constexpr ButtonRow previousFrame = {"cmdPrev", "", Picture::PreviousFrame, "Previous frame"};
 constexpr ButtonRow nextFrame = {"cmdNext", "", Picture::NextFrame, "Next frame"};
 constexpr ButtonRow previousImage = {"cmdPrevImage", "", Picture::PreviousImage, "Previous image file"};
@@ -24,7 +21,7 @@ constexpr ButtonRow nextImage = {"cmdNextImage", "", Picture::NextImage, "Next i
 constexpr const char* endOfRunCaption = "Continuos";
 
 /// Columns of the panel's grid; a line stands between any two.
-enum Column { PlayColumn = 0, FrameColumn = 2, ImageColumn = 4, PatientColumn = 6 };
+enum Column { PlayColumn = 0, FrameColumn = 2, ImageColumn = 4, OwnColumn = 6 };
 enum Row { HeadingRow, ControlRow, OptionRow, RowCount };
 
 /// A part of the panel: an empty widget with a row for what stands in it.
@@ -35,44 +32,57 @@ QHBoxLayout* rowOf(QWidget* part, int spacing = buttonGap) {
     return row;
 }
 
+QLabel* headingLabel(const Heading& heading, QWidget* parent) {
+    return named(remark(heading.text, parent), heading.name);
+}
+
 }  // namespace
 
-CinePanel::CinePanel(QWidget* parent) : QFrame(parent) {
-    setObjectName("Frame9");
-    auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setHorizontalSpacing(panelGap);
-    grid->setVerticalSpacing(buttonGap);
-    for (const int column : {PlayColumn, FrameColumn, ImageColumn})
-        grid->addWidget(groupLine(this), 0, column + 1, RowCount, 1);
+CinePanel::CinePanel(const CinePanelDesign& design, QWidget* parent)
+    : QFrame(parent), grid_(new QGridLayout(this)) {
+    setObjectName(design.name);
+    grid_->setContentsMargins(0, 0, 0, 0);
+    grid_->setHorizontalSpacing(panelGap);
+    grid_->setVerticalSpacing(buttonGap);
+    for (const int column : {PlayColumn, FrameColumn})
+        grid_->addWidget(groupLine(this), 0, column + 1, RowCount, 1);
 
-    grid->addWidget(remark("Cine", this), HeadingRow, PlayColumn);
-    grid->addWidget(playButtons(), ControlRow, PlayColumn);
-    grid->addWidget(directionFrame(), OptionRow, PlayColumn);
+    grid_->addWidget(remark("Cine", this), HeadingRow, PlayColumn);
+    grid_->addWidget(playButtons(design), ControlRow, PlayColumn);
+    Frame2 = directionFrame();
+    grid_->addWidget(Frame2, OptionRow, PlayColumn);
 
-    grid->addWidget(frameHeading(), HeadingRow, FrameColumn);
-    grid->addWidget(frameSeeker(), ControlRow, FrameColumn);
-    grid->addWidget(endOfRunAndSpeed(), OptionRow, FrameColumn);
+    grid_->addWidget(frameHeading(design.frames), HeadingRow, FrameColumn);
+    grid_->addWidget(frameSeeker(), ControlRow, FrameColumn);
+    grid_->addWidget(endOfRunAndSpeed(), OptionRow, FrameColumn);
 
     lblImg = named(new ElidedLabel("Image", "Image : 000/000", this), "lblImg");
     lblImg->setMinimumWidth(lblImg->sizeHint().width());
-    grid->addWidget(named(remark("Image Scroll Bar", this), "Label9"), HeadingRow, ImageColumn);
-    grid->addLayout(stepRow(previousImage, *lblImg, nextImage, this), ControlRow, ImageColumn);
+    grid_->addWidget(headingLabel(design.images, this), HeadingRow, ImageColumn);
+    grid_->addLayout(stepRow(previousImage, *lblImg, nextImage, this), ControlRow, ImageColumn);
 
-    Frame1 = new PatientStepPanel(this);
-    grid->addWidget(Frame1, 0, PatientColumn, RowCount, 1);
-    grid->setColumnStretch(FrameColumn, 5);
-    grid->setColumnStretch(PatientColumn, 4);
+    grid_->setColumnStretch(FrameColumn, 5);
 }
 
-QWidget* CinePanel::playButtons() {
+void CinePanel::addColumn(QWidget& part) {
+    grid_->addWidget(groupLine(this), 0, OwnColumn - 1, RowCount, 1);
+    grid_->addWidget(&part, 0, OwnColumn, RowCount, 1);
+    grid_->setColumnStretch(OwnColumn, 4);
+}
+
+void CinePanel::addToDirections(const ButtonRow& button) {
+    Frame2->layout()->addWidget(makeButton(button, Frame2));
+}
+
+QWidget* CinePanel::playButtons(const CinePanelDesign& design) {
     auto* part = new QWidget(this);
     auto* row = rowOf(part);
-    for (const ButtonRow& button : {reverse, stop, play}) row->addWidget(makeButton(button, part));
+    for (const ButtonRow& button : {design.reverse, stop, design.play})
+        row->addWidget(makeButton(button, part));
     return part;
 }
 
-QWidget* CinePanel::directionFrame() {
+QFrame* CinePanel::directionFrame() {
     auto* frame = named(new QFrame(this), "Frame2");
     auto* row = rowOf(frame, panelGap);
     Option9 = named(new QRadioButton("Forward", frame), "Option9");
@@ -84,13 +94,13 @@ QWidget* CinePanel::directionFrame() {
     return frame;
 }
 
-QWidget* CinePanel::frameHeading() {
+QWidget* CinePanel::frameHeading(const Heading& heading) {
     auto* part = new QWidget(this);
     lblFra = named(new ElidedLabel("Frame", "Frame :00000", part), "lblFra");
     lblFra->setMinimumWidth(lblFra->sizeHint().width());
     lblFra->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* row = rowOf(part);
-    row->addWidget(named(remark("Frame Scroll Bar", part), "Label8"));
+    row->addWidget(headingLabel(heading, part));
     row->addStretch();
     row->addWidget(lblFra);
     return part;

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/widgets/ElidedLabel.h"
+#include "platform/widgets/NamedButton.h"
+
+#include <QFrame>
+#include <QRadioButton>
+#include <QSlider>
+
+class QGridLayout;
+
+namespace cinedisc {
+
+/// A heading above a part of a panel; its name may be "".
+struct Heading {
+    const char* name;
+    const char* text;
+};
+
+/// What the windows' cine panels differ in.
+struct CinePanelDesign {
+    const char* name;
+    ButtonRow reverse;
+    ButtonRow play;
+    Heading frames;
+    Heading images;
+};
+
+/// What plays and steps the frames of a run, and steps from file to file.
+class CinePanel final : public QFrame {
+    Q_OBJECT
+
+  public:
+    explicit CinePanel(const CinePanelDesign& design, QWidget* parent = nullptr);
+
+    /// Takes over what stands behind the parts that every window has.
+    void addColumn(QWidget& part);
+    /// Adds a button beside the directions.
+    void addToDirections(const ButtonRow& button);
+
+    QSlider* Slider1 = nullptr;        ///< speed, 0 to 10
+    QSlider* Slider2 = nullptr;        ///< frame, from 1
+    QRadioButton* Option4 = nullptr;   ///< loop
+    QRadioButton* Option11 = nullptr;  ///< continuous
+    QRadioButton* Option9 = nullptr;   ///< forward
+    QRadioButton* Option10 = nullptr;  ///< reverse
+    ElidedLabel* lblImg = nullptr;
+    ElidedLabel* lblFra = nullptr;
+    QFrame* Frame2 = nullptr;  ///< holds the directions
+
+  private:
+    QWidget* playButtons(const CinePanelDesign& design);
+    QFrame* directionFrame();
+    QWidget* frameHeading(const Heading& heading);
+    QWidget* frameSeeker();
+    QWidget* endOfRunAndSpeed();
+    QSlider* makeSlider(const char* name, const char* text, int min, int max);
+
+    QGridLayout* grid_;
+};
+
+}  // namespace cinedisc

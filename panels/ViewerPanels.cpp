@@ -1,0 +1,59 @@
+#include "panels/ViewerPanels.h"
+
+#include "control/ezDICOMX.h"
+#include "panels/BackgroundPopUp.h"
+#include "panels/PanelParts.h"
+#include "panels/PictureRow.h"
+#include "panels/StripPanel.h"
+#include "panels/ZoomPopUp.h"
+#include "platform/widgets/Picture.h"
+
+#include <QMainWindow>
+
+namespace cinedisc {
+
+namespace {
+
+constexpr QSize smallestWindow(1024, 700);
+constexpr QSize firstWindow(1280, 900);
+constexpr int tickMilliseconds = 50;
+
+QTimer* makeTimer(QObject& owner, const char* name) {
+    auto* timer = new QTimer(&owner);
+    timer->setObjectName(name);
+    timer->setTimerType(Qt::PreciseTimer);
+    timer->setInterval(tickMilliseconds);
+    return timer;
+}
+
+}  // namespace
+
+ViewerPanels::ViewerPanels(QMainWindow& window, const ViewerDesign& design)
+    : surface(new QWidget(&window)),
+      toolBar(new ToolBarPanel(design.toolBar, surface)),
+      ezDicom(named(new ezDICOMX(ViewRole::Main, surface), "ezDicom")),
+      strip(new StripPanel(surface)),
+      cinePanel(new CinePanel(design.cinePanel, surface)),
+      Frame5(new ZoomPopUp(*toolBar->cmdZoom, *surface)),
+      Frame6(new BackgroundPopUp(*toolBar->cmdOverlay, *surface)),
+      Timer1(makeTimer(window, "Timer1")),
+      Timer4(makeTimer(window, "Timer4")) {
+    window.setWindowTitle(design.title);
+    window.setWindowIcon(pictureIcon(Picture::Program));
+    window.setMinimumSize(smallestWindow);
+    window.resize(firstWindow);
+    window.setCentralWidget(surface);
+    // The size of what is shown must never move the window's panels.
+    ezDicom->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+}
+
+void ViewerPanels::stack(QWidget& picture, QWidget& steps) {
+    auto* rows = new QVBoxLayout(surface);
+    rows->setContentsMargins(panelGap, panelGap, panelGap, panelGap);
+    rows->setSpacing(panelGap);
+    rows->addWidget(toolBar);
+    rows->addWidget(new PictureRow(picture, *strip, surface), 1);
+    rows->addWidget(&steps);
+}
+
+}  // namespace cinedisc

@@ -1,0 +1,176 @@
+#include "app/Form1.h"
+#include "tests/support/DiscBuilder.h"
+#include "tests/support/EmptyHome.h"
+#include "tests/support/ModalDialog.h"
+#include "tests/support/SampleFile.h"
+#include "tests/support/WindowTest.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QImageReader>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QTimer>
+
+#include <memory>
+
+namespace cinedisc::test {
+namespace {
+
+constexpr int frameCount = 5;
+
+/// The export command of the real window with its real dialogs.
+class ExportDialogTest : public WindowTest {
+  protected:
+    static void SetUpTestSuite() { home = std::make_unique<EmptyHome>(); }
+    static void TearDownTestSuite() { home.reset(); }
+    ExportDialogTest() { show(); }
+    void TearDown() override {
+        EXPECT_TRUE(home->entries().isEmpty()) << qPrintable(home->entries().join(" "));
+    }
+    QWidget& window() override { return form; }
+
+    void openFile() {
+        click("Open");
+        clickNode(0);
+        ASSERT_EQ(view("FrameCount"), frameCount);
+        click("cmdStop");
+    }
+    QTimer& clock() { return find<QTimer>("Timer4"); }
+    QString target(const QString& name) const { return folder.filePath(name); }
+    QStringList written() const { return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden); }
+
+    /// What the two dialogs see and answer.
+    struct Session {
+        const char* option = nullptr;  ///< chosen in frmdicom, if any
+        const char* button = "CmdOk";
+        QString name;  ///< typed into the save dialog; "" cancels it
+        bool askedFormat = false, askedName = false;
+        QList<int> framesShown{};
+        bool clockRan = false;
+    };
+    void exportWith(Session& session) {
+        const auto look = [&] {
+            session.framesShown += view("CurrentFrame").toInt();
+            session.clockRan |= clock().isActive();
+        };
+        ModalDialog<frmdicom> format([&](frmdicom& shown) {
+            look();
+            EXPECT_EQ(shown.windowTitle(), " Export");
+            EXPECT_FALSE(shown.findChild<QRadioButton*>("OptJPEG")->isChecked());
+            EXPECT_FALSE(shown.findChild<QRadioButton*>("optBMP")->isChecked());
+            if (session.option) shown.findChild<QRadioButton*>(session.option)->click();
+            if (session.button)
+                QTest::mouseClick(shown.findChild<QWidget*>(session.button), Qt::LeftButton);
+            else
+                shown.close();
+        });
+        ModalDialog<QFileDialog> save([&](QFileDialog& shown) {
+            look();
+            EXPECT_EQ(shown.windowTitle(), "Save as");
+            if (session.name.isEmpty()) return shown.reject();
+            shown.findChild<QLineEdit*>()->setText(session.name);
+            static_cast<QDialog&>(shown).accept();
+        });
+        click("cmdExport");
+        session.askedFormat = format.wasShown();
+        session.askedName = save.wasShown();
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    }
+    /// The file's own grey at every pixel, to within `loss`.
+    static void expectFrame(const QImage& picture, int frame, int loss) {
+        ASSERT_EQ(picture.size(), sampleSize);
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const QColor seen = picture.pixelColor(x, y);
+                ASSERT_NEAR(seen.red(), sampleGrey(x, y, frame), loss) << x << "," << y;
+                ASSERT_NEAR(seen.blue(), sampleGrey(x, y, frame), loss) << x << "," << y;
+            }
+        }
+    }
+
+    static inline std::unique_ptr<EmptyHome> home;
+    QTemporaryDir folder;
+    DiscBuilder disc{{patientOf("Patient", {{frameCount}})}, sampleFile};
+    Form1 form{disc.path()};
+};
+
+TEST_F(ExportDialogTest, WritesTheShownFrameUnderTheNameAsTyped) {
+    openFile();
+    struct Case {
+        const char* option;
+        QString name;
+        QByteArray encoding;
+    };
+    constexpr int jpegLoss = 3;
+    QStringList names;
+    for (const Case& c : {Case{"OptJPEG", "a", "jpeg"},
+                          {"OptJPEG", "b.jpg", "jpeg"},
+                          {"optBMP", "c", "bmp"},
+                          {"optBMP", "d.bmp", "bmp"},
+                          {"OptJPEG", "e.bmp", "bmp"}}) {
+        click("cmdNext");
+        Session session{c.option, "CmdOk", target(c.name)};
+        exportWith(session);
+        EXPECT_TRUE(session.askedFormat && session.askedName);
+        names << c.name;
+        EXPECT_EQ(written(), names);
+        QFile file(target(c.name));
+        ASSERT_TRUE(file.open(QFile::ReadOnly));
+        EXPECT_EQ(QImageReader::imageFormat(&file), c.encoding) << qPrintable(c.name);
+        expectFrame(QImage::fromData(file.readAll()), view("CurrentFrame").toInt(),
+                    c.encoding == "bmp" ? 0 : jpegLoss);
+    }
+}
+
+TEST_F(ExportDialogTest, NothingIsWrittenUnlessBothDialogsAreAnswered) {
+    Session noPicture{"optBMP", "CmdOk", target("a.bmp")};
+    exportWith(noPicture);
+    EXPECT_FALSE(noPicture.askedFormat || noPicture.askedName);
+
+    openFile();
+    Session done{"OptJPEG", "CmdOk", target("done.jpg")};
+    exportWith(done);
+    // The format of the export before counts for nothing.
+    struct Case {
+        Session session;
+        bool askedName;
+    };
+    for (Case c : {Case{{"optBMP", "CmdCancel", target("b.bmp")}, false},
+                   {{nullptr, "CmdOk", target("c.bmp")}, false},
+                   {{"OptJPEG", nullptr, target("d.jpg")}, false},
+                   {{"optBMP", "CmdOk", ""}, true}}) {
+        exportWith(c.session);
+        EXPECT_TRUE(c.session.askedFormat);
+        EXPECT_EQ(c.session.askedName, c.askedName);
+        EXPECT_EQ(written(), QStringList{"done.jpg"});
+    }
+}
+
+TEST_F(ExportDialogTest, AFailureIsQuietAndLeavesNothing) {
+    openFile();
+    Session session{"optBMP", "CmdOk", target("no such folder/a.bmp")};
+    exportWith(session);
+    EXPECT_TRUE(session.askedName);
+    EXPECT_EQ(written(), QStringList());
+    click("cmdNext");
+    EXPECT_EQ(view("CurrentFrame"), 2);
+}
+
+TEST_F(ExportDialogTest, TheCinePausesForTheDialogsAndGoesOn) {
+    openFile();
+    click("cmdPlay");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view("CurrentFrame").toInt() >= 2; }));
+    Session session{"optBMP", "CmdOk", target("a.bmp")};
+    exportWith(session);
+    EXPECT_FALSE(session.clockRan);
+    EXPECT_TRUE(clock().isActive());
+    ASSERT_EQ(session.framesShown.size(), 2);
+    EXPECT_EQ(session.framesShown[0], session.framesShown[1]);
+    expectFrame(QImage(target("a.bmp")), session.framesShown[0], 0);
+    const int frame = view("CurrentFrame").toInt();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view("CurrentFrame").toInt() != frame; }));
+}
+
+}  // namespace
+}  // namespace cinedisc::test

@@ -1,0 +1,37 @@
+#include "viewerwindow/ViewerEvents.h"
+
+#include "control/ezDICOMX.h"
+#include "panels/BackgroundPopUp.h"
+#include "panels/StripPanel.h"
+#include "panels/ViewerPanels.h"
+#include "platform/widgets/EventGuard.h"
+#include "platform/widgets/OptionHandler.h"
+#include "viewerwindow/ViewerBehaviour.h"
+
+namespace cinedisc {
+
+void ViewerEvents::connect(const ViewerPanels& panels, ViewerBehaviour& behaviour) {
+    const auto on = [](auto* sender, auto signal, auto handler) {
+        QObject::connect(sender, signal, sender, EventGuard::guarded(handler));
+    };
+    const CinePanel& cine = *panels.cinePanel;
+    on(panels.strip->sb1, &QScrollBar::valueChanged, [&behaviour] { behaviour.sb1_Change(); });
+    on(cine.Slider1, &QSlider::valueChanged, [&behaviour] { behaviour.cine.Slider1_Change(); });
+    on(cine.Slider2, &QSlider::valueChanged, [&behaviour] { behaviour.frames.Slider2_Change(); });
+    on(panels.Timer4, &QTimer::timeout, [&behaviour] { behaviour.cine.Timer4_Timer(); });
+    on(panels.Timer1, &QTimer::timeout, [&behaviour] { behaviour.cine.Timer1_Timer(); });
+    connectOption(*cine.Option4, [&behaviour] { behaviour.cine.Option4_Click(); });
+    connectOption(*panels.Frame6->Option1, [&behaviour] { behaviour.tools.Option1_Click(); });
+    connectOption(*panels.Frame6->Option2, [&behaviour] { behaviour.tools.Option2_Click(); });
+    connectOption(*panels.Frame6->Option3, [&behaviour] { behaviour.tools.Option3_Click(); });
+    for (int i = 0; i < StripPanel::previewCount; ++i) {
+        on(panels.strip->thumb[static_cast<std::size_t>(i)], &ezDICOMX::clicked,
+           [&behaviour, i] { behaviour.thumb_Click(i); });
+    }
+
+    ToolBarPanel* toolBar = panels.toolBar;
+    toolBar->showMouseTool(panels.ezDicom->MouseMode());
+    QObject::connect(panels.ezDicom, &ezDICOMX::mouseModeChanged, toolBar, &ToolBarPanel::showMouseTool);
+}
+
+}  // namespace cinedisc
