@@ -19,6 +19,7 @@ constexpr double leastView = 160;    // smaller views carry no text
 
 constexpr double rim = 2;  // around a line, for its outline
 constexpr int mostRows = 4;
+constexpr QRgb darkInk = qRgb(32, 33, 36);
 
 /// A line broken where it would not fit: nothing of a name or a projection is left out to save room.
 QStringList wrapped(const QString& line, const QFont& font, double width) {
@@ -48,11 +49,14 @@ QFont fontFor(double shorterSide) {
 
 }  // namespace
 
-void CornerText::paint(QPainter& painter, const QRectF& view, const QRectF& picture, const Lines& lines) {
+void CornerText::paint(QPainter& painter, const QRectF& view, const QRectF& picture, const Lines& lines,
+                       Ground ground) {
     if (std::min(view.width(), view.height()) < leastView) return;
     const QFont font = fontFor(std::min(view.width(), view.height()));
     if (font != font_) stamps_.clear();
     font_ = font;
+    picture_ = picture;
+    ground_ = ground;
 
     const QRectF area = view.adjusted(gap, gap, -gap, -gap);
     double left = area.width() / 2 - gap, right = left;
@@ -74,24 +78,40 @@ void CornerText::paintBlock(QPainter& painter, const QRectF& area, const QString
                             End end) {
     const double ratio = painter.device()->devicePixelRatioF();
     const auto heightOf = [](const QPixmap& drawn) { return drawn.height() / drawn.devicePixelRatio(); };
+    const auto widthOf = [](const QPixmap& drawn) { return drawn.width() / drawn.devicePixelRatio(); };
     std::vector<QPixmap> stamps;
-    double height = 0;
-    for (const QString& line : lines) {
-        stamps.push_back(stamp(line, area.width(), side, ratio));
-        height += heightOf(stamps.back());
-    }
-    double y = end == End::Top ? area.top() : area.bottom() - height;
+    const auto draw = [&](Ink ink) {
+        stamps.clear();
+        QSizeF size(0, 0);
+        for (const QString& line : lines) {
+            stamps.push_back(stamp(line, area.width(), side, ink, ratio));
+            size = {std::max(size.width(), widthOf(stamps.back())), size.height() + heightOf(stamps.back())};
+        }
+        return size;
+    };
+    const QSizeF size = draw(Ink::OutlinedLight);
+    double y = end == End::Top ? area.top() : area.bottom() - size.height();
+    const double left = side == Side::Left ? area.left() : area.right() - size.width();
+    if (const Ink ink = inkFor({QPointF(left, y), size}); ink != Ink::OutlinedLight) draw(ink);
     for (const QPixmap& drawn : stamps) {
-        const double x =
-            side == Side::Left ? area.left() : area.right() - drawn.width() / drawn.devicePixelRatio();
+        const double x = side == Side::Left ? area.left() : area.right() - widthOf(drawn);
         painter.drawPixmap(QPointF(std::round(x), std::round(y)), drawn);
         y += heightOf(drawn);
     }
 }
 
-QPixmap CornerText::stamp(const QString& line, double width, Side side, double pixelRatio) {
-    const QString key =
-        QString("%1|%2|%3|%4").arg(width).arg(pixelRatio).arg(side == Side::Left ? 'l' : 'r').arg(line);
+CornerText::Ink CornerText::inkFor(const QRectF& block) const {
+    const bool isBesidePicture = !block.intersects(picture_);
+    return ground_ == Ground::White && isBesidePicture ? Ink::PlainDark : Ink::OutlinedLight;
+}
+
+QPixmap CornerText::stamp(const QString& line, double width, Side side, Ink ink, double pixelRatio) {
+    const QString key = QString("%1|%2|%3|%4|%5")
+                            .arg(width)
+                            .arg(pixelRatio)
+                            .arg(side == Side::Left ? 'l' : 'r')
+                            .arg(ink == Ink::PlainDark ? 'd' : 'o')
+                            .arg(line);
     if (const auto* kept = stamps_.object(key)) return *kept;
     const QFontMetricsF metrics(font_);
     const double height = std::ceil(metrics.height() * 1.15);
@@ -108,7 +128,12 @@ QPixmap CornerText::stamp(const QString& line, double width, Side side, double p
     double y = rim + metrics.ascent();
     for (const QString& row : rows) {
         const double x = side == Side::Left ? rim : size.width() - rim - metrics.horizontalAdvance(row);
-        drawOutlined(painter, {x, y}, row);
+        if (ink == Ink::PlainDark) {
+            painter.setPen(QColor(darkInk));
+            painter.drawText(QPointF(x, y), row);
+        } else {
+            drawOutlined(painter, {x, y}, row);
+        }
         y += height;
     }
     painter.end();

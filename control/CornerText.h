@@ -17,17 +17,25 @@ class CornerText {
         QStringList topLeft, topRight, bottomLeft, bottomRight;
     };
 
+    /// What lies around the picture.
+    enum class Ground { Dark, White };
+
     /// `picture` is where the whole picture lies; when it leaves room at the sides, the lines keep to it.
-    /// Logical pixels.
-    void paint(QPainter& painter, const QRectF& view, const QRectF& picture, const Lines& lines);
+    /// Logical pixels. On white ground beside the picture they are dark, otherwise light with a dark rim.
+    void paint(QPainter& painter, const QRectF& view, const QRectF& picture, const Lines& lines,
+               Ground ground);
 
   private:
     enum class Side { Left, Right };
     enum class End { Top, Bottom };
+    enum class Ink { OutlinedLight, PlainDark };
     void paintBlock(QPainter& painter, const QRectF& area, const QStringList& lines, Side side, End end);
-    QPixmap stamp(const QString& line, double width, Side side, double pixelRatio);
+    Ink inkFor(const QRectF& block) const;
+    QPixmap stamp(const QString& line, double width, Side side, Ink ink, double pixelRatio);
 
     QFont font_;
+    QRectF picture_;  ///< while painting
+    Ground ground_ = Ground::Dark;
     QCache<QString, QPixmap> stamps_{4000};  ///< cost: thousands of pixels
 };
 

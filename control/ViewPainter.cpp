@@ -11,8 +11,13 @@ namespace {
 
 const QColor ownGrey(38, 39, 42);
 
-QColor backdrop(const ViewPainter::Look& look) {
-    if (!look.fill) return ownGrey;
+/// The fill belongs around a picture or a notice: an empty main view would glare in a dark room.
+bool isFilled(const ViewPainter::Look& look, const ViewState& state) {
+    return look.fill && (look.role != ViewRole::Main || !state.picture.path().isEmpty());
+}
+
+QColor backdrop(const ViewPainter::Look& look, const ViewState& state) {
+    if (!isFilled(look, state)) return ownGrey;
     return look.whiteFill ? QColor(Qt::white) : QColor(Qt::black);
 }
 
@@ -32,7 +37,7 @@ std::optional<Notice> noticeFor(const LoadedPicture& picture) {
 
 void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& content, ViewState& state,
                         MouseTools& tools, const Look& look) {
-    painter.fillRect(view, backdrop(look));
+    painter.fillRect(view, backdrop(look, state));
     painter.save();
     painter.setClipRect(content);
     painter.translate(content.topLeft());
@@ -44,7 +49,9 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
         paintPicture(painter, state, tools);
     }
     if (look.role == ViewRole::Main && state.picture.file()) {
-        corners_.paint(painter, area, state.pictureRect(), cornerLines(state));
+        const bool white = look.fill && look.whiteFill;
+        corners_.paint(painter, area, state.pictureRect(), cornerLines(state),
+                       white ? CornerText::Ground::White : CornerText::Ground::Dark);
     }
     painter.restore();
     paintBorder(painter, view, look);

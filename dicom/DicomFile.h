@@ -48,7 +48,10 @@ class DicomFile {
     /// Grey rules of a frame, counted from 0: per-frame and shared functional groups are taken into account.
     virtual GreyTransform greyTransform(int frame) const = 0;
     virtual const std::optional<Palette>& palette() const = 0;
-    virtual const Shutter& shutter() const = 0;
+    /// The shutter of a frame, counted from 0.
+    virtual Shutter shutter(int frame) const = 0;
+    /// Whether shutters may differ from frame to frame.
+    virtual bool hasShuttersByFrame() const { return false; }
     /// Overlay planes, in group order. Those embedded in the pixel cells and large multi-frame ones hold no
     /// bits: ask overlayBits.
     virtual const std::vector<Overlay>& overlays() const = 0;

@@ -96,15 +96,19 @@ void readModalityStep(const DataSet& header, const PixelFormat& format, int fram
     if (grey.modalityLut) grey.rescale.reset();
 }
 
+void readVoiStep(const DataSet& from, const PixelFormat& format, GreyTransform& grey) {
+    grey.windows = readWindows(from);
+    for (const DataSet& item : from.items(tags::VOILUTSequence))
+        if (auto lut = readLookupTable(item, voiInput(grey, format))) grey.voiLuts.push_back(std::move(*lut));
+}
+
 }  // namespace
 
 GreyTransform readGreyTransform(const DataSet& header, const PixelFormat& format, int frame) {
     GreyTransform grey;
     if (!leavesModalityStepOut(header)) readModalityStep(header, format, frame, grey);
-    grey.windows = readWindows(groupOrHeader(header, tags::FrameVOILUTSequence, frame));
-    if (grey.windows.empty()) grey.windows = readWindows(header);
-    for (const DataSet& item : header.items(tags::VOILUTSequence))
-        if (auto lut = readLookupTable(item, voiInput(grey, format))) grey.voiLuts.push_back(std::move(*lut));
+    readVoiStep(groupOrHeader(header, tags::FrameVOILUTSequence, frame), format, grey);
+    if (grey.windows.empty() && grey.voiLuts.empty()) readVoiStep(header, format, grey);
     grey.inverse = format.photometric == Photometric::Monochrome1 ||
                    header.string(tags::PresentationLUTShape) == "INVERSE";
     grey.padding = readPadding(header, format);

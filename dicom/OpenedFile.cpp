@@ -83,10 +83,8 @@ const std::optional<Palette>& OpenedFile::palette() const {
     return palette_;
 }
 
-const Shutter& OpenedFile::shutter() const {
-    std::call_once(shutterOnce_, [this] { shutter_ = readShutter(header_.elements); });
-    return shutter_;
-}
+Shutter OpenedFile::shutter(int frame) const { return readShutter(header_.elements, frame); }
+bool OpenedFile::hasShuttersByFrame() const { return readsShuttersByFrame(header_.elements); }
 
 const std::vector<Overlay>& OpenedFile::overlays() const {
     std::call_once(overlaysOnce_, [this] { overlays_ = readOverlays(header_.elements, picture_.format); });

@@ -24,7 +24,8 @@ class OpenedFile : public DicomFile {
     Result<Frame> decode(int frame) const override;
     GreyTransform greyTransform(int frame) const override;
     const std::optional<Palette>& palette() const override;
-    const Shutter& shutter() const override;
+    Shutter shutter(int frame) const override;
+    bool hasShuttersByFrame() const override;
     const std::vector<Overlay>& overlays() const override;
     std::vector<std::uint8_t> overlayBits(const Overlay& overlay, int frame) const override;
     PixelAspect pixelAspect() const override;
@@ -39,9 +40,8 @@ class OpenedFile : public DicomFile {
 
     FileHeader header_;
     Picture picture_;
-    mutable std::once_flag paletteOnce_, shutterOnce_, overlaysOnce_;
+    mutable std::once_flag paletteOnce_, overlaysOnce_;
     mutable std::optional<Palette> palette_;
-    mutable Shutter shutter_;
     mutable std::vector<Overlay> overlays_;
 };
 

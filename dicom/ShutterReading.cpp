@@ -42,8 +42,8 @@ std::vector<std::pair<int, int>> readPolygon(const DataSet& from) {
 
 }  // namespace
 
-Shutter readShutter(const DataSet& header) {
-    const DataSet* own = functionalGroup(header, tags::FrameDisplayShutterSequence, 0);
+Shutter readShutter(const DataSet& header, int frame) {
+    const DataSet* own = functionalGroup(header, tags::FrameDisplayShutterSequence, frame);
     const DataSet& from = header.find(tags::ShutterShape) || !own ? header : *own;
     const auto shapes = from.strings(tags::ShutterShape);
     const auto has = [&shapes](const char* shape) {
@@ -59,6 +59,14 @@ Shutter readShutter(const DataSet& header) {
     if (const auto value = from.integer(tags::ShutterPresentationValue))
         shutter.presentationValue = static_cast<std::uint16_t>(std::clamp<std::int64_t>(*value, 0, 0xFFFF));
     return shutter;
+}
+
+bool readsShuttersByFrame(const DataSet& header) {
+    const auto& frames = header.items(tags::PerFrameFunctionalGroups);
+    return !header.find(tags::ShutterShape) &&
+           std::any_of(frames.begin(), frames.end(), [](const auto& groups) {
+               return groups.find(tags::FrameDisplayShutterSequence) != nullptr;
+           });
 }
 
 }  // namespace cinedisc::dicom

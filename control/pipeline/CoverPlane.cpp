@@ -40,9 +40,9 @@ void paintOverlay(CoverPlane& cover, const dicom::PixelFormat& format, const Ove
     }
 }
 
-void paintShutter(CoverPlane& cover, const dicom::DicomFile& file, std::uint8_t grey) {
-    const auto& format = file.pixelFormat();
-    const auto visible = visibleThroughShutter(file.shutter(), format.rows, format.columns);
+void paintShutter(CoverPlane& cover, const dicom::PixelFormat& format, const dicom::Shutter& shutter,
+                  std::uint8_t grey) {
+    const auto visible = visibleThroughShutter(shutter, format.rows, format.columns);
     if (visible.empty()) return;
     prepare(cover, format);
     for (std::size_t i = 0; i < visible.size(); ++i) {
@@ -54,7 +54,8 @@ void paintShutter(CoverPlane& cover, const dicom::DicomFile& file, std::uint8_t 
 }  // namespace
 
 CoverKind coverKind(const dicom::DicomFile& file) {
-    if (!file.shutter().any() && file.overlays().empty()) return CoverKind::None;
+    if (file.hasShuttersByFrame()) return CoverKind::FrameByFrame;
+    if (!file.shutter(0).any() && file.overlays().empty()) return CoverKind::None;
     const auto& overlays = file.overlays();
     return std::any_of(overlays.begin(), overlays.end(), changesWithFrame) ? CoverKind::FrameByFrame
                                                                            : CoverKind::SameOnAllFrames;
@@ -62,12 +63,12 @@ CoverKind coverKind(const dicom::DicomFile& file) {
 
 CoverPlane coverOf(const dicom::DicomFile& file, int frame) {
     const auto& format = file.pixelFormat();
-    const auto& shutter = file.shutter();
+    const auto shutter = file.shutter(frame);
     // The presentation value is a P-value of 16 bits (PS3.3 C.7.6.11); black when there is none.
     const auto grey = static_cast<std::uint8_t>(shutter.presentationValue.value_or(0) >> 8);
 
     CoverPlane cover;
-    paintShutter(cover, file, grey);
+    paintShutter(cover, format, shutter, grey);
     for (const bool covering : {true, false}) {  // the bitmap shutter first: overlays lie on it
         for (const auto& overlay : file.overlays()) {
             if ((shutter.bitmapGroup == overlay.group) != covering) continue;

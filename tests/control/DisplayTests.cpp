@@ -3,6 +3,7 @@
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 
+#include <algorithm>
 #include <random>
 
 namespace cinedisc {
@@ -372,8 +373,55 @@ TEST_F(CornerWords, StandInTheMarginsAndChangeWithTheFile) {
     other->texts[{0x0010, 0x0010}] = "ROE^JANE";
     load(other, "/other");
     EXPECT_NE(seen(), doe);
+}
+
+TEST_F(CornerWords, AreDarkOnlyOnAWhiteMarginBesideThePicture) {
+    const auto darkest = [this](const QRect& part) {
+        int least = 255;
+        const QImage image = seen().copy(part);
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) least = std::min(least, qGray(image.pixel(x, y)));
+        return least;
+    };
+    const auto brightestBeside = [this](const QRect& part, QRgb ground) {
+        int most = 0;
+        const QImage image = seen().copy(part);
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (image.pixel(x, y) != ground) most = std::max(most, qGray(image.pixel(x, y)));
+        return most;
+    };
+    const auto file = greyRun(300, 300, 1, [](int, int, int) { return 90; });
+    file->texts[{0x0010, 0x0010}] = "DOE^JANE";
+    load(file);
+    view.putBackgroundFill(true);
+    view.putBackgroundColor(0);
+    view.putBestFit(true);
+    const QRect margin(0, 0, 150, 60), onPicture(0, 0, 300, 60);
+    EXPECT_GT(darkest(margin), 25) << "no black rim";
+    EXPECT_LT(darkest(margin), 80);
+    view.putBackgroundColor(1);
+    EXPECT_EQ(brightestBeside(margin, qRgb(0, 0, 0)), 255);
+    view.putBackgroundColor(0);
+    view.putBestFit(false);
+    view.putZoomPercent(200);
+    EXPECT_EQ(brightestBeside(onPicture, qRgb(90, 90, 90)), 255) << "light over the picture";
+    EXPECT_EQ(darkest(onPicture), 0) << "with its rim";
+}
+
+TEST_F(CornerWords, AreGoneWithTheFileAndSoIsTheFill) {
+    const int own = greyAt(300, 150);
+    view.putBackgroundFill(true);
+    view.putBackgroundColor(0);
+    EXPECT_EQ(greyAt(300, 150), own) << "nothing loaded";
+    load(greyRun(30, 30, 1));
+    EXPECT_EQ(greyAt(200, 100), 255);
+    view.putFileName("/nowhere");
+    EXPECT_EQ(greyAt(20, 280), 255) << "around a notice";
     view.putFileName("");
-    EXPECT_FALSE(anythingIn(view.rect()));
+    const QImage empty = seen();
+    for (int y = 0; y < empty.height(); ++y)
+        for (int x = 0; x < empty.width(); ++x) ASSERT_EQ(qRed(empty.pixel(x, y)), own);
 }
 
 TEST(Probe, OpensFilesWithoutDecodingThem) {

@@ -54,7 +54,7 @@ class FakeDicomFile : public dicom::DicomFile {
         return greyOfFrame ? greyOfFrame(frame) : grey;
     }
     const std::optional<dicom::Palette>& palette() const override { return paletteTables; }
-    const dicom::Shutter& shutter() const override { return shutterShapes; }
+    dicom::Shutter shutter(int) const override { return shutterShapes; }
     const std::vector<dicom::Overlay>& overlays() const override { return overlayPlanes; }
     std::vector<std::uint8_t> overlayBits(const dicom::Overlay& overlay, int frame) const override {
         return bitsOf ? bitsOf(overlay, frame) : overlay.bits;

@@ -83,7 +83,7 @@ void useUp(const Bytes& bytes) {
     }
     (void)file.decode(file.frameCount() - 1);
     (void)file.palette();
-    (void)file.shutter();
+    (void)file.shutter(0);
     (void)file.pixelAspect();
     (void)file.text({0x0010, 0x0010});
     (void)describeHeader(file);

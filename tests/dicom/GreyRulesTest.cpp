@@ -136,6 +136,21 @@ TEST(GreyRules, EnhancedObjectsHaveTheirRulesFrameByFrame) {
     }
 }
 
+TEST(GreyRules, EnhancedObjectsHaveTheirVoiTablesFrameByFrame) {
+    const auto group = [](std::int64_t last) {
+        DicomItem table, voi, frame;
+        table.numbers(tags::LUTDescriptor, "US", {2, 0, 16}).numbers(tags::LUTData, "US", {0, last});
+        voi.sequence(tags::VOILUTSequence, {table});
+        return frame.sequence(tags::FrameVOILUTSequence, {voi});
+    };
+    DicomBuilder builder = picture(2);
+    builder.text(tags::SOPClassUID, "UI", "1.2.840.10008.5.1.4.1.1.12.1.1").text(tags::Modality, "CS", "XA");
+    builder.sequence(tags::PerFrameFunctionalGroups, {group(40000), group(50000)});
+    const auto file = opened(builder);
+    EXPECT_EQ(file->greyTransform(0).voiLuts.at(0).entries.back(), 40000);
+    EXPECT_EQ(file->greyTransform(1).voiLuts.at(0).entries.back(), 50000);
+}
+
 TEST(GreyRules, InversionAndPadding) {
     DicomBuilder builder = picture();
     EXPECT_FALSE(opened(builder)->greyTransform(0).inverse);

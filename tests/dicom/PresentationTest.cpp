@@ -78,7 +78,7 @@ TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
         .text(tags::VerticesOfThePolygonalShutter, "IS", "1\\1\\1\\9\\9\\9\\5")
         .numbers(tags::ShutterOverlayGroup, "US", {0x6002})
         .numbers(tags::ShutterPresentationValue, "US", {300});
-    const Shutter shutter = opened(builder)->shutter();
+    const Shutter shutter = opened(builder)->shutter(0);
     ASSERT_TRUE(shutter.rectangle && shutter.circle);
     EXPECT_EQ(shutter.rectangle->left, 2);
     EXPECT_EQ(shutter.rectangle->right, 1'000'000);
@@ -91,7 +91,7 @@ TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
 
     builder.remove(tags::RadiusOfCircularShutter).text(tags::ShutterLowerHorizontalEdge, "IS", "?");
     builder.text(tags::ShutterShape, "CS", "RECTANGULAR\\CIRCULAR");
-    EXPECT_FALSE(opened(builder)->shutter().any());
+    EXPECT_FALSE(opened(builder)->shutter(0).any());
 }
 
 TEST(Shutters, OfEnhancedObjectsStandInTheirGroups) {
@@ -101,7 +101,17 @@ TEST(Shutters, OfEnhancedObjectsStandInTheirGroups) {
     groups.sequence(tags::FrameDisplayShutterSequence, {shapes});
     DicomBuilder builder = DicomBuilder::image(2, 2);
     builder.gradientPixels().sequence(tags::SharedFunctionalGroups, {groups});
-    EXPECT_EQ(opened(builder)->shutter().circle.value().radius, 6);
+    EXPECT_EQ(opened(builder)->shutter(0).circle.value().radius, 6);
+    EXPECT_FALSE(opened(builder)->hasShuttersByFrame());
+
+    shapes.text(tags::RadiusOfCircularShutter, "IS", "9");
+    DicomItem other;
+    other.sequence(tags::FrameDisplayShutterSequence, {shapes});
+    builder.sequence(tags::PerFrameFunctionalGroups, {other, DicomItem()});
+    const auto file = opened(builder);
+    EXPECT_TRUE(file->hasShuttersByFrame());
+    EXPECT_EQ(file->shutter(0).circle.value().radius, 9);
+    EXPECT_EQ(file->shutter(1).circle.value().radius, 6) << "the one that frames share";
 }
 
 TEST(PixelAspects, ComeFromTheRatioOrTheSpacing) {

@@ -1,0 +1,68 @@
+#include "tests/fidelity/DcmtkPicture.h"
+
+#include <dcmtk/dcmimage/diregist.h>
+#include <dcmtk/dcmimgle/dcmimage.h>
+
+namespace cinedisc::fidelity {
+
+namespace {
+
+/// The modality step leads back to beam intensity for projections of angiography and fluoroscopy.
+unsigned long flagsFor(const HeaderReader& header) {
+    const std::string modality = header.text(DCM_Modality);
+    return modality == "XA" || modality == "RF" ? CIF_IgnoreModalityTransformation : 0ul;
+}
+
+/// DCMTK's rendering does not look into functional groups: what stands there for this frame is put where it
+/// looks.
+void liftFunctionalGroups(ReferenceFile& file, int frame, DcmDataset& native) {
+    const auto lift = [&](const DcmTagKey& macro, const DcmTagKey& tag) {
+        const std::string value = file.header().macro(macro, frame).text(tag);
+        if (!value.empty()) native.putAndInsertString(tag, value.c_str());
+    };
+    if (file.header().has(DCM_SharedFunctionalGroupsSequence)) {
+        for (const auto& tag : {DCM_WindowCenter, DCM_WindowWidth, DCM_VOILUTFunction})
+            lift(DCM_FrameVOILUTSequence, tag);
+        for (const auto& tag : {DCM_RescaleSlope, DCM_RescaleIntercept, DCM_RescaleType})
+            lift(DCM_PixelValueTransformationSequence, tag);
+    }
+}
+
+void chooseWindow(DicomImage& image, ReferenceFile& file, const HeaderReader& header) {
+    if (header.has(DCM_VOILUTSequence) && image.setVoiLut(0)) return;
+    if (header.text(DCM_VOILUTFunction) == "SIGMOID") image.setVoiLutFunction(EFV_Sigmoid);
+    if (header.has(DCM_WindowCenter) && image.setWindow(0)) return;
+    if (header.integer(DCM_BitsStored, 8) <= 8) {
+        const double range = 1 << header.integer(DCM_BitsStored, 8);
+        image.setWindow(range / 2, range);
+        return;
+    }
+    const auto first = file.nativeFrame(0);
+    DicomImage firstImage(first.get(), EXS_LittleEndianExplicit, flagsFor(header));
+    double low = 0, high = 0;
+    firstImage.getMinMaxValues(low, high);
+    image.setWindow((low + high + 1) / 2, high - low + 1);
+}
+
+}  // namespace
+
+Pixels dcmtkPicture(ReferenceFile& file, int frame) {
+    const auto native = file.nativeFrame(frame);
+    if (!native || !native->tagExists(DCM_PixelData)) return {};
+    liftFunctionalGroups(file, frame, *native);
+    const HeaderReader header(*native);
+    DicomImage image(native.get(), EXS_LittleEndianExplicit, flagsFor(header));
+    if (image.getStatus() != EIS_Normal) return {};
+    if (image.isMonochrome()) chooseWindow(image, file, header);
+    const auto columns = static_cast<int>(image.getWidth()), rows = static_cast<int>(image.getHeight());
+    const auto* bytes = static_cast<const std::uint8_t*>(image.getOutputData(8, 0, 0));
+    if (!bytes) return {};
+    Pixels picture{rows, columns, {}};
+    const std::size_t count = static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns) * 3;
+    const std::size_t perPixel = image.isMonochrome() ? 3 : 1;
+    picture.rgb.resize(count);
+    for (std::size_t i = 0; i < count; ++i) picture.rgb[i] = bytes[i / perPixel];
+    return picture;
+}
+
+}  // namespace cinedisc::fidelity

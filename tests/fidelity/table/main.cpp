@@ -1,0 +1,90 @@
+#include "dicom/TransferSyntax.h"
+#include "tests/fidelity/Comparison.h"
+#include "tests/fidelity/table/Remarks.h"
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QTextStream>
+
+#include <algorithm>
+#include <utility>
+
+using namespace cinedisc;
+using fidelity::Comparison;
+
+namespace {
+
+constexpr int tolerance = 1;
+
+const char introduction[] = R"(# Fidelity
+
+Every sample file as the viewer component displays it at 100 % (first and last frame, through its own pipeline),
+compared with two pictures that are computed without it. Differences are in grey levels of 255, the largest of any
+pixel and colour. Made by `scripts/fidelity`.
+
+- *Plain*: header values and pixels read by DCMTK (JPEG 2000: by OpenJPEG), the standard's formulas applied one
+  pixel after the other, with rescale or modality LUT, window or VOI LUT, padding, shutter and overlays.
+- *DCMTK*: DCMTK's own rendering of the same frame with the window that the rules of this viewer choose, and
+  without the modality step for angiograms. It cuts greys off where the standard's formula is rounded here: hence
+  differences of 1.
+
+| File | Syntax | Frames | Reference decoder | Plain | DCMTK | Remark |
+|---|---|---|---|---|---|---|
+)";
+
+QString cell(const std::optional<int>& difference) {
+    if (!difference) return "–";
+    return *difference < 0 ? "another size" : QString::number(*difference);
+}
+
+QString row(const QString& name, const Comparison& compared) {
+    const auto* known = dicom::findTransferSyntax(compared.syntaxUid.toStdString());
+    const QString syntax =
+        known ? QString::fromUtf8(known->name.data(), static_cast<int>(known->name.size())) : "unknown";
+    QStringList remarks;
+    if (!compared.notice.isEmpty()) remarks << "Notice \"" + compared.notice.chopped(1) + '"';
+    if (const QString remark = fidelity::remarkOn(name); !remark.isEmpty()) remarks << remark;
+    const QString decoder = compared.frames > 0 ? compared.decoder : "–";
+    return QStringList{"| `" + name + '`',
+                       syntax,
+                       QString::number(compared.frames),
+                       decoder,
+                       cell(compared.toPlain),
+                       cell(compared.toDcmtk),
+                       remarks.join(". ") + " |"}
+        .join(" | ");
+}
+
+bool isFar(const std::optional<int>& difference) {
+    return difference && (*difference < 0 || *difference > tolerance);
+}
+
+}  // namespace
+
+/// fidelity SAMPLES: writes the table to the standard output; fails when a picture differs and nobody says
+/// why.
+int main(int argc, char** argv) {
+    const QGuiApplication application(argc, argv);
+    QTextStream out(stdout), errors(stderr);
+    const QDir folder(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
+    const QStringList names = argc > 1 ? folder.entryList({"*.dcm"}, QDir::Files) : QStringList();
+    if (names.isEmpty()) {
+        errors << "usage: fidelity FOLDER-OF-SAMPLES\n";
+        return 2;
+    }
+    QStringList sorted = names;
+    std::sort(sorted.begin(), sorted.end());
+    int unexplained = 0;
+    out << introduction;
+    for (const QString& name : std::as_const(sorted)) {
+        const Comparison compared = fidelity::compare(folder.filePath(name));
+        out << row(name, compared) << '\n';
+        const bool differs = isFar(compared.toPlain) || isFar(compared.toDcmtk) ||
+                             (compared.frames > 0 && !compared.toPlain) ||
+                             compared.frames != compared.expectedFrames;
+        if (!differs || !fidelity::remarkOn(name).isEmpty()) continue;
+        errors << name << ": the difference is not explained\n";
+        ++unexplained;
+    }
+    return unexplained ? 1 : 0;
+}
