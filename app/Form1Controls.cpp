@@ -10,7 +10,7 @@ namespace cinedisc {
 
 Form1Controls::Form1Controls(QWidget& window, const Form1Layout& layout, const QString& programFolder)
     : ViewerWindowControls(window, layout),
-      Label1(*layout.Label1),
+      Label1(*layout.Frame8->Label1),
       Label5(*layout.Frame8->Label5),
       Label6(*layout.Frame8->Label6),
       Label13(*layout.Frame1->Label13),

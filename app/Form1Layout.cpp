@@ -35,7 +35,6 @@ const ViewerDesign design = {
 
 Form1Layout::Form1Layout(QMainWindow& window)
     : ViewerPanels(window, design),
-      Label1(folderLabel()),
       FraTree(new TreePanel(surface)),
       ezTest(named(new ezDICOMX(ViewRole::Probe, surface), "ezTest")),
       Frame1(new PatientStepPanel(cinePanel)),
@@ -44,17 +43,6 @@ Form1Layout::Form1Layout(QMainWindow& window)
     cinePanel->addColumn(*Frame1);
     stack(*treeAndPicture(), *stepArea());
     QWidget::setTabOrder(toolBar->findChild<QWidget*>("cmdExit"), FraTree->TreeView1);
-}
-
-ElidedLabel* Form1Layout::folderLabel() {
-    auto* label = named(new ElidedLabel("", "", toolBar), "Label1");
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    // Of a folder's path the end tells most.
-    label->setElideMode(Qt::ElideLeft);
-    asRemark(*label);
-    toolBar->fillRoom(*label);
-    return label;
 }
 
 QWidget* Form1Layout::treeAndPicture() {

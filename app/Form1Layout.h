@@ -13,14 +13,12 @@ class Form1Layout : public ViewerPanels {
   public:
     explicit Form1Layout(QMainWindow& window);
 
-    ElidedLabel* Label1;
     TreePanel* FraTree;
     ezDICOMX* ezTest;  ///< the probe, never shown
     PatientStepPanel* Frame1;
     StillsPanel* Frame8;
 
   private:
-    ElidedLabel* folderLabel();
     QWidget* treeAndPicture();
     QWidget* stepArea();
 };

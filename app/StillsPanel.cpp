@@ -52,8 +52,13 @@ StillsPanel::StillsPanel(QWidget* parent) : QFrame(parent) {
     constexpr int widestName = 380;
     Label5->setMaximumWidth(widestName);
     Label6->setMaximumWidth(widestName);
-    auto* columns = new QHBoxLayout(this);
-    columns->setContentsMargins(0, 0, 0, 0);
+    Label1 = named(new ElidedLabel("", "", this), "Label1");
+    Label1->setAlignment(Qt::AlignCenter);
+    // Of a folder's path the end tells most.
+    Label1->setElideMode(Qt::ElideLeft);
+    asRemark(*Label1);
+
+    auto* columns = new QHBoxLayout;
     columns->setSpacing(panelGap);
     columns->addStretch();
     columns->addLayout(stepColumn(patient, *Label5, this), 1);
@@ -62,6 +67,11 @@ StillsPanel::StillsPanel(QWidget* parent) : QFrame(parent) {
     columns->addWidget(groupLine(this));
     columns->addLayout(stepColumn(image, *lblSeries, this));
     columns->addStretch();
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addLayout(columns, 1);
+    rows->addWidget(Label1);
 }
 
 }  // namespace cinedisc

@@ -13,6 +13,7 @@ class StillsPanel final : public QFrame {
   public:
     explicit StillsPanel(QWidget* parent = nullptr);
 
+    ElidedLabel* Label1 = nullptr;     ///< folder of the stills; a run has no use for it
     ElidedLabel* Label5 = nullptr;     ///< the patient's name
     ElidedLabel* Label6 = nullptr;     ///< the series' name
     ElidedLabel* lblSeries = nullptr;  ///< the image's position

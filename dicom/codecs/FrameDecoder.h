@@ -10,9 +10,17 @@
 namespace cinedisc::dicom {
 
 /// Turns the bytes of one frame into samples. `bytes` is the frame's whole code stream (fragments joined) or,
-/// for Compression::None, its native pixels; `bigEndian` concerns native pixels only. `firstBit` is the
-/// position of the frame's first bit in the first byte (0 except for 1-bit native frames that do not start on
-/// a byte).
+/// for Compression::None, its native pixels; `bigEndian` concerns native pixels only, and cells of 16 bits
+/// and more: those of 8 bits are taken in the order in which they stand. `firstBit` is the position of the
+/// frame's first bit in the first byte (0 except for 1-bit native frames that do not start on a byte). What
+/// follows the frame is ignored.
+///
+/// Code streams are told by their own first bytes, whatever `compression` says; only native pixels and RLE
+/// have none to tell. The frame always has the rows, columns and samples a pixel of `format`; grey samples
+/// are 8, 16 or 32 bits wide as BitsAllocated asks, wider when the stream's precision does. Native, RLE and
+/// lossless streams of whole cells keep to BitsStored. In other streams their own precision wins when it
+/// differs: samples are left as they stand there, unshifted, and may then exceed BitsStored. So a look-up
+/// table must cover the sample type, not only BitsStored.
 ///
 /// Sizes are those of `format`, checked against the code stream before anything is allocated; never throws,
 /// never reads outside `bytes`, safe to call from several threads at once. A frame whose data end early is a

@@ -133,6 +133,10 @@ Result<CodedPicture> decodeLosslessJpeg(Bytes stream, const JpegHeader& header, 
     if (header.precision < 2 || header.precision > 16) return broken("an impossible JPEG precision");
     if (header.componentCount > 1 && header.isSubsampled())
         return unsupported("JPEG lossless with subsampled colour");
+    const auto samples = static_cast<std::uint64_t>(format.rows) *
+                         static_cast<std::uint64_t>(format.columns) *
+                         static_cast<std::uint64_t>(header.componentCount);
+    if (samples > std::uint64_t{8} * stream.size()) return cutOff();  // no code is shorter than a bit
     LosslessStream decoder(stream, header, format);
     decoder.expectSigned(format.isSigned && header.componentCount == 1);
     Result<CodedPicture> picture = decoder.decode();

@@ -10,7 +10,7 @@ namespace cinedisc::dicom::codecs {
 
 /// No frame takes more than this many bytes once decoded, nor does a decoder take more than a small multiple
 /// of it.
-inline constexpr std::uint64_t maximumFrameBytes = std::uint64_t{1} << 30;
+inline constexpr std::uint64_t maximumFrameBytes = std::uint64_t{256} << 20;
 
 /// Where the value lies in a pixel cell.
 struct PixelCell {

@@ -113,6 +113,8 @@ Result<Frame> decodeRle(std::span<const std::byte> bytes, const PixelFormat& for
     const Result<Segments> segments = findSegments(data, samples * bytesInCell);
     if (!segments) return segments.error();
 
+    if (pixels * samples * bytesInCell > 64 * data.size()) return cutOff();  // two bytes make 128 at most
+
     CodedPicture picture;
     picture.components = format.samplesPerPixel;
     picture.precision = format.bitsAllocated;

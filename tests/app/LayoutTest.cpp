@@ -221,7 +221,7 @@ TEST_F(LayoutTest, ThePictureTakesTheTreesPlaceAndDoesNotMoveWithTheMode) {
 
     layout.ezDicom->setMinimumHeight(5);
     layout.Frame8->Label5->setText(QString(500, 'W'));
-    layout.Label1->setText(QString(500, 'W'));
+    layout.Frame8->Label1->setText(QString(500, 'W'));
     QCoreApplication::processEvents();
     EXPECT_EQ(placeOf(layout.ezDicom), alone) << "long texts move nothing";
     for (const QWidget* preview : layout.strip->thumb)

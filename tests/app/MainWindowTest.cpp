@@ -149,27 +149,14 @@ TEST_F(MainWindowTest, WheelMovesTheStripOneStepAnEvent) {
     EXPECT_EQ(sb1.value(), 2);
 }
 
-TEST_F(MainWindowTest, MenusRunTheButtonsCommands) {
+TEST_F(MainWindowTest, DisplayToolsWork) {
     openPatient(0);
-    struct Case {
-        const char* item;
-        const char* member;
-        QVariant value;
-    };
-    for (const Case& c : {Case{"mnuInvert", "Polarity", -1},
-                          {"mnu150", "ZoomPercent", 150},
-                          {"mnu150", "BestFit", false},
-                          {"mnuBestFit", "BestFit", true},
-                          {"mnuMagnify", "MouseMode", 3},
-                          {"mnuPanning", "MouseMode", 4},
-                          {"mnuWindow", "MouseMode", 1},
-                          {"mnuBlack", "BackgroundColor", 1},
-                          {"mnuNone", "BackgroundFill", false},
-                          {"mnuHeader", "ShowHeader", true},
-                          {"mnuHeader", "ShowHeader", false}}) {
-        choose(c.item);
-        EXPECT_EQ(view(c.member), c.value) << c.item;
-    }
+    click("cmdStop");
+    expectEveryDisplayToolWorks();
+}
+
+TEST_F(MainWindowTest, CineMenusRunTheButtonsCommands) {
+    openPatient(0);
     choose("mnuStop");
     EXPECT_FALSE(find<QTimer>("Timer4").isActive());
     choose("mnuReverse");
@@ -187,29 +174,11 @@ TEST_F(MainWindowTest, CtrlCCopiesThePicture) {
     EXPECT_EQ(QGuiApplication::clipboard()->image().size(), sampleSize);
 }
 
-TEST_F(MainWindowTest, PopUpsOpenAndCloseWithAChoice) {
-    click("cmdZoom");
-    EXPECT_TRUE(find("Frame5").isVisible());
-    click("cmdFit(4)");
-    EXPECT_FALSE(find("Frame5").isVisible());
-    EXPECT_EQ(view("ZoomPercent"), 200);
+TEST_F(MainWindowTest, PopUpsCloseAlsoWithTheChoiceInForceAndWithEscape) {
     click("cmdOverlay");
-    EXPECT_TRUE(find("Frame6").isVisible());
-    // White is selected already: choosing it closes the pop-up all the same.
     find<QRadioButton>("Option3").click();
     EXPECT_FALSE(find("Frame6").isVisible());
-}
-
-TEST_F(MainWindowTest, EscapeHidesThePopUpsWhereverTheKeyboardIs) {
-    for (const auto& [button, panel] : {std::pair{"cmdZoom", "Frame5"}, {"cmdOverlay", "Frame6"}}) {
-        for (const char* place : {"", "ezDicom", "sb1", "TreeView1", "Slider2", "cmdInvert"}) {
-            click(button);
-            EXPECT_TRUE(find(panel).isVisible());
-            if (*place != '\0') find(place).setFocus();
-            QTest::keyClick(form.focusWidget(), Qt::Key_Escape);
-            EXPECT_FALSE(find(panel).isVisible()) << panel << " with the keyboard on " << place;
-        }
-    }
+    expectEscapeHidesThePopUps({"", "ezDicom", "sb1", "TreeView1", "Slider2", "cmdInvert"});
 }
 
 TEST_F(MainWindowTest, TheButtonOfTheMouseToolInForceIsMarked) {

@@ -219,54 +219,15 @@ TEST_F(frmViewTest, AWholeSession) {
     EXPECT_TRUE(form.close());
 }
 
-TEST_F(frmViewTest, ToolsWriteTheirMembers) {
+TEST_F(frmViewTest, DisplayToolsWork) {
     open(folderOf(1));
     click("thumb(0)");
     click("cmdStop");
-    struct Case {
-        const char *control, *member;
-        QVariant value;
-    };
-    for (const Case& c : {Case{"cmdInvert", "Polarity", -1},
-                          {"mnuInvert", "Polarity", 1},
-                          {"cmdMagnify", "MouseMode", 3},
-                          {"cmdPanning", "MouseMode", 4},
-                          {"mnuLabel", "MouseMode", 5},
-                          {"cmdWindow", "MouseMode", 1},
-                          {"cmdHeader", "ShowHeader", true},
-                          {"mnuHeader", "ShowHeader", false},
-                          {"mnu200", "BestFit", false},
-                          {"mnuBestFit", "ZoomPercent", 200},
-                          {"mnuBlack", "BackgroundColor", 1},
-                          {"mnuNone", "BackgroundFill", false},
-                          {"Command3", "Option256", true}}) {
-        QString(c.control).startsWith("mnu") ? choose(c.control) : click(c.control);
-        EXPECT_EQ(view(c.member), c.value) << c.control;
-    }
-    const bool smooth = view("Smooth").toBool();
-    click("cmdSmooth");
-    EXPECT_EQ(view("Smooth"), !smooth);
+    expectEveryDisplayToolWorks();
+    expectEscapeHidesThePopUps({"", "ezDicom", "thumb(0)", "sb1", "Slider1"});
     QGuiApplication::clipboard()->clear();
     QTest::keyClick(&form, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->image().size(), sampleSize);
-}
-
-TEST_F(frmViewTest, PopUpsCloseWithAChoiceOrEscape) {
-    click("cmdZoom");
-    EXPECT_TRUE(find("Frame5").isVisible());
-    click("cmdFit(2)");
-    EXPECT_FALSE(find("Frame5").isVisible());
-    EXPECT_EQ(view("ZoomPercent"), 50);
-    click("cmdOverlay");
-    find<QRadioButton>("Option2").click();
-    EXPECT_FALSE(find("Frame6").isVisible());
-    EXPECT_EQ(view("BackgroundColor"), 1);
-    for (const auto& [button, panel] : {std::pair{"cmdZoom", "Frame5"}, {"cmdOverlay", "Frame6"}}) {
-        click(button);
-        find("ezDicom").setFocus();
-        QTest::keyClick(form.focusWidget(), Qt::Key_Escape);
-        EXPECT_FALSE(find(panel).isVisible()) << panel;
-    }
 }
 
 TEST_F(frmViewTest, TheWheelDrivesTheMainWindowsStripUntilTheWindowCloses) {
@@ -296,6 +257,8 @@ TEST_F(frmViewTest, AWheelRollWithoutAMainWindowIsAnUntrappedError) {
 }
 
 TEST_F(frmViewTest, ExitEndsTheProgramAtOnce) {
+    // Frames are decoded by threads.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     for (const char* exit : {"Command15", "mnuExit"}) {
         const auto end = [&] { *exit == 'm' ? choose(exit) : click(exit); };
         EXPECT_EXIT(end(), testing::ExitedWithCode(0), "^$") << exit;

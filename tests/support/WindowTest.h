@@ -52,7 +52,14 @@ class WindowTest : public testing::Test {
         QCoreApplication::sendEvent(&target, &event);
     }
 
+    /// Uses every display tool by its button and by its menu item; a file is loaded and not inverted.
+    void expectEveryDisplayToolWorks();
+    /// With the keyboard on each of these controls; "" is where opening a pop-up puts it.
+    void expectEscapeHidesThePopUps(const QStringList& places);
+
   private:
+    QWidget* openPopUp(const QString& button, const QString& panel);
+
     EventGuard::FatalAction programsFatalAction_ = EventGuard::replaceFatalAction(
         [](const RunTimeError& error) { ADD_FAILURE() << "untrapped: " << error.what(); });
 };
