@@ -1,16 +1,25 @@
 #include "app/Main.h"
 
 #include "app/Form1.h"
+#include "control/frames/ImageLibrary.h"
 #include "platform/Paths.h"
 #include "platform/widgets/EventGuard.h"
 
 namespace cinedisc {
+
+namespace {
+
+/// Longer than a disc takes for a frame of an angiogram, too short to be felt.
+constexpr std::chrono::milliseconds patienceWithTheDisc{50};
+
+}  // namespace
 
 Form1* MainForm = nullptr;
 
 void Main() {
     EventGuard::run([] {
         if (!MainForm) {
+            ImageLibrary::shared().lookAhead(patienceWithTheDisc);
             MainForm = new Form1(programFolder());
             MainForm->setAttribute(Qt::WA_DeleteOnClose);
             StripWheel::setMainScrollBar(&MainForm->sb1());
