@@ -3,6 +3,7 @@
 #include "dicom/DicomFile.h"
 #include "dicom/FileHeader.h"
 #include "dicom/Picture.h"
+#include "dicom/codecs/FrameDecoder.h"
 
 #include <mutex>
 
@@ -35,7 +36,9 @@ class OpenedFile : public DicomFile {
 
   private:
     std::optional<DecodeError> missing(int frame) const;
-    Result<Frame> decodeBytes(const FrameBytes& bytes) const;
+    Result<Frame> decodeBytes(const FrameBytes& bytes, CellBits wanted) const;
+    Result<Frame> decodeInflated(const FrameBytes& bytes, CellBits wanted) const;
+    std::vector<std::uint8_t> embeddedOverlayBits(const Overlay& overlay, int frame) const;
     Compression compressionOf(const FrameBytes& bytes) const;
     FrameBytes inflated(const FrameBytes& bytes) const;
 
