@@ -23,6 +23,7 @@ class OpenedFile : public DicomFile {
     const std::optional<DecodeError>& pictureError() const override { return picture_.error; }
     Result<Frame> decode(int frame) const override;
     GreyTransform greyTransform(int frame) const override;
+    bool hasGreyRulesByFrame() const override;
     const std::optional<Palette>& palette() const override;
     Shutter shutter(int frame) const override;
     bool hasShuttersByFrame() const override;
@@ -40,7 +41,8 @@ class OpenedFile : public DicomFile {
 
     FileHeader header_;
     Picture picture_;
-    mutable std::once_flag paletteOnce_, overlaysOnce_;
+    mutable std::once_flag paletteOnce_, overlaysOnce_, greyOnce_;
+    mutable bool hasGreyRulesByFrame_ = false;
     mutable std::optional<Palette> palette_;
     mutable std::vector<Overlay> overlays_;
 };
