@@ -1,4 +1,5 @@
 #include "control/picture/DirectTarget.h"
+#include "control/picture/TextPieces.h"
 #include "control/picture/ViewState.h"
 #include "tests/control/ViewFixture.h"
 
@@ -68,6 +69,44 @@ TEST(DirectTarget, IsOnlyThereWhereAPixelIsAPixel) {
     }
     QPainter painter(&wide);
     EXPECT_FALSE(DirectTarget::of(painter, 1.5)) << "another scaling of the screen than counted with";
+}
+
+TEST(TextPieces, LookLikeTheLineDrawnWhole) {
+    QFont font;
+    TextPieces pieces;
+    for (const int pixels : {10, 12, 13}) {
+        for (const double ratio : {1.0, 1.5, 2.0}) {
+            font.setPixelSize(pixels);
+            pieces.use(font, ratio);
+            for (const char* text : {"Frame 17 / 120", "C 1811  W 2904", "Zoom 98 %", "Frame 9 / 9"}) {
+                const auto line = pieces.split(text);
+                if (line.pieces.isEmpty()) continue;  // where its glyphs lie between pixels
+                for (const TextInk ink : {TextInk::OutlinedLight, TextInk::PlainDark}) {
+                    const auto drawn = [&](auto draw) {
+                        QImage image((QSizeF(180, 24) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+                        image.setDevicePixelRatio(ratio);
+                        image.fill(Qt::transparent);
+                        QPainter painter(&image);
+                        painter.setFont(font);
+                        draw(painter);
+                        return image;
+                    };
+                    const QImage whole = drawn([&](QPainter& painter) {
+                        drawInked(painter, {2, 16}, text, ink);
+                    });
+                    const QImage pieced = drawn([&](QPainter& painter) {
+                        pieces.draw(painter, {2, 16}, line, ink);
+                    });
+                    for (qsizetype i = 0; i < whole.sizeInBytes(); ++i) {
+                        ASSERT_NEAR(whole.constBits()[i], pieced.constBits()[i], 8)
+                            << text << " of " << pixels << " at " << ratio;
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_TRUE(pieces.split("x2").pieces.isEmpty()) << "a letter beside a digit";
+    EXPECT_TRUE(pieces.split("Jos\u00e9 1").pieces.isEmpty()) << "letters that may join";
 }
 
 class Painting : public test::ViewFixture {};
