@@ -90,6 +90,11 @@ GreyTransform OpenedFile::greyTransform(int frame) const {
     return readGreyTransform(header_.elements, picture_.format, frame);
 }
 
+bool OpenedFile::hasGreyRulesByFrame() const {
+    std::call_once(greyOnce_, [this] { hasGreyRulesByFrame_ = readsGreyRulesByFrame(header_.elements); });
+    return hasGreyRulesByFrame_;
+}
+
 const std::optional<Palette>& OpenedFile::palette() const {
     std::call_once(paletteOnce_, [this] { palette_ = readPalette(header_.elements, picture_.format); });
     return palette_;

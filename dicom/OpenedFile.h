@@ -25,6 +25,7 @@ class OpenedFile : public DicomFile {
     Result<FrameBytes> readFrame(int frame) const override;
     Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const override;
     GreyTransform greyTransform(int frame) const override;
+    bool hasGreyRulesByFrame() const override;
     const std::optional<Palette>& palette() const override;
     Shutter shutter(int frame) const override;
     bool hasShuttersByFrame() const override;
@@ -44,7 +45,8 @@ class OpenedFile : public DicomFile {
 
     FileHeader header_;
     Picture picture_;
-    mutable std::once_flag paletteOnce_, overlaysOnce_;
+    mutable std::once_flag paletteOnce_, overlaysOnce_, greyOnce_;
+    mutable bool hasGreyRulesByFrame_ = false;
     mutable std::optional<Palette> palette_;
     mutable std::vector<Overlay> overlays_;
 };
