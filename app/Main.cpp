@@ -1,8 +1,11 @@
 #include "app/Main.h"
 
 #include "app/Form1.h"
+#include "panels/Theme.h"
 #include "platform/Paths.h"
 #include "platform/widgets/EventGuard.h"
+
+#include <QApplication>
 
 namespace cinedisc {
 
@@ -14,6 +17,7 @@ void Main() {
             MainForm = new Form1(programFolder());
             MainForm->setAttribute(Qt::WA_DeleteOnClose);
             StripWheel::setMainScrollBar(&MainForm->sb1());
+            applyStyleSheet(*qApp);
         }
         MainForm->show();
     });

@@ -18,11 +18,12 @@ int main(int argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     GuardedApplication application(argc, argv);
     QCoreApplication::setApplicationName("cinedisc");
-    applyTheme(application);
+    applyColours(application);
     const bool toPicture = argc > 1;
     MainForm =
         new Form1(toPicture ? QString::fromLocal8Bit(argv[1]) : QCoreApplication::applicationDirPath());
     StripWheel::setMainScrollBar(&MainForm->sb1());
+    applyStyleSheet(application);
 
     const bench::WindowDriver driver(*MainForm);
     std::unique_ptr<bench::FirstPaint> picture;
