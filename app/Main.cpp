@@ -1,6 +1,7 @@
 #include "app/Main.h"
 
 #include "app/Form1.h"
+#include "control/frames/ImageLibrary.h"
 #include "panels/Theme.h"
 #include "platform/Paths.h"
 #include "platform/widgets/EventGuard.h"
@@ -9,12 +10,22 @@
 
 namespace cinedisc {
 
+namespace {
+
+/// Longer than a disc takes for a frame of an angiogram, too short to be felt.
+constexpr std::chrono::milliseconds patienceWithTheDisc{50};
+
+}  // namespace
+
 Form1* MainForm = nullptr;
 
-void Main() {
-    EventGuard::run([] {
+void Main() { Main(programFolder()); }
+
+void Main(const QString& folder) {
+    EventGuard::run([&] {
         if (!MainForm) {
-            MainForm = new Form1(programFolder());
+            ImageLibrary::shared().lookAhead(patienceWithTheDisc);
+            MainForm = new Form1(folder);
             MainForm->setAttribute(Qt::WA_DeleteOnClose);
             StripWheel::setMainScrollBar(&MainForm->sb1());
             applyStyleSheet(*qApp);

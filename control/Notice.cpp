@@ -46,14 +46,16 @@ Notice Notice::of(const dicom::DecodeError& fault, int shownFrame, bool wholeFil
             asSentence(said.isEmpty() ? wordsFor(fault.kind) : said)};
 }
 
-QString Notice::words() const { return heading + ". " + reason; }
+Notice Notice::ofReading() { return {say("reading …"), {}}; }
+
+QString Notice::words() const { return isOfReading() ? heading : heading + ". " + reason; }
 
 void Notice::paint(QPainter& painter, const QRectF& area, const QColor& color) const {
     constexpr int flags = Qt::AlignCenter | Qt::TextWordWrap;
     const double gap = area.width() < 200 ? 4 : 16;
     const QRectF room = area.adjusted(gap, gap, -gap, -gap);
     if (room.width() < 8 || room.height() < 8) return;
-    const QString text = heading + ".\n" + reason;
+    const QString text = isOfReading() ? heading : heading + ".\n" + reason;
     painter.save();
     painter.setPen(color);
     for (int size = area.width() < 400 ? 12 : 16; size >= 8; --size) {

@@ -11,8 +11,11 @@ namespace cinedisc {
 /// The words that stand in place of a picture that cannot be shown.
 struct Notice {
     QString heading;  ///< "This file cannot be shown"
-    QString reason;
+    QString reason;   ///< empty while the disc is being read
 
+    /// That the disc has not given the picture yet.
+    static Notice ofReading();
+    bool isOfReading() const { return reason.isEmpty(); }
     static Notice of(const dicom::DecodeError& fault, int shownFrame, bool wholeFile);
 
     QString words() const;

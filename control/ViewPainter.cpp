@@ -30,6 +30,7 @@ QString number(double value) {
 }  // namespace
 
 std::optional<Notice> noticeFor(const LoadedPicture& picture) {
+    if (picture.isAwaited()) return Notice::ofReading();
     const auto fault = picture.fault();
     if (!fault) return std::nullopt;
     return Notice::of(*fault, picture.currentFrame(), picture.frameCount() == 0);

@@ -5,6 +5,8 @@
 #include "control/ezDICOMXParts.h"
 #include "control/picture/DisplayedPicture.h"
 
+#include <utility>
+
 namespace cinedisc {
 
 ezDICOMX::ezDICOMX(ViewRole role, QWidget* parent, ImageLibrary& library)
@@ -48,6 +50,7 @@ void ezDICOMX::putCurrentFrame(qint32 frame) {
     auto& picture = parts_->view.picture;
     if (frame < 1 || frame > picture.frameCount() || frame == picture.currentFrame()) return;
     parts_->tools.leaveFrame();
+    parts_->noteStep(picture.currentFrame(), frame);
     picture.show(frame);
     if (parts_->role != ViewRole::Probe) parts_->describe();
     update();
@@ -148,6 +151,8 @@ void ezDICOMX::putThumbStyle(qint32 style) {
     parts_->thumbStyle = style;
     update();
 }
+
+void ezDICOMX::setNeighbour(Neighbour neighbour) { parts_->neighbour = std::move(neighbour); }
 
 QSize ezDICOMX::sizeHint() const {
     return parts_->role == ViewRole::Main ? QSize(512, 512) : QSize(128, 128);

@@ -7,6 +7,7 @@
 #include <QPoint>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace cinedisc {
@@ -109,6 +110,10 @@ class ezDICOMX : public QWidget, public ViewerControl {
     void putThumbStyle(qint32 style) override;
     QString Tag() const override;
     void putTag(const QString& tag) override;
+
+    /// Who is asked which file is likely to be shown after `path`, "" for none: it is read ahead.
+    using Neighbour = std::function<QString(const QString& path, PlayDirection direction)>;
+    void setNeighbour(Neighbour neighbour);
 
     QSize sizeHint() const override;
 

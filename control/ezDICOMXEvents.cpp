@@ -20,6 +20,7 @@ void ezDICOMX::paintEvent(QPaintEvent*) {
     look.accent = palette().color(QPalette::Highlight);
     QPainter painter(this);
     parts_->painter.paint(painter, rect(), parts_->content(), parts_->view, parts_->tools, look);
+    parts_->lookAhead();
 }
 
 void ezDICOMX::resizeEvent(QResizeEvent*) {

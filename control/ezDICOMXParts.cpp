@@ -11,6 +11,15 @@ constexpr int borderWidth = 2;
 
 }  // namespace
 
+ezDICOMX::Parts::Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& library)
+    : owner(widget), role(viewRole), view(library), tools(view, widget) {
+    QObject::connect(&library.arrivals(), &FrameArrivals::arrived, &owner, [this] {
+        if (role == ViewRole::Probe || !owner.isVisible() || !awaiting) return;
+        describe();
+        owner.update();
+    });
+}
+
 QRect ezDICOMX::Parts::content() const {
     const int border = role == ViewRole::Preview || thumbStyle == sunken ? borderWidth : 0;
     return owner.rect().adjusted(border, border, -border, -border);
@@ -24,6 +33,7 @@ void ezDICOMX::Parts::layOut() {
 void ezDICOMX::Parts::describe() { describeWith(noticeFor(view.picture)); }
 
 void ezDICOMX::Parts::describeWith(const std::optional<Notice>& notice) {
+    awaiting = notice && notice->isOfReading();
     QString words;
     if (notice) {
         words = notice->words();
@@ -31,6 +41,25 @@ void ezDICOMX::Parts::describeWith(const std::optional<Notice>& notice) {
         words = cutOffWords(view.picture.frameCount(), view.picture.file()->dicom().announcedFrameCount());
     }
     if (owner.accessibleDescription() != words) owner.setAccessibleDescription(words);
+}
+
+/// A run goes round: from the last frame to the first is a step forward.
+void ezDICOMX::Parts::noteStep(qint32 from, qint32 to) {
+    const qint32 last = view.picture.frameCount();
+    if (last < 3) return;
+    if (to == from + 1 || (from == last && to == 1)) direction = PlayDirection::Forward;
+    if (to == from - 1 || (from == 1 && to == last)) direction = PlayDirection::Reverse;
+}
+
+void ezDICOMX::Parts::lookAhead() {
+    const auto& picture = view.picture;
+    if (role != ViewRole::Main || picture.frameCount() == 0 || !owner.isVisible()) return;
+    if (neighbour && (nextOf != picture.path() || nextTowards != direction)) {
+        nextOf = picture.path();
+        nextTowards = direction;
+        next = neighbour(nextOf, direction);
+    }
+    picture.lookAhead(direction, next);
 }
 
 void ezDICOMX::Parts::refreshHeaderPage() {

@@ -15,8 +15,7 @@ namespace cinedisc {
 
 /// What the component is made of.
 struct ezDICOMX::Parts {
-    Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& library)
-        : owner(widget), role(viewRole), view(library), tools(view, widget) {}
+    Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& library);
 
     /// The part of the component inside its border.
     QRect content() const;
@@ -26,6 +25,10 @@ struct ezDICOMX::Parts {
     /// decodes it.
     void describe();
     void describeWith(const std::optional<Notice>& notice);
+    /// The frame shown has been put: which way do they go?
+    void noteStep(qint32 from, qint32 to);
+    /// Has what may follow read ahead; done when the frame shown has been drawn.
+    void lookAhead();
     void refreshHeaderPage();
     void chooseTool();
 
@@ -37,11 +40,17 @@ struct ezDICOMX::Parts {
     HeaderPage* headerPage = nullptr;  ///< a child, made when first shown
     std::uint64_t headerPageOf = 0;    ///< the file whose header it holds
     PlainMembers plain;
+    Neighbour neighbour;
+    PlayDirection direction = PlayDirection::Forward;
+    QString next;                 ///< the neighbour's answer
+    QString nextOf;               ///< for this file
+    PlayDirection nextTowards{};  ///< and direction
     qint32 mouseMode = MouseWindow;
     bool backgroundFill = false;
     qint32 backgroundColor = 1;
     bool showHeader = false;
     qint32 thumbStyle = 0;
+    bool awaiting = false;             ///< the disc has not given the frame shown yet
     std::optional<QPointF> pressedAt;  ///< of a click on a preview
 };
 

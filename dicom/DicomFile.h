@@ -3,6 +3,7 @@
 #include "dicom/ByteSource.h"
 #include "dicom/DataSet.h"
 #include "dicom/Frame.h"
+#include "dicom/FrameBytes.h"
 #include "dicom/PixelFormat.h"
 #include "dicom/Presentation.h"
 #include "dicom/Result.h"
@@ -42,8 +43,15 @@ class DicomFile {
     /// Why there is no picture, when frameCount() is 0.
     virtual const std::optional<DecodeError>& pictureError() const = 0;
 
-    /// Decodes a frame, counted from 0.
-    virtual Result<Frame> decode(int frame) const = 0;
+    /// Reads a frame, counted from 0, as it stands in the file. Nothing is decoded.
+    virtual Result<FrameBytes> readFrame(int frame) const = 0;
+    /// Decodes what readFrame gave for that frame. Nothing is read.
+    virtual Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const = 0;
+    /// Reads and decodes a frame, counted from 0.
+    Result<Frame> decode(int frame) const {
+        const auto bytes = readFrame(frame);
+        return bytes ? decodeRead(frame, bytes.value()) : Result<Frame>(bytes.error());
+    }
 
     /// Grey rules of a frame, counted from 0: per-frame and shared functional groups are taken into account.
     virtual GreyTransform greyTransform(int frame) const = 0;

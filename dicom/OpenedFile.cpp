@@ -33,11 +33,17 @@ std::optional<DecodeError> OpenedFile::missing(int frame) const {
     return error;
 }
 
-Result<Frame> OpenedFile::decode(int frame) const {
+Result<FrameBytes> OpenedFile::readFrame(int frame) const {
     if (auto error = missing(frame)) return std::move(*error);
     auto bytes = picture_.frames->read(frame);
-    if (bytes && picture_.hasDeflatedFrames) inflateFrame(bytes.value());
-    auto decoded = bytes ? decodeBytes(bytes.value()) : Result<Frame>(bytes.error());
+    if (bytes) return bytes;
+    DecodeError error = bytes.error();
+    error.frame = frame;
+    return error;
+}
+
+Result<Frame> OpenedFile::decodeRead(int frame, const FrameBytes& bytes) const {
+    auto decoded = picture_.hasDeflatedFrames ? decodeBytes(inflated(bytes)) : decodeBytes(bytes);
     if (decoded) return decoded;
     DecodeError error = decoded.error();
     error.frame = frame;
@@ -45,14 +51,15 @@ Result<Frame> OpenedFile::decode(int frame) const {
 }
 
 /// A frame that cannot be inflated is left as it is, for the decoder to find too short.
-void OpenedFile::inflateFrame(FrameBytes& bytes) const {
+FrameBytes OpenedFile::inflated(const FrameBytes& bytes) const {
     const auto stream = bytes.bytes();
     const MemoryByteSource deflated({stream.begin(), stream.end()});
-    auto inflated = inflateFrom(deflated, 0, nativeFrameBits(picture_.format) / 8 + 1);
-    if (!inflated) return;
-    bytes.storage = std::move(inflated.value());
-    bytes.begin = 0;
-    bytes.length = bytes.storage.size();
+    auto whole = inflateFrom(deflated, 0, nativeFrameBits(picture_.format) / 8 + 1);
+    if (!whole) return bytes;
+    FrameBytes frame;
+    frame.storage = std::move(whole.value());
+    frame.length = frame.storage.size();
+    return frame;
 }
 
 Compression OpenedFile::compressionOf(const FrameBytes& bytes) const {

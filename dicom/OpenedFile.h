@@ -21,7 +21,8 @@ class OpenedFile : public DicomFile {
     int frameCount() const override { return picture_.frameCount; }
     int announcedFrameCount() const override { return picture_.announcedFrameCount; }
     const std::optional<DecodeError>& pictureError() const override { return picture_.error; }
-    Result<Frame> decode(int frame) const override;
+    Result<FrameBytes> readFrame(int frame) const override;
+    Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const override;
     GreyTransform greyTransform(int frame) const override;
     const std::optional<Palette>& palette() const override;
     Shutter shutter(int frame) const override;
@@ -36,7 +37,7 @@ class OpenedFile : public DicomFile {
     std::optional<DecodeError> missing(int frame) const;
     Result<Frame> decodeBytes(const FrameBytes& bytes) const;
     Compression compressionOf(const FrameBytes& bytes) const;
-    void inflateFrame(FrameBytes& bytes) const;
+    FrameBytes inflated(const FrameBytes& bytes) const;
 
     FileHeader header_;
     Picture picture_;

@@ -1,7 +1,5 @@
 #include "viewer/CinePlayer.h"
 
-#include <algorithm>
-
 namespace cinedisc {
 
 void CinePlayer::cmdPlay_Click() {
@@ -83,9 +81,7 @@ void CinePlayer::continueForward() {
         showFrame(1);
         return;
     }
-    Int16 next = std::max(form_.File1.positionOf(view.FileName()), Int16(0)) + 1;
-    if (next == form_.File1.ListCount()) next = 0;
-    loadNeighbour(next);
+    loadNeighbour(form_.neighbourOf(view.FileName(), 1));
     form_.Slider2.putValue(view.CurrentFrame());
     form_.showImagePosition();
     form_.showFramePosition();
@@ -102,9 +98,7 @@ void CinePlayer::continueReverse() {
         showFrame(view.FrameCount());
         return;
     }
-    Int16 previous = std::max(form_.File1.positionOf(view.FileName()), Int16(0)) - 1;
-    if (previous == -1) previous = form_.File1.ListCount() - 1;
-    loadNeighbour(previous);
+    loadNeighbour(form_.neighbourOf(view.FileName(), -1));
     view.putCurrentFrame(view.FrameCount());
     form_.Slider2.putValue(view.CurrentFrame());
     form_.showImagePosition();

@@ -1,5 +1,7 @@
 #include "viewer/ViewerControls.h"
 
+#include <algorithm>
+
 namespace cinedisc {
 
 void ViewerControls::showImagePosition() const {
@@ -8,6 +10,13 @@ void ViewerControls::showImagePosition() const {
 
 void ViewerControls::showFramePosition() const {
     lblFra.putCaption(QString("Frame :%1").arg(Slider2.Value()));
+}
+
+Int16 ViewerControls::neighbourOf(const QString& path, Int16 step) const {
+    const Int16 files = File1.ListCount();
+    const Int16 position = std::max(File1.positionOf(path), Int16(0)) + step;
+    if (position == files) return 0;
+    return position == -1 ? files - 1 : position;
 }
 
 }  // namespace cinedisc

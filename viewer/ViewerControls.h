@@ -33,6 +33,9 @@ struct ViewerControls {
     void showImagePosition() const;
     /// "Frame :12" from the frame slider.
     void showFramePosition() const;
+    /// Position in File1 of the file that comes `step` (1 or -1) after the one at `path`, round the ends. A
+    /// file that is not listed counts as the first. File1 must not be empty.
+    Int16 neighbourOf(const QString& path, Int16 step) const;
     bool isReverseContinuous() const { return Option11.Value() && Option10.Value(); }
 };
 

@@ -8,6 +8,9 @@
 #include "platform/widgets/OptionHandler.h"
 #include "viewerwindow/ViewerBehaviour.h"
 
+#include <cstdint>
+#include <utility>
+
 namespace cinedisc {
 
 void ViewerEvents::connect(const ViewerPanels& panels, ViewerBehaviour& behaviour) {
@@ -28,6 +31,13 @@ void ViewerEvents::connect(const ViewerPanels& panels, ViewerBehaviour& behaviou
         on(panels.strip->thumb[static_cast<std::size_t>(i)], &ezDICOMX::clicked,
            [&behaviour, i] { behaviour.thumb_Click(i); });
     }
+    panels.ezDicom->setNeighbour([&form = behaviour.form](const QString& path, PlayDirection direction) {
+        const int files = form.File1.ListCount();
+        if (files == 0 || !std::in_range<std::int16_t>(files)) return QString();
+        const auto next =
+            form.File1.fullPath(form.neighbourOf(path, direction == PlayDirection::Forward ? 1 : -1));
+        return next == path ? QString() : next;
+    });
 
     ToolBarPanel* toolBar = panels.toolBar;
     toolBar->showMouseTool(panels.ezDicom->MouseMode());

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "dicom/Frame.h"
-#include "dicom/Result.h"
+#include "control/frames/PlayOrder.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <functional>
@@ -10,44 +10,90 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <utility>
+#include <optional>
+#include <set>
 
 namespace cinedisc {
 
-/// The decoded frames of the program, within one ceiling in bytes: those used longest ago go first. Safe to
-/// call from any thread; two threads that ask for the same frame decode it once.
+/// What the program holds of the frames of its runs, within one ceiling in bytes: decoded, and compressed
+/// where a run does not fit decoded. Frames of runs that are not played go first, those used longest ago
+/// before the others; of the run that is played those that are due last.
+///
+/// Safe to call from any thread; of several that want the same frame one reads and one decodes it.
 class FrameStore {
   public:
     using Decoded = std::shared_ptr<const dicom::Result<dicom::Frame>>;
-    using Decode = std::function<dicom::Result<dicom::Frame>()>;
-    static constexpr std::size_t programCeiling = std::size_t{512} << 20;
+    using Bytes = std::shared_ptr<const dicom::FrameBytes>;
+    using Clock = std::chrono::steady_clock;
+
+    /// Leaves room for all else that the program holds within its 512 MiB.
+    static constexpr std::size_t programCeiling = std::size_t{400} << 20;
 
     explicit FrameStore(std::size_t ceilingInBytes = programCeiling) : ceiling_(ceilingInBytes) {}
+    std::size_t ceiling() const { return ceiling_; }
 
-    /// The frame at hand, or what `decode` makes of it in the calling thread. A frame that cannot be decoded
-    /// is kept as such. `owner` is the file's key.
-    Decoded frame(const void* owner, int index, const Decode& decode);
-    /// Lets go of all frames of a file.
-    void drop(const void* owner);
+    /// The frame at hand, or what the steps make of it in the calling thread. One that cannot be read or
+    /// decoded is kept as such.
+    Decoded frame(const FrameKey& key);
+    /// The same, but the reading is left to another thread, which `ask` tells. Null when the frame has not
+    /// been read by the deadline.
+    Decoded frameBy(Clock::time_point deadline, const FrameKey& key, const std::function<void()>& ask);
+
+    /// Nobody has read it, or is doing so.
+    bool isMissing(const FrameKey& key) const;
+    /// Reads a frame unless that is done or being done. Answers whether it was read now.
+    bool read(const FrameKey& key);
+    /// Decodes that frame of the order's window, or of the run that follows, which is due first among those
+    /// read. Answers whether there was one.
+    bool decodeNextDue();
+
+    /// What is played, for the choice of what to keep.
+    void follow(const PlayOrder& order);
+    /// Whether compressed frames of the run that is played still find room.
+    bool hasRoomForBytes() const;
+    /// Lets go of all frames of a run. None of them may be in use by a thread.
+    void drop(const FrameSteps* run);
+    /// Lets go of the frames that could not be read or decoded, to be tried again.
+    void dropFaults(const FrameSteps* run);
     std::size_t bytesHeld() const;
 
   private:
-    using Key = std::pair<const void*, int>;
+    enum class Stage { Missing, Reading, Read, Decoding, Decoded };
     struct Entry {
-        Decoded frame;  ///< null while a thread decodes it
-        std::size_t bytes = 0;
-        std::list<Key>::iterator use;
+        Stage stage = Stage::Missing;
+        Bytes bytes;
+        Decoded frame;
+        std::list<FrameKey>::iterator use;  ///< while it is decoded
     };
+    using Entries = std::map<FrameKey, Entry>;
+    using Lock = std::unique_lock<std::mutex>;
 
-    void keep(std::map<Key, Entry>::iterator entry, Decoded frame);
+    void wait(Lock& lock);
+    /// False when the deadline has passed.
+    bool waitUntil(Lock& lock, Clock::time_point deadline);
+    void readNow(Lock& lock, Entries::iterator entry);
+    Decoded decodeNow(Lock& lock, Entries::iterator entry);
+    void keepDecoded(Entries::iterator entry, Decoded frame);
+    void letGoOfBytes(Entry& entry);
+    void letGoOfFrame(Entries::iterator entry);
+    bool hasRoomFor(std::size_t bytes) const;
+    bool wantsBytes(const FrameKey& key, const dicom::FrameBytes& bytes) const;
+    Decoded use(Entry& entry);
     void makeRoom();
+    Entries::iterator leastWanted();
 
     const std::size_t ceiling_;
     mutable std::mutex mutex_;
-    std::condition_variable decoded_;
-    std::map<Key, Entry> entries_;
-    std::list<Key> uses_;  ///< longest ago first; only entries that are decoded
-    std::size_t bytes_ = 0;
+    std::condition_variable changed_;
+    int waiting_ = 0;
+    Entries entries_;
+    std::set<FrameKey> read_;   ///< entries at that stage
+    std::list<FrameKey> uses_;  ///< decoded ones, used longest ago first
+    std::size_t frameBytes_ = 0;
+    std::size_t compressedBytes_ = 0;
+    std::size_t playedFrameBytes_ = 0;                    ///< of one decoded frame of the run that is played
+    std::map<const FrameSteps*, std::size_t> decodedOf_;  ///< decoded frames by run
+    PlayOrder order_;
 };
 
 }  // namespace cinedisc

@@ -1,5 +1,7 @@
 #include "control/frames/ImageFile.h"
 
+#include "control/frames/LookAhead.h"
+
 #include <type_traits>
 #include <utility>
 
@@ -32,15 +34,19 @@ ImageFile::ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileIdentity
 
 ImageFile::~ImageFile() { frames_->drop(this); }
 
-FrameStore::Decoded ImageFile::frame(int index) const {
-    return frames_->frame(this, index, [this, index]() -> dicom::Result<dicom::Frame> {
-        auto frame = dicom_->decode(index);
-        if (!frame || isWhole(frame.value(), dicom_->pixelFormat())) return frame;
-        dicom::DecodeError error;
-        error.message = "the picture does not have the size that its header says";
-        error.frame = index;
-        return error;
-    });
+FrameStore::Decoded ImageFile::frameWithin(std::chrono::milliseconds patience, int index,
+                                           LookAhead& reader) const {
+    return frames_->frameBy(FrameStore::Clock::now() + patience, {this, index},
+                            [&] { reader.readFirst(shared_from_this(), index); });
+}
+
+dicom::Result<dicom::Frame> ImageFile::decodeRead(int index, const dicom::FrameBytes& bytes) const {
+    auto frame = dicom_->decodeRead(index, bytes);
+    if (!frame || isWhole(frame.value(), dicom_->pixelFormat())) return frame;
+    dicom::DecodeError error;
+    error.message = "the picture does not have the size that its header says";
+    error.frame = index;
+    return error;
 }
 
 ValueRange ImageFile::firstFrameRange() const {

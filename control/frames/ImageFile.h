@@ -6,27 +6,38 @@
 #include "control/pipeline/ValueRange.h"
 #include "dicom/DicomFile.h"
 
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <optional>
 
 namespace cinedisc {
 
+class LookAhead;
+
 /// An open file, shared by all views that show it, with what is worked out once for all of them. The last
 /// view that lets it go closes the file and frees its frames. Safe to call from any thread.
-class ImageFile {
+class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFile> {
   public:
     ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileIdentity identity,
               std::shared_ptr<FrameStore> frames);
-    ~ImageFile();
+    ~ImageFile() override;
     ImageFile(const ImageFile&) = delete;
     ImageFile& operator=(const ImageFile&) = delete;
 
     const dicom::DicomFile& dicom() const { return *dicom_; }
     const FileIdentity& identity() const { return identity_; }
 
-    /// A frame, counted from 0, from the store or decoded now.
-    FrameStore::Decoded frame(int index) const;
+    /// A frame, counted from 0, from the store or read and decoded now.
+    FrameStore::Decoded frame(int index) const { return frames_->frame({this, index}); }
+    /// The same, read by the look-ahead's reader before all else. Null when the disc has not given it within
+    /// the patience; it comes later.
+    FrameStore::Decoded frameWithin(std::chrono::milliseconds patience, int index, LookAhead& reader) const;
+    FrameStore& store() const { return *frames_; }
+
+    std::shared_ptr<const FrameSteps> hold() const override { return weak_from_this().lock(); }
+    dicom::Result<dicom::FrameBytes> readFrame(int index) const override { return dicom_->readFrame(index); }
+    dicom::Result<dicom::Frame> decodeRead(int index, const dicom::FrameBytes& bytes) const override;
     /// Range of the stored values in the first frame, without padding; what the bits can express when it
     /// cannot be decoded.
     ValueRange firstFrameRange() const;

@@ -7,6 +7,7 @@
 namespace cinedisc {
 
 QImage displayedPicture(ViewState& view) {
+    view.picture.await();
     QImage picture = view.renderer.wholePicture();
     const int frame = view.picture.currentFrame();
     if (picture.isNull() || !view.labels.any(frame)) return picture;

@@ -1,5 +1,7 @@
 #include "control/picture/LoadedPicture.h"
 
+#include "control/frames/LookAhead.h"
+
 namespace cinedisc {
 
 namespace {
@@ -23,6 +25,7 @@ void LoadedPicture::load(const QString& path) {
         file_.reset();
         return;
     }
+    if (auto* const ahead = library_.ahead(); ahead && file_) ahead->leave(file_.get());
     // The old file is held until the new one is open: it may be the same.
     auto opened = library_.open(path);
     file_ = opened ? opened.value() : nullptr;
@@ -46,13 +49,24 @@ bool LoadedPicture::show(int frame) {
 
 const dicom::Frame* LoadedPicture::frame() const {
     if (frameCount() == 0) return nullptr;
-    if (!decoded_) decoded_ = file_->frame(currentFrame_ - 1);
-    return decoded_->ok() ? &decoded_->value() : nullptr;
+    if (!decoded_) decoded_ = library_.frame(*file_, currentFrame_ - 1);
+    return decoded_ && decoded_->ok() ? &decoded_->value() : nullptr;
+}
+
+bool LoadedPicture::isAwaited() const { return frameCount() > 0 && !frame() && !decoded_; }
+
+void LoadedPicture::await() const {
+    if (frameCount() > 0 && !decoded_) decoded_ = file_->frame(currentFrame_ - 1);
+}
+
+void LoadedPicture::lookAhead(PlayDirection direction, const QString& next) const {
+    if (frameCount() > 0 && library_.ahead())
+        library_.ahead()->follow(file_, currentFrame_ - 1, direction, next);
 }
 
 std::optional<dicom::DecodeError> LoadedPicture::fault() const {
     if (fileFault_) return fileFault_;
-    if (frameCount() == 0 || frame()) return std::nullopt;
+    if (frameCount() == 0 || frame() || !decoded_) return std::nullopt;
     return decoded_->error();
 }
 

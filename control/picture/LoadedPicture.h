@@ -18,6 +18,9 @@ class LoadedPicture {
 
     /// Opens a file as its header says. "" unloads.
     void load(const QString& path);
+    /// What comes after the frame shown is read and decoded ahead, at the end from the file `next`, "" for
+    /// none.
+    void lookAhead(PlayDirection direction, const QString& next) const;
 
     const QString& path() const { return path_; }
     /// The open file, null when there is none or it could not be read.
@@ -28,8 +31,13 @@ class LoadedPicture {
     /// Whether there is such a frame; otherwise nothing changes.
     bool show(int frame);
 
-    /// The frame shown; null when there is no picture or this frame cannot be shown.
+    /// The frame shown; null when there is no picture, this frame cannot be shown or the disc has not given
+    /// it yet.
     const dicom::Frame* frame() const;
+    /// Whether there will be a frame, but the disc has not given it yet. Looks at the frame.
+    bool isAwaited() const;
+    /// Waits for the frame shown, however slow the disc.
+    void await() const;
     /// Why nothing can be shown: of the file, or of this frame. Empty when there is a picture or nothing is
     /// loaded.
     std::optional<dicom::DecodeError> fault() const;
@@ -62,7 +70,7 @@ class LoadedPicture {
     std::uint64_t fileRevision_ = 0;
     std::uint64_t frameRevision_ = 0;
     WindowChoice choice_;
-    mutable FrameStore::Decoded decoded_;              ///< of currentFrame_, null before it was asked for
+    mutable FrameStore::Decoded decoded_;  ///< of currentFrame_, null before it was asked for or has come
     mutable std::optional<WindowInForce> fileWindow_;  ///< of currentFrame_, likewise
     mutable WindowInForce lastWindow_{false, {127.5, 255, dicom::Window::Function::Linear}};
 };

@@ -1,6 +1,7 @@
 #include "app/CommandTable.h"
 #include "app/Form1.h"
 #include "app/Main.h"
+#include "control/frames/ImageLibrary.h"
 #include "tests/support/DiscBuilder.h"
 #include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
@@ -24,6 +25,7 @@ namespace {
 class MainWindowTest : public WindowTest {
   protected:
     MainWindowTest() {
+        ImageLibrary::shared().lookAhead(std::chrono::minutes(1));
         StripWheel::setMainScrollBar(&form.sb1());
         show();
     }

@@ -5,6 +5,7 @@
 
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
@@ -30,8 +31,9 @@ class FakeDicomFile : public dicom::DicomFile {
     double aspect = 1;
     std::map<dicom::Tag, std::string> texts;
     std::function<dicom::Frame(int)> picture;
-    std::set<int> broken;  ///< frames that cannot be decoded, from 0
-    mutable int decodeCount = 0;
+    std::set<int> broken;              ///< frames that cannot be decoded, from 0
+    std::function<void(int)> reading;  ///< called when a frame, from 0, is read
+    mutable std::atomic<int> decodeCount = 0;
 
     const dicom::DataSet& header() const override { return headerData; }
     const std::string& transferSyntax() const override { return syntax; }
@@ -40,7 +42,11 @@ class FakeDicomFile : public dicom::DicomFile {
     int frameCount() const override { return frames; }
     int announcedFrameCount() const override { return announced; }
     const std::optional<dicom::DecodeError>& pictureError() const override { return error; }
-    dicom::Result<dicom::Frame> decode(int frame) const override {
+    dicom::Result<dicom::FrameBytes> readFrame(int frame) const override {
+        if (reading) reading(frame);
+        return dicom::FrameBytes{};
+    }
+    dicom::Result<dicom::Frame> decodeRead(int frame, const dicom::FrameBytes&) const override {
         ++decodeCount;
         if (broken.contains(frame)) {
             dicom::DecodeError fault;

@@ -11,50 +11,70 @@
 namespace cinedisc {
 namespace {
 
-dicom::Result<dicom::Frame> frameOf(std::size_t bytes) {
-    dicom::Frame frame;
-    frame.samples = std::vector<std::uint8_t>(bytes);
-    return frame;
-}
+/// A run whose frames are made on the spot, and counted.
+struct FakeRun : FrameSteps, std::enable_shared_from_this<FakeRun> {
+    std::size_t bytes = 1000;  ///< of a decoded frame
+    std::size_t readBytes = 10;
+    std::function<void()> decoding;
+    mutable std::atomic<int> read = 0, decoded = 0;
+
+    std::shared_ptr<const FrameSteps> hold() const override { return weak_from_this().lock(); }
+    dicom::Result<dicom::FrameBytes> readFrame(int) const override {
+        ++read;
+        dicom::FrameBytes held;
+        held.storage.resize(readBytes);
+        held.length = readBytes;
+        return held;
+    }
+    dicom::Result<dicom::Frame> decodeRead(int index, const dicom::FrameBytes& from) const override {
+        EXPECT_EQ(from.length, readBytes);
+        if (decoding) decoding();
+        ++decoded;
+        dicom::Frame frame;
+        frame.columns = index;
+        frame.samples = std::vector<std::uint8_t>(bytes);
+        return frame;
+    }
+};
 
 TEST(FrameStore, LetsGoOfTheFramesUsedLongestAgo) {
     FrameStore store(3500);
-    int decoded = 0;
-    const auto ask = [&](int index) {
-        return store.frame(&store, index, [&] {
-            ++decoded;
-            return frameOf(1000);
-        });
-    };
-    for (const int index : {0, 1, 2, 0, 1, 2}) ask(index);
-    EXPECT_EQ(decoded, 3);
-    ask(0);
-    ask(3);  // 1 goes
-    EXPECT_EQ(decoded, 4);
+    const FakeRun run;
+    for (const int index : {0, 1, 2, 0, 1, 2}) store.frame({&run, index});
+    EXPECT_EQ(run.decoded, 3);
+    store.frame({&run, 0});
+    store.frame({&run, 3});  // 1 goes
+    EXPECT_EQ(run.decoded, 4);
     EXPECT_LE(store.bytesHeld(), 3500U);
-    ask(0);
-    EXPECT_EQ(decoded, 4);
-    ask(1);
-    EXPECT_EQ(decoded, 5);
+    store.frame({&run, 0});
+    EXPECT_EQ(run.decoded, 4);
+    store.frame({&run, 1});
+    EXPECT_EQ(run.decoded, 5);
 }
 
 TEST(FrameStore, GivesAFrameBeyondItsCeilingWithoutKeepingIt) {
     FrameStore store(500);
-    EXPECT_EQ(store.frame(&store, 0, [] { return frameOf(5000); })->value().byteSize(), 5000U);
+    FakeRun run;
+    run.bytes = 5000;
+    EXPECT_EQ(store.frame({&run, 0})->value().byteSize(), 5000U);
     EXPECT_EQ(store.bytesHeld(), 0U);
 }
 
 TEST(FrameStore, TurnsMissingMemoryIntoAFault) {
     FrameStore store;
-    const auto frame =
-        store.frame(&store, 0, []() -> dicom::Result<dicom::Frame> { throw std::bad_alloc(); });
+    FakeRun run;
+    run.decoding = [] { throw std::bad_alloc(); };
+    const auto frame = store.frame({&run, 0});
     ASSERT_FALSE(frame->ok());
     EXPECT_EQ(frame->error().kind, dicom::DecodeError::Kind::TooLarge);
+    run.decoding = {};
+    store.dropFaults(&run);
+    EXPECT_TRUE(store.frame({&run, 0})->ok());
 }
 
-TEST(FrameStore, DecodesAFrameOnceForAllThreadsThatAskForIt) {
+TEST(FrameStore, ReadsAndDecodesAFrameOnceForAllThreadsThatAskForIt) {
     FrameStore store;
-    std::atomic<int> decoded = 0;
+    const FakeRun run;
     std::barrier together(4);
     std::vector<std::jthread> threads;
     std::array<FrameStore::Decoded, 4> got;
@@ -62,16 +82,43 @@ TEST(FrameStore, DecodesAFrameOnceForAllThreadsThatAskForIt) {
         threads.emplace_back([&, t] {
             together.arrive_and_wait();
             for (int index = 0; index < 50; ++index) {
-                got[t] = store.frame(&store, index, [&] {
-                    ++decoded;
-                    return frameOf(100);
-                });
+                if (t == 0) store.read({&run, index});
+                got[t] = store.frame({&run, index});
             }
         });
     }
     threads.clear();
-    EXPECT_EQ(decoded, 50);
+    EXPECT_EQ(run.read, 50);
+    EXPECT_EQ(run.decoded, 50);
     for (const auto& frame : got) EXPECT_EQ(frame, got[0]);
+}
+
+// A run of 20 frames goes round in a store for about 10 of them: what is due last goes first, so that every
+// round finds what the last one left, and compressed frames stay where they are small.
+TEST(FrameStore, KeepsMostOfARunThatDoesNotFit) {
+    struct Case {
+        std::size_t readBytes;
+        int mostReadInThreeRounds;
+    };
+    for (const auto& c : {Case{10, 20}, Case{990, 20 + 2 * 11}}) {
+        FrameStore store(10 * (1000 + sizeof(dicom::Frame)));
+        const auto run = std::make_shared<FakeRun>();
+        run->readBytes = c.readBytes;
+        PlayOrder order;
+        order.run = run.get();
+        order.frames = 20;
+        order.window = 1;
+        order.fits = false;
+        for (int step = 0; step < 60; ++step) {
+            order.frame = step % 20;
+            store.follow(order);
+            EXPECT_EQ(store.frame({run.get(), order.frame})->value().columns, order.frame);
+            EXPECT_LE(store.bytesHeld(), store.ceiling());
+        }
+        EXPECT_LE(run->read, c.mostReadInThreeRounds) << c.readBytes;
+        store.drop(run.get());
+        EXPECT_EQ(store.bytesHeld(), 0U);
+    }
 }
 
 TEST(ImageFile, FreesItsFramesWhenTheLastViewLetsGo) {
