@@ -9,6 +9,7 @@
 #include "bench/CineRecorder.h"
 #include "bench/CineReport.h"
 #include "bench/FirstPaint.h"
+#include "bench/ProgramStart.h"
 #include "bench/WindowDriver.h"
 #include "panels/Theme.h"
 #include "platform/widgets/GuardedApplication.h"
@@ -61,12 +62,9 @@ void playTicks(const bench::WindowDriver& driver, const bench::CineRecorder& rec
 
 int main(int argc, char** argv) {
     if (argc < 3) return EXIT_FAILURE;
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     GuardedApplication application(argc, argv);
-    applyTheme(application);
-    MainForm = new Form1(QString::fromLocal8Bit(argv[2]));
-    StripWheel::setMainScrollBar(&MainForm->sb1());
-    MainForm->show();
+    applyColours(application);
+    bench::startProgram(QString::fromLocal8Bit(argv[2]));
     const bench::WindowDriver driver(*MainForm);
     driver.resizeView({1024, 1024});
     driver.openPatient(0);

@@ -5,7 +5,6 @@
 #include "bench/FirstPaint.h"
 #include "bench/WindowDriver.h"
 #include "panels/Theme.h"
-#include "platform/widgets/EventGuard.h"
 #include "platform/widgets/GuardedApplication.h"
 
 #include <memory>
@@ -20,10 +19,10 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName("cinedisc");
     applyColours(application);
     const bool toPicture = argc > 1;
-    MainForm =
-        new Form1(toPicture ? QString::fromLocal8Bit(argv[1]) : QCoreApplication::applicationDirPath());
-    StripWheel::setMainScrollBar(&MainForm->sb1());
-    applyStyleSheet(application);
+    if (toPicture)
+        Main(QString::fromLocal8Bit(argv[1]));
+    else
+        Main();
 
     const bench::WindowDriver driver(*MainForm);
     std::unique_ptr<bench::FirstPaint> picture;
@@ -35,6 +34,5 @@ int main(int argc, char** argv) {
                 driver.view(), [&] { return driver.showsPicture(); }, bench::endMeasurement);
             driver.openPatient(0);
         });
-    MainForm->show();
     return QApplication::exec();
 }

@@ -24,7 +24,9 @@ class DcmtkDicomFile : public OpenedFile {
         (void)file_.loadFile(path.c_str());
     }
 
-    Result<Frame> decode(int number) const override {
+    Result<FrameBytes> readFrame(int) const override { return FrameBytes(); }
+
+    Result<Frame> decodeRead(int number, const FrameBytes&) const override {
         const std::lock_guard lock(mutex_);
         const auto& format = pixelFormat();
         Frame frame;

@@ -14,9 +14,7 @@ int main(int argc, char** argv) {
     using namespace cinedisc;
     if (argc != 2) return EXIT_FAILURE;
     GuardedApplication application(argc, argv);
-    MainForm = new Form1(QString::fromLocal8Bit(argv[1]));
-    StripWheel::setMainScrollBar(&MainForm->sb1());
-    MainForm->show();
+    Main(QString::fromLocal8Bit(argv[1]));
     const bench::WindowDriver driver(*MainForm);
     driver.openPatient(0);
     const auto shown = [&] {
