@@ -59,11 +59,14 @@ QWidget* Form1Layout::treeAndPicture() {
 
 QWidget* Form1Layout::stepArea() {
     auto* area = new QWidget(surface);
-    // Both in one place and of one height: the picture does not jump when the mode changes.
-    const int height = std::max(Frame8->sizeHint().height(), cinePanel->sizeHint().height());
+    // Both in one place, and room for either: the picture does not jump when the mode changes.
+    for (QWidget* panel : {static_cast<QWidget*>(cinePanel), static_cast<QWidget*>(Frame8)}) {
+        QSizePolicy policy = panel->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        panel->setSizePolicy(policy);
+    }
     auto* place = new QGridLayout(area);
     place->setContentsMargins(0, 0, 0, 0);
-    place->setRowMinimumHeight(0, height);
     place->addWidget(cinePanel, 0, 0);
     place->addWidget(Frame8, 0, 0);
     cinePanel->setVisible(true);

@@ -2,8 +2,11 @@
 
 #include "app/Form1.h"
 #include "control/frames/ImageLibrary.h"
+#include "panels/Theme.h"
 #include "platform/Paths.h"
 #include "platform/widgets/EventGuard.h"
+
+#include <QApplication>
 
 namespace cinedisc {
 
@@ -16,13 +19,16 @@ constexpr std::chrono::milliseconds patienceWithTheDisc{50};
 
 Form1* MainForm = nullptr;
 
-void Main() {
-    EventGuard::run([] {
+void Main() { Main(programFolder()); }
+
+void Main(const QString& folder) {
+    EventGuard::run([&] {
         if (!MainForm) {
             ImageLibrary::shared().lookAhead(patienceWithTheDisc);
-            MainForm = new Form1(programFolder());
+            MainForm = new Form1(folder);
             MainForm->setAttribute(Qt::WA_DeleteOnClose);
             StripWheel::setMainScrollBar(&MainForm->sb1());
+            applyStyleSheet(*qApp);
         }
         MainForm->show();
     });

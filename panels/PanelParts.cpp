@@ -1,6 +1,7 @@
 #include "panels/PanelParts.h"
 
-#include <QFrame>
+#include "panels/GroupLine.h"
+
 #include <QLabel>
 #include <QPushButton>
 
@@ -16,12 +17,7 @@ QPushButton* makeStepButton(const ButtonRow& row, QWidget* parent) {
 
 }  // namespace
 
-QWidget* groupLine(QWidget* parent) {
-    auto* line = new QFrame(parent);
-    line->setProperty("groupLine", true);
-    line->setFixedWidth(1);
-    return line;
-}
+QWidget* groupLine(QWidget* parent) { return new GroupLine(parent); }
 
 void asRemark(QLabel& label) {
     constexpr qreal smaller = 0.9;

@@ -39,7 +39,7 @@ QPalette darkPalette() {
 
 constexpr const char* sheet = R"(
 QPushButton { background: #262a2f; border: 1px solid #34393f; border-radius: 4px; padding: 4px 8px; min-height: 20px; }
-QPushButton[picture="true"] { padding: 4px; min-width: 24px; }
+cinedisc--PictureButton { padding: 4px; min-width: 24px; }
 QPushButton:hover { background: #30353b; border-color: #454c54; }
 QPushButton:pressed { background: #1c1f23; }
 QPushButton:focus { border-color: #5fa8c8; }
@@ -57,11 +57,11 @@ QSlider::sub-page:horizontal { border-radius: 2px; background: #3f7389; }
 QSlider::handle:horizontal { width: 14px; margin: -5px 0; border-radius: 7px; background: #b4bbc2; }
 QSlider::handle:horizontal:hover { background: #e4e7ea; }
 QSlider::handle:horizontal:focus { background: #7fc0dc; }
-QFrame[groupLine="true"] { background: #2c3137; border: none; }
-QFrame[popUp="true"] { background: #1f2327; border: 1px solid #454c54; border-radius: 4px; }
-QFrame[popUp="true"] QPushButton { background: transparent; border-color: transparent; }
-QFrame[popUp="true"] QPushButton:hover { background: #30353b; }
-QFrame[popUp="true"] QPushButton:focus { border-color: #5fa8c8; }
+cinedisc--GroupLine { background: #2c3137; border: none; }
+cinedisc--PopUpPanel { background: #1f2327; border: 1px solid #454c54; border-radius: 4px; }
+cinedisc--PopUpPanel QPushButton { background: transparent; border-color: transparent; }
+cinedisc--PopUpPanel QPushButton:hover { background: #30353b; }
+cinedisc--PopUpPanel QPushButton:focus { border-color: #5fa8c8; }
 QGroupBox { border: 1px solid #2c3137; border-radius: 4px; margin-top: 20px; padding: 2px; }
 QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; color: #929ba4; padding: 0 2px; }
 QToolTip { background: #262a2f; color: #d5d9dd; border: 1px solid #454c54; padding: 3px; }
@@ -70,10 +70,18 @@ QMenu { border: 1px solid #34393f; }
 
 }  // namespace
 
-void applyTheme(QApplication& application) {
+void applyColours(QApplication& application) {
     application.setStyle(new DarkStyle);
     application.setPalette(darkPalette());
-    application.setStyleSheet(sheet);
+}
+
+void applyStyleSheet(QApplication& application) {
+    if (application.styleSheet().isEmpty()) application.setStyleSheet(sheet);
+}
+
+void applyTheme(QApplication& application) {
+    applyColours(application);
+    applyStyleSheet(application);
 }
 
 }  // namespace cinedisc

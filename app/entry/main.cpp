@@ -12,7 +12,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     GuardedApplication application(argc, argv);
     QCoreApplication::setApplicationName("cinedisc");
-    applyTheme(application);
+    applyColours(application);
     Main();
     return QApplication::exec();
 }

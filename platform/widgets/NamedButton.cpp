@@ -1,6 +1,7 @@
 #include "platform/widgets/NamedButton.h"
 
 #include "platform/widgets/EventGuard.h"
+#include "platform/widgets/PictureButton.h"
 
 #include <QPushButton>
 #include <QStyle>
@@ -8,7 +9,8 @@
 namespace cinedisc {
 
 QPushButton* makeButton(const ButtonRow& row, QWidget* parent) {
-    auto* button = new QPushButton(row.caption, parent);
+    const bool captioned = *row.caption != '\0';
+    auto* button = captioned ? new QPushButton(row.caption, parent) : new PictureButton(parent);
     button->setObjectName(row.name);
     button->setToolTip(row.toolTip);
     // A mouse click leaves no focus mark behind; the keyboard reaches every button.
@@ -17,10 +19,7 @@ QPushButton* makeButton(const ButtonRow& row, QWidget* parent) {
         button->setIcon(pictureIcon(row.picture));
         button->setIconSize(QSize(pictureSize, pictureSize));
     }
-    if (*row.caption == '\0') {
-        button->setAccessibleName(row.toolTip);
-        button->setProperty("picture", true);
-    }
+    if (!captioned) button->setAccessibleName(row.toolTip);
     return button;
 }
 

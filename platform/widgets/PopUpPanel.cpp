@@ -9,7 +9,6 @@
 namespace cinedisc {
 
 PopUpPanel::PopUpPanel(QWidget& button, QWidget& surface) : QFrame(&surface), button_(button) {
-    setProperty("popUp", true);
     setAutoFillBackground(true);
     hide();
     surface.installEventFilter(this);

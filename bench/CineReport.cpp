@@ -1,0 +1,94 @@
+#include "bench/CineReport.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <sys/resource.h>
+
+namespace cinedisc::bench {
+
+namespace {
+
+using Tick = CineRecorder::Tick;
+
+bool shows(const Tick& tick) { return tick.drawn && tick.isPicture; }
+
+void reportRate(const char* key, const Tick* begin, const Tick* end, double begun) {
+    if (begin == end) return;
+    const auto drawn = std::count_if(begin, end, shows);
+    std::printf("%s=%.1f\n", key, 1000.0 * static_cast<double>(drawn) / ((end - 1)->atMilliseconds - begun));
+}
+
+}  // namespace
+
+void reportPlaying(const std::vector<Tick>& ticks, double begun, std::size_t firstPass) {
+    const Tick* const first = ticks.data();
+    const Tick* const second = first + std::min(firstPass, ticks.size());
+    const Tick* const end = first + ticks.size();
+    reportRate("first_pass_per_second", first, second, begun);
+    reportRate("later_per_second", second, end, (second - 1)->atMilliseconds);
+    std::vector<double> times;
+    for (const Tick& tick : ticks) times.push_back(tick.milliseconds);
+    std::ranges::sort(times);
+    std::printf("ticks=%zu\n", ticks.size());
+    std::printf("not_drawn=%td\n", std::count_if(first, end, [](const Tick& tick) { return !shows(tick); }));
+    std::printf("tick_median_ms=%.3f\n", times[times.size() / 2]);
+    std::printf("tick_p99_ms=%.3f\n", times[times.size() * 99 / 100]);
+    std::printf("tick_slowest_ms=%.3f\n", times.back());
+}
+
+void reportWrongPictures(const WindowDriver& driver, const CineRecorder& recorder) {
+    std::map<int, std::uint32_t> right;
+    int wrong = 0;
+    for (const Tick& tick : recorder.ticks()) {
+        if (!shows(tick)) continue;
+        auto& sample = right[tick.frame];
+        if (sample == 0) {
+            driver.view().setProperty("CurrentFrame", tick.frame);
+            recorder.playUntil([&] { return driver.showsPicture(); });
+            driver.view().repaint();
+            sample = recorder.sampleOfWindow();
+        }
+        wrong += tick.sample != sample;
+    }
+    std::printf("wrong_pictures=%d\n", wrong);
+}
+
+std::vector<std::size_t> fileChanges(const std::vector<Tick>& ticks) {
+    std::vector<std::size_t> changes;
+    for (std::size_t i = 1; i < ticks.size(); ++i) {
+        if (ticks[i].file != ticks[i - 1].file) changes.push_back(i);
+    }
+    return changes;
+}
+
+void reportNeighbours(const std::vector<Tick>& ticks) {
+    std::vector<double> ratios;
+    double longest = 0;
+    for (const std::size_t change : fileChanges(ticks)) {
+        if (change < 10) continue;
+        const auto slowest =
+            std::max_element(ticks.begin() + static_cast<std::ptrdiff_t>(change - 10),
+                             ticks.begin() + static_cast<std::ptrdiff_t>(change),
+                             [](const Tick& a, const Tick& b) { return a.milliseconds < b.milliseconds; });
+        ratios.push_back(ticks[change].milliseconds / slowest->milliseconds);
+        longest = std::max(longest, ticks[change].milliseconds);
+    }
+    std::ranges::sort(ratios);
+    std::printf("changes=%zu\n", ratios.size());
+    if (ratios.empty()) return;
+    std::printf("change_to_slowest_median=%.3f\n", ratios[ratios.size() / 2]);
+    std::printf("change_to_slowest_worst=%.3f\n", ratios.back());
+    std::printf("change_slowest_ms=%.3f\n", longest);
+}
+
+void reportMemory() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    std::printf("peak_mib=%.1f\n", static_cast<double>(usage.ru_maxrss) / 1024);
+    std::fflush(stdout);
+}
+
+}  // namespace cinedisc::bench
