@@ -11,9 +11,11 @@ namespace {
 
 const QColor ownGrey(38, 39, 42);
 
-/// The fill belongs around a picture or a notice: an empty main view would glare in a dark room.
+/// The fill belongs around a picture or what stands for it: a main view that is empty, or about to be filled,
+/// would glare in a dark room.
 bool isFilled(const ViewPainter::Look& look, const ViewState& state) {
-    return look.fill && (look.role != ViewRole::Main || !state.picture.path().isEmpty());
+    if (!look.fill) return false;
+    return look.role != ViewRole::Main || (!state.picture.path().isEmpty() && !state.picture.isAwaited());
 }
 
 QColor backdrop(const ViewPainter::Look& look, const ViewState& state) {
@@ -57,6 +59,7 @@ std::optional<Notice> noticeFor(const LoadedPicture& picture) {
 void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& content, ViewState& state,
                         MouseTools& tools, const Look& look) {
     const auto notice = noticeFor(state.picture);
+    const bool white = isFilled(look, state) && look.whiteFill;
     const bool hasPicture = !notice && state.picture.frameCount() > 0;
     const QRect covered = hasPicture ? paintPicture(painter, content.topLeft(), state) : QRect();
     fillAround(painter, view, QRectF(covered).translated(QPointF(content.topLeft()) * state.pixelRatio),
@@ -66,14 +69,12 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
     painter.translate(content.topLeft());
     const QRectF area(QPointF(0, 0), QSizeF(content.size()));
     if (notice) {
-        notice->paint(painter, area,
-                      look.fill && look.whiteFill ? QColor(40, 40, 40) : QColor(205, 205, 205));
+        notice->paint(painter, area, white ? QColor(40, 40, 40) : QColor(205, 205, 205));
     } else if (hasPicture) {
         state.labels.paint(painter, state.picture.currentFrame(), state.pictureRect());
         tools.paint(painter);
     }
     if (look.role == ViewRole::Main && state.picture.file()) {
-        const bool white = look.fill && look.whiteFill;
         corners_.paint(painter, area, state.pictureRect(), cornerLines(state),
                        white ? CornerText::Ground::White : CornerText::Ground::Dark);
     }
