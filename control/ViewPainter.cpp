@@ -75,7 +75,8 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
         tools.paint(painter);
     }
     if (look.role == ViewRole::Main && state.picture.file()) {
-        corners_.paint(painter, area, state.pictureRect(), cornerLines(state),
+        const QRectF picture = notice ? QRectF() : state.pictureRect();
+        corners_.paint(painter, area, picture, cornerLines(state),
                        white ? CornerText::Ground::White : CornerText::Ground::Dark);
     }
     painter.restore();
