@@ -7,7 +7,9 @@ namespace cinedisc {
 QuadBlocks::QuadBlocks(std::span<const std::int32_t> first, std::span<const std::uint16_t> weights,
                        int taps) {
     constexpr std::uint16_t largest = 0x7FFF;  // they are multiplied as signed numbers
-    if (taps > 4 || std::any_of(weights.begin(), weights.end(), [](auto w) { return w > largest; })) return;
+    if (taps > 4 ||
+        std::any_of(weights.begin(), weights.end(), [](std::uint16_t weight) { return weight > largest; }))
+        return;
     blocks_.resize((first.size() + 15) / 16);
     for (std::size_t i = 0; i < first.size(); ++i) {
         Block& block = blocks_[i / 16];
