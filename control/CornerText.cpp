@@ -50,8 +50,6 @@ double widestOf(const QStringList& rows, const QFontMetricsF& metrics) {
     return widest;
 }
 
-bool isWhole(double pixels) { return std::abs(pixels - std::round(pixels)) < 1e-6; }
-
 }  // namespace
 
 void CornerText::paint(QPainter& painter, const QRectF& view, const QRectF& picture, const Lines& lines,
@@ -129,7 +127,7 @@ QPixmap CornerText::drawn(const QString& line, double width, Side side, TextInk 
     const double room = width - 2 * rim;
     pieces_.use(font_, pixelRatio);
     const auto whole = pieces_.split(line);
-    const bool isPieced = !whole.pieces.isEmpty() && whole.advance <= room && isWhole(rim * pixelRatio);
+    const bool isPieced = !whole.pieces.isEmpty() && whole.advance <= room;
     const QStringList rows = isPieced ? QStringList{line} : wrapped(line, font_, room);
     double widest = whole.advance;
     if (!isPieced) widest = widestOf(rows, metrics);

@@ -9,7 +9,8 @@ namespace cinedisc {
 
 namespace {
 
-constexpr double overhang = 6;   // of a glyph and its rim, beside its place; whole at every scaling below
+constexpr int overhang = 12;     // of a glyph and its rim, beside its place; device pixels
+constexpr int fractions = 64;    // of a pixel, as glyphs are placed
 constexpr int mostPieces = 400;  // kept
 constexpr QChar lastAscii = u'~';
 
@@ -27,12 +28,8 @@ void TextPieces::use(const QFont& font, double pixelRatio) {
     pixelRatio_ = pixelRatio;
     pieces_.clear();
     height_ = std::ceil(QFontMetricsF(font_).height() * 2);
-    usable_ = isWhole(overhang) && digitsStandAlone();
-}
-
-bool TextPieces::isWhole(double logical) const {
-    const double device = logical * pixelRatio_;
-    return std::abs(device - std::round(device)) < 1e-6;
+    // In between, the painter rounds the places of glyphs to parts of a pixel in its own way.
+    usable_ = pixelRatio == std::round(pixelRatio) && digitsStandAlone();
 }
 
 bool TextPieces::digitsStandAlone() const {
@@ -63,9 +60,7 @@ TextPieces::Line TextPieces::split(const QString& line) {
             if (to < line.size() && line[to - 1] != u' ') return {};
         }
         split.pieces.append(line.mid(from, to - from));
-        const double advance = piece(split.pieces.back()).advance;
-        if (!isWhole(advance)) return {};
-        split.advance += advance;
+        split.advance += piece(split.pieces.back()).advance;
         from = to;
     }
     return split;
@@ -80,26 +75,35 @@ TextPieces::Piece& TextPieces::piece(const QString& text) {
     return *found;
 }
 
-const QImage& TextPieces::layer(const QString& text, QPointF baseline, TextLayer layer) {
+const QImage& TextPieces::layer(const QString& text, int fraction, double baseline, TextLayer layer) {
     Piece& kept = piece(text);
-    QImage& image = kept.layers[layer];
+    QImage& image = kept.layers[{fraction, layer}];
     if (!image.isNull()) return image;
-    const QSizeF size(kept.advance + 2 * overhang, height_);
-    image = QImage((size * pixelRatio_).toSize(), QImage::Format_ARGB32_Premultiplied);
+    const QSize size(static_cast<int>(std::ceil(kept.advance * pixelRatio_)) + 2 * overhang,
+                     static_cast<int>(height_ * pixelRatio_));
+    image = QImage(size, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(pixelRatio_);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setFont(font_);
-    drawLayer(painter, {overhang, baseline.y()}, text, layer);
+    const double left = overhang + static_cast<double>(fraction) / fractions;
+    drawLayer(painter, {left / pixelRatio_, baseline}, text, layer);
+    painter.end();
+    image.setDevicePixelRatio(1);
     return image;
 }
 
 void TextPieces::drawPieces(QPainter& painter, QPointF baseline, const Line& line, TextLayer which) {
     double x = baseline.x();
+    painter.save();
+    painter.scale(1 / pixelRatio_, 1 / pixelRatio_);
     for (const QString& text : line.pieces) {
-        painter.drawImage(QPointF(x - overhang, 0), layer(text, baseline, which));
+        const auto place = static_cast<int>(std::lround(x * pixelRatio_ * fractions));
+        painter.drawImage(place / fractions - overhang, 0,
+                          layer(text, place % fractions, baseline.y(), which));
         x += piece(text).advance;
     }
+    painter.restore();
 }
 
 void TextPieces::draw(QPainter& painter, QPointF baseline, const Line& line, TextInk ink) {

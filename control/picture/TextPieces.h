@@ -27,19 +27,19 @@ class TextPieces {
     };
     Line split(const QString& line);
 
-    /// Draws such a line on a picture of its own, which is as high as a line. `baseline` is its left end.
+    /// Draws such a line on a picture of its own. `baseline` is its left end.
     void draw(QPainter& painter, QPointF baseline, const Line& line, TextInk ink);
 
   private:
     struct Piece {
         double advance = 0;
-        std::map<TextLayer, QImage> layers;  ///< as far as they were wanted
+        /// As far as they were wanted, by the part of a pixel that they begin behind one.
+        std::map<std::pair<int, TextLayer>, QImage> layers;
     };
 
-    bool isWhole(double logical) const;
     bool digitsStandAlone() const;
     Piece& piece(const QString& text);
-    const QImage& layer(const QString& text, QPointF baseline, TextLayer layer);
+    const QImage& layer(const QString& text, int fraction, double baseline, TextLayer layer);
     void drawPieces(QPainter& painter, QPointF baseline, const Line& line, TextLayer layer);
 
     QFont font_;

@@ -19,6 +19,7 @@ AxisTable::AxisTable(int sourceSize, int scaledSize, int visibleFrom, int visibl
     sourceTo_ = first_.back() + taps_;
     for (auto& first : first_) first -= sourceFrom_;
     if (taps_ == 2 && step <= 1) pairs_ = PairBlocks(first_, weights_);
+    if (taps_ > 1 && step > 1) quads_ = QuadBlocks(first_, weights_, taps_);
 }
 
 void AxisTable::nearest(double step, int visibleFrom, int sourceSize) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control/pipeline/PairBlocks.h"
+#include "control/pipeline/QuadBlocks.h"
 
 #include <cstdint>
 #include <vector>
@@ -37,6 +38,8 @@ class AxisTable {
     static constexpr int fullWeight = 1 << 15;
     /// The same where every result is made of two neighbours; empty otherwise.
     const PairBlocks& pairs() const { return pairs_; }
+    /// The same where a result is made of at most four neighbours when reducing; empty otherwise.
+    const QuadBlocks& quads() const { return quads_; }
 
   private:
     void nearest(double step, int visibleFrom, int sourceSize);
@@ -45,6 +48,7 @@ class AxisTable {
     std::vector<std::int32_t> first_;
     std::vector<std::uint16_t> weights_;
     PairBlocks pairs_;
+    QuadBlocks quads_;
     int taps_ = 1;
     int sourceFrom_ = 0;
     int sourceTo_ = 0;

@@ -99,12 +99,19 @@ CINEDISC_LOOP std::uint16_t upperHalf(std::uint16_t a, std::uint16_t b) {
 constexpr int pointBits = 7;
 constexpr std::uint16_t half = 1 << (pointBits - 1);
 
-CINEDISC_LOOP void mixTwo(const std::uint16_t* __restrict a, const std::uint16_t* __restrict b,
-                          std::uint16_t weightA, std::uint16_t weightB, std::uint8_t* __restrict into,
-                          int count) {
+/// A number of rows that is known beforehand: they are summed up in one pass.
+template <int taps>
+CINEDISC_LOOP void mixFew(const std::uint16_t* const* rows, const std::uint16_t* weights,
+                          std::uint8_t* __restrict into, int count) {
+    std::array<const std::uint16_t*, taps> row;
+    std::array<std::uint16_t, taps> weight;
+    std::copy_n(rows, taps, row.begin());
+    std::copy_n(weights, taps, weight.begin());
     for (int x = 0; x < count; ++x) {
-        const auto sum =
-            static_cast<std::uint16_t>(upperHalf(a[x], weightA) + upperHalf(b[x], weightB) + half);
+        std::uint16_t sum = half;
+#pragma GCC unroll 8
+        for (std::size_t k = 0; k < taps; ++k)
+            sum = static_cast<std::uint16_t>(sum + upperHalf(row[k][x], weight[k]));
         into[x] = static_cast<std::uint8_t>(sum >> pointBits);
     }
 }
@@ -143,7 +150,9 @@ CINEDISC_LOOP void mixMany(const std::uint16_t* const* rows, const std::uint16_t
 CINEDISC_LOOP void mix(const std::uint16_t* const* rows, const std::uint16_t* weights, int taps,
                        std::uint8_t* into, int count) {
     constexpr int few = 32;
-    if (taps == 2) return mixTwo(rows[0], rows[1], weights[0], weights[1], into, count);
+    if (taps == 2) return mixFew<2>(rows, weights, into, count);
+    if (taps == 3) return mixFew<3>(rows, weights, into, count);
+    if (taps == 4) return mixFew<4>(rows, weights, into, count);
     if (taps <= few) return mixSome(rows, weights, taps, into, count);
     mixMany(rows, weights, taps, into, count);
 }

@@ -80,7 +80,7 @@ TEST_F(RowKernelSets, DrawTheSameRows) {
         expectSame("colour pixels", count, [&](const auto& k, auto* to) {
             k.packColor(colors, reinterpret_cast<std::uint32_t*>(to), count);
         });
-        for (const int taps : {2, 3, 33}) {
+        for (const int taps : {2, 3, 4, 7, 33}) {
             std::vector<const std::uint16_t*> rows;
             for (int k = 0; k < taps; ++k)
                 rows.push_back((k % 3 == 0 ? wideA : k % 3 == 1 ? wideB : wideC).data() + upTo(31));

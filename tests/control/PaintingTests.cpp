@@ -80,7 +80,7 @@ TEST(TextPieces, LookLikeTheLineDrawnWhole) {
             pieces.use(font, ratio);
             for (const char* text : {"Frame 17 / 120", "C 1811  W 2904", "Zoom 98 %", "Frame 9 / 9"}) {
                 const auto line = pieces.split(text);
-                if (line.pieces.isEmpty()) continue;  // where its glyphs lie between pixels
+                if (line.pieces.isEmpty()) continue;  // a font whose digits keep to each other
                 for (const TextInk ink : {TextInk::OutlinedLight, TextInk::PlainDark}) {
                     const auto drawn = [&](auto draw) {
                         QImage image((QSizeF(180, 24) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
