@@ -1,7 +1,5 @@
 #include "control/CornerText.h"
 
-#include "control/picture/OutlinedText.h"
-
 #include <QFontMetricsF>
 #include <QTextLayout>
 
@@ -19,7 +17,6 @@ constexpr double leastView = 160;    // smaller views carry no text
 
 constexpr double rim = 2;  // around a line, for its outline
 constexpr int mostRows = 4;
-constexpr QRgb darkInk = qRgb(32, 33, 36);
 
 /// A line broken where it would not fit: nothing of a name or a projection is left out to save room.
 QStringList wrapped(const QString& line, const QFont& font, double width) {
@@ -46,6 +43,14 @@ QFont fontFor(double shorterSide) {
     font.setPixelSize(shorterSide < 400 ? 10 : shorterSide < 800 ? 12 : 13);
     return font;
 }
+
+double widestOf(const QStringList& rows, const QFontMetricsF& metrics) {
+    double widest = 0;
+    for (const QString& row : rows) widest = std::max(widest, metrics.horizontalAdvance(row));
+    return widest;
+}
+
+bool isWhole(double pixels) { return std::abs(pixels - std::round(pixels)) < 1e-6; }
 
 }  // namespace
 
@@ -80,7 +85,7 @@ void CornerText::paintBlock(QPainter& painter, const QRectF& area, const QString
     const auto heightOf = [](const QPixmap& drawn) { return drawn.height() / drawn.devicePixelRatio(); };
     const auto widthOf = [](const QPixmap& drawn) { return drawn.width() / drawn.devicePixelRatio(); };
     std::vector<QPixmap> stamps;
-    const auto draw = [&](Ink ink) {
+    const auto draw = [&](TextInk ink) {
         stamps.clear();
         QSizeF size(0, 0);
         for (const QString& line : lines) {
@@ -89,10 +94,10 @@ void CornerText::paintBlock(QPainter& painter, const QRectF& area, const QString
         }
         return size;
     };
-    const QSizeF size = draw(Ink::OutlinedLight);
+    const QSizeF size = draw(TextInk::OutlinedLight);
     double y = end == End::Top ? area.top() : area.bottom() - size.height();
     const double left = side == Side::Left ? area.left() : area.right() - size.width();
-    if (const Ink ink = inkFor({QPointF(left, y), size}); ink != Ink::OutlinedLight) draw(ink);
+    if (const TextInk ink = inkFor({QPointF(left, y), size}); ink != TextInk::OutlinedLight) draw(ink);
     for (const QPixmap& drawn : stamps) {
         const double x = side == Side::Left ? area.left() : area.right() - widthOf(drawn);
         painter.drawPixmap(QPointF(std::round(x), std::round(y)), drawn);
@@ -100,44 +105,55 @@ void CornerText::paintBlock(QPainter& painter, const QRectF& area, const QString
     }
 }
 
-CornerText::Ink CornerText::inkFor(const QRectF& block) const {
+TextInk CornerText::inkFor(const QRectF& block) const {
     const bool isBesidePicture = !block.intersects(picture_);
-    return ground_ == Ground::White && isBesidePicture ? Ink::PlainDark : Ink::OutlinedLight;
+    return ground_ == Ground::White && isBesidePicture ? TextInk::PlainDark : TextInk::OutlinedLight;
 }
 
-QPixmap CornerText::stamp(const QString& line, double width, Side side, Ink ink, double pixelRatio) {
+QPixmap CornerText::stamp(const QString& line, double width, Side side, TextInk ink, double pixelRatio) {
     const QString key = QString("%1|%2|%3|%4|%5")
                             .arg(width)
                             .arg(pixelRatio)
                             .arg(side == Side::Left ? 'l' : 'r')
-                            .arg(ink == Ink::PlainDark ? 'd' : 'o')
+                            .arg(ink == TextInk::PlainDark ? 'd' : 'o')
                             .arg(line);
     if (const auto* kept = stamps_.object(key)) return *kept;
+    const QPixmap pixmap = drawn(line, width, side, ink, pixelRatio);
+    stamps_.insert(key, new QPixmap(pixmap), 1 + pixmap.width() * pixmap.height() / 1000);
+    return pixmap;
+}
+
+QPixmap CornerText::drawn(const QString& line, double width, Side side, TextInk ink, double pixelRatio) {
     const QFontMetricsF metrics(font_);
     const double height = std::ceil(metrics.height() * 1.15);
-    const QStringList rows = wrapped(line, font_, width - 2 * rim);
-    double widest = 0;
-    for (const QString& row : rows) widest = std::max(widest, metrics.horizontalAdvance(row));
+    const double room = width - 2 * rim;
+    pieces_.use(font_, pixelRatio);
+    const auto whole = pieces_.split(line);
+    const bool isPieced = !whole.pieces.isEmpty() && whole.advance <= room && isWhole(rim * pixelRatio);
+    const QStringList rows = isPieced ? QStringList{line} : wrapped(line, font_, room);
+    double widest = whole.advance;
+    if (!isPieced) widest = widestOf(rows, metrics);
     const QSizeF size(std::ceil(widest) + 2 * rim, height * static_cast<double>(rows.size()));
 
     QPixmap pixmap((size * pixelRatio).toSize().expandedTo({1, 1}));
     pixmap.setDevicePixelRatio(pixelRatio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    painter.setFont(font_);
-    double y = rim + metrics.ascent();
-    for (const QString& row : rows) {
-        const double x = side == Side::Left ? rim : size.width() - rim - metrics.horizontalAdvance(row);
-        if (ink == Ink::PlainDark) {
-            painter.setPen(QColor(darkInk));
-            painter.drawText(QPointF(x, y), row);
-        } else {
-            drawOutlined(painter, {x, y}, row);
-        }
-        y += height;
+    const auto start = [&](double advance) {
+        return side == Side::Left ? rim : size.width() - rim - advance;
+    };
+    QPointF baseline(0, rim + metrics.ascent());
+    if (isPieced) {
+        baseline.setX(start(whole.advance));
+        pieces_.draw(painter, baseline, whole, ink);
+        return pixmap;
     }
-    painter.end();
-    stamps_.insert(key, new QPixmap(pixmap), 1 + pixmap.width() * pixmap.height() / 1000);
+    painter.setFont(font_);
+    for (const QString& row : rows) {
+        baseline.setX(start(metrics.horizontalAdvance(row)));
+        drawInked(painter, baseline, row, ink);
+        baseline.ry() += height;
+    }
     return pixmap;
 }
 

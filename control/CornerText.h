@@ -1,5 +1,8 @@
 #pragma once
 
+#include "control/picture/OutlinedText.h"
+#include "control/picture/TextPieces.h"
+
 #include <QCache>
 #include <QFont>
 #include <QPainter>
@@ -28,12 +31,13 @@ class CornerText {
   private:
     enum class Side { Left, Right };
     enum class End { Top, Bottom };
-    enum class Ink { OutlinedLight, PlainDark };
     void paintBlock(QPainter& painter, const QRectF& area, const QStringList& lines, Side side, End end);
-    Ink inkFor(const QRectF& block) const;
-    QPixmap stamp(const QString& line, double width, Side side, Ink ink, double pixelRatio);
+    TextInk inkFor(const QRectF& block) const;
+    QPixmap stamp(const QString& line, double width, Side side, TextInk ink, double pixelRatio);
+    QPixmap drawn(const QString& line, double width, Side side, TextInk ink, double pixelRatio);
 
     QFont font_;
+    TextPieces pieces_;
     QRectF picture_;  ///< while painting
     Ground ground_ = Ground::Dark;
     QCache<QString, QPixmap> stamps_{4000};  ///< cost: thousands of pixels

@@ -1,6 +1,7 @@
 #include "control/HeaderPage.h"
 
 #include <QFontDatabase>
+#include <QKeyEvent>
 
 namespace cinedisc {
 
@@ -18,6 +19,19 @@ HeaderPage::HeaderPage(QWidget& view) : QPlainTextEdit(&view) {
     colors.setColor(QPalette::Text, QColor(222, 222, 222));
     setPalette(colors);
     hide();
+}
+
+bool HeaderPage::event(QEvent* event) {
+    // What copies the picture elsewhere copies the selected text here.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const bool copies = key->matches(QKeySequence::Copy) && textCursor().hasSelection();
+        if (copies || key->matches(QKeySequence::SelectAll)) {
+            event->accept();
+            return true;
+        }
+    }
+    return QPlainTextEdit::event(event);
 }
 
 }  // namespace cinedisc

@@ -11,6 +11,9 @@ class HeaderPage : public QPlainTextEdit {
 
   public:
     explicit HeaderPage(QWidget& view);
+
+  protected:
+    bool event(QEvent* event) override;
 };
 
 }  // namespace cinedisc

@@ -21,6 +21,24 @@ QColor backdrop(const ViewPainter::Look& look, const ViewState& state) {
     return look.whiteFill ? QColor(Qt::white) : QColor(Qt::black);
 }
 
+/// Fills a view but for a part of it, which is in device pixels.
+void fillAround(QPainter& painter, const QRect& view, const QRectF& covered, double pixelRatio,
+                const QColor& color) {
+    if (covered.isEmpty()) return painter.fillRect(view, color);
+    const QRectF all(QPointF(view.topLeft()) * pixelRatio, QSizeF(view.size()) * pixelRatio);
+    painter.save();
+    painter.scale(1 / pixelRatio, 1 / pixelRatio);
+    const auto fill = [&](double left, double top, double right, double bottom) {
+        if (left < right && top < bottom)
+            painter.fillRect(QRectF(left, top, right - left, bottom - top), color);
+    };
+    fill(all.left(), all.top(), all.right(), covered.top());
+    fill(all.left(), covered.bottom(), all.right(), all.bottom());
+    fill(all.left(), covered.top(), covered.left(), covered.bottom());
+    fill(covered.right(), covered.top(), all.right(), covered.bottom());
+    painter.restore();
+}
+
 QString say(const char* text) { return QCoreApplication::translate("ViewPainter", text); }
 
 QString number(double value) {
@@ -38,16 +56,21 @@ std::optional<Notice> noticeFor(const LoadedPicture& picture) {
 
 void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& content, ViewState& state,
                         MouseTools& tools, const Look& look) {
-    painter.fillRect(view, backdrop(look, state));
+    const auto notice = noticeFor(state.picture);
+    const bool hasPicture = !notice && state.picture.frameCount() > 0;
+    const QRect covered = hasPicture ? paintPicture(painter, content.topLeft(), state) : QRect();
+    fillAround(painter, view, QRectF(covered).translated(QPointF(content.topLeft()) * state.pixelRatio),
+               state.pixelRatio, backdrop(look, state));
     painter.save();
     painter.setClipRect(content);
     painter.translate(content.topLeft());
     const QRectF area(QPointF(0, 0), QSizeF(content.size()));
-    if (const auto notice = noticeFor(state.picture)) {
+    if (notice) {
         notice->paint(painter, area,
                       look.fill && look.whiteFill ? QColor(40, 40, 40) : QColor(205, 205, 205));
-    } else if (state.picture.frameCount() > 0) {
-        paintPicture(painter, state, tools);
+    } else if (hasPicture) {
+        state.labels.paint(painter, state.picture.currentFrame(), state.pictureRect());
+        tools.paint(painter);
     }
     if (look.role == ViewRole::Main && state.picture.file()) {
         const bool white = look.fill && look.whiteFill;
@@ -58,17 +81,12 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
     paintBorder(painter, view, look);
 }
 
-void ViewPainter::paintPicture(QPainter& painter, ViewState& state, MouseTools& tools) {
-    const Placement placement = state.placement();
-    const QImage& image = state.renderer.visiblePart(placement, state.smoothing);
-    if (!image.isNull()) {
-        painter.save();
-        painter.scale(1 / state.pixelRatio, 1 / state.pixelRatio);
-        painter.drawImage(placement.visible().topLeft(), image);
-        painter.restore();
-    }
-    state.labels.paint(painter, state.picture.currentFrame(), state.pictureRect());
-    tools.paint(painter);
+QRect ViewPainter::paintPicture(QPainter& painter, QPoint corner, ViewState& state) const {
+    painter.save();
+    painter.translate(corner);
+    const QRect covered = state.renderer.paint(painter, state.pixelRatio, state.placement(), state.smoothing);
+    painter.restore();
+    return covered;
 }
 
 CornerText::Lines ViewPainter::cornerLines(const ViewState& state) {

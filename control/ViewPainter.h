@@ -35,7 +35,8 @@ class ViewPainter {
                MouseTools& tools, const Look& look);
 
   private:
-    void paintPicture(QPainter& painter, ViewState& state, MouseTools& tools);
+    /// Answers which device pixels it covers, counted from `corner`, the content's.
+    QRect paintPicture(QPainter& painter, QPoint corner, ViewState& state) const;
     CornerText::Lines cornerLines(const ViewState& state);
     void paintBorder(QPainter& painter, const QRect& view, const Look& look) const;
 

@@ -9,6 +9,12 @@
 
 namespace cinedisc {
 
+namespace {
+
+constexpr int noticeAfter = 500;  // milliseconds
+
+}  // namespace
+
 ezDICOMX::ezDICOMX(ViewRole role, QWidget* parent, ImageLibrary& library)
     : QWidget(parent), parts_(std::make_unique<Parts>(*this, role, library)) {
     setRole(role);
@@ -53,8 +59,13 @@ void ezDICOMX::putCurrentFrame(qint32 frame) {
     parts_->noteStep(picture.currentFrame(), frame);
     picture.show(frame);
     if (parts_->role != ViewRole::Probe) parts_->describe();
-    update();
+    if (!isReading()) return update();
+    // A disc that is nearly in time would make pictures and notices flicker: the last picture of the run,
+    // with its own number, stands a little longer.
+    if (!parts_->noticeDelay.isActive()) parts_->noticeDelay.start(noticeAfter, this);
 }
+
+bool ezDICOMX::isReading() const { return parts_->awaiting; }
 
 qint32 ezDICOMX::ZoomPercent() const { return parts_->view.zoom.percent(); }
 bool ezDICOMX::BestFit() const { return parts_->view.zoom.bestFit(); }

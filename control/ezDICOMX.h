@@ -111,6 +111,8 @@ class ezDICOMX : public QWidget, public ViewerControl {
     QString Tag() const override;
     void putTag(const QString& tag) override;
 
+    /// The disc has not given the frame shown yet. Stepping on would only leave pictures out.
+    bool isReading() const;
     /// Who is asked which file is likely to be shown after `path`, "" for none: it is read ahead.
     using Neighbour = std::function<QString(const QString& path, PlayDirection direction)>;
     void setNeighbour(Neighbour neighbour);
@@ -125,6 +127,7 @@ class ezDICOMX : public QWidget, public ViewerControl {
 
   protected:
     bool event(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

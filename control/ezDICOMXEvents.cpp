@@ -7,6 +7,12 @@
 
 namespace cinedisc {
 
+void ezDICOMX::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != parts_->noticeDelay.timerId()) return QWidget::timerEvent(event);
+    parts_->noticeDelay.stop();
+    update();
+}
+
 void ezDICOMX::paintEvent(QPaintEvent*) {
     if (parts_->role == ViewRole::Probe) return;
     parts_->layOut();

@@ -16,6 +16,8 @@ ezDICOMX::Parts::Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& librar
     QObject::connect(&library.arrivals(), &FrameArrivals::arrived, &owner, [this] {
         if (role == ViewRole::Probe || !owner.isVisible() || !awaiting) return;
         describe();
+        if (awaiting) return;
+        noticeDelay.stop();
         owner.update();
     });
 }

@@ -7,6 +7,7 @@
 #include "control/mouse/MouseTools.h"
 #include "control/picture/ViewState.h"
 
+#include <QBasicTimer>
 #include <QPointF>
 
 #include <optional>
@@ -51,6 +52,7 @@ struct ezDICOMX::Parts {
     bool showHeader = false;
     qint32 thumbStyle = 0;
     bool awaiting = false;             ///< the disc has not given the frame shown yet
+    QBasicTimer noticeDelay;           ///< runs while the last frame stands for the awaited one
     std::optional<QPointF> pressedAt;  ///< of a click on a preview
 };
 

@@ -55,6 +55,8 @@ class DicomFile {
 
     /// Grey rules of a frame, counted from 0: per-frame and shared functional groups are taken into account.
     virtual GreyTransform greyTransform(int frame) const = 0;
+    /// Whether grey rules may differ from frame to frame.
+    virtual bool hasGreyRulesByFrame() const { return true; }
     virtual const std::optional<Palette>& palette() const = 0;
     /// The shutter of a frame, counted from 0.
     virtual Shutter shutter(int frame) const = 0;

@@ -1,9 +1,11 @@
 #include "dicom/EncapsulatedFrames.h"
 
+#include "dicom/CodeStream.h"
 #include "dicom/FragmentJoining.h"
 #include "dicom/Notices.h"
 
 #include <algorithm>
+#include <array>
 
 namespace cinedisc::dicom {
 
@@ -18,6 +20,19 @@ std::uint64_t endOf(const ByteSource& source, const PixelElement& pixels) {
     return pixels.isOpen ? source.size() : std::min(source.size(), pixels.offset + pixels.length);
 }
 
+/// Single pictures need not state that they are one frame. Runs that forgot to state how many they are have a
+/// table with an entry for each, at which a code stream begins; an entry for each fragment of a single
+/// picture is none.
+int framesToExpect(const ByteSource& source, const OffsetTable& table,
+                   const EncapsulatedFrames::Expectation& expected) {
+    const int entries = static_cast<int>(table.offsets.size());
+    if (!expected.announced) return std::max(1, entries);
+    if (expected.isStated || entries < 2) return *expected.announced;
+    std::array<std::byte, codeStreamSignatureBytes> second{};
+    const std::size_t got = source.readAt(table.firstItem + table.offsets[1] + itemHeader, second);
+    return beginsCodeStream(std::span(second).first(got), expected.declared) ? entries : *expected.announced;
+}
+
 }  // namespace
 
 EncapsulatedFrames::EncapsulatedFrames(std::shared_ptr<const ByteSource> source, const PixelElement& pixels,
@@ -28,7 +43,7 @@ EncapsulatedFrames::EncapsulatedFrames(std::shared_ptr<const ByteSource> source,
       nativeFrameBytes_(expected.nativeFrameBytes),
       declared_(expected.declared),
       table_(readOffsetTable(*source_, pixels.offset, header)),
-      announced_(expected.announced.value_or(std::max(1, static_cast<int>(table_.offsets.size())))),
+      announced_(framesToExpect(*source_, table_, expected)),
       grouping_(*source_, table_.firstItem, end_, announced_, declared_) {
     tableIsUsable_ = table_.offsets.size() == static_cast<std::size_t>(announced_);
     const std::uint64_t room = end_ - std::min(end_, table_.firstItem);

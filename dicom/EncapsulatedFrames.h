@@ -26,6 +26,7 @@ class EncapsulatedFrames : public FrameSource {
         std::optional<int> announced;        ///< frames by the header, when it gives a usable number
         std::uint64_t nativeFrameBytes = 0;  ///< of a frame when uncompressed
         Compression declared = Compression::None;
+        bool isStated = true;  ///< false: the header gives no number, which means a single frame
     };
 
     /// Reads the offset table and nothing of the frames.

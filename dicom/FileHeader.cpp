@@ -66,6 +66,7 @@ bool isDeflated(const FileHeader& header, ForwardBuffer& buffer) {
 }  // namespace
 
 Result<FileHeader> readFileHeader(std::shared_ptr<const ByteSource> source) {
+    if (source->size() == 0) return DecodeError{DecodeError::Kind::NotDicom, "The file is empty", {}, 0, -1};
     FileHeader header;
     ForwardBuffer buffer(*source);
     const bool hasPrefix = skipPrefix(buffer);

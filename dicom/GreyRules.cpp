@@ -115,4 +115,11 @@ GreyTransform readGreyTransform(const DataSet& header, const PixelFormat& format
     return grey;
 }
 
+bool readsGreyRulesByFrame(const DataSet& header) {
+    const auto& frames = header.items(tags::PerFrameFunctionalGroups);
+    return std::any_of(frames.begin(), frames.end(), [](const auto& groups) {
+        return groups.find(tags::PixelValueTransformationSequence) || groups.find(tags::FrameVOILUTSequence);
+    });
+}
+
 }  // namespace cinedisc::dicom

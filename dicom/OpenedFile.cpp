@@ -15,7 +15,6 @@
 #include "dicom/PixelDescription.h"
 #include "dicom/ShutterReading.h"
 #include "dicom/Tags.h"
-#include "dicom/codecs/FrameDecoder.h"
 
 namespace cinedisc::dicom {
 
@@ -43,7 +42,7 @@ Result<FrameBytes> OpenedFile::readFrame(int frame) const {
 }
 
 Result<Frame> OpenedFile::decodeRead(int frame, const FrameBytes& bytes) const {
-    auto decoded = picture_.hasDeflatedFrames ? decodeBytes(inflated(bytes)) : decodeBytes(bytes);
+    auto decoded = decodeBytes(bytes, CellBits::OfValues);
     if (decoded) return decoded;
     DecodeError error = decoded.error();
     error.frame = frame;
@@ -70,19 +69,30 @@ Compression OpenedFile::compressionOf(const FrameBytes& bytes) const {
     return sniffCompression(bytes.bytes()).value_or(picture_.compression);
 }
 
-Result<Frame> OpenedFile::decodeBytes(const FrameBytes& bytes) const {
+Result<Frame> OpenedFile::decodeBytes(const FrameBytes& bytes, CellBits wanted) const {
+    return picture_.hasDeflatedFrames ? decodeInflated(inflated(bytes), wanted)
+                                      : decodeInflated(bytes, wanted);
+}
+
+Result<Frame> OpenedFile::decodeInflated(const FrameBytes& bytes, CellBits wanted) const {
     const Compression compression = compressionOf(bytes);
-    if (compression != Compression::None) return decodeFrame(bytes.bytes(), picture_.format, compression);
+    if (compression != Compression::None)
+        return decodeFrame(bytes.bytes(), picture_.format, compression, false, 0, wanted);
     if (hasPackedCells(picture_.format)) {
         const auto spread = spreadCells(bytes.bytes(), bytes.firstBit, picture_.format);
-        return decodeFrame(spread, spreadFormat(picture_.format), Compression::None);
+        return decodeFrame(spread, spreadFormat(picture_.format), Compression::None, false, 0, wanted);
     }
     const bool bigEndian = !picture_.isEncapsulated && header_.hasBigEndianPixels();
-    return decodeFrame(bytes.bytes(), picture_.format, Compression::None, bigEndian, bytes.firstBit);
+    return decodeFrame(bytes.bytes(), picture_.format, Compression::None, bigEndian, bytes.firstBit, wanted);
 }
 
 GreyTransform OpenedFile::greyTransform(int frame) const {
     return readGreyTransform(header_.elements, picture_.format, frame);
+}
+
+bool OpenedFile::hasGreyRulesByFrame() const {
+    std::call_once(greyOnce_, [this] { hasGreyRulesByFrame_ = readsGreyRulesByFrame(header_.elements); });
+    return hasGreyRulesByFrame_;
 }
 
 const std::optional<Palette>& OpenedFile::palette() const {
@@ -98,21 +108,19 @@ const std::vector<Overlay>& OpenedFile::overlays() const {
     return overlays_;
 }
 
+std::vector<std::uint8_t> OpenedFile::embeddedOverlayBits(const Overlay& overlay, int frame) const {
+    const auto bytes = readFrame(frame);
+    if (!bytes) return {};
+    const auto cells = decodeBytes(bytes.value(), CellBits::All);
+    return cells ? embeddedBits(cells.value(), overlay) : std::vector<std::uint8_t>();
+}
+
 std::vector<std::uint8_t> OpenedFile::overlayBits(const Overlay& overlay, int frame) const {
     const int own = overlayFrameFor(overlay, frame);
     if (own < 0) return {};
-    if (overlay.embeddedBit >= 0) {
-        // A decoder masks the unused bits away: only native pixels still have them.
-        if (picture_.isEncapsulated || missing(frame)) return {};
-        const auto bytes = picture_.frames->read(frame);
-        if (!bytes) return {};
-        return embeddedBits(bytes.value().bytes(), picture_.format, overlay, header_.hasBigEndianPixels());
-    }
-    if (overlay.bits.empty()) {
-        const bool isSwapped = header_.encoding.order == ByteOrder::Big;
-        return isSwapped ? std::vector<std::uint8_t>()
-                         : readOverlayFrame(*header_.body, header_.elements, overlay, own);
-    }
+    if (overlay.embeddedBit >= 0) return embeddedOverlayBits(overlay, frame);
+    if (overlay.bits.empty())
+        return readOverlayFrame(*header_.body, header_.elements, header_.encoding.order, overlay, own);
     const std::size_t pixels =
         static_cast<std::size_t>(overlay.rows) * static_cast<std::size_t>(overlay.columns);
     const auto from = pixels * static_cast<std::size_t>(own);

@@ -3,6 +3,7 @@
 #include "dicom/DicomFile.h"
 #include "dicom/FileHeader.h"
 #include "dicom/Picture.h"
+#include "dicom/codecs/FrameDecoder.h"
 
 #include <mutex>
 
@@ -24,6 +25,7 @@ class OpenedFile : public DicomFile {
     Result<FrameBytes> readFrame(int frame) const override;
     Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const override;
     GreyTransform greyTransform(int frame) const override;
+    bool hasGreyRulesByFrame() const override;
     const std::optional<Palette>& palette() const override;
     Shutter shutter(int frame) const override;
     bool hasShuttersByFrame() const override;
@@ -35,13 +37,16 @@ class OpenedFile : public DicomFile {
 
   private:
     std::optional<DecodeError> missing(int frame) const;
-    Result<Frame> decodeBytes(const FrameBytes& bytes) const;
+    Result<Frame> decodeBytes(const FrameBytes& bytes, CellBits wanted) const;
+    Result<Frame> decodeInflated(const FrameBytes& bytes, CellBits wanted) const;
+    std::vector<std::uint8_t> embeddedOverlayBits(const Overlay& overlay, int frame) const;
     Compression compressionOf(const FrameBytes& bytes) const;
     FrameBytes inflated(const FrameBytes& bytes) const;
 
     FileHeader header_;
     Picture picture_;
-    mutable std::once_flag paletteOnce_, overlaysOnce_;
+    mutable std::once_flag paletteOnce_, overlaysOnce_, greyOnce_;
+    mutable bool hasGreyRulesByFrame_ = false;
     mutable std::optional<Palette> palette_;
     mutable std::vector<Overlay> overlays_;
 };

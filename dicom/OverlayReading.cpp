@@ -1,10 +1,13 @@
 #include "dicom/OverlayReading.h"
 
-#include "dicom/Bytes.h"
 #include "dicom/Tags.h"
 
 #include <algorithm>
 #include <climits>
+#include <span>
+#include <type_traits>
+#include <utility>
+#include <variant>
 
 namespace cinedisc::dicom {
 
@@ -37,7 +40,8 @@ std::vector<std::uint8_t> unpack(std::span<const std::byte> bytes, std::uint64_t
 
 bool isUnusedBit(std::int64_t bit, const PixelFormat& format) {
     const bool isUsed = bit <= format.highBit && bit > format.highBit - format.bitsStored;
-    return bit >= 0 && bit < std::min(format.bitsAllocated, 16) && !isUsed;
+    return bit >= 0 && bit < std::min(format.bitsAllocated, 16) && !isUsed && format.samplesPerPixel == 1 &&
+           format.sampleKind == SampleKind::Integer;
 }
 
 bool readOverlay(const DataSet& header, const PixelFormat& format, int group, Overlay& overlay) {
@@ -95,36 +99,42 @@ int overlayFrameFor(const Overlay& overlay, int imageFrame) {
     return index >= 0 && index < overlay.frames ? static_cast<int>(index) : -1;
 }
 
-std::vector<std::uint8_t> readOverlayFrame(const ByteSource& body, const DataSet& header,
+std::vector<std::uint8_t> readOverlayFrame(const ByteSource& body, const DataSet& header, ByteOrder order,
                                            const Overlay& overlay, int overlayFrame) {
     const Element* data = header.find(inGroup(overlay.group, 0x3000));
     const std::uint64_t pixels = planePixels(overlay);
-    const std::uint64_t firstBit = pixels * static_cast<std::uint64_t>(overlayFrame);
-    if (!data || (firstBit + pixels + 7) / 8 > data->length) return {};
-    std::vector<std::byte> bytes(static_cast<std::size_t>((firstBit % 8 + pixels + 7) / 8));
-    if (body.readAt(data->offset + firstBit / 8, bytes) < bytes.size()) return {};
-    return unpack(bytes, firstBit % 8, pixels);
+    const std::uint64_t bit = pixels * static_cast<std::uint64_t>(overlayFrame);
+    if (!data || (bit + pixels + 7) / 8 > data->length) return {};
+    // Whole words: those of big endian files have their bytes the other way round.
+    const std::uint64_t from = bit / 16 * 2, firstBit = bit % 16;
+    std::vector<std::byte> bytes(static_cast<std::size_t>(
+        std::min((firstBit + pixels + 15) / 16 * 2, data->length - std::min(from, data->length))));
+    if (body.readAt(data->offset + from, bytes) < bytes.size()) return {};
+    if (order == ByteOrder::Big && data->valueRepresentation != vr("OB"))
+        for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) std::swap(bytes[at], bytes[at + 1]);
+    return unpack(bytes, firstBit, pixels);
 }
 
-std::vector<std::uint8_t> embeddedBits(std::span<const std::byte> nativeFrame, const PixelFormat& format,
-                                       const Overlay& overlay, bool bigEndian) {
-    const auto cellBytes = static_cast<std::size_t>(format.bitsAllocated / 8);
-    const bool hasCells = format.bitsAllocated % 8 == 0 && format.samplesPerPixel == 1 && cellBytes <= 4;
-    if (!hasCells) return {};
-    const auto order = bigEndian ? ByteOrder::Big : ByteOrder::Little;
-    std::vector<std::uint8_t> bits(static_cast<std::size_t>(planePixels(overlay)));
-    const int rows = std::min(overlay.rows, format.rows), columns = std::min(overlay.columns, format.columns);
-    for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < columns; ++column) {
-            const auto cell = static_cast<std::size_t>(row) * static_cast<std::size_t>(format.columns) +
-                              static_cast<std::size_t>(column);
-            if ((cell + 1) * cellBytes > nativeFrame.size()) return {};
-            const auto value = loadNumber(&nativeFrame[cell * cellBytes], static_cast<int>(cellBytes), order);
-            bits[static_cast<std::size_t>(row) * static_cast<std::size_t>(overlay.columns) +
-                 static_cast<std::size_t>(column)] = value >> overlay.embeddedBit & 1;
+std::vector<std::uint8_t> embeddedBits(const Frame& cells, const Overlay& overlay) {
+    const auto bitsOf = [&](const auto& samples) {
+        std::vector<std::uint8_t> bits(static_cast<std::size_t>(planePixels(overlay)));
+        const auto rows = static_cast<std::size_t>(std::min(overlay.rows, cells.rows));
+        const auto columns = static_cast<std::size_t>(std::min(overlay.columns, cells.columns));
+        for (std::size_t row = 0; row < rows; ++row) {
+            const auto* from = &samples[row * static_cast<std::size_t>(cells.columns)];
+            std::uint8_t* to = &bits[row * static_cast<std::size_t>(overlay.columns)];
+            for (std::size_t column = 0; column < columns; ++column)
+                to[column] = static_cast<std::uint8_t>(from[column] >> overlay.embeddedBit & 1);
         }
-    }
-    return bits;
+        return bits;
+    };
+    return std::visit(
+        [&](const auto& samples) -> std::vector<std::uint8_t> {
+            using Sample = typename std::decay_t<decltype(samples)>::value_type;
+            if constexpr (std::is_unsigned_v<Sample>) return bitsOf(samples);
+            return {};
+        },
+        cells.samples);
 }
 
 }  // namespace cinedisc::dicom

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "dicom/ByteSource.h"
+#include "dicom/Bytes.h"
 #include "dicom/DataSet.h"
+#include "dicom/Frame.h"
 #include "dicom/PixelFormat.h"
 #include "dicom/Presentation.h"
 
 #include <cstdint>
-#include <span>
 #include <vector>
 
 namespace cinedisc::dicom {
@@ -19,11 +20,10 @@ std::vector<Overlay> readOverlays(const DataSet& header, const PixelFormat& form
 int overlayFrameFor(const Overlay& overlay, int imageFrame);
 
 /// One frame of an overlay that was left in the file; empty when the file does not hold it.
-std::vector<std::uint8_t> readOverlayFrame(const ByteSource& body, const DataSet& header,
+std::vector<std::uint8_t> readOverlayFrame(const ByteSource& body, const DataSet& header, ByteOrder order,
                                            const Overlay& overlay, int overlayFrame);
 
-/// The bits of an overlay that lies in the unused bits of the pixel cells, out of a frame of native pixels.
-std::vector<std::uint8_t> embeddedBits(std::span<const std::byte> nativeFrame, const PixelFormat& format,
-                                       const Overlay& overlay, bool bigEndian);
+/// The bits of an overlay that lies in the unused bits of the pixel cells, out of a frame of whole cells.
+std::vector<std::uint8_t> embeddedBits(const Frame& cells, const Overlay& overlay);
 
 }  // namespace cinedisc::dicom

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 
 namespace cinedisc::dicom {
 
@@ -81,7 +82,7 @@ void openEncapsulated(const FileHeader& header, std::optional<int> announced, Pi
     auto frames = std::make_unique<EncapsulatedFrames>(
         header.body, *header.pixels, header.elements,
         EncapsulatedFrames::Expectation{announced, (nativeFrameBits(picture.format) + 7) / 8,
-                                        picture.compression});
+                                        picture.compression, statesFrameCount(header.elements)});
     picture.announcedFrameCount = frames->announced();
     if (picture.compression == Compression::Unsupported) {
         const auto seen = sniffCompression(frames->firstBytes());
@@ -93,8 +94,21 @@ void openEncapsulated(const FileHeader& header, std::optional<int> announced, Pi
     picture.frames = std::move(frames);
 }
 
+/// Frames of native pixels whose header does not say how many they are: those that fill the data, one when
+/// something else than whole frames is in them.
+int framesFilling(const PixelElement& pixels, const PixelFormat& format) {
+    constexpr std::uint64_t wordBits = 16;  // values are padded to whole words
+    const std::uint64_t frameBits = nativeFrameBits(format), bits = pixels.length * 8;
+    const bool mayShareChrominance =
+        format.photometric == Photometric::YbrFull422 || format.photometric == Photometric::YbrPartial422;
+    if (pixels.isOpen || mayShareChrominance || frameBits < wordBits || bits % frameBits >= wordBits)
+        return 1;
+    return static_cast<int>(std::clamp<std::uint64_t>(bits / frameBits, 1, INT_MAX));
+}
+
 void openNative(const FileHeader& header, std::optional<int> announced, Picture& picture) {
     picture.compression = Compression::None;
+    if (!statesFrameCount(header.elements)) announced = framesFilling(*header.pixels, picture.format);
     auto frames = std::make_unique<NativeFrames>(header.body, *header.pixels, picture.format, announced,
                                                  header.hasBigEndianPixels());
     picture.announcedFrameCount = frames->announced();

@@ -29,7 +29,7 @@ PixelAspect readPixelAspect(const DataSet& header, const PixelFormat& format) {
     const DataSet& measures = groupOrHeader(header, tags::PixelMeasuresSequence, firstFrame);
     for (const auto& numbers :
          {header.decimals(tags::PixelAspectRatio), properties.decimals(tags::ImagerPixelSpacing),
-          measures.decimals(tags::PixelSpacing)})
+          measures.decimals(tags::PixelSpacing), header.decimals(tags::NominalScannedPixelSpacing)})
         if (const auto aspect = aspectOf(numbers)) {
             const double growth = std::abs(*aspect - 1) * std::max(format.rows, format.columns);
             return growth < 1 ? 1 : *aspect;

@@ -66,9 +66,10 @@ void readRealBits(PixelFormat& format, SampleKind kind) {
 
 }  // namespace
 
+bool statesFrameCount(const DataSet& header) { return !header.string(tags::NumberOfFrames).empty(); }
+
 std::optional<int> statedFrameCount(const DataSet& header) {
-    const Element* element = header.find(tags::NumberOfFrames);
-    if (!element || header.string(tags::NumberOfFrames).empty()) return 1;
+    if (!statesFrameCount(header)) return 1;
     const auto count = header.integer(tags::NumberOfFrames);
     if (!count || *count < 1) return std::nullopt;
     return static_cast<int>(std::min<std::int64_t>(*count, INT_MAX));

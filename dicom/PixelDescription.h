@@ -18,6 +18,9 @@ Result<PixelFormat> readPixelFormat(const DataSet& header, Tag pixelTag);
 /// frames.
 std::optional<int> statedFrameCount(const DataSet& header);
 
+/// Whether the header says how many frames there are, be it right or wrong.
+bool statesFrameCount(const DataSet& header);
+
 /// Bits that a frame of native pixels takes, at most. Subsampled colour may take less.
 std::uint64_t nativeFrameBits(const PixelFormat& format);
 

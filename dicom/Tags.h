@@ -21,6 +21,7 @@ constexpr Tag VerticesOfThePolygonalShutter{0x0018, 0x1620};
 constexpr Tag ShutterPresentationValue{0x0018, 0x1622};
 constexpr Tag ShutterOverlayGroup{0x0018, 0x1623};
 constexpr Tag FrameDisplayShutterSequence{0x0018, 0x9472};
+constexpr Tag NominalScannedPixelSpacing{0x0018, 0x2010};
 constexpr Tag SamplesPerPixel{0x0028, 0x0002};
 constexpr Tag PhotometricInterpretation{0x0028, 0x0004};
 constexpr Tag PlanarConfiguration{0x0028, 0x0006};

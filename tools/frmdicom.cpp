@@ -8,6 +8,13 @@
 
 namespace cinedisc {
 
+namespace {
+
+// The title is to be read beside the buttons of its bar.
+constexpr int widthInLetters = 36;
+
+}  // namespace
+
 frmdicom::frmdicom(QWidget* owner) : QDialog(owner) {
     setObjectName("frmdicom");
     setWindowTitle(" Export");
@@ -34,6 +41,7 @@ frmdicom::frmdicom(QWidget* owner) : QDialog(owner) {
     rows->addWidget(choices);
     rows->addLayout(buttons);
     rows->setSizeConstraint(QLayout::SetFixedSize);
+    choices->setMinimumWidth(fontMetrics().averageCharWidth() * widthInLetters);
 
     connect(ok, &QPushButton::clicked, this, &frmdicom::CmdOk_Click);
     connect(cancel, &QPushButton::clicked, this, &frmdicom::CmdCancel_Click);

@@ -21,8 +21,14 @@ void ViewerEvents::connect(const ViewerPanels& panels, ViewerBehaviour& behaviou
     on(panels.strip->sb1, &QScrollBar::valueChanged, [&behaviour] { behaviour.sb1_Change(); });
     on(cine.Slider1, &QSlider::valueChanged, [&behaviour] { behaviour.cine.Slider1_Change(); });
     on(cine.Slider2, &QSlider::valueChanged, [&behaviour] { behaviour.frames.Slider2_Change(); });
-    on(panels.Timer4, &QTimer::timeout, [&behaviour] { behaviour.cine.Timer4_Timer(); });
-    on(panels.Timer1, &QTimer::timeout, [&behaviour] { behaviour.cine.Timer1_Timer(); });
+    // A cine goes at the pace of the disc when that is slower: no tick comes before the picture of the last.
+    const auto onTick = [&](QTimer* timer, auto handler) {
+        on(timer, &QTimer::timeout, [view = panels.ezDicom, handler] {
+            if (!view->isReading()) handler();
+        });
+    };
+    onTick(panels.Timer4, [&behaviour] { behaviour.cine.Timer4_Timer(); });
+    onTick(panels.Timer1, [&behaviour] { behaviour.cine.Timer1_Timer(); });
     connectOption(*cine.Option4, [&behaviour] { behaviour.cine.Option4_Click(); });
     connectOption(*panels.Frame6->Option1, [&behaviour] { behaviour.tools.Option1_Click(); });
     connectOption(*panels.Frame6->Option2, [&behaviour] { behaviour.tools.Option2_Click(); });

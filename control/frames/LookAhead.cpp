@@ -54,10 +54,12 @@ void LookAhead::startThreads() {
 void LookAhead::readFirst(std::shared_ptr<const ImageFile> file, int frame) {
     const std::lock_guard lock(mutex_);
     startThreads();
+    awaited_.insert({file.get(), frame});
     // A view waits for one frame only; a preview of the same file for its first.
-    std::erase_if(asked_, [&](const Job& job) { return job.file == file && job.frame != 0; });
-    std::erase_if(asked_, [&](const Job& job) { return job.file == file && job.frame == frame; });
-    asked_.push_back({std::move(file), frame, true});
+    std::erase_if(asked_, [&](const Job& job) {
+        return job.file == file && (job.frame == frame || (job.frame != 0 && frame != 0));
+    });
+    asked_.push_back({std::move(file), frame});
     if (readerIdles_) wakeReader_.notify_one();
 }
 
@@ -206,11 +208,12 @@ void LookAhead::readLoop() {
         } else if (!job->file) {
             openNext(lock);
         } else {
+            const FrameKey key{job->file.get(), job->frame};
             lock.unlock();
-            store_.read({job->file.get(), job->frame});
-            if (job->isAsked) surroundings_.arrived();
+            store_.read(key);
             job.reset();
             lock.lock();
+            if (awaited_.erase(key) > 0) surroundings_.arrived();
             ++read_;
             wakeDecoders_.notify_one();
         }

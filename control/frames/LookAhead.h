@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -48,7 +49,6 @@ class LookAhead {
     struct Job {
         std::shared_ptr<const ImageFile> file;  ///< null: open the file that follows
         int frame = 0;
-        bool isAsked = false;
     };
     using Lock = std::unique_lock<std::mutex>;
 
@@ -75,6 +75,7 @@ class LookAhead {
     bool readerIdles_ = false;
     unsigned read_ = 0;                   ///< grows whenever there may be something to decode
     std::deque<Job> asked_;               ///< latest last
+    std::set<FrameKey> awaited_;          ///< what has been asked for and not been read
     std::weak_ptr<const ImageFile> run_;  ///< what order_ is about
     PlayOrder order_;
     int covered_ = 0;    ///< steps ahead up to which nothing is missing

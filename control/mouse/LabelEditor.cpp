@@ -11,6 +11,7 @@ namespace cinedisc {
 namespace {
 
 constexpr int longestText = 200;
+constexpr int largestLetters = 48;
 
 }  // namespace
 
@@ -28,7 +29,10 @@ LabelEditor::LabelEditor(QWidget& view) : QLineEdit(&view) {
     connect(this, &QLineEdit::returnPressed, this, [this] { handOver(); });
 }
 
-void LabelEditor::open(QPointF at, const QString& text) {
+void LabelEditor::open(QPointF at, const QString& text, const QFont& letters) {
+    QFont own = letters;
+    own.setPixelSize(std::min(letters.pixelSize(), largestLetters));
+    setFont(own);
     setText(text);
     selectAll();
     fitText();

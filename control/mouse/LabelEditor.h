@@ -14,8 +14,9 @@ class LabelEditor : public QLineEdit {
   public:
     explicit LabelEditor(QWidget& view);
 
-    /// Opens with its left end's middle at a point of the view.
-    void open(QPointF at, const QString& text);
+    /// Opens with the text's left end's middle at a point of the view, in letters of `letters` as far as they
+    /// can be typed in.
+    void open(QPointF at, const QString& text, const QFont& letters);
     /// As leaving it does.
     void handOver();
 

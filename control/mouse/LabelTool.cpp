@@ -8,7 +8,7 @@ namespace cinedisc {
 LabelTool::LabelTool(ViewState& view, QWidget& widget)
     : view_(view), widget_(widget), editor_(new LabelEditor(widget)) {
     QObject::connect(editor_, &LabelEditor::handedOver, &widget, [this](const QString& text) { take(text); });
-    QObject::connect(editor_, &LabelEditor::dropped, &widget, [this] { widget_.update(); });
+    QObject::connect(editor_, &LabelEditor::dropped, &widget, [this] { endTyping(); });
 }
 
 LabelTool::~LabelTool() { delete editor_; }
@@ -45,7 +45,7 @@ void LabelTool::release() {
     if (!std::exchange(opens_, false)) return;
     placed_ = toPicture(start_);
     replaces_ = false;
-    editor_->open(start_, {});
+    editor_->open(start_, {}, PictureLabels::font(view_.pictureRect()));
 }
 
 void LabelTool::cancel() {
@@ -55,11 +55,16 @@ void LabelTool::cancel() {
 
 void LabelTool::doubleClick(QPointF at) {
     press(at);
-    const auto* label = selected();
+    auto* label = selected();
     if (!label) return;
-    replaces_ = true;
+    replaces_ = label->isBeingTyped = true;
     const QRectF box = PictureLabels::box(*label, view_.pictureRect());
-    editor_->open({box.left(), box.center().y()}, label->text);
+    editor_->open({box.left(), box.center().y()}, label->text, PictureLabels::font(view_.pictureRect()));
+}
+
+void LabelTool::endTyping() {
+    for (auto& label : labels()) label.isBeingTyped = false;
+    widget_.update();
 }
 
 void LabelTool::take(const QString& text) {
@@ -73,7 +78,7 @@ void LabelTool::take(const QString& text) {
         labels().push_back({placed_, text});
         selected_ = static_cast<int>(labels().size()) - 1;
     }
-    widget_.update();
+    endTyping();
 }
 
 bool LabelTool::takesKey(int key) const {

@@ -32,6 +32,7 @@ class LabelTool : public MouseTool {
     PictureLabel* selected() const;
     QPointF toPicture(QPointF at) const;
     void take(const QString& text);
+    void endTyping();
 
     ViewState& view_;
     QWidget& widget_;

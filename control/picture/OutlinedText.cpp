@@ -6,7 +6,11 @@
 
 namespace cinedisc {
 
-void drawOutlined(QPainter& painter, QPointF baseline, const QString& text) {
+namespace {
+
+constexpr QRgb darkInk = qRgb(32, 33, 36);
+
+void drawRim(QPainter& painter, QPointF baseline, const QString& text) {
     const double rim = std::max(1.0, QFontMetricsF(painter.font()).height() / 20);
     painter.setPen(QColor(0, 0, 0));
     for (const double dy : {-rim, 0.0, rim}) {
@@ -14,8 +18,20 @@ void drawOutlined(QPainter& painter, QPointF baseline, const QString& text) {
             if (dx != 0 || dy != 0) painter.drawText(baseline + QPointF(dx, dy), text);
         }
     }
-    painter.setPen(QColor(255, 255, 255));
+}
+
+}  // namespace
+
+void drawLayer(QPainter& painter, QPointF baseline, const QString& text, TextLayer layer) {
+    if (layer == TextLayer::Rim) return drawRim(painter, baseline, text);
+    painter.setPen(layer == TextLayer::Light ? QColor(255, 255, 255) : QColor(darkInk));
     painter.drawText(baseline, text);
+}
+
+void drawInked(QPainter& painter, QPointF baseline, const QString& text, TextInk ink) {
+    if (ink == TextInk::PlainDark) return drawLayer(painter, baseline, text, TextLayer::Dark);
+    drawLayer(painter, baseline, text, TextLayer::Rim);
+    drawLayer(painter, baseline, text, TextLayer::Light);
 }
 
 }  // namespace cinedisc

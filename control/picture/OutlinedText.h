@@ -6,8 +6,19 @@
 
 namespace cinedisc {
 
-/// One line of light text with a dark rim in the painter's font: readable on any grey. `baseline` is its left
-/// end. Never interpreted as markup.
-void drawOutlined(QPainter& painter, QPointF baseline, const QString& text);
+/// How a line is made readable: light with a dark rim on any grey, or dark on white.
+enum class TextInk { OutlinedLight, PlainDark };
+
+/// The layers that a line is painted in, one over the other.
+enum class TextLayer { Rim, Light, Dark };
+
+/// One layer of a line in the painter's font. `baseline` is its left end. Never interpreted as markup.
+void drawLayer(QPainter& painter, QPointF baseline, const QString& text, TextLayer layer);
+
+/// One line with all its layers.
+void drawInked(QPainter& painter, QPointF baseline, const QString& text, TextInk ink);
+inline void drawOutlined(QPainter& painter, QPointF baseline, const QString& text) {
+    drawInked(painter, baseline, text, TextInk::OutlinedLight);
+}
 
 }  // namespace cinedisc

@@ -8,9 +8,7 @@
 
 namespace cinedisc {
 
-namespace {
-
-QFont fontFor(const QRectF& picture) {
+QFont PictureLabels::font(const QRectF& picture) {
     QFont font;
     font.setBold(true);
     font.setPixelSize(
@@ -18,15 +16,13 @@ QFont fontFor(const QRectF& picture) {
     return font;
 }
 
-}  // namespace
-
 bool PictureLabels::any(int frame) const {
     const auto found = frames_.find(frame);
     return found != frames_.end() && !found->second.empty();
 }
 
 QRectF PictureLabels::box(const PictureLabel& label, const QRectF& picture) {
-    const QFontMetricsF metrics(fontFor(picture));
+    const QFontMetricsF metrics(font(picture));
     const QPointF at(picture.x() + label.at.x() * picture.width(),
                      picture.y() + label.at.y() * picture.height());
     const double height = metrics.height();
@@ -36,9 +32,10 @@ QRectF PictureLabels::box(const PictureLabel& label, const QRectF& picture) {
 void PictureLabels::paint(QPainter& painter, int frame, const QRectF& picture) const {
     if (!any(frame)) return;
     painter.save();
-    painter.setFont(fontFor(picture));
+    painter.setFont(font(picture));
     const double ascent = QFontMetricsF(painter.font()).ascent();
     for (const auto& label : frames_.at(frame)) {
+        if (label.isBeingTyped) continue;
         drawOutlined(painter, box(label, picture).topLeft() + QPointF(0, ascent), label.text);
     }
     painter.restore();

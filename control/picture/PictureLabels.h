@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QPainter>
 #include <QPointF>
 #include <QRectF>
@@ -14,6 +15,7 @@ namespace cinedisc {
 struct PictureLabel {
     QPointF at;  ///< left end of the middle of its line, as a share of the picture, 0 ... 1 on both axes
     QString text;
+    bool isBeingTyped = false;  ///< in the editor, which shows it meanwhile
 };
 
 /// The labels of a file by frame, and how they are drawn: in proportion to the picture, so that a copy looks
@@ -27,6 +29,8 @@ class PictureLabels {
 
     /// `picture` is where the whole picture lies, in the painter's units.
     void paint(QPainter& painter, int frame, const QRectF& picture) const;
+    /// What labels are written with on a picture of this size.
+    static QFont font(const QRectF& picture);
     /// The place that a label takes.
     static QRectF box(const PictureLabel& label, const QRectF& picture);
     /// The label under a point, the topmost first; -1 when there is none.

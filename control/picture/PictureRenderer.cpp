@@ -1,5 +1,7 @@
 #include "control/picture/PictureRenderer.h"
 
+#include "control/picture/DirectTarget.h"
+
 #include <utility>
 
 namespace cinedisc {
@@ -25,34 +27,68 @@ const DisplayRule& PictureRenderer::rule(const dicom::Frame& frame) {
                            polarity);
 }
 
-void PictureRenderer::drawInto(QImage& into, const dicom::Frame& frame, const ScalePlan& plan) {
+void PictureRenderer::drawInto(const PixelTarget& target, const dicom::Frame& frame, const ScalePlan& plan) {
     const auto cover = picture_.file()->cover(picture_.currentFrame() - 1);
-    const auto format =
-        into.format() == QImage::Format_Grayscale8 ? PixelTarget::Format::Grey8 : PixelTarget::Format::Rgb32;
-    scaler_.draw(FrameRows(frame, rule(frame), cover.get()), plan.columns, plan.rows,
-                 {into.bits(), into.bytesPerLine(), format});
+    scaler_.draw(FrameRows(frame, rule(frame), cover.get()), plan.columns, plan.rows, target);
 }
 
-const QImage& PictureRenderer::visiblePart(const Placement& placement, Smoothing smoothing) {
+void PictureRenderer::drawInto(QImage& into, const dicom::Frame& frame, const ScalePlan& plan) {
+    const auto format =
+        into.format() == QImage::Format_Grayscale8 ? PixelTarget::Format::Grey8 : PixelTarget::Format::Rgb32;
+    drawInto({into.bits(), into.bytesPerLine(), format}, frame, plan);
+}
+
+const ScalePlan& PictureRenderer::planFor(const dicom::Frame& frame, const Placement& placement,
+                                          const QRect& part, Smoothing smoothing) {
+    const QSize source(frame.columns, frame.rows);
+    const QRect wanted = part.translated(-placement.picture.topLeft());
+    if (!plan_ || !plan_->isFor(source, placement.picture.size(), wanted, smoothing)) {
+        plan_.emplace(source, placement.picture.size(), wanted, smoothing);
+    }
+    return *plan_;
+}
+
+bool PictureRenderer::paintDirectly(const QPainter& painter, double pixelRatio, const dicom::Frame& frame,
+                                    const Placement& placement, Smoothing smoothing) {
+    const auto target = DirectTarget::of(painter, pixelRatio);
+    if (!target) return false;
+    const QRect visible = placement.visible();
+    const QPoint corner = target->pixelAt(visible.topLeft());
+    const QRect pixels = QRect(corner, visible.size()).intersected(target->clip());
+    if (pixels.isEmpty()) return true;
+    const QRect part = pixels.translated(visible.topLeft() - corner);
+    drawInto(target->at(pixels.topLeft()), frame, planFor(frame, placement, part, smoothing));
+    return true;
+}
+
+void PictureRenderer::keep(const dicom::Frame& frame, const Placement& placement, Smoothing smoothing) {
+    const QRect visible = placement.visible();
+    if (image_.size() != visible.size()) image_ = QImage(visible.size(), QImage::Format_RGB32);
+    if (!image_.isNull()) drawInto(image_, frame, planFor(frame, placement, visible, smoothing));
+}
+
+QRect PictureRenderer::paint(QPainter& painter, double pixelRatio, const Placement& placement,
+                             Smoothing smoothing) {
     const QRect visible = placement.visible();
     const dicom::Frame* frame = picture_.frame();
     if (!frame || visible.isEmpty()) {
-        shown_ = {};
-        return image_ = {};
+        painted_ = kept_ = {};
+        image_ = {};
+        return {};
     }
     rule(*frame);
     const Shown wanted{picture_.frameRevision(), tables_.revision(), placement.picture, visible, smoothing};
-    if (wanted == shown_ && !image_.isNull()) return image_;
+    const bool isNew = std::exchange(painted_, wanted) != wanted;
+    if (isNew && paintDirectly(painter, pixelRatio, *frame, placement, smoothing)) return visible;
 
-    const QSize source(frame->columns, frame->rows);
-    const QRect part = visible.translated(-placement.picture.topLeft());
-    if (!plan_ || !plan_->isFor(source, placement.picture.size(), part, smoothing)) {
-        plan_.emplace(source, placement.picture.size(), part, smoothing);
-    }
-    if (image_.size() != visible.size()) image_ = QImage(visible.size(), QImage::Format_RGB32);
-    if (!image_.isNull()) drawInto(image_, *frame, *plan_);
-    shown_ = wanted;
-    return image_;
+    if (kept_ != wanted || image_.isNull()) keep(*frame, placement, smoothing);
+    kept_ = wanted;
+    if (image_.isNull()) return {};
+    painter.save();
+    painter.scale(1 / pixelRatio, 1 / pixelRatio);
+    painter.drawImage(visible.topLeft(), image_);
+    painter.restore();
+    return visible;
 }
 
 QImage PictureRenderer::part(const Placement& placement, const QRect& wanted, Smoothing smoothing) {

@@ -18,6 +18,7 @@ AxisTable::AxisTable(int sourceSize, int scaledSize, int visibleFrom, int visibl
     sourceFrom_ = first_.front();
     sourceTo_ = first_.back() + taps_;
     for (auto& first : first_) first -= sourceFrom_;
+    if (taps_ == 2 && step <= 1) pairs_ = PairBlocks(first_, weights_);
 }
 
 void AxisTable::nearest(double step, int visibleFrom, int sourceSize) {

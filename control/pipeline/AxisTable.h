@@ -1,5 +1,7 @@
 #pragma once
 
+#include "control/pipeline/PairBlocks.h"
+
 #include <cstdint>
 #include <vector>
 
@@ -33,6 +35,8 @@ class AxisTable {
     /// Weights of result i from i * taps() on. They add up to fullWeight.
     const std::uint16_t* weights() const { return weights_.data(); }
     static constexpr int fullWeight = 1 << 15;
+    /// The same where every result is made of two neighbours; empty otherwise.
+    const PairBlocks& pairs() const { return pairs_; }
 
   private:
     void nearest(double step, int visibleFrom, int sourceSize);
@@ -40,6 +44,7 @@ class AxisTable {
 
     std::vector<std::int32_t> first_;
     std::vector<std::uint16_t> weights_;
+    PairBlocks pairs_;
     int taps_ = 1;
     int sourceFrom_ = 0;
     int sourceTo_ = 0;

@@ -43,14 +43,18 @@ void DisplayTables::clear() {
 const DisplayRule& DisplayTables::ruleFor(const dicom::DicomFile& file, int frameIndex,
                                           const dicom::Frame& frame, const WindowInForce& window,
                                           Polarity polarity) {
+    const bool isSameButForGrey = file_ == &file && sampleKind_ == frame.samples.index() &&
+                                  samplesPerPixel_ == frame.samplesPerPixel && polarity_ == polarity &&
+                                  window_ == window;
+    if (isSameButForGrey && (frameIndex == frameIndex_ || !file.hasGreyRulesByFrame())) return rule_;
+    frameIndex_ = frameIndex;
     auto grey = frame.samplesPerPixel == 1 ? file.greyTransform(frameIndex) : dicom::GreyTransform{};
-    const bool current = file_ == &file && sampleKind_ == frame.samples.index() && polarity_ == polarity &&
-                         window_ == window && same(grey_, grey);
-    if (current) return rule_;
+    if (isSameButForGrey && same(grey_, grey)) return rule_;
     grey_ = std::move(grey);
     window_ = window;
     polarity_ = polarity;
     sampleKind_ = frame.samples.index();
+    samplesPerPixel_ = frame.samplesPerPixel;
     makeRule(file, frame);
     file_ = &file;
     ++revision_;

@@ -26,7 +26,9 @@ class DisplayTables {
     void makeRule(const dicom::DicomFile& file, const dicom::Frame& frame);
 
     const dicom::DicomFile* file_ = nullptr;
+    int frameIndex_ = 0;  ///< the rule is at least this frame's
     std::size_t sampleKind_ = 0;
+    int samplesPerPixel_ = 0;
     dicom::GreyTransform grey_;
     WindowInForce window_;
     Polarity polarity_ = Polarity::Normal;

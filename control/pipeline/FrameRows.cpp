@@ -1,7 +1,5 @@
 #include "control/pipeline/FrameRows.h"
 
-#include "control/pipeline/RowKernels.h"
-
 #include <algorithm>
 #include <type_traits>
 
@@ -20,8 +18,10 @@ const auto* asIndices(const Sample* samples) {
 
 }  // namespace
 
-FrameRows::FrameRows(const dicom::Frame& frame, const DisplayRule& rule, const CoverPlane* cover)
-    : frame_(frame),
+FrameRows::FrameRows(const dicom::Frame& frame, const DisplayRule& rule, const CoverPlane* cover,
+                     const RowKernels& kernels)
+    : kernels_(kernels),
+      frame_(frame),
       rule_(rule),
       cover_(cover && !cover->empty() ? cover : nullptr),
       channels_(frame.samplesPerPixel == 3 || rule.palette ? 3 : 1) {}
@@ -39,7 +39,16 @@ void FrameRows::read(int y, int from, int to, const Channels& into) const {
     }
     if (!cover_) return;
     for (std::size_t channel = 0; channel < static_cast<std::size_t>(channels_); ++channel) {
-        coverRow(cover_->keepRow(y) + from, cover_->paintRow(y) + from, into[channel], count);
+        kernels_.cover(cover_->keepRow(y) + from, cover_->paintRow(y) + from, into[channel], count);
+    }
+}
+
+template <typename Sample>
+void FrameRows::readTabled(const Sample* samples, std::uint8_t* into, int count) const {
+    if (const auto& line = rule_.table->linear()) {
+        kernels_.linear(samples, *line, into, count);
+    } else {
+        kernels_.lookUp(asIndices(samples), rule_.table->entries(), into, count);
     }
 }
 
@@ -49,7 +58,7 @@ void FrameRows::readGrey(std::size_t offset, int count, std::uint8_t* into) cons
             using Sample = std::decay_t<decltype(samples[0])>;
             const Sample* source = samples.data() + offset;
             if constexpr (isTabled<Sample>) {
-                lookUpRow(asIndices(source), rule_.table->entries(), into, count);
+                readTabled(source, into, count);
             } else {
                 for (int x = 0; x < count; ++x) into[x] = (*rule_.rule)(static_cast<double>(source[x]));
             }
@@ -64,8 +73,8 @@ void FrameRows::readPalette(std::size_t offset, int count, const Channels& into)
             for (int channel = 0; channel < 3; ++channel) {
                 std::uint8_t* out = into[static_cast<std::size_t>(channel)];
                 if constexpr (isTabled<Sample>) {
-                    lookUpRow(asIndices(samples.data() + offset), rule_.palette->entries(channel), out,
-                              count);
+                    kernels_.lookUp(asIndices(samples.data() + offset), rule_.palette->entries(channel), out,
+                                    count);
                 } else {
                     std::fill_n(out, count, std::uint8_t{0});
                 }
@@ -73,15 +82,15 @@ void FrameRows::readPalette(std::size_t offset, int count, const Channels& into)
         },
         frame_.samples);
     if (rule_.polarity == Polarity::Inverted) {
-        for (auto* channel : into) invertRow(channel, count);
+        for (auto* channel : into) kernels_.invert(channel, count);
     }
 }
 
 void FrameRows::readColor(std::size_t offset, int count, const Channels& into) const {
     const auto& samples = std::get<std::vector<std::uint8_t>>(frame_.samples);
-    splitColors(samples.data() + offset * 3, into, count);
+    kernels_.splitColors(samples.data() + offset * 3, into, count);
     if (rule_.polarity == Polarity::Inverted) {
-        for (auto* channel : into) invertRow(channel, count);
+        for (auto* channel : into) kernels_.invert(channel, count);
     }
 }
 

@@ -3,7 +3,7 @@
 #include "control/pipeline/CoverPlane.h"
 #include "control/pipeline/GreyTable.h"
 #include "control/pipeline/PaletteTable.h"
-#include "control/pipeline/RowSource.h"
+#include "control/pipeline/RowKernels.h"
 #include "dicom/Frame.h"
 
 #include <memory>
@@ -22,7 +22,8 @@ struct DisplayRule {
 /// The rows of a decoded frame under a display rule and cover. Refers to what it was made from.
 class FrameRows : public RowSource {
   public:
-    FrameRows(const dicom::Frame& frame, const DisplayRule& rule, const CoverPlane* cover);
+    FrameRows(const dicom::Frame& frame, const DisplayRule& rule, const CoverPlane* cover,
+              const RowKernels& kernels = RowKernels::best());
 
     int rows() const override { return frame_.rows; }
     int columns() const override { return frame_.columns; }
@@ -34,6 +35,10 @@ class FrameRows : public RowSource {
     void readPalette(std::size_t offset, int count, const Channels& into) const;
     void readColor(std::size_t offset, int count, const Channels& into) const;
 
+    template <typename Sample>
+    void readTabled(const Sample* samples, std::uint8_t* into, int count) const;
+
+    const RowKernels& kernels_;
     const dicom::Frame& frame_;
     const DisplayRule& rule_;
     const CoverPlane* cover_;

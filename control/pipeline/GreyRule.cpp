@@ -46,6 +46,14 @@ double GreyRule::windowed(double value) const {
     return linear(value, window_);
 }
 
+std::optional<GreyRule::Line> GreyRule::line() const {
+    const bool isStep = window_.function == dicom::Window::Function::Linear && window_.width <= 1;
+    if (table_ || grey_.modalityLut || isStep || window_.function == dicom::Window::Function::Sigmoid)
+        return std::nullopt;
+    const double atZero = windowed(modalityValue(grey_, 0));
+    return Line{windowed(modalityValue(grey_, 1)) - atZero, atZero, inverse_};
+}
+
 std::uint8_t GreyRule::operator()(double stored) const {
     if (std::isnan(stored)) return 0;
     if (grey_.padding && stored >= static_cast<double>(grey_.padding->first) &&

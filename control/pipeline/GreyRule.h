@@ -4,6 +4,7 @@
 #include "dicom/Presentation.h"
 
 #include <cstdint>
+#include <optional>
 
 namespace cinedisc {
 
@@ -17,6 +18,15 @@ class GreyRule {
 
     /// Padding is black whatever the polarity: it is not part of the picture.
     std::uint8_t operator()(double stored) const;
+
+    /// From the stored value to the grey before it is rounded, kept within 0 ... 255 and inverted.
+    struct Line {
+        double slope;
+        double offset;
+        bool inverse;
+    };
+    /// The rule as a straight line, when there is no table or curve in it. Padding is not looked at.
+    std::optional<Line> line() const;
 
   private:
     double windowed(double value) const;

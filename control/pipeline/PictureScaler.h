@@ -1,7 +1,7 @@
 #pragma once
 
 #include "control/pipeline/AxisTable.h"
-#include "control/pipeline/RowSource.h"
+#include "control/pipeline/RowKernels.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -22,6 +22,8 @@ struct PixelTarget {
 /// pictures. One thread at a time.
 class PictureScaler {
   public:
+    explicit PictureScaler(const RowKernels& kernels = RowKernels::best()) : kernels_(kernels) {}
+
     /// Writes rows.size() rows of columns.size() pixels. Grey8 asks for a source of one channel.
     void draw(const RowSource& source, const AxisTable& columns, const AxisTable& rows,
               const PixelTarget& target);
@@ -36,11 +38,14 @@ class PictureScaler {
     void prepare(const RowSource& source, const AxisTable& columns, const AxisTable& rows);
     void pack(std::uint8_t* into, PixelTarget::Format format, int count) const;
 
+    const RowKernels& kernels_;
     int channels_ = 1;
     std::vector<std::uint8_t> source_[3];
     std::vector<std::uint8_t> result_[3];
     std::vector<std::uint16_t> ring_;  ///< the scaled source rows at hand: row y in slot y modulo the taps
+    std::size_t ringStride_ = 0;       ///< from channel to channel
     std::vector<int> ringRow_;
+    std::vector<const std::uint16_t*> scaled_, ofChannel_;  ///< the rows that make the one at hand
 };
 
 }  // namespace cinedisc

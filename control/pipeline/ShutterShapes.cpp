@@ -40,27 +40,33 @@ class Visible {
         });
     }
 
-    /// Even-odd rule on the pixel centres; pixels on an edge belong to the inside as far as the row tells.
+    /// Even-odd rule on the pixel centres; those on the outline belong to the inside, as they do on the edges
+    /// of a rectangle. A row just below a vertex is crossed by other edges than one just above it: a pixel is
+    /// inside when it is by either.
     void apply(const std::vector<std::pair<int, int>>& polygon) {
         std::vector<double> crossings;
         std::vector<std::uint8_t> inside(static_cast<std::size_t>(columns_));
-        forEachRow([&](int y, std::uint8_t* row) {
+        const auto addInside = [&](int y, auto&& isAbove) {
             crossings.clear();
             for (std::size_t i = 0, j = polygon.size() - 1; i < polygon.size(); j = i++) {
                 const auto [y0, x0] = polygon[j];
                 const auto [y1, x1] = polygon[i];
-                if ((y0 <= y) == (y1 <= y)) continue;
+                if (isAbove(y0) == isAbove(y1)) continue;
                 crossings.push_back(x0 + (static_cast<double>(y) - y0) * (static_cast<double>(x1) - x0) /
                                              (static_cast<double>(y1) - y0));
             }
             std::sort(crossings.begin(), crossings.end());
-            std::fill(inside.begin(), inside.end(), std::uint8_t{0});
             for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
                 const double last = columns_;
                 const int from = static_cast<int>(std::clamp(std::ceil(crossings[i]) - 1, 0.0, last));
                 const int to = static_cast<int>(std::clamp(std::floor(crossings[i + 1]), 0.0, last));
                 if (from < to) std::fill(inside.begin() + from, inside.begin() + to, std::uint8_t{1});
             }
+        };
+        forEachRow([&](int y, std::uint8_t* row) {
+            std::fill(inside.begin(), inside.end(), std::uint8_t{0});
+            addInside(y, [y](int vertex) { return vertex <= y; });
+            addInside(y, [y](int vertex) { return vertex < y; });
             for (int x = 0; x < columns_; ++x) row[x] &= inside[static_cast<std::size_t>(x)];
         });
     }

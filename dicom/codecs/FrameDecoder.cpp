@@ -63,11 +63,25 @@ std::string nameOf(Compression compression) {
     }
 }
 
-Result<Frame> decode(Bytes bytes, const PixelFormat& format, Compression compression) {
+/// The format whose values are the whole cells.
+PixelFormat wholeCells(PixelFormat format) {
+    format.bitsStored = format.bitsAllocated;
+    format.highBit = format.bitsAllocated - 1;
+    format.isSigned = false;
+    return format;
+}
+
+bool holdsCells(const CodedPicture& picture, const PixelFormat& format) {
+    return picture.lossless && picture.components == 1 && picture.precision == format.bitsAllocated;
+}
+
+Result<Frame> decode(Bytes bytes, const PixelFormat& format, Compression compression, CellBits wanted) {
     if (isJpeg(bytes) || isJpeg2000(bytes)) {
         Result<CodedPicture> picture =
             isJpeg(bytes) ? decodeJpeg(bytes, format) : decodeJpeg2000(bytes, format);
         if (!picture) return picture.error();
+        if (wanted == CellBits::All && !holdsCells(picture.value(), format))
+            return unsupported("no bits beside the values");
         return toFrame(std::move(picture.value()), format);
     }
     if (compression == Compression::Rle) return decodeRle(std::as_bytes(bytes), format);
@@ -78,14 +92,16 @@ Result<Frame> decode(Bytes bytes, const PixelFormat& format, Compression compres
 }  // namespace
 
 Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& format,
-                          Compression compression, bool bigEndian, int firstBit) {
+                          Compression compression, bool bigEndian, int firstBit, CellBits wanted) {
     try {
         if (const auto error = formatError(format)) return *error;
+        const bool asCells = wanted == CellBits::All && format.sampleKind == SampleKind::Integer;
+        const PixelFormat cells = asCells ? wholeCells(format) : format;
         if (bytes.empty()) return cutOff();
-        if (compression == Compression::None) return decodeNative(bytes, format, bigEndian, firstBit);
+        if (compression == Compression::None) return decodeNative(bytes, cells, bigEndian, firstBit);
         if (format.sampleKind != SampleKind::Integer) return unsupported("compressed floating point");
-        return decode({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, format,
-                      compression);
+        return decode({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, cells, compression,
+                      wanted);
     } catch (const std::bad_alloc&) {
         return tooLarge();
     } catch (const std::exception&) {

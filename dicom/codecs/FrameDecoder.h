@@ -9,6 +9,11 @@
 
 namespace cinedisc::dicom {
 
+/// What is wanted of a frame: the values that its header describes, or its pixel cells with the bits around
+/// the values, unsigned. Compressed frames have such bits when they are grey, lossless and as precise as
+/// BitsAllocated; asked for the cells of others, decodeFrame answers an error.
+enum class CellBits { OfValues, All };
+
 /// Turns the bytes of one frame into samples. `bytes` is the frame's whole code stream (fragments joined) or,
 /// for Compression::None, its native pixels; `bigEndian` concerns native pixels only, and cells of 16 bits
 /// and more: those of 8 bits are taken in the order in which they stand. `firstBit` is the position of the
@@ -26,6 +31,7 @@ namespace cinedisc::dicom {
 /// never reads outside `bytes`, safe to call from several threads at once. A frame whose data end early is a
 /// DecodeError.
 Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& format,
-                          Compression compression, bool bigEndian = false, int firstBit = 0);
+                          Compression compression, bool bigEndian = false, int firstBit = 0,
+                          CellBits wanted = CellBits::OfValues);
 
 }  // namespace cinedisc::dicom

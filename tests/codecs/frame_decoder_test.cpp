@@ -1,3 +1,4 @@
+#include "dicom/codecs/FrameDecoder.h"
 #include "tests/codecs/DcmtkJpeg.h"
 #include "tests/codecs/Encoders.h"
 #include "tests/codecs/LosslessEncoder.h"
@@ -175,6 +176,39 @@ TEST(FrameDecoder, PrecisionOfTheStreamWinsUnlessItHoldsWholeCells) {
                   c.expected)
             << c.what;
     }
+}
+
+TEST(FrameDecoder, HandsOutTheBitsBesideTheValues) {
+    constexpr int side = 32;
+    const auto cells = picture(side * side, 16, Texture::Smooth);
+    const auto values = picture(side * side, 12, Texture::Smooth);
+    const std::vector<std::int32_t> wide32(cells.begin(), cells.end());
+    const std::vector<std::uint32_t> wideCells(cells.begin(), cells.end());
+    LosslessOptions whole;
+    whole.precision = 16;
+    auto format = greyFormat(side, side, 12);
+    format.isSigned = true;
+    const auto all = [&](const std::vector<std::uint8_t>& stream, Compression compression) {
+        return decodeFrame(std::as_bytes(std::span(stream)), format, compression, false, 0,
+                           dicom::CellBits::All);
+    };
+    Jpeg2000Making making;
+    making.precision = 16;
+    EXPECT_EQ(samplesOf(all(losslessEncoded(cells, side, side, 1, whole), Compression::Jpeg)), wide(cells));
+    EXPECT_EQ(
+        samplesOf(all(jpegLsEncoded(cells, side, side, 1, 16, LsInterleave::None, 0), Compression::JpegLs)),
+        wide(cells));
+    EXPECT_EQ(samplesOf(all(jpeg2000Encoded(wide32, side, side, 1, making), Compression::Jpeg2000)),
+              wide(cells));
+    EXPECT_EQ(samplesOf(all(rleEncoded(bytePlanes(wideCells, 1, 2), side), Compression::Rle)), wide(cells));
+
+    // Lossy streams, and those of another precision, have no such bits.
+    making.reversible = false;
+    EXPECT_FALSE(
+        all(jpegLsEncoded(cells, side, side, 1, 16, LsInterleave::None, 3), Compression::JpegLs).ok());
+    EXPECT_FALSE(all(jpeg2000Encoded(wide32, side, side, 1, making), Compression::Jpeg2000).ok());
+    whole.precision = 12;
+    EXPECT_FALSE(all(losslessEncoded(values, side, side, 1, whole), Compression::Jpeg).ok());
 }
 
 TEST(FrameDecoder, WhatIsNoStreamIsNamed) {

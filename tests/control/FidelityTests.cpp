@@ -1,7 +1,10 @@
 #include "tests/fidelity/Comparison.h"
 #include "tests/fidelity/ComponentPicture.h"
+#include "tests/fidelity/DcmtkEncoding.h"
+#include "tests/support/DicomBuilder.h"
 
 #include <QDir>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace cinedisc {
@@ -49,6 +52,76 @@ TEST(Fidelity, ShowsOnePictureWhateverItsSyntax) {
             EXPECT_EQ(fidelity::largestDifference(first.first, other.first), 0) << qPrintable(path);
             EXPECT_EQ(fidelity::largestDifference(first.last, other.last), 0) << qPrintable(path);
         }
+    }
+}
+
+/// A grey picture of 12 of 16 bits with what none of the samples has.
+class Covered {
+  public:
+    Covered() : file_(test::DicomBuilder::image(side, side, 1, 16, 12)) { file_.gradientPixels(); }
+
+    Covered& shutter(const char* shapes) {
+        file_.text(shutterShape, "CS", shapes);
+        file_.text({0x0018, 0x1602}, "IS", "5").text({0x0018, 0x1604}, "IS", "40");
+        file_.text({0x0018, 0x1606}, "IS", "8").text({0x0018, 0x1608}, "IS", "44");
+        file_.text({0x0018, 0x1610}, "IS", "25\\22").text({0x0018, 0x1612}, "IS", "19");
+        file_.text({0x0018, 0x1620}, "IS", "3\\20\\30\\45\\46\\45\\46\\9\\20\\21");
+        file_.numbers({0x0018, 0x1622}, "US", {0x7000}).numbers({0x0018, 0x1623}, "US", {0x6002});
+        return overlay(0x6002, {-2, 7});
+    }
+    Covered& overlay(std::uint16_t group, std::vector<std::int64_t> origin) {
+        test::Bytes bits(side * side / 8);
+        for (std::size_t i = 0; i < bits.size(); ++i) bits[i] = static_cast<std::byte>(i * 5);
+        return plane(group, std::move(origin), 0).data(group, std::move(bits));
+    }
+    /// In a bit above the values.
+    Covered& embedded() {
+        test::Bytes cells(side * side * 2);
+        for (std::size_t i = 0; i < cells.size(); i += 2) {
+            cells[i] = static_cast<std::byte>(i / 2 % 251);
+            cells[i + 1] =
+                static_cast<std::byte>(i / 64 % 16 + (i % 14 == 0 ? 0x20 : 0) + (i % 6 ? 0x80 : 0));
+        }
+        file_.pixels(std::move(cells));
+        return plane(0x6000, {1, 1}, 13);
+    }
+    const test::DicomBuilder& file() const { return file_; }
+
+  private:
+    static constexpr int side = 48;
+    static constexpr dicom::Tag shutterShape{0x0018, 0x1600};
+    Covered& plane(std::uint16_t group, std::vector<std::int64_t> origin, int bit) {
+        file_.numbers({group, 0x0010}, "US", {side}).numbers({group, 0x0011}, "US", {side});
+        file_.text({group, 0x0040}, "CS", "G").numbers({group, 0x0050}, "SS", origin);
+        file_.numbers({group, 0x0100}, "US", {bit ? 16 : 1}).numbers({group, 0x0102}, "US", {bit});
+        return *this;
+    }
+    Covered& data(std::uint16_t group, test::Bytes bits) {
+        file_.binary({group, 0x3000}, "OW", std::move(bits));
+        return *this;
+    }
+
+    test::DicomBuilder file_;
+};
+
+TEST(Fidelity, CoversPicturesAsTheStandardSays) {
+    const QTemporaryDir folder;
+    const auto differs = [&](const Covered& covered, E_TransferSyntax syntax) {
+        const QString path = folder.filePath("covered.dcm");
+        covered.file().writeTo(path.toStdString());
+        fidelity::encode(path.toStdString(), syntax);
+        const auto compared = fidelity::compare(path);
+        EXPECT_EQ(compared.frames, 1) << qPrintable(compared.notice);
+        return compared.toPlain.value_or(-1);
+    };
+    for (const char* shapes : {"RECTANGULAR", "CIRCULAR", "POLYGONAL", "BITMAP", "POLYGONAL\\BITMAP",
+                               "RECTANGULAR\\CIRCULAR\\POLYGONAL\\BITMAP"})
+        EXPECT_EQ(differs(Covered().shutter(shapes), EXS_LittleEndianExplicit), 0) << shapes;
+    for (const auto syntax : {EXS_LittleEndianExplicit, EXS_BigEndianExplicit, EXS_RLELossless,
+                              EXS_JPEGProcess14SV1, EXS_JPEGLSLossless}) {
+        EXPECT_EQ(differs(Covered().embedded(), syntax), 0) << DcmXfer(syntax).getXferName();
+        EXPECT_EQ(differs(Covered().embedded().shutter("CIRCULAR"), syntax), 0)
+            << DcmXfer(syntax).getXferName();
     }
 }
 

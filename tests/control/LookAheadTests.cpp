@@ -105,11 +105,13 @@ TEST_F(LookAheadTest, SaysThatItReadsWhileTheDiscIsSlow) {
     load(disc->run(30));
     seen();
     EXPECT_EQ(view.accessibleDescription(), "reading …");
+    EXPECT_TRUE(view.isReading());
     EXPECT_EQ(view.FrameCount(), 30);
     for (const int frame : {2, 3, 4, 5}) view.putCurrentFrame(frame);
     EXPECT_EQ(view.accessibleDescription(), "reading …");
     disc->move();
     ASSERT_TRUE(QTest::qWaitFor([&] { return view.accessibleDescription().isEmpty(); }));
+    EXPECT_FALSE(view.isReading());
     EXPECT_EQ(greyAt(70, 60), 5);
     ASSERT_TRUE(waitForReads(30));
     EXPECT_TRUE(std::ranges::is_permutation(disc->framesRead(), upTo(30))) << "each frame once";

@@ -1,3 +1,4 @@
+#include "control/picture/PictureLabels.h"
 #include "tests/control/ViewFixture.h"
 
 #include <QLineEdit>
@@ -200,6 +201,17 @@ TEST_F(LabelTool, RemovesALabelWithDeleteOrAnEmptyText) {
     editor()->clear();
     QTest::keyClick(editor(), Qt::Key_Return);
     EXPECT_EQ(seen(), clean);
+}
+
+TEST_F(LabelTool, ShowsALabelInItsEditorOnlyWhileItIsTyped) {
+    write({20, 50}, "LAD prox");
+    const QRect before = place();
+    QTest::mouseDClick(&view, Qt::LeftButton, {}, {25, 50});
+    ASSERT_TRUE(editor()->isVisible());
+    EXPECT_EQ(editor()->font().pixelSize(), PictureLabels::font(QRectF(view.rect())).pixelSize());
+    EXPECT_TRUE(editor()->geometry().contains(place())) << "nothing of the label beside the editor";
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    EXPECT_EQ(place(), before);
 }
 
 TEST_F(LabelTool, PlacesWhatWasTypedWhenAnotherToolIsChosen) {

@@ -2,6 +2,7 @@
 #include "platform/RunTimeError.h"
 #include "tests/support/DicomBuilder.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QDir>
 #include <QFile>
@@ -112,6 +113,27 @@ TEST_F(RealFiles, OfOtherMakersAreShownOrTheReasonIsSaid) {
             EXPECT_THROW(view.putExportFile(copy), RunTimeError) << qPrintable(name);
         }
     }
+}
+
+TEST_F(RealFiles, SelectedHeaderTextIsWhatTheCopyKeyCopies) {
+    view.putFileName(write("a.dcm", run(1)));
+    QAction copiesPicture;
+    copiesPicture.setShortcut(QKeySequence::Copy);
+    view.addAction(&copiesPicture);
+    int pictures = 0;
+    QObject::connect(&copiesPicture, &QAction::triggered, [&pictures] { ++pictures; });
+    view.putShowHeader(true);
+    view.show();
+    view.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    auto* page = view.findChild<QPlainTextEdit*>("headerPage");
+    page->setFocus();
+    QTest::keyClick(page, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(pictures, 1) << "nothing is selected";
+    QTest::keyClick(page, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(page, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(pictures, 1);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), page->toPlainText());
 }
 
 }  // namespace

@@ -56,10 +56,15 @@ double scaledValue(const PlainPicture& picture, QSize scaled, Smoothing smoothin
 std::vector<std::uint32_t> drawn(const dicom::Frame& frame, const DisplayRule& rule, const CoverPlane* cover,
                                  const ScalePlan& plan) {
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(plan.wanted.width() * plan.wanted.height()));
-    PictureScaler scaler;
-    scaler.draw(FrameRows(frame, rule, cover), plan.columns, plan.rows,
-                {reinterpret_cast<std::uint8_t*>(pixels.data()), plan.wanted.width() * 4,
-                 PixelTarget::Format::Rgb32});
+    const auto drawWith = [&](const RowKernels& kernels) {
+        PictureScaler scaler(kernels);
+        scaler.draw(FrameRows(frame, rule, cover, kernels), plan.columns, plan.rows,
+                    {reinterpret_cast<std::uint8_t*>(pixels.data()), plan.wanted.width() * 4,
+                     PixelTarget::Format::Rgb32});
+        return pixels;
+    };
+    const auto plain = drawWith(RowKernels::portable());
+    EXPECT_EQ(drawWith(RowKernels::best()), plain) << "on this processor and on any";
     return pixels;
 }
 
@@ -223,7 +228,7 @@ TEST(DisplayTables, AreKeptWhileNothingChanges) {
         grey.rescale = dicom::Rescale{1.0 + index, 0};
         return grey;
     };
-    tables.ruleFor(*file, 1, frame, window, Polarity::Inverted);
+    tables.ruleFor(*file, 2, frame, window, Polarity::Inverted);
     EXPECT_NE(tables.revision(), second) << "frames with rules of their own";
 }
 

@@ -145,6 +145,22 @@ TEST(EncapsulatedFrames, AnnouncedCountsBeyondTheFileAreBounded) {
     EXPECT_EQ(opened(unreadable)->frameCount(), frames);
 }
 
+TEST(EncapsulatedFrames, OfHeadersWithoutACountAreThoseOfTheTable) {
+    DicomBuilder run = rleRun(rows, columns, frames, OffsetTable::Filled);
+    run.remove(tags::NumberOfFrames);
+    EXPECT_EQ(opened(run)->frameCount(), frames);
+    EXPECT_TRUE(opened(run)->decode(frames - 1).ok());
+
+    // A single picture with an entry for each of its fragments.
+    const Bytes pixels = pixelsOfFrame(0, rows * columns), stream = rleFrame(pixels);
+    const auto middle = stream.begin() + 70;
+    DicomBuilder single = rleRun(rows, columns, 1, OffsetTable::Empty);
+    single.remove(tags::NumberOfFrames);
+    single.encapsulated({{stream.begin(), middle}, {middle, stream.end()}}, {0, 78});
+    EXPECT_EQ(opened(single)->frameCount(), 1);
+    EXPECT_EQ(samplesOf(opened(single)->decode(0).value()), pixels);
+}
+
 /// The frames of pixel data of these fragments, as bytes.
 class Fragments {
   public:

@@ -271,6 +271,7 @@ TEST(HeaderParsing, OtherFilesAreNotDicom) {
         const auto file = DicomFile::open(std::make_shared<MemoryByteSource>(bytes));
         ASSERT_FALSE(file.ok());
         EXPECT_EQ(file.error().kind, DecodeError::Kind::NotDicom);
+        EXPECT_EQ(file.error().message, bytes.empty() ? "The file is empty" : "This is not a DICOM file");
     }
 }
 

@@ -26,7 +26,7 @@ TEST(NativeFrames, AreAsManyAsHeaderAndFileAgreeOn) {
     };
     // The file holds four frames.
     for (const Row& row : {Row{"4", 4, 4}, Row{"3", 3, 3}, Row{"6", 4, 6}, Row{"99999999999", 4, 2147483647},
-                           Row{"1A", 4, 4}, Row{"0", 4, 4}, Row{"-2", 4, 4}, Row{"", 1, 1}}) {
+                           Row{"1A", 4, 4}, Row{"0", 4, 4}, Row{"-2", 4, 4}, Row{"", 4, 4}}) {
         DicomBuilder builder = DicomBuilder::image(5, 7, 4);
         builder.gradientPixels().text(tags::NumberOfFrames, "IS", row.number);
         const auto file = opened(builder);
@@ -35,6 +35,15 @@ TEST(NativeFrames, AreAsManyAsHeaderAndFileAgreeOn) {
         EXPECT_TRUE(file->decode(row.counted - 1).ok()) << row.number;
         EXPECT_FALSE(file->decode(row.counted).ok()) << row.number;
         EXPECT_FALSE(file->decode(-1).ok()) << row.number;
+    }
+}
+
+TEST(NativeFrames, AreNotCountedWhereDataBehindThePictureAreOfNoFrame) {
+    for (const auto& [behind, counted] : {std::pair(0, 1), {1, 1}, {100, 1}, {144, 1}, {256, 2}, {257, 2}}) {
+        DicomBuilder builder = DicomBuilder::image(16, 16);
+        builder.remove(tags::NumberOfFrames);
+        builder.pixels(Bytes(static_cast<std::size_t>(256 + behind)), "OB");
+        EXPECT_EQ(opened(builder)->frameCount(), counted) << behind;
     }
 }
 

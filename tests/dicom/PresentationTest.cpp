@@ -122,9 +122,9 @@ TEST(PixelAspects, ComeFromTheRatioOrTheSpacing) {
     };
     for (const Row& row :
          {Row{tags::PixelAspectRatio, "4\\3", 0.75}, Row{tags::ImagerPixelSpacing, "0.2\\0.3", 1.5},
-          Row{tags::PixelSpacing, "0.5\\0.25", 0.5}, Row{tags::PixelSpacing, "0.1\\0.10009", 1},
-          Row{tags::PixelAspectRatio, "0\\1", 1}, Row{tags::PixelAspectRatio, "1\\1000000", 1},
-          Row{tags::ImagerPixelSpacing, "0.2", 1}}) {
+          Row{tags::PixelSpacing, "0.5\\0.25", 0.5}, Row{tags::NominalScannedPixelSpacing, "0.4\\0.2", 0.5},
+          Row{tags::PixelSpacing, "0.1\\0.10009", 1}, Row{tags::PixelAspectRatio, "0\\1", 1},
+          Row{tags::PixelAspectRatio, "1\\1000000", 1}, Row{tags::ImagerPixelSpacing, "0.2", 1}}) {
         DicomBuilder builder = DicomBuilder::image(200, 200);
         builder.gradientPixels().text(row.tag, "DS", row.value);
         EXPECT_DOUBLE_EQ(opened(builder)->pixelAspect(), row.aspect) << row.value;
@@ -185,10 +185,30 @@ TEST(Overlays, ThatAreLargeAreReadFrameByFrame) {
     EXPECT_TRUE(plane.bits.empty());
     source->forget();
     const auto bits = file->overlayBits(plane, 7);
-    EXPECT_LE(source->bytes(), side * side / 8u + 1);
+    EXPECT_LE(source->bytes(), side * side / 8u + 2);
     ASSERT_EQ(bits.size(), static_cast<std::size_t>(side * side));
     EXPECT_EQ(bits[2], 1);
     EXPECT_EQ(file->overlayBits(plane, 8)[2], 0);
+}
+
+TEST(Overlays, ThatAreLargeAreTheSameInAnyByteOrder) {
+    // Planes of an odd number of bytes, so that every other one begins within a word.
+    constexpr int rows = 301, columns = 1000, planes = 8;
+    Bytes data((rows * columns / 8 * planes));
+    for (std::size_t i = 0; i < data.size(); ++i) data[i] = static_cast<std::byte>(i * 7 % 251);
+    DicomBuilder builder = DicomBuilder::image(1, 1, planes);
+    builder.gradientPixels();
+    withOverlay(builder, rows, columns, data).text(overlay(0x0015), "IS", std::to_string(planes));
+    const auto little = opened(builder);
+    const auto big = opened(builder.transferSyntax("1.2.840.10008.1.2.2"));
+    ASSERT_TRUE(big->overlays().at(0).bits.empty());
+    for (int frame = 0; frame < planes; ++frame) {
+        const auto bits = big->overlayBits(big->overlays().at(0), frame);
+        ASSERT_EQ(bits.size(), static_cast<std::size_t>(rows * columns));
+        EXPECT_EQ(bits, little->overlayBits(little->overlays().at(0), frame)) << frame;
+        const auto firstByte = static_cast<std::size_t>(rows * columns / 8 * frame);
+        EXPECT_EQ(bits[3], std::to_integer<int>(data[firstByte] >> 3 & std::byte{1})) << frame;
+    }
 }
 
 TEST(Overlays, InUnusedBitsOfThePixelsAreTakenFromThem) {
@@ -204,6 +224,21 @@ TEST(Overlays, InUnusedBitsOfThePixelsAreTakenFromThem) {
         EXPECT_EQ(file->overlayBits(plane, 0), (std::vector<std::uint8_t>{1, 0, 0, 1}));
         EXPECT_EQ(file->overlayBits(plane, 1), (std::vector<std::uint8_t>{0, 1, 0, 0}));
     }
+    // Compressed cells have them too, here a segment of upper bytes and one of lower ones.
+    DicomBuilder rle = DicomBuilder::image(1, 4, 1, 16, 12);
+    Bytes stream(64);
+    stream[0] = std::byte{2};
+    stream[4] = std::byte{64};
+    stream[8] = std::byte{70};
+    for (const std::byte byte : bytesOf({3, 0x10, 0, 0x20, 0x30, 0x80, 3, 1, 2, 3, 4, 0x80}))
+        stream.push_back(byte);
+    rle.transferSyntax(rleSyntax).encapsulatedFrames({stream}, OffsetTable::Empty);
+    withOverlay(rle, 1, 4, {});
+    rle.numbers(overlay(0x0100), "US", {16}).numbers(overlay(0x0102), "US", {12});
+    const auto compressed = opened(rle);
+    EXPECT_EQ(compressed->overlayBits(compressed->overlays().at(0), 0),
+              (std::vector<std::uint8_t>{1, 0, 0, 1}));
+
     // A plane without data whose bit belongs to the pixels is only a remnant.
     DicomBuilder builder = DicomBuilder::image(4, 4, 1, 16, 12);
     builder.gradientPixels();

@@ -9,7 +9,7 @@ namespace {
 
 Pixels drawn(ViewState& view) {
     view.deviceSize = view.renderer.squareSize();
-    const QImage image = view.renderer.visiblePart(view.placement(), Smoothing::Smooth);
+    const QImage image = view.renderer.part(view.placement(), view.placement().visible(), Smoothing::Smooth);
     Pixels picture{image.height(), image.width(), {}};
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
