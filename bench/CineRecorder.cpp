@@ -5,7 +5,19 @@
 #include <QEvent>
 #include <QImage>
 
+#include <ctime>
+
 namespace cinedisc::bench {
+
+namespace {
+
+double ownTime() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
+}
+
+}  // namespace
 
 CineRecorder::CineRecorder(QWidget& window, const WindowDriver& driver)
     : window_(window), driver_(driver), timer_(*driver.find<QTimer>("Timer4")) {
@@ -17,6 +29,7 @@ CineRecorder::CineRecorder(QWidget& window, const WindowDriver& driver)
         Tick tick;
         tick.atMilliseconds = now();
         tick.milliseconds = tick.atMilliseconds - begun_;
+        tick.ownMilliseconds = ownTime() - ownBegun_;
         tick.frame = driver_.currentFrame();
         tick.drawn = drawnFrame_ == tick.frame;
         tick.isPicture = driver_.showsPicture();
@@ -31,6 +44,7 @@ bool CineRecorder::eventFilter(QObject* watched, QEvent* event) {
     if (watched == &timer_ && event->type() == QEvent::Timer) {
         drawnFrame_ = 0;
         begun_ = now();
+        ownBegun_ = ownTime();
     }
     if (watched == &driver_.view() && event->type() == QEvent::Paint) drawnFrame_ = driver_.currentFrame();
     return false;

@@ -18,7 +18,8 @@ class CineRecorder : public QObject {
   public:
     struct Tick {
         double milliseconds = 0;
-        double atMilliseconds = 0;  ///< its end, since the recorder was made
+        double ownMilliseconds = 0;  ///< CPU time of the user-interface thread: without waiting
+        double atMilliseconds = 0;   ///< its end, since the recorder was made
         int frame = 0;
         bool drawn = false;        ///< a paint event of the view came with this frame
         bool isPicture = false;    ///< and no notice
@@ -48,7 +49,7 @@ class CineRecorder : public QObject {
     const WindowDriver& driver_;
     QTimer& timer_;
     QElapsedTimer clock_;
-    double begun_ = 0;
+    double begun_ = 0, ownBegun_ = 0;
     int drawnFrame_ = 0;
     std::vector<Tick> ticks_;
 };

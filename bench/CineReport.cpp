@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <map>
+#include <set>
 #include <sys/resource.h>
 
 namespace cinedisc::bench {
@@ -34,6 +35,9 @@ void reportPlaying(const std::vector<Tick>& ticks, double begun, std::size_t fir
     std::ranges::sort(times);
     std::printf("ticks=%zu\n", ticks.size());
     std::printf("not_drawn=%td\n", std::count_if(first, end, [](const Tick& tick) { return !shows(tick); }));
+    double own = 0;
+    for (const Tick& tick : ticks) own += tick.ownMilliseconds;
+    std::printf("tick_own_mean_ms=%.3f\n", own / static_cast<double>(ticks.size()));
     std::printf("tick_median_ms=%.3f\n", times[times.size() / 2]);
     std::printf("tick_p99_ms=%.3f\n", times[times.size() * 99 / 100]);
     std::printf("tick_slowest_ms=%.3f\n", times.back());
@@ -53,7 +57,11 @@ void reportWrongPictures(const WindowDriver& driver, const CineRecorder& recorde
         }
         wrong += tick.sample != sample;
     }
-    std::printf("wrong_pictures=%d\n", wrong);
+    std::set<std::uint32_t> different;
+    for (const auto& [frame, sample] : right) different.insert(sample);
+    // Samples that are all alike would find nothing wrong.
+    if (right.size() > 1 && different.size() < 2) qFatal("the frames cannot be told apart");
+    std::printf("wrong_pictures=%d\ndifferent_pictures=%zu\n", wrong, different.size());
 }
 
 std::vector<std::size_t> fileChanges(const std::vector<Tick>& ticks) {
@@ -65,23 +73,25 @@ std::vector<std::size_t> fileChanges(const std::vector<Tick>& ticks) {
 }
 
 void reportNeighbours(const std::vector<Tick>& ticks) {
-    std::vector<double> ratios;
-    double longest = 0;
-    for (const std::size_t change : fileChanges(ticks)) {
-        if (change < 10) continue;
-        const auto slowest =
-            std::max_element(ticks.begin() + static_cast<std::ptrdiff_t>(change - 10),
-                             ticks.begin() + static_cast<std::ptrdiff_t>(change),
-                             [](const Tick& a, const Tick& b) { return a.milliseconds < b.milliseconds; });
-        ratios.push_back(ticks[change].milliseconds / slowest->milliseconds);
-        longest = std::max(longest, ticks[change].milliseconds);
-    }
-    std::ranges::sort(ratios);
-    std::printf("changes=%zu\n", ratios.size());
-    if (ratios.empty()) return;
-    std::printf("change_to_slowest_median=%.3f\n", ratios[ratios.size() / 2]);
-    std::printf("change_to_slowest_worst=%.3f\n", ratios.back());
-    std::printf("change_slowest_ms=%.3f\n", longest);
+    const auto report = [&](const char* key, double Tick::*time) {
+        std::vector<double> ratios, times;
+        for (const std::size_t change : fileChanges(ticks)) {
+            if (change < 10) continue;
+            double slowest = 0;
+            for (std::size_t i = change - 10; i < change; ++i) slowest = std::max(slowest, ticks[i].*time);
+            ratios.push_back(ticks[change].*time / slowest);
+            times.push_back(ticks[change].*time);
+        }
+        if (ratios.empty()) return;
+        std::ranges::sort(ratios);
+        std::ranges::sort(times);
+        std::printf("%s_ratio_median=%.3f\n%s_ratio_worst=%.3f\n", key, ratios[ratios.size() / 2], key,
+                    ratios.back());
+        std::printf("%s_median_ms=%.3f\n%s_slowest_ms=%.3f\n", key, times[times.size() / 2], key,
+                    times.back());
+    };
+    report("change", &Tick::milliseconds);
+    report("change_own", &Tick::ownMilliseconds);
 }
 
 void reportMemory() {

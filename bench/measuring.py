@@ -72,10 +72,10 @@ class Table:
         self.rows.append((what, versus, ours, theirs, ratio, reach, {None: "", True: "yes", False: "no"}[reached]))
 
     def ratio(self, what, versus, ours, theirs, unit, reach):
-        """Less is better: `reach` is the largest part of theirs that ours may take."""
+        """Less is better: `reach` is the largest part of theirs that ours may take, None for any."""
         ratio = ours / theirs
-        self.add(what, versus, f"{readable(ours)} {unit}", readable(theirs), f"{ratio:.2f}", f"<= {reach:.2f}",
-                 ratio <= reach)
+        wanted = ("", None) if reach is None else (f"<= {reach:.3g}", ratio <= reach)
+        self.add(what, versus, f"{readable(ours)} {unit}", readable(theirs), f"{ratio:.3f}", *wanted)
 
     def times(self, what, versus, ours, theirs, unit, reach):
         """More is better: ours is to be at least `reach` times theirs."""

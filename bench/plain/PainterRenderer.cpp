@@ -46,22 +46,18 @@ QSize PictureRenderer::squareSize() const {
     return {format.columns, format.rows};
 }
 
-const QImage& PictureRenderer::visiblePart(const Placement& placement, Smoothing smoothing) {
+QRect PictureRenderer::paint(QPainter& painter, double pixelRatio, const Placement& placement,
+                             Smoothing smoothing) {
     const dicom::Frame* frame = picture_.frame();
-    const QRect visible = placement.visible();
-    if (!frame || visible.isEmpty()) return image_ = {};
-    const Shown wanted{picture_.frameRevision(), 0, placement.picture, visible, smoothing};
-    if (wanted == shown_ && !image_.isNull()) return image_;
-    shown_ = wanted;
-
+    if (!frame || placement.visible().isEmpty()) return {};
     const auto values = std::size_t{1} << picture_.file()->dicom().pixelFormat().bitsStored;
-    const QImage grey =
-        windowed(*frame, windowTable(picture_.window().window, values, picture_.polarity < 0));
-    if (image_.size() != visible.size()) image_ = QImage(visible.size(), QImage::Format_RGB32);
-    QPainter painter(&image_);
+    const auto table = windowTable(picture_.window().window, values, picture_.polarity < 0);
+    painter.save();
+    painter.scale(1 / pixelRatio, 1 / pixelRatio);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, smoothing == Smoothing::Smooth);
-    painter.drawImage(placement.picture.translated(-visible.topLeft()), grey);
-    return image_;
+    painter.drawImage(placement.picture, windowed(*frame, table));
+    painter.restore();
+    return placement.visible();
 }
 
 QImage PictureRenderer::part(const Placement&, const QRect&, Smoothing) { return {}; }

@@ -38,6 +38,30 @@ struct RunningSum {
     }
 };
 
+/// Writes sums, each of a difference and half of the sum before.
+template <typename Sample>
+struct HalvingSum {
+    Sample* to;
+    int sum;
+
+    void put(DifferenceGroup group, std::uint64_t window) {
+        const std::size_t last = group.lastIndex();
+        const int value = static_cast<int>(group.last(window));
+        const int first = (sum >> 1) + (group.first() + (last == 0 ? value : 0));
+        const int second = (first >> 1) + (group.second() + (last == 1 ? value : 0));
+        const int third = (second >> 1) + value;
+        sum = last == 0 ? first : last == 1 ? second : third;
+        to[0] = static_cast<Sample>(first);
+        to[1] = static_cast<Sample>(second);
+        to[last] = static_cast<Sample>(sum);
+        to += last + 1;
+    }
+    void put(std::uint16_t difference) {
+        sum = (sum >> 1) + static_cast<std::int16_t>(difference);
+        *to++ = static_cast<Sample>(sum);
+    }
+};
+
 }  // namespace
 
 #if defined(__GNUC__)
@@ -111,6 +135,15 @@ bool LosslessBits::running(const LosslessHuffman& table, Sample* samples, std::s
     RunningSum<Sample> output{samples, before};
     return read(table, output, count);
 }
+
+template <typename Sample>
+bool LosslessBits::halving(const LosslessHuffman& table, Sample* samples, std::size_t count) {
+    HalvingSum<Sample> output{samples, 0};
+    return read(table, output, count);
+}
+
+template bool LosslessBits::halving(const LosslessHuffman&, std::uint8_t*, std::size_t);
+template bool LosslessBits::halving(const LosslessHuffman&, std::uint16_t*, std::size_t);
 
 template bool LosslessBits::running(const LosslessHuffman&, std::uint8_t*, std::size_t, unsigned);
 template bool LosslessBits::running(const LosslessHuffman&, std::uint16_t*, std::size_t, unsigned);

@@ -62,6 +62,11 @@ class LosslessBits {
     template <typename Sample>
     bool running(const LosslessHuffman& table, Sample* samples, std::size_t count, unsigned before);
 
+    /// Reads `count` differences and adds to each half of the sum before it, rounded down, starting from 0;
+    /// false when no code fits.
+    template <typename Sample>
+    bool halving(const LosslessHuffman& table, Sample* samples, std::size_t count);
+
   private:
     struct Single {
         BitWindow after;

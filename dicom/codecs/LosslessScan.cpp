@@ -14,6 +14,13 @@ namespace {
 /// More bytes than this left over in a segment mean that the pixels came from the wrong bits.
 constexpr std::size_t mostBytesLeft = 16;
 
+/// The fourth and the sixth predictor say how a sample differs from the one above it by how its left
+/// neighbour does. Those differences need the row above for nothing but the last step.
+template <typename Sample>
+void addRow(const Sample* __restrict above, Sample* __restrict row, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) row[i] = static_cast<Sample>(row[i] + above[i]);
+}
+
 bool readDifferences(LosslessBits& bits, const LosslessScan& scan, std::uint16_t* differences) {
     const std::size_t step = scan.prediction.step;
     const bool oneTable =
@@ -31,8 +38,11 @@ bool readDifferences(LosslessBits& bits, const LosslessScan& scan, std::uint16_t
 template <typename Sample>
 std::optional<DecodeError> LosslessScan::decode(const EntropyData& data, Sample* samples) const {
     const std::size_t rowsInSegment = restartRows ? restartRows : rows;
-    const bool fromLeft = prediction.predictor == 1 && prediction.step == 1;
-    std::vector<std::uint16_t> differences(fromLeft ? 0 : rowLength);
+    const bool oneByOne = prediction.step == 1;
+    const bool fromLeft = oneByOne && prediction.predictor == 1;
+    const bool fromPlane = oneByOne && prediction.predictor == 4;
+    const bool fromAbove = oneByOne && prediction.predictor == 6 && prediction.precision < 16;
+    std::vector<std::uint16_t> differences(fromLeft || fromPlane ? 0 : rowLength);
     std::size_t row = 0;
     for (std::size_t index = 0; row < rows; ++index) {
         const EntropyData::Segment& segment = data.segments()[index];
@@ -43,8 +53,14 @@ std::optional<DecodeError> LosslessScan::decode(const EntropyData& data, Sample*
             Sample* const out = samples + row * rowLength;
             const Sample* const above = row > firstRow ? out - rowLength : nullptr;
             bool good;
-            if (fromLeft) {
+            if (fromLeft || ((fromPlane || fromAbove) && !above)) {
                 good = bits.running(*tables[0], out, rowLength, above ? above[0] : prediction.origin);
+            } else if (fromPlane) {
+                good = bits.running(*tables[0], out, rowLength, 0);
+                if (good) addRow(above, out, rowLength);
+            } else if (fromAbove) {
+                good = bits.halving(*tables[0], out, rowLength);
+                if (good) addRow(above, out, rowLength);
             } else {
                 good = readDifferences(bits, *this, differences.data());
                 if (good) prediction.restore(differences.data(), above, out, rowLength);
