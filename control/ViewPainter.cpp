@@ -61,7 +61,7 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
     const auto notice = noticeFor(state.picture);
     const bool white = isFilled(look, state) && look.whiteFill;
     const bool hasPicture = !notice && state.picture.frameCount() > 0;
-    const QRect covered = hasPicture ? paintPicture(painter, content.topLeft(), state) : QRect();
+    const QRect covered = hasPicture ? paintPicture(painter, content.topLeft(), state, look.role) : QRect();
     fillAround(painter, view, QRectF(covered).translated(QPointF(content.topLeft()) * state.pixelRatio),
                state.pixelRatio, backdrop(look, state));
     painter.save();
@@ -83,10 +83,12 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
     paintBorder(painter, view, look);
 }
 
-QRect ViewPainter::paintPicture(QPainter& painter, QPoint corner, ViewState& state) const {
+QRect ViewPainter::paintPicture(QPainter& painter, QPoint corner, ViewState& state, ViewRole role) const {
+    const auto paint = role == ViewRole::Preview ? &PictureRenderer::paintPreview : &PictureRenderer::paint;
     painter.save();
     painter.translate(corner);
-    const QRect covered = state.renderer.paint(painter, state.pixelRatio, state.placement(), state.smoothing);
+    const QRect covered =
+        (state.renderer.*paint)(painter, state.pixelRatio, state.placement(), state.smoothing);
     painter.restore();
     return covered;
 }

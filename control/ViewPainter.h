@@ -36,7 +36,7 @@ class ViewPainter {
 
   private:
     /// Answers which device pixels it covers, counted from `corner`, the content's.
-    QRect paintPicture(QPainter& painter, QPoint corner, ViewState& state) const;
+    QRect paintPicture(QPainter& painter, QPoint corner, ViewState& state, ViewRole role) const;
     CornerText::Lines cornerLines(const ViewState& state);
     void paintBorder(QPainter& painter, const QRect& view, const Look& look) const;
 

@@ -42,7 +42,9 @@ void ezDICOMX::putFileName(const QString& path) {
     auto& view = parts_->view;
     parts_->tools.leaveFile();
     view.labels.clear();
-    view.picture.load(path);
+    const auto loaded = view.picture.load(path);
+    // The strip puts all its previews anew whenever it moves.
+    if (loaded == LoadedPicture::Loaded::AsItWas && parts_->role == ViewRole::Preview) return;
     // Whether the first frame can be shown is found out when it is looked at: a probe never does.
     parts_->describeWith(view.picture.frameCount() > 0 ? std::nullopt : noticeFor(view.picture));
     parts_->refreshHeaderPage();
@@ -77,8 +79,9 @@ void ezDICOMX::putZoomPercent(qint32 percent) {
 }
 
 void ezDICOMX::putBestFit(bool on) {
+    const bool fitted = BestFit();
     parts_->view.zoom.putBestFit(on);
-    update();
+    if (!on || !fitted) update();
 }
 
 void ezDICOMX::putSmooth(bool on) {
@@ -119,6 +122,7 @@ bool ezDICOMX::BackgroundFill() const { return parts_->backgroundFill; }
 qint32 ezDICOMX::BackgroundColor() const { return parts_->backgroundColor; }
 
 void ezDICOMX::putBackgroundFill(bool on) {
+    if (on == parts_->backgroundFill) return;
     parts_->backgroundFill = on;
     update();
 }
@@ -159,6 +163,7 @@ void ezDICOMX::putThumbIndex(qint32 index) {
 qint32 ezDICOMX::ThumbStyle() const { return parts_->thumbStyle; }
 
 void ezDICOMX::putThumbStyle(qint32 style) {
+    if (style == parts_->thumbStyle) return;
     parts_->thumbStyle = style;
     update();
 }

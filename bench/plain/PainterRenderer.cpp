@@ -60,6 +60,11 @@ QRect PictureRenderer::paint(QPainter& painter, double pixelRatio, const Placeme
     return placement.visible();
 }
 
+QRect PictureRenderer::paintPreview(QPainter& painter, double pixelRatio, const Placement& placement,
+                                    Smoothing smoothing) {
+    return paint(painter, pixelRatio, placement, smoothing);
+}
+
 QImage PictureRenderer::part(const Placement&, const QRect&, Smoothing) { return {}; }
 
 QImage PictureRenderer::wholePicture() { return {}; }

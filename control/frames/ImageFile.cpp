@@ -25,7 +25,7 @@ bool isWhole(const dicom::Frame& frame, const dicom::PixelFormat& format) {
 
 }  // namespace
 
-ImageFile::ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileIdentity identity,
+ImageFile::ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileStamp identity,
                      std::shared_ptr<FrameStore> frames)
     : dicom_(std::move(dicom)),
       identity_(identity),
@@ -71,6 +71,17 @@ std::shared_ptr<const CoverPlane> ImageFile::cover(int frame) const {
         coverFrame_ = wanted;
     }
     return cover_;
+}
+
+QImage ImageFile::smallPicture(const SmallPicture& wanted) const {
+    const std::lock_guard lock(mutex_);
+    return small_ == wanted ? smallImage_ : QImage();
+}
+
+void ImageFile::keep(const SmallPicture& small, const QImage& image) const {
+    const std::lock_guard lock(mutex_);
+    small_ = small;
+    smallImage_ = image;
 }
 
 }  // namespace cinedisc

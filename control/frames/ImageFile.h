@@ -1,10 +1,13 @@
 #pragma once
 
-#include "control/frames/FileIdentity.h"
 #include "control/frames/FrameStore.h"
+#include "control/frames/SmallPicture.h"
 #include "control/pipeline/CoverPlane.h"
 #include "control/pipeline/ValueRange.h"
 #include "dicom/DicomFile.h"
+#include "platform/io/FileStamp.h"
+
+#include <QImage>
 
 #include <chrono>
 #include <memory>
@@ -19,14 +22,14 @@ class LookAhead;
 /// view that lets it go closes the file and frees its frames. Safe to call from any thread.
 class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFile> {
   public:
-    ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileIdentity identity,
+    ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileStamp identity,
               std::shared_ptr<FrameStore> frames);
     ~ImageFile() override;
     ImageFile(const ImageFile&) = delete;
     ImageFile& operator=(const ImageFile&) = delete;
 
     const dicom::DicomFile& dicom() const { return *dicom_; }
-    const FileIdentity& identity() const { return identity_; }
+    const FileStamp& identity() const { return identity_; }
 
     /// A frame, counted from 0, from the store or read and decoded now.
     FrameStore::Decoded frame(int index) const { return frames_->frame({this, index}); }
@@ -44,9 +47,13 @@ class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFi
     /// What lies over a frame, counted from 0; null for nothing.
     std::shared_ptr<const CoverPlane> cover(int frame) const;
 
+    /// The small picture that was kept last, null unless it is the wanted one.
+    QImage smallPicture(const SmallPicture& wanted) const;
+    void keep(const SmallPicture& small, const QImage& image) const;
+
   private:
     std::shared_ptr<const dicom::DicomFile> dicom_;
-    FileIdentity identity_;
+    FileStamp identity_;
     std::shared_ptr<FrameStore> frames_;
     CoverKind coverKind_;
 
@@ -54,6 +61,8 @@ class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFi
     mutable std::optional<ValueRange> firstFrameRange_;
     mutable std::shared_ptr<const CoverPlane> cover_;
     mutable int coverFrame_ = -1;
+    mutable SmallPicture small_;
+    mutable QImage smallImage_;
 };
 
 }  // namespace cinedisc

@@ -56,7 +56,7 @@ FrameStore::Decoded ImageLibrary::frame(const ImageFile& file, int index) {
     return frame;
 }
 
-std::shared_ptr<const ImageFile> ImageLibrary::openedAs(const QString& path, const FileIdentity& identity) {
+std::shared_ptr<const ImageFile> ImageLibrary::openedAs(const QString& path, const FileStamp& identity) {
     const auto found = files_.find(path);
     if (found == files_.end()) return nullptr;
     auto file = found->second.lock();
@@ -64,7 +64,8 @@ std::shared_ptr<const ImageFile> ImageLibrary::openedAs(const QString& path, con
 }
 
 dicom::Result<std::shared_ptr<const ImageFile>> ImageLibrary::open(const QString& path) {
-    const FileIdentity identity = FileIdentity::of(path);
+    const std::string encoded = QFile::encodeName(path).toStdString();
+    const FileStamp identity = FileStamp::of(encoded);
     std::unique_lock lock(mutex_);
     // The disc is read without the lock, so that another file can be opened meanwhile.
     opened_.wait(lock, [&] { return !opening_.contains(path); });
@@ -77,7 +78,7 @@ dicom::Result<std::shared_ptr<const ImageFile>> ImageLibrary::open(const QString
     lock.unlock();
     auto result = [&]() -> dicom::Result<std::shared_ptr<const ImageFile>> {
         try {
-            auto opened = opener_(QFile::encodeName(path).toStdString());
+            auto opened = opener_(encoded);
             if (!opened) return opened.error();
             return std::make_shared<const ImageFile>(std::move(opened.value()), identity, frames_);
         } catch (const std::bad_alloc&) {

@@ -48,7 +48,7 @@ class ImageLibrary {
     const FrameArrivals& arrivals() const { return arrivals_; }
 
   private:
-    std::shared_ptr<const ImageFile> openedAs(const QString& path, const FileIdentity& identity);
+    std::shared_ptr<const ImageFile> openedAs(const QString& path, const FileStamp& identity);
 
     Opener opener_;
     std::shared_ptr<FrameStore> frames_;

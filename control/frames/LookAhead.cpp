@@ -15,7 +15,7 @@ constexpr int framesOfNext = 64;
 constexpr int burstLength = 16;
 /// A disc gives so many frames sooner than it jumps.
 constexpr int worthReadingThrough = 16;
-constexpr std::size_t recentRuns = 4;
+constexpr std::size_t recentRuns = 8;
 
 std::size_t decodedBytes(const dicom::PixelFormat& format) {
     const auto cell = static_cast<std::size_t>(format.bitsAllocated <= 8    ? 1

@@ -11,8 +11,18 @@ const WindowInForce colorWindow{false, {127.5, 255, dicom::Window::Function::Lin
 
 }  // namespace
 
-void LoadedPicture::load(const QString& path) {
+LoadedPicture::Loaded LoadedPicture::load(const QString& path) {
+    // The old file is held until the new one is open: it may be the same.
+    auto opened =
+        path.isEmpty() ? dicom::Result<std::shared_ptr<const ImageFile>>(nullptr) : library_.open(path);
+    const auto file = opened ? opened.value() : nullptr;
+    const bool isFresh =
+        currentFrame_ == 1 && polarity == 1 && !choice_.isMade() && decoded_ && decoded_->ok();
+    if (file && file == file_ && path == path_ && isFresh) return Loaded::AsItWas;
+
+    if (auto* const ahead = library_.ahead(); ahead && file_) ahead->leave(file_.get());
     path_ = path;
+    file_ = file;
     ++fileRevision_;
     ++frameRevision_;
     decoded_.reset();
@@ -21,20 +31,13 @@ void LoadedPicture::load(const QString& path) {
     choice_ = {};
     polarity = 1;
     currentFrame_ = 1;
-    if (path.isEmpty()) {
-        file_.reset();
-        return;
-    }
-    if (auto* const ahead = library_.ahead(); ahead && file_) ahead->leave(file_.get());
-    // The old file is held until the new one is open: it may be the same.
-    auto opened = library_.open(path);
-    file_ = opened ? opened.value() : nullptr;
     if (!opened) {
         fileFault_ = opened.error();
-    } else if (frameCount() == 0) {
+    } else if (file_ && frameCount() == 0) {
         fileFault_ = file_->dicom().pictureError().value_or(
             dicom::DecodeError{dicom::DecodeError::Kind::NoPicture, "this file holds no picture"});
     }
+    return Loaded::Anew;
 }
 
 bool LoadedPicture::show(int frame) {
@@ -43,7 +46,7 @@ bool LoadedPicture::show(int frame) {
     currentFrame_ = frame;
     ++frameRevision_;
     decoded_.reset();
-    fileWindow_.reset();
+    if (file_->dicom().hasGreyRulesByFrame()) fileWindow_.reset();
     return true;
 }
 

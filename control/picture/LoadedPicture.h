@@ -16,8 +16,9 @@ class LoadedPicture {
   public:
     explicit LoadedPicture(ImageLibrary& library) : library_(library) {}
 
-    /// Opens a file as its header says. "" unloads.
-    void load(const QString& path);
+    enum class Loaded { Anew, AsItWas };
+    /// Opens a file as its header says. "" unloads. The same file may look as it did.
+    Loaded load(const QString& path);
     /// What comes after the frame shown is read and decoded ahead, at the end from the file `next`, "" for
     /// none.
     void lookAhead(PlayDirection direction, const QString& next) const;

@@ -12,6 +12,13 @@ namespace {
 // memory for it.
 constexpr qint64 mostPixels = qint64{1} << 28;
 
+void drawAt(QPainter& painter, double pixelRatio, QPoint corner, const QImage& image) {
+    painter.save();
+    painter.scale(1 / pixelRatio, 1 / pixelRatio);
+    painter.drawImage(corner, image);
+    painter.restore();
+}
+
 }  // namespace
 
 QSize PictureRenderer::squareSize() const {
@@ -22,9 +29,8 @@ QSize PictureRenderer::squareSize() const {
 
 const DisplayRule& PictureRenderer::rule(const dicom::Frame& frame) {
     if (std::exchange(tablesFile_, picture_.fileRevision()) != picture_.fileRevision()) tables_.clear();
-    const Polarity polarity = picture_.polarity < 0 ? Polarity::Inverted : Polarity::Normal;
     return tables_.ruleFor(picture_.file()->dicom(), picture_.currentFrame() - 1, frame, picture_.window(),
-                           polarity);
+                           polarity());
 }
 
 void PictureRenderer::drawInto(const PixelTarget& target, const dicom::Frame& frame, const ScalePlan& plan) {
@@ -67,6 +73,30 @@ void PictureRenderer::keep(const dicom::Frame& frame, const Placement& placement
     if (!image_.isNull()) drawInto(image_, frame, planFor(frame, placement, visible, smoothing));
 }
 
+QImage PictureRenderer::smallPicture(const dicom::Frame& frame, const Placement& placement,
+                                     Smoothing smoothing) {
+    const SmallPicture wanted{picture_.currentFrame(), picture_.window(),   polarity(),
+                              placement.picture,       placement.visible(), smoothing};
+    QImage image = picture_.file()->smallPicture(wanted);
+    if (!image.isNull()) return image;
+    image = QImage(wanted.visible.size(), QImage::Format_RGB32);
+    if (image.isNull()) return image;
+    drawInto(image, frame, planFor(frame, placement, wanted.visible, smoothing));
+    picture_.file()->keep(wanted, image);
+    return image;
+}
+
+QRect PictureRenderer::paintPreview(QPainter& painter, double pixelRatio, const Placement& placement,
+                                    Smoothing smoothing) {
+    const QRect visible = placement.visible();
+    const dicom::Frame* frame = picture_.frame();
+    if (!frame || visible.isEmpty()) return {};
+    const QImage small = smallPicture(*frame, placement, smoothing);
+    if (small.isNull()) return {};
+    drawAt(painter, pixelRatio, visible.topLeft(), small);
+    return visible;
+}
+
 QRect PictureRenderer::paint(QPainter& painter, double pixelRatio, const Placement& placement,
                              Smoothing smoothing) {
     const QRect visible = placement.visible();
@@ -84,10 +114,7 @@ QRect PictureRenderer::paint(QPainter& painter, double pixelRatio, const Placeme
     if (kept_ != wanted || image_.isNull()) keep(*frame, placement, smoothing);
     kept_ = wanted;
     if (image_.isNull()) return {};
-    painter.save();
-    painter.scale(1 / pixelRatio, 1 / pixelRatio);
-    painter.drawImage(visible.topLeft(), image_);
-    painter.restore();
+    drawAt(painter, pixelRatio, visible.topLeft(), image_);
     return visible;
 }
 

@@ -28,6 +28,8 @@ class PictureRenderer {
     /// What is new goes straight to the window where that can be; what is painted once more is kept from then
     /// on, as something over it moves.
     QRect paint(QPainter& painter, double pixelRatio, const Placement& placement, Smoothing smoothing);
+    /// The same for a preview: previews move along the strip, so that its picture is kept with the file.
+    QRect paintPreview(QPainter& painter, double pixelRatio, const Placement& placement, Smoothing smoothing);
     /// Any part of a placement, as far as the picture reaches; not kept.
     QImage part(const Placement& placement, const QRect& wanted, Smoothing smoothing);
     /// The whole picture at its own size with square pixels, 8-bit grey or 32-bit colour; null when there is
@@ -44,6 +46,7 @@ class PictureRenderer {
         bool operator==(const Shown&) const = default;
     };
 
+    Polarity polarity() const { return picture_.polarity < 0 ? Polarity::Inverted : Polarity::Normal; }
     const DisplayRule& rule(const dicom::Frame& frame);
     const ScalePlan& planFor(const dicom::Frame& frame, const Placement& placement, const QRect& part,
                              Smoothing smoothing);
@@ -52,6 +55,7 @@ class PictureRenderer {
     bool paintDirectly(const QPainter& painter, double pixelRatio, const dicom::Frame& frame,
                        const Placement& placement, Smoothing smoothing);
     void keep(const dicom::Frame& frame, const Placement& placement, Smoothing smoothing);
+    QImage smallPicture(const dicom::Frame& frame, const Placement& placement, Smoothing smoothing);
 
     const LoadedPicture& picture_;
     DisplayTables tables_;

@@ -14,6 +14,7 @@ class WindowChoice {
         return chosen_ ? WindowInForce{false, *chosen_} : own;
     }
 
+    bool isMade() const { return chosen_.has_value(); }
     /// Putting what a table in force answers, to the nearest whole number, leaves the table in force.
     void putCenter(const WindowInForce& own, double center);
     /// A width that cannot be used is ignored.

@@ -322,6 +322,33 @@ TEST_F(Preview, IsClickedWithTheLeftButtonAndTheKeyboardWhateverItShows) {
     }
 }
 
+// Previews of the same file share what was drawn, as long as they look the same.
+TEST_F(Preview, ShowsWhatItSaysThoughAnotherHasDrawnTheFileBefore) {
+    const auto run = greyRun(90, 70, 3);
+    load(run);
+    view.clearFocus();
+    ezDICOMX other(ViewRole::Preview, nullptr, fake.library);
+    const auto seenIn = [&](ezDICOMX& preview) {
+        return preview.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    };
+    other.resize(view.size());
+    other.putFileName("/run");
+    EXPECT_EQ(seenIn(other), seenIn(view));
+    for (const auto& change : std::initializer_list<std::function<void(ezDICOMX&)>>{
+             [](auto& preview) { preview.putPolarity(-1); },
+             [](auto& preview) { preview.putWindowWidth(80); },
+             [](auto& preview) { preview.putCurrentFrame(3); },
+             [](auto& preview) { preview.putBestFit(true); },
+             [](auto& preview) { preview.putSmooth(!preview.Smooth()); }}) {
+        const QImage before = seenIn(view);
+        change(other);
+        EXPECT_NE(seenIn(other), before);
+        change(view);
+        EXPECT_EQ(seenIn(view), seenIn(other));
+    }
+    EXPECT_EQ(run->decodeCount, 2);
+}
+
 TEST_F(Preview, CarriesNoWordsAndNoTools) {
     const auto file = greyRun(200, 200, 2, [](int, int, int) { return 50; });
     file->texts[{0x0010, 0x0010}] = "DOE^JOHN";
