@@ -46,7 +46,14 @@ bool CineRecorder::eventFilter(QObject* watched, QEvent* event) {
         begun_ = now();
         ownBegun_ = ownTime();
     }
-    if (watched == &driver_.view() && event->type() == QEvent::Paint) drawnFrame_ = driver_.currentFrame();
+    if (watched == &driver_.view() && event->type() == QEvent::Paint) {
+        drawnFrame_ = driver_.currentFrame();
+        if (firstPicture_ > 0) return false;
+        // What has been painted is known afterwards only.
+        watched->event(event);
+        if (driver_.showsPicture()) firstPicture_ = now();
+        return true;
+    }
     return false;
 }
 

@@ -36,6 +36,8 @@ class CineRecorder : public QObject {
     /// Called at the end of each tick.
     std::function<void()> tickDone;
     bool hasPainted() const { return drawnFrame_ > 0; }
+    /// When a picture was first painted, milliseconds as now(); 0 before.
+    double firstPictureAt() const { return firstPicture_; }
     double now() const { return static_cast<double>(clock_.nsecsElapsed()) / 1e6; }
 
     /// Some of the pixels that stand in the window where the view's middle row is, as one number.
@@ -51,6 +53,7 @@ class CineRecorder : public QObject {
     QElapsedTimer clock_;
     double begun_ = 0, ownBegun_ = 0;
     int drawnFrame_ = 0;
+    double firstPicture_ = 0;
     std::vector<Tick> ticks_;
 };
 

@@ -26,6 +26,7 @@ ViewRole ezDICOMX::role() const { return parts_->role; }
 
 void ezDICOMX::setRole(ViewRole role) {
     parts_->role = role;
+    parts_->view.picture.setAsker(role == ViewRole::Main ? Asker::MainView : Asker::Preview);
     setAttribute(Qt::WA_OpaquePaintEvent, role != ViewRole::Probe);
     setFocusPolicy(role == ViewRole::Main      ? Qt::StrongFocus
                    : role == ViewRole::Preview ? Qt::TabFocus

@@ -18,7 +18,8 @@ ezDICOMX::Parts::Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& librar
         describe();
         if (awaiting) return;
         noticeDelay.stop();
-        owner.update();
+        // Before the cine clock puts the next frame, which has to be waited for again.
+        owner.repaint();
     });
 }
 

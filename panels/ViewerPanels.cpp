@@ -9,6 +9,7 @@
 #include "platform/widgets/Picture.h"
 
 #include <QMainWindow>
+#include <QScreen>
 
 namespace cinedisc {
 
@@ -17,6 +18,13 @@ namespace {
 constexpr QSize smallestWindow(1024, 700);
 constexpr QSize firstWindow(1280, 900);
 constexpr int tickMilliseconds = 50;
+
+/// Its frame included, the window lies on the screen with all its panels, be the screen ever so small.
+QSize sizeFor(const QScreen& screen) {
+    constexpr int frame = 36;
+    const QSize room = screen.availableSize() - QSize(0, frame);
+    return firstWindow.boundedTo(room).expandedTo(smallestWindow);
+}
 
 QTimer* makeTimer(QObject& owner, const char* name) {
     auto* timer = new QTimer(&owner);
@@ -41,7 +49,7 @@ ViewerPanels::ViewerPanels(QMainWindow& window, const ViewerDesign& design)
     window.setWindowTitle(design.title);
     window.setWindowIcon(pictureIcon(Picture::Program));
     window.setMinimumSize(smallestWindow);
-    window.resize(firstWindow);
+    window.resize(sizeFor(*window.screen()));
     window.setCentralWidget(surface);
     // The size of what is shown must never move the window's panels.
     ezDicom->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);

@@ -22,6 +22,9 @@ class FrameSteps {
     virtual dicom::Result<dicom::Frame> decodeRead(int index, const dicom::FrameBytes& bytes) const = 0;
 };
 
+/// Who wants a frame: what the user looks at comes before the previews.
+enum class Asker { MainView, Preview };
+
 /// A frame of the program: its run, and its number in it, counted from 0.
 struct FrameKey {
     const FrameSteps* run = nullptr;

@@ -34,10 +34,10 @@ ImageFile::ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileStamp id
 
 ImageFile::~ImageFile() { frames_->drop(this); }
 
-FrameStore::Decoded ImageFile::frameWithin(std::chrono::milliseconds patience, int index,
-                                           LookAhead& reader) const {
+FrameStore::Decoded ImageFile::frameWithin(std::chrono::milliseconds patience, int index, LookAhead& reader,
+                                           Asker asker) const {
     return frames_->frameBy(FrameStore::Clock::now() + patience, {this, index},
-                            [&] { reader.readFirst(shared_from_this(), index); });
+                            [&] { reader.readFirst(shared_from_this(), index, asker); });
 }
 
 dicom::Result<dicom::Frame> ImageFile::decodeRead(int index, const dicom::FrameBytes& bytes) const {

@@ -35,7 +35,8 @@ class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFi
     FrameStore::Decoded frame(int index) const { return frames_->frame({this, index}); }
     /// The same, read by the look-ahead's reader before all else. Null when the disc has not given it within
     /// the patience; it comes later.
-    FrameStore::Decoded frameWithin(std::chrono::milliseconds patience, int index, LookAhead& reader) const;
+    FrameStore::Decoded frameWithin(std::chrono::milliseconds patience, int index, LookAhead& reader,
+                                    Asker asker) const;
     FrameStore& store() const { return *frames_; }
 
     std::shared_ptr<const FrameSteps> hold() const override { return weak_from_this().lock(); }

@@ -49,9 +49,10 @@ void ImageLibrary::lookAhead(std::chrono::milliseconds patience) {
     ahead_ = std::make_unique<LookAhead>(*frames_, std::move(surroundings));
 }
 
-FrameStore::Decoded ImageLibrary::frame(const ImageFile& file, int index) {
+FrameStore::Decoded ImageLibrary::frame(const ImageFile& file, int index, Asker asker) {
     if (!ahead_) return file.frame(index);
-    auto frame = file.frameWithin(hasWaited_ ? std::chrono::milliseconds(0) : patience_, index, *ahead_);
+    auto frame =
+        file.frameWithin(hasWaited_ ? std::chrono::milliseconds(0) : patience_, index, *ahead_, asker);
     hasWaited_ = !frame;
     return frame;
 }

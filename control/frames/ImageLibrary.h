@@ -39,7 +39,7 @@ class ImageLibrary {
 
     /// A frame of an open file, counted from 0; null when the disc is slow to give it. On the user-interface
     /// thread.
-    FrameStore::Decoded frame(const ImageFile& file, int index);
+    FrameStore::Decoded frame(const ImageFile& file, int index, Asker asker);
 
     FrameStore& frames() { return *frames_; }
     /// Null when frames are not read ahead.

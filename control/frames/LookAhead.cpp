@@ -51,15 +51,18 @@ void LookAhead::startThreads() {
     for (unsigned i = 0; i < std::min(others, 4U); ++i) threads_.emplace_back([this] { decodeLoop(); });
 }
 
-void LookAhead::readFirst(std::shared_ptr<const ImageFile> file, int frame) {
+void LookAhead::readFirst(std::shared_ptr<const ImageFile> file, int frame, Asker asker) {
     const std::lock_guard lock(mutex_);
     startThreads();
     awaited_.insert({file.get(), frame});
-    // A view waits for one frame only; a preview of the same file for its first.
-    std::erase_if(asked_, [&](const Job& job) {
-        return job.file == file && (job.frame == frame || (job.frame != 0 && frame != 0));
-    });
-    asked_.push_back({std::move(file), frame});
+    const auto isThisOne = [&](const Job& job) { return job.file == file && job.frame == frame; };
+    if (asker == Asker::MainView) {
+        // A main view waits for one frame only; should another window wait too, it asks again.
+        std::erase_if(asked_, [&](const Job& job) { return job.asker == Asker::MainView || isThisOne(job); });
+        asked_.push_front({std::move(file), frame, asker});
+    } else if (std::ranges::none_of(asked_, isThisOne)) {
+        asked_.push_back({std::move(file), frame, asker});
+    }
     if (readerIdles_) wakeReader_.notify_one();
 }
 
@@ -139,18 +142,24 @@ std::optional<LookAhead::Job> LookAhead::nextJob() {
     return std::nullopt;
 }
 
+/// A main view that plays would take turns with the previews, a jump each time: those that wait when it has
+/// been served come all before its next frame.
 LookAhead::Job LookAhead::jobForAsked() {
-    const Job& latest = asked_.back();
-    if (latest.file.get() == order_.run) {
-        const bool isSoonReached =
-            lastRead_ >= 0 && latest.frame > lastRead_ + 1 && latest.frame <= lastRead_ + worthReadingThrough;
-        while (isSoonReached && ++lastRead_ < latest.frame) {
-            if (store_.isMissing({order_.run, lastRead_})) return {latest.file, lastRead_};
+    const auto isPreview = [](const Job& job) { return job.asker == Asker::Preview; };
+    auto chosen = asked_.begin();
+    if (previewsFirst_) chosen = std::ranges::find_if(asked_, isPreview);
+    if (chosen == asked_.end()) chosen = asked_.begin();
+    if (chosen->file.get() == order_.run) {
+        const bool isSoonReached = lastRead_ >= 0 && chosen->frame > lastRead_ + 1 &&
+                                   chosen->frame <= lastRead_ + worthReadingThrough;
+        while (isSoonReached && ++lastRead_ < chosen->frame) {
+            if (store_.isMissing({order_.run, lastRead_})) return {chosen->file, lastRead_};
         }
-        lastRead_ = latest.frame;
+        lastRead_ = chosen->frame;
     }
-    Job job = std::move(asked_.back());
-    asked_.pop_back();
+    Job job = std::move(*chosen);
+    asked_.erase(chosen);
+    previewsFirst_ = (previewsFirst_ || !isPreview(job)) && std::ranges::any_of(asked_, isPreview);
     return job;
 }
 

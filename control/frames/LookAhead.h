@@ -33,8 +33,9 @@ class LookAhead {
     LookAhead(FrameStore& store, Surroundings surroundings);
     ~LookAhead();
 
-    /// Reads a frame, counted from 0, as soon as the disc is free.
-    void readFirst(std::shared_ptr<const ImageFile> file, int frame);
+    /// Reads a frame, counted from 0, as soon as the disc is free: the one that the main view asked for last,
+    /// then those of the previews in their order.
+    void readFirst(std::shared_ptr<const ImageFile> file, int frame, Asker asker);
 
     /// A view shows this frame of a file and moves in a direction, at the end into the file `next` ("" into
     /// none). Cheap: to be told with every frame.
@@ -49,6 +50,7 @@ class LookAhead {
     struct Job {
         std::shared_ptr<const ImageFile> file;  ///< null: open the file that follows
         int frame = 0;
+        Asker asker = Asker::Preview;
     };
     using Lock = std::unique_lock<std::mutex>;
 
@@ -74,7 +76,8 @@ class LookAhead {
     bool stopping_ = false;
     bool readerIdles_ = false;
     unsigned read_ = 0;                   ///< grows whenever there may be something to decode
-    std::deque<Job> asked_;               ///< latest last
+    std::deque<Job> asked_;               ///< the main view's, if there is one, is the first
+    bool previewsFirst_ = false;
     std::set<FrameKey> awaited_;          ///< what has been asked for and not been read
     std::weak_ptr<const ImageFile> run_;  ///< what order_ is about
     PlayOrder order_;

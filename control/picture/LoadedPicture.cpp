@@ -52,7 +52,7 @@ bool LoadedPicture::show(int frame) {
 
 const dicom::Frame* LoadedPicture::frame() const {
     if (frameCount() == 0) return nullptr;
-    if (!decoded_) decoded_ = library_.frame(*file_, currentFrame_ - 1);
+    if (!decoded_) decoded_ = library_.frame(*file_, currentFrame_ - 1, asker_);
     return decoded_ && decoded_->ok() ? &decoded_->value() : nullptr;
 }
 

@@ -16,6 +16,9 @@ class LoadedPicture {
   public:
     explicit LoadedPicture(ImageLibrary& library) : library_(library) {}
 
+    /// Whether its frames come before those of others on a slow disc.
+    void setAsker(Asker asker) { asker_ = asker; }
+
     enum class Loaded { Anew, AsItWas };
     /// Opens a file as its header says. "" unloads. The same file may look as it did.
     Loaded load(const QString& path);
@@ -64,6 +67,7 @@ class LoadedPicture {
     WindowInForce fileWindow() const;
 
     ImageLibrary& library_;
+    Asker asker_ = Asker::MainView;
     QString path_;
     std::shared_ptr<const ImageFile> file_;
     std::optional<dicom::DecodeError> fileFault_;
