@@ -75,8 +75,8 @@ class LookAhead {
     std::condition_variable wakeReader_, wakeDecoders_;
     bool stopping_ = false;
     bool readerIdles_ = false;
-    unsigned read_ = 0;                   ///< grows whenever there may be something to decode
-    std::deque<Job> asked_;               ///< the main view's, if there is one, is the first
+    unsigned read_ = 0;      ///< grows whenever there may be something to decode
+    std::deque<Job> asked_;  ///< the main view's, if there is one, is the first
     bool previewsFirst_ = false;
     std::set<FrameKey> awaited_;          ///< what has been asked for and not been read
     std::weak_ptr<const ImageFile> run_;  ///< what order_ is about
