@@ -5,7 +5,6 @@
 #include "dicom/Result.h"
 
 #include <compare>
-#include <memory>
 
 namespace cinedisc {
 
@@ -14,8 +13,6 @@ namespace cinedisc {
 class FrameSteps {
   public:
     virtual ~FrameSteps() = default;
-    /// Keeps the run alive; null when its last owner is letting it go.
-    virtual std::shared_ptr<const FrameSteps> hold() const = 0;
     /// Reads a frame, counted from 0. Waits for the disc.
     virtual dicom::Result<dicom::FrameBytes> readFrame(int index) const = 0;
     /// Decodes what was read. Waits for nothing.

@@ -171,22 +171,19 @@ bool FrameStore::read(const FrameKey& key) {
     return true;
 }
 
-bool FrameStore::decodeNextDue() {
-    std::shared_ptr<const FrameSteps> held;  // let go of without the lock
+bool FrameStore::decodeNextDue(const FrameSteps* run, const FrameSteps* next) {
     Lock lock(mutex_);
     const FrameKey* due = nullptr;
     int soonest = order_.window + 2;
     for (const FrameKey& key : read_) {
+        if (key.run != run && key.run != next) continue;
         const int steps = order_.stepsTo(key);
         if (steps >= soonest) continue;
         soonest = steps;
         due = &key;
     }
     if (!due) return false;
-    held = due->run->hold();
-    if (!held) return false;
     decodeNow(lock, entries_.find(*due));
-    lock.unlock();
     return true;
 }
 

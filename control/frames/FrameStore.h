@@ -44,8 +44,9 @@ class FrameStore {
     /// Reads a frame unless that is done or being done. Answers whether it was read now.
     bool read(const FrameKey& key);
     /// Decodes that frame of the order's window, or of the run that follows, which is due first among those
-    /// read. Answers whether there was one.
-    bool decodeNextDue();
+    /// read. Only frames of the two runs named are taken, which the caller keeps alive; either may be null.
+    /// Answers whether there was one.
+    bool decodeNextDue(const FrameSteps* run, const FrameSteps* next);
 
     /// What is played, for the choice of what to keep.
     void follow(const PlayOrder& order);

@@ -39,7 +39,6 @@ class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFi
                                     Asker asker) const;
     FrameStore& store() const { return *frames_; }
 
-    std::shared_ptr<const FrameSteps> hold() const override { return weak_from_this().lock(); }
     dicom::Result<dicom::FrameBytes> readFrame(int index) const override { return dicom_->readFrame(index); }
     dicom::Result<dicom::Frame> decodeRead(int index, const dicom::FrameBytes& bytes) const override;
     /// Range of the stored values in the first frame, without padding; what the bits can express when it

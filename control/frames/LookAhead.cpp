@@ -70,9 +70,10 @@ void LookAhead::follow(const std::shared_ptr<const ImageFile>& file, int frame, 
                        const QString& next) {
     const std::lock_guard lock(mutex_);
     startThreads();
-    const bool isSame = order_.run == file.get() && order_.direction == direction;
+    const bool isRun = run_.lock() == file;
+    const bool isSame = isRun && order_.direction == direction;
     if (isSame && order_.frame == frame && nextPath_ == next) return;
-    if (order_.run != file.get()) beginRun(file);
+    if (!isRun) beginRun(file);
     if (nextPath_ != next) {
         nextPath_ = next;
         next_.reset();
@@ -233,8 +234,12 @@ void LookAhead::decodeLoop() {
     Lock lock(mutex_);
     while (!stopping_) {
         const unsigned seen = read_;
+        auto run = run_.lock();
+        auto next = next_;
         lock.unlock();
-        const bool decoded = store_.decodeNextDue();
+        const bool decoded = store_.decodeNextDue(run.get(), next.get());
+        run.reset();
+        next.reset();
         lock.lock();
         if (!decoded && seen == read_ && !stopping_) wakeDecoders_.wait(lock);
     }

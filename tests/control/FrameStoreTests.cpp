@@ -12,13 +12,12 @@ namespace cinedisc {
 namespace {
 
 /// A run whose frames are made on the spot, and counted.
-struct FakeRun : FrameSteps, std::enable_shared_from_this<FakeRun> {
+struct FakeRun : FrameSteps {
     std::size_t bytes = 1000;  ///< of a decoded frame
     std::size_t readBytes = 10;
     std::function<void()> decoding;
     mutable std::atomic<int> read = 0, decoded = 0;
 
-    std::shared_ptr<const FrameSteps> hold() const override { return weak_from_this().lock(); }
     dicom::Result<dicom::FrameBytes> readFrame(int) const override {
         ++read;
         dicom::FrameBytes held;

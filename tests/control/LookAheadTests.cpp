@@ -117,6 +117,51 @@ TEST_F(LookAheadTest, SaysThatItReadsWhileTheDiscIsSlow) {
     EXPECT_TRUE(std::ranges::is_permutation(disc->framesRead(), upTo(30))) << "each frame once";
 }
 
+// A cine puts the next frame as soon as the last has come: that one must have been painted by then.
+TEST_F(LookAheadTest, PaintsAPictureWhenItComesThoughTheNextIsPutAtOnce) {
+    struct Paints : QObject {
+        bool eventFilter(QObject* watched, QEvent* event) override {
+            if (event->type() != QEvent::Paint) return false;
+            // What has been painted is known afterwards.
+            watched->event(event);
+            const auto& view = *static_cast<ezDICOMX*>(watched);
+            ofFirstPicture |= view.CurrentFrame() == 1 && !view.isReading();
+            return true;
+        }
+        bool ofFirstPicture = false;
+    } paints;
+    fake.library.lookAhead(std::chrono::milliseconds(0));
+    disc->stop();
+    load(disc->run(30));
+    seen();
+    view.installEventFilter(&paints);
+    QObject::connect(&fake.library.arrivals(), &FrameArrivals::arrived, &view,
+                     [this] { view.putCurrentFrame(2); });
+    disc->move();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view.CurrentFrame() == 2; }));
+    EXPECT_TRUE(paints.ofFirstPicture);
+}
+
+// What the user looks at is read before the previews, whoever asked first, and each frame once.
+TEST_F(LookAheadTest, ServesTheMainViewBeforeThePreviews) {
+    const auto store = std::make_shared<FrameStore>();
+    std::vector<std::shared_ptr<const ImageFile>> files;
+    for (const int pixels : {8, 9, 10, 11})
+        files.push_back(std::make_shared<const ImageFile>(disc->run(2, pixels), FileStamp(), store));
+    LookAhead ahead(*store, {nullptr, [] {}});
+    disc->stop();
+    ahead.readFirst(files[0], 0, Asker::Preview);  // the reader may be waiting for this one already
+    for (const auto& preview : {files[1], files[2], files[1]}) ahead.readFirst(preview, 0, Asker::Preview);
+    ahead.readFirst(files[3], 0, Asker::MainView);
+    ahead.readFirst(files[3], 1, Asker::MainView);
+    disc->move();
+    ASSERT_TRUE(waitForReads(4));
+    const auto read = disc->framesRead();
+    const auto ofMainView = std::ranges::find(read, 1) - read.begin();
+    EXPECT_LE(ofMainView, 1);
+    EXPECT_EQ(read.size(), 4U);
+}
+
 // Whatever is loaded and stepped to while threads are at work: the picture is that of the file and frame
 // shown.
 TEST_F(LookAheadTest, NeverShowsAnotherFrame) {
