@@ -13,7 +13,7 @@ namespace cinedisc {
 namespace {
 
 /// Longer than a disc takes for a frame of an angiogram, too short to be felt.
-constexpr std::chrono::milliseconds patienceWithTheDisc{50};
+constexpr std::chrono::milliseconds patienceWithTheDisc{80};
 
 }  // namespace
 

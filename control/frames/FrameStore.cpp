@@ -163,6 +163,11 @@ bool FrameStore::isMissing(const FrameKey& key) const {
     return entry == entries_.end() || entry->second.stage == Stage::Missing;
 }
 
+bool FrameStore::isRead(const FrameKey& key) const {
+    const std::lock_guard lock(mutex_);
+    return read_.contains(key);
+}
+
 bool FrameStore::read(const FrameKey& key) {
     Lock lock(mutex_);
     const auto entry = entries_.try_emplace(key).first;

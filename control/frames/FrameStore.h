@@ -41,6 +41,8 @@ class FrameStore {
 
     /// Nobody has read it, or is doing so.
     bool isMissing(const FrameKey& key) const;
+    /// It has been read and waits to be decoded.
+    bool isRead(const FrameKey& key) const;
     /// Reads a frame unless that is done or being done. Answers whether it was read now.
     bool read(const FrameKey& key);
     /// Decodes that frame of the order's window, or of the run that follows, which is due first among those

@@ -47,8 +47,10 @@ void LookAhead::stop() {
 void LookAhead::startThreads() {
     if (!threads_.empty() || stopping_) return;
     threads_.emplace_back([this] { readLoop(); });
-    const unsigned others = std::max(2U, std::thread::hardware_concurrency()) - 1;
-    for (unsigned i = 0; i < std::min(others, 4U); ++i) threads_.emplace_back([this] { decodeLoop(); });
+    // One processor is left to the window: two decoders on two made the first pass faster and later ones
+    // slower.
+    const unsigned decoders = std::clamp(std::thread::hardware_concurrency(), 2U, 5U) - 1;
+    for (unsigned i = 0; i < decoders; ++i) threads_.emplace_back([this] { decodeLoop(); });
 }
 
 void LookAhead::readFirst(std::shared_ptr<const ImageFile> file, int frame, Asker asker) {
@@ -81,7 +83,8 @@ void LookAhead::follow(const std::shared_ptr<const ImageFile>& file, int frame, 
         isNextTried_ = false;
         nextCovered_ = 0;
     }
-    if (isSame && frame == order_.ahead(1)) {
+    const bool isStep = isSame && frame == order_.ahead(1);
+    if (isStep) {
         covered_ = std::max(0, covered_ - 1);
     } else {
         covered_ = 0;
@@ -90,7 +93,8 @@ void LookAhead::follow(const std::shared_ptr<const ImageFile>& file, int frame, 
     order_.direction = direction;
     order_.frame = frame;
     store_.follow(order_);
-    if (!order_.fits) {
+    // A frame may have been read before its turn to be decoded.
+    if (!order_.fits && (!isStep || store_.isRead({order_.run, order_.ahead(order_.window)}))) {
         ++read_;
         wakeDecoders_.notify_one();
     }
