@@ -1,5 +1,7 @@
 #include "bench/reading/ReadLog.h"
 
+#include "bench/files/ReadWatcher.h"
+
 #include <algorithm>
 #include <cstdio>
 
@@ -43,6 +45,10 @@ void ReadLog::report() const {
     std::printf("files=%zu\nreads=%llu\nbytes=%llu\nbytes_read_again=%llu\nsteps_backwards=%llu\n",
                 files_.size(), static_cast<unsigned long long>(count), static_cast<unsigned long long>(bytes),
                 static_cast<unsigned long long>(twice), static_cast<unsigned long long>(backwards));
+}
+
+void onRead(const std::string& path, std::uint64_t offset, std::uint64_t length) {
+    ReadLog::shared().add(path, offset, length);
 }
 
 }  // namespace cinedisc::bench

@@ -1,5 +1,7 @@
 #include "bench/slow/SlowDrive.h"
 
+#include "bench/files/ReadWatcher.h"
+
 #include <chrono>
 #include <thread>
 
@@ -10,7 +12,7 @@ SlowDrive& SlowDrive::shared() {
     return drive;
 }
 
-void SlowDrive::read(const void* file, std::uint64_t offset, std::uint64_t length) {
+void SlowDrive::read(const std::string& file, std::uint64_t offset, std::uint64_t length) {
     constexpr double bytesPerSecond = 3.6e6, secondsToJump = 0.1;
     const std::lock_guard lock(mutex_);
     double seconds = static_cast<double>(length) / bytesPerSecond;
@@ -26,6 +28,10 @@ void SlowDrive::read(const void* file, std::uint64_t offset, std::uint64_t lengt
 int SlowDrive::jumps() const {
     const std::lock_guard lock(mutex_);
     return jumps_;
+}
+
+void onRead(const std::string& path, std::uint64_t offset, std::uint64_t length) {
+    SlowDrive::shared().read(path, offset, length);
 }
 
 }  // namespace cinedisc::bench

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <mutex>
+#include <string>
 
 namespace cinedisc::bench {
 
@@ -11,12 +12,12 @@ class SlowDrive {
     static SlowDrive& shared();
 
     /// Takes as long as reading these bytes of a file takes.
-    void read(const void* file, std::uint64_t offset, std::uint64_t length);
+    void read(const std::string& file, std::uint64_t offset, std::uint64_t length);
     int jumps() const;
 
   private:
     mutable std::mutex mutex_;
-    const void* file_ = nullptr;  ///< read last, up to end_
+    std::string file_;  ///< read last, up to end_
     std::uint64_t end_ = 0;
     int jumps_ = 0;
 };

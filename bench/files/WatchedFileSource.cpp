@@ -1,20 +1,20 @@
-// Takes the place of dicom/FileByteSource.cpp: every read of a file is written down.
-#include "bench/reading/ReadLog.h"
+// Takes the place of dicom/FileByteSource.cpp: every read of a file is told to the program.
+#include "bench/files/ReadWatcher.h"
 #include "dicom/FileByteSource.h"
 
 namespace cinedisc::dicom {
 
 namespace {
 
-class LoggedSource : public ByteSource {
+class WatchedSource : public ByteSource {
   public:
-    LoggedSource(std::unique_ptr<RandomAccessFile> file, std::string path)
+    WatchedSource(std::unique_ptr<RandomAccessFile> file, std::string path)
         : file_(std::move(file)), path_(std::move(path)) {}
 
     std::uint64_t size() const override { return file_->size(); }
     std::size_t readAt(std::uint64_t offset, std::span<std::byte> into) const override {
         const std::size_t got = file_->readAt(offset, into);
-        bench::ReadLog::shared().add(path_, offset, got);
+        bench::onRead(path_, offset, got);
         return got;
     }
 
@@ -27,7 +27,8 @@ class LoggedSource : public ByteSource {
 
 Result<std::shared_ptr<const ByteSource>> FileByteSource::open(const std::string& path) {
     auto file = RandomAccessFile::open(path);
-    if (file) return std::shared_ptr<const ByteSource>(std::make_shared<LoggedSource>(std::move(file), path));
+    if (file)
+        return std::shared_ptr<const ByteSource>(std::make_shared<WatchedSource>(std::move(file), path));
     DecodeError error;
     error.kind = DecodeError::Kind::CannotRead;
     error.message = "The file cannot be read";
