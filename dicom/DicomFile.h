@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dicom/ByteSource.h"
+#include "dicom/CoarseFrame.h"
 #include "dicom/DataSet.h"
 #include "dicom/Frame.h"
 #include "dicom/FrameBytes.h"
@@ -47,6 +48,14 @@ class DicomFile {
     virtual Result<FrameBytes> readFrame(int frame) const = 0;
     /// Decodes what readFrame gave for that frame. Nothing is read.
     virtual Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const = 0;
+    /// Whether decoding a frame takes much longer than drawing it.
+    virtual bool isSlowToDecode() const { return false; }
+    /// A coarse picture of what readFrame gave for that frame, at hand in a fraction of the time; its shorter
+    /// side has `leastSide` pixels or more. Empty where there is none, and where one need not wait for the
+    /// frame itself.
+    virtual std::optional<CoarseFrame> decodeCoarse(int, const FrameBytes&, int /*leastSide*/) const {
+        return std::nullopt;
+    }
     /// Reads and decodes a frame, counted from 0.
     Result<Frame> decode(int frame) const {
         const auto bytes = readFrame(frame);

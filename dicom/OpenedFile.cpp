@@ -49,6 +49,18 @@ Result<Frame> OpenedFile::decodeRead(int frame, const FrameBytes& bytes) const {
     return error;
 }
 
+std::optional<CoarseFrame> OpenedFile::decodeCoarse(int, const FrameBytes& bytes, int leastSide) const {
+    // As measured, JPEG 2000 takes about 5 ns for a sample and 110 ns for a byte of its code stream.
+    constexpr std::uint64_t nanosecondsASample = 5, nanosecondsAByte = 110, worthWaiting = 30'000'000;
+    const auto samples = static_cast<std::uint64_t>(picture_.format.rows) *
+                         static_cast<std::uint64_t>(picture_.format.columns) *
+                         static_cast<std::uint64_t>(picture_.format.samplesPerPixel);
+    if (picture_.hasDeflatedFrames || compressionOf(bytes) != Compression::Jpeg2000 ||
+        samples * nanosecondsASample + bytes.length * nanosecondsAByte < worthWaiting)
+        return std::nullopt;
+    return decodeCoarseFrame(bytes.bytes(), picture_.format, leastSide);
+}
+
 /// A frame that cannot be inflated is left as it is, for the decoder to find too short.
 FrameBytes OpenedFile::inflated(const FrameBytes& bytes) const {
     const auto stream = bytes.bytes();

@@ -24,6 +24,8 @@ class OpenedFile : public DicomFile {
     const std::optional<DecodeError>& pictureError() const override { return picture_.error; }
     Result<FrameBytes> readFrame(int frame) const override;
     Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const override;
+    bool isSlowToDecode() const override { return picture_.compression == Compression::Jpeg2000; }
+    std::optional<CoarseFrame> decodeCoarse(int frame, const FrameBytes& bytes, int leastSide) const override;
     GreyTransform greyTransform(int frame) const override;
     bool hasGreyRulesByFrame() const override;
     const std::optional<Palette>& palette() const override;

@@ -109,4 +109,16 @@ Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& f
     }
 }
 
+std::optional<CoarseFrame> decodeCoarseFrame(std::span<const std::byte> bytes, const PixelFormat& format,
+                                             int leastSide) {
+    try {
+        const Bytes stream{reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
+        if (formatError(format) || format.sampleKind != SampleKind::Integer || !isJpeg2000(stream))
+            return std::nullopt;
+        return decodeCoarseJpeg2000(stream, format, leastSide);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
 }  // namespace cinedisc::dicom

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "dicom/CoarseFrame.h"
 #include "dicom/Frame.h"
 #include "dicom/PixelFormat.h"
 #include "dicom/Result.h"
 
 #include <cstddef>
+#include <optional>
 #include <span>
 
 namespace cinedisc::dicom {
@@ -33,5 +35,11 @@ enum class CellBits { OfValues, All };
 Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& format,
                           Compression compression, bool bigEndian = false, int firstBit = 0,
                           CellBits wanted = CellBits::OfValues);
+
+/// A coarse picture of a frame whose code stream holds one (JPEG 2000): the smallest whose shorter side has
+/// `leastSide` pixels or more. Empty where there is none, and for damaged streams. Like decodeFrame safe to
+/// call with any bytes.
+std::optional<CoarseFrame> decodeCoarseFrame(std::span<const std::byte> bytes, const PixelFormat& format,
+                                             int leastSide);
 
 }  // namespace cinedisc::dicom

@@ -3,12 +3,15 @@
 #include "dicom/codecs/Cells.h"
 #include "dicom/codecs/CodecError.h"
 #include "dicom/codecs/Jpeg2000Header.h"
+#include "dicom/codecs/PixelCell.h"
 
 #include <openjpeg.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <memory>
+#include <thread>
 
 namespace cinedisc::dicom::codecs {
 namespace {
@@ -69,13 +72,19 @@ Stream openStream(MemoryStream& memory) {
 struct Transforms {
     bool ofComponents = false;
     bool reversible = false;
+    int levels = 0;  ///< decompositions that all components have
 };
 
 Transforms transformsOf(opj_codec_t* codec) {
     opj_codestream_info_v2_t* info = opj_get_cstr_info(codec);
     if (!info) return {};
     const opj_tile_info_v2_t& tile = info->m_default_tile_info;
-    const Transforms result{tile.mct != 0, tile.tccp_info && tile.tccp_info->qmfbid == 1};
+    Transforms result{tile.mct != 0, tile.tccp_info && tile.tccp_info->qmfbid == 1};
+    if (tile.tccp_info) {
+        result.levels = INT_MAX;
+        for (OPJ_UINT32 i = 0; i < info->nbcomps; ++i)
+            result.levels = std::min(result.levels, static_cast<int>(tile.tccp_info[i].numresolutions) - 1);
+    }
     opj_destroy_cstr_info(&info);
     return result;
 }
@@ -106,6 +115,107 @@ bool isUsable(const opj_image_comp_t& component, const opj_image_comp_t& first, 
     return whole || component.dx > 1 || component.dy > 1;
 }
 
+/// Large pictures are waited for: all processors work on one. Of smaller ones, which come in runs, each is
+/// decoded by one thread, and several at a time.
+int threadsFor(const PixelFormat& format) {
+    constexpr std::int64_t large = std::int64_t{4} << 20;
+    if (std::int64_t{format.rows} * format.columns < large) return 1;
+    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, 8);
+}
+
+/// A picture as the library holds it, at its size divided by two so many times.
+struct Decoded {
+    Image image{nullptr, &opj_image_destroy};
+    Transforms transforms;
+    int halvings = 0;
+};
+
+Result<Decoded> decodeStream(const Jpeg2000Header& header, int mostHalvings, int threads) {
+    MemoryStream memory{header.stream};
+    const Codec codec(opj_create_decompress(OPJ_CODEC_J2K), &opj_destroy_codec);
+    const Stream stream = openStream(memory);
+    if (!codec || !stream) return tooLarge();
+    opj_set_error_handler(codec.get(), ignoreMessage, nullptr);
+    opj_set_warning_handler(codec.get(), ignoreMessage, nullptr);
+    opj_set_info_handler(codec.get(), ignoreMessage, nullptr);
+    opj_dparameters_t parameters;
+    opj_set_default_decoder_parameters(&parameters);
+    const auto failure = [&] {
+        return memory.ranOut ? cutOff() : broken("JPEG 2000 data that contradict themselves");
+    };
+
+    Decoded decoded;
+    if (!opj_setup_decoder(codec.get(), &parameters)) return failure();
+    if (threads > 1) opj_codec_set_threads(codec.get(), threads);
+    opj_image_t* read = nullptr;
+    const bool headerRead = opj_read_header(stream.get(), codec.get(), &read);
+    decoded.image.reset(read);
+    if (!headerRead || !read) return failure();
+    decoded.transforms = transformsOf(codec.get());
+    decoded.halvings = std::min(mostHalvings, decoded.transforms.levels);
+    if (decoded.halvings > 0 &&
+        !opj_set_decoded_resolution_factor(codec.get(), static_cast<OPJ_UINT32>(decoded.halvings)))
+        return failure();
+    if (!opj_decode(codec.get(), stream.get(), read)) return failure();
+    if (read->numcomps != static_cast<OPJ_UINT32>(header.components)) return failure();
+    return decoded;
+}
+
+Result<CodedPicture> pictureOf(const Decoded& decoded, const PixelFormat& format) {
+    const opj_image_t& image = *decoded.image;
+    for (OPJ_UINT32 i = 0; i < image.numcomps; ++i)
+        if (!isUsable(image.comps[i], image.comps[0], format))
+            return broken("impossible JPEG 2000 components");
+
+    const auto pixels = static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
+    CodedPicture picture;
+    picture.components = static_cast<int>(image.numcomps);
+    picture.precision = static_cast<int>(image.comps[0].prec);
+    picture.isSigned = image.comps[0].sgnd != 0;
+    picture.lossless = decoded.transforms.reversible;
+    picture.arrangement = Arrangement::Planar;
+    const bool namedByTransform =
+        format.photometric == Photometric::YbrIct || format.photometric == Photometric::YbrRct;
+    picture.colour = decoded.transforms.ofComponents || namedByTransform ? ColourSpace::Rgb
+                                                                         : colourSpaceOf(format.photometric);
+    picture.cells =
+        makeCells(picture.precision, format.isSigned && picture.components == 1, pixels * image.numcomps);
+    visitPatterns(picture.cells, [&](auto cells) {
+        for (OPJ_UINT32 i = 0; i < image.numcomps; ++i)
+            copyComponent(image.comps[i], cells.subspan(i * pixels, pixels),
+                          static_cast<std::size_t>(format.columns));
+    });
+    return picture;
+}
+
+/// Means of neighbours are near them only where the samples are numbers: not indices into a palette, nor
+/// values whose sign or place in the cell the header tells otherwise than the stream.
+bool hasMeans(const opj_image_t& image, const PixelFormat& format) {
+    if (format.photometric == Photometric::PaletteColor) return false;
+    const bool isSigned = format.isSigned && image.numcomps == 1;
+    return (image.comps[0].sgnd != 0) == isSigned && pixelCell(format).shift == 0;
+}
+
+/// Of whole pixel cells only the value's bits are taken later. A mean may lie a little beyond all values that
+/// it was made of, and must not begin again at the other end.
+void keepWithinStored(const Decoded& decoded, const PixelFormat& format) {
+    const opj_image_t& image = *decoded.image;
+    const PixelCell cell = pixelCell(format);
+    if (!decoded.transforms.reversible || static_cast<int>(image.comps[0].prec) != cell.allocated) return;
+    const std::int64_t count = std::int64_t{1} << cell.stored;
+    const auto low = static_cast<OPJ_INT32>(image.comps[0].sgnd ? -count / 2 : 0);
+    const auto high = static_cast<OPJ_INT32>(image.comps[0].sgnd ? count / 2 - 1 : count - 1);
+    for (OPJ_UINT32 i = 0; i < image.numcomps; ++i) {
+        const opj_image_comp_t& component = image.comps[i];
+        if (!component.data) continue;
+        const std::size_t samples = std::size_t{component.w} * component.h;
+        for (std::size_t at = 0; at < samples; ++at)
+            component.data[at] = std::clamp(component.data[at], low, high);
+    }
+}
+
+int halved(int length, int times) { return (length + (1 << times) - 1) >> times; }
+
 }  // namespace
 
 bool isJpeg2000(std::span<const std::uint8_t> bytes) {
@@ -120,50 +230,30 @@ bool isJpeg2000(std::span<const std::uint8_t> bytes) {
 Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format) {
     const Result<Jpeg2000Header> header = readJpeg2000Header(bytes, format);
     if (!header) return header.error();
+    const auto decoded = decodeStream(header.value(), 0, threadsFor(format));
+    return decoded ? pictureOf(decoded.value(), format) : decoded.error();
+}
 
-    MemoryStream memory{header.value().stream};
-    const Codec codec(opj_create_decompress(OPJ_CODEC_J2K), &opj_destroy_codec);
-    const Stream stream = openStream(memory);
-    if (!codec || !stream) return tooLarge();
-    opj_set_error_handler(codec.get(), ignoreMessage, nullptr);
-    opj_set_warning_handler(codec.get(), ignoreMessage, nullptr);
-    opj_set_info_handler(codec.get(), ignoreMessage, nullptr);
-    opj_dparameters_t parameters;
-    opj_set_default_decoder_parameters(&parameters);
-    const auto failure = [&] {
-        return memory.ranOut ? cutOff() : broken("JPEG 2000 data that contradict themselves");
-    };
+std::optional<CoarseFrame> decodeCoarseJpeg2000(std::span<const std::uint8_t> bytes,
+                                                const PixelFormat& format, int leastSide) {
+    int halvings = 0;
+    while (std::min(format.rows, format.columns) >> (halvings + 1) >= leastSide) ++halvings;
+    const Result<Jpeg2000Header> header = readJpeg2000Header(bytes, format);
+    if (halvings == 0 || !header || header.value().grid.left > 0 || header.value().grid.top > 0)
+        return std::nullopt;
+    const auto decoded = decodeStream(header.value(), halvings, threadsFor(format));
+    if (!decoded || decoded.value().halvings == 0 || !hasMeans(*decoded.value().image, format))
+        return std::nullopt;
 
-    opj_image_t* decoded = nullptr;
-    if (!opj_setup_decoder(codec.get(), &parameters)) return failure();
-    const bool headerRead = opj_read_header(stream.get(), codec.get(), &decoded);
-    const Image image(decoded, &opj_image_destroy);
-    if (!headerRead || !image || !opj_decode(codec.get(), stream.get(), image.get())) return failure();
-    if (image->numcomps != static_cast<OPJ_UINT32>(header.value().components)) return failure();
-    for (OPJ_UINT32 i = 0; i < image->numcomps; ++i)
-        if (!isUsable(image->comps[i], image->comps[0], format))
-            return broken("impossible JPEG 2000 components");
-
-    const Transforms transforms = transformsOf(codec.get());
-    const auto pixels = static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
-    CodedPicture picture;
-    picture.components = static_cast<int>(image->numcomps);
-    picture.precision = static_cast<int>(image->comps[0].prec);
-    picture.isSigned = image->comps[0].sgnd != 0;
-    picture.lossless = transforms.reversible;
-    picture.arrangement = Arrangement::Planar;
-    const bool namedByTransform =
-        format.photometric == Photometric::YbrIct || format.photometric == Photometric::YbrRct;
-    picture.colour =
-        transforms.ofComponents || namedByTransform ? ColourSpace::Rgb : colourSpaceOf(format.photometric);
-    picture.cells =
-        makeCells(picture.precision, format.isSigned && picture.components == 1, pixels * image->numcomps);
-    visitPatterns(picture.cells, [&](auto cells) {
-        for (OPJ_UINT32 i = 0; i < image->numcomps; ++i)
-            copyComponent(image->comps[i], cells.subspan(i * pixels, pixels),
-                          static_cast<std::size_t>(format.columns));
-    });
-    return picture;
+    PixelFormat smaller = format;
+    smaller.rows = halved(format.rows, decoded.value().halvings);
+    smaller.columns = halved(format.columns, decoded.value().halvings);
+    keepWithinStored(decoded.value(), format);
+    Result<CodedPicture> picture = pictureOf(decoded.value(), smaller);
+    if (!picture) return std::nullopt;
+    Result<Frame> frame = toFrame(std::move(picture.value()), smaller);
+    if (!frame) return std::nullopt;
+    return CoarseFrame{std::move(frame.value()), decoded.value().halvings};
 }
 
 }  // namespace cinedisc::dicom::codecs

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "dicom/CoarseFrame.h"
 #include "dicom/codecs/CodedPicture.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace cinedisc::dicom::codecs {
@@ -15,5 +17,11 @@ bool isJpeg2000(std::span<const std::uint8_t> bytes);
 /// transformed is taken from the stream; a YBR_FULL photometric interpretation counts only when they were
 /// not.
 Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format);
+
+/// Decodes the wavelet's lower levels only: the smallest picture whose shorter side has `leastSide` pixels or
+/// more, or a larger one if the stream has no more levels. Empty when it has none, or when the means of
+/// neighbouring samples would mean nothing. What is damaged may show here or not.
+std::optional<CoarseFrame> decodeCoarseJpeg2000(std::span<const std::uint8_t> bytes,
+                                                const PixelFormat& format, int leastSide);
 
 }  // namespace cinedisc::dicom::codecs
