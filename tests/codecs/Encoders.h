@@ -31,6 +31,7 @@ struct Jpeg2000Making {
     bool inFileFormat = false;
     int tileSize = 0;         ///< 0 for one tile
     bool subsampled = false;  ///< the second and third component have half the rows and columns
+    int levels = 2;           ///< of decomposition
 };
 
 /// Encodes interleaved samples; of subsampled components every other one of every other row is taken.

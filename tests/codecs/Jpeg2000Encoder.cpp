@@ -64,7 +64,7 @@ std::vector<std::uint8_t> jpeg2000Encoded(std::span<const std::int32_t> samples,
 
     opj_cparameters_t parameters;
     opj_set_default_encoder_parameters(&parameters);
-    parameters.numresolution = 3;
+    parameters.numresolution = making.levels + 1;
     parameters.irreversible = making.reversible ? 0 : 1;
     parameters.tcp_mct = making.transformComponents ? 1 : 0;
     parameters.tcp_numlayers = 1;
