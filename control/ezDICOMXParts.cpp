@@ -13,14 +13,21 @@ constexpr int borderWidth = 2;
 
 ezDICOMX::Parts::Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& library)
     : owner(widget), role(viewRole), view(library), tools(view, widget) {
-    QObject::connect(&library.arrivals(), &FrameArrivals::arrived, &owner, [this] {
-        if (role == ViewRole::Probe || !owner.isVisible() || !awaiting) return;
-        describe();
-        if (awaiting) return;
-        noticeDelay.stop();
-        // Before the cine clock puts the next frame, which has to be waited for again.
-        owner.repaint();
-    });
+    QObject::connect(&library.arrivals(), &FrameArrivals::arrived, &owner, [this] { takeArrival(); });
+}
+
+void ezDICOMX::Parts::settle(Patience patience) {
+    if (view.picture.settle(patience) == LoadedPicture::Settled::Now) refreshHeaderPage();
+}
+
+void ezDICOMX::Parts::takeArrival() {
+    settle(Patience::Glance);
+    if (role == ViewRole::Probe || !owner.isVisible() || !awaiting) return;
+    describe();
+    if (awaiting) return;
+    noticeDelay.stop();
+    // Before the cine clock puts the next frame, which has to be waited for again.
+    owner.repaint();
 }
 
 QRect ezDICOMX::Parts::content() const {
@@ -33,7 +40,10 @@ void ezDICOMX::Parts::layOut() {
     view.deviceSize = (QSizeF(content().size()) * view.pixelRatio).toSize().expandedTo({0, 0});
 }
 
-void ezDICOMX::Parts::describe() { describeWith(noticeFor(view.picture)); }
+void ezDICOMX::Parts::describe() {
+    settle(Patience::Glance);
+    describeWith(noticeFor(view.picture));
+}
 
 void ezDICOMX::Parts::describeWith(const std::optional<Notice>& notice) {
     awaiting = notice && notice->isOfReading();

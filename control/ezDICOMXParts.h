@@ -22,6 +22,10 @@ struct ezDICOMX::Parts {
     QRect content() const;
     /// Tells the view its size; done before anything asks for places.
     void layOut();
+    /// Takes the file over when it has been opened within the patience.
+    void settle(Patience patience);
+    /// What the disc has given is shown.
+    void takeArrival();
     /// The notice, if there is one, is also what assistive programs read. Looks at the frame shown, so it
     /// decodes it.
     void describe();

@@ -61,7 +61,7 @@ CoverKind coverKind(const dicom::DicomFile& file) {
                                                                            : CoverKind::SameOnAllFrames;
 }
 
-CoverPlane coverOf(const dicom::DicomFile& file, int frame) {
+CoverPlane coverOf(const dicom::DicomFile& file, int frame, const dicom::FrameBytes* bytes) {
     const auto& format = file.pixelFormat();
     const auto shutter = file.shutter(frame);
     // The presentation value is a P-value of 16 bits (PS3.3 C.7.6.11); black when there is none.
@@ -72,7 +72,8 @@ CoverPlane coverOf(const dicom::DicomFile& file, int frame) {
     for (const bool covering : {true, false}) {  // the bitmap shutter first: overlays lie on it
         for (const auto& overlay : file.overlays()) {
             if ((shutter.bitmapGroup == overlay.group) != covering) continue;
-            const auto bits = file.overlayBits(overlay, frame);
+            const auto bits =
+                bytes ? file.overlayBitsIn(*bytes, overlay, frame) : file.overlayBits(overlay, frame);
             if (bits.empty()) continue;
             prepare(cover, format);
             paintOverlay(cover, format, overlay, bits, covering ? grey : 0xFF);

@@ -2,6 +2,7 @@
 
 #include "dicom/DicomFile.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -11,6 +12,8 @@ namespace cinedisc {
 /// What lies over the pixels of a frame: shutters and overlay planes, as two bytes a pixel. A displayed value
 /// v becomes (v & keep) | paint, which needs no branch.
 struct CoverPlane {
+    static constexpr std::size_t bytesPerPixel = 2;
+
     int columns = 0;
     std::vector<std::uint8_t> keep;
     std::vector<std::uint8_t> paint;
@@ -30,8 +33,8 @@ enum class CoverKind { None, SameOnAllFrames, FrameByFrame };
 CoverKind coverKind(const dicom::DicomFile& file);
 
 /// The cover of one frame, counted from 0; empty when nothing lies over it. Overlays are white and lie on the
-/// shutter.
-CoverPlane coverOf(const dicom::DicomFile& file, int frame);
+/// shutter. `bytes`: that frame as it was read, so that overlays in its pixel cells need not be read again.
+CoverPlane coverOf(const dicom::DicomFile& file, int frame, const dicom::FrameBytes* bytes = nullptr);
 
 /// One byte a pixel, 1 where the shutter's shapes leave the picture visible. Empty when no shape can be used:
 /// a shape without an area, or shapes that together hide everything, are faults of the file and cover

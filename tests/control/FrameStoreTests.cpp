@@ -25,7 +25,7 @@ struct FakeRun : FrameSteps {
         held.length = readBytes;
         return held;
     }
-    dicom::Result<dicom::Frame> decodeRead(int index, const dicom::FrameBytes& from) const override {
+    DecodedFrame decodeRead(int index, const dicom::FrameBytes& from) const override {
         EXPECT_EQ(from.length, readBytes);
         if (decoding) decoding();
         ++decoded;
@@ -100,7 +100,7 @@ TEST(FrameStore, KeepsMostOfARunThatDoesNotFit) {
         int mostReadInThreeRounds;
     };
     for (const auto& c : {Case{10, 20}, Case{990, 20 + 2 * 11}}) {
-        FrameStore store(10 * (1000 + sizeof(dicom::Frame)));
+        FrameStore store(10 * (1000 + sizeof(DecodedFrame)));
         const auto run = std::make_shared<FakeRun>();
         run->readBytes = c.readBytes;
         PlayOrder order;

@@ -148,12 +148,16 @@ TEST_F(LookAheadTest, ServesTheMainViewBeforeThePreviews) {
     std::vector<std::shared_ptr<const ImageFile>> files;
     for (const int pixels : {8, 9, 10, 11})
         files.push_back(std::make_shared<const ImageFile>(disc->run(2, pixels), FileStamp(), store));
-    LookAhead ahead(*store, {nullptr, [] {}});
+    LookAhead ahead(*store, nullptr);
     disc->stop();
-    ahead.readFirst(files[0], 0, Asker::Preview);  // the reader may be waiting for this one already
-    for (const auto& preview : {files[1], files[2], files[1]}) ahead.readFirst(preview, 0, Asker::Preview);
-    ahead.readFirst(files[3], 0, Asker::MainView);
-    ahead.readFirst(files[3], 1, Asker::MainView);
+    const auto want = [&](std::size_t who, Asker asker, std::size_t file, int frame) {
+        EXPECT_EQ(store->want({&files[who], asker, files[file], frame}), nullptr);
+        ahead.wake();
+    };
+    want(0, Asker::Preview, 0, 0);  // the reader may be waiting for this one already
+    for (const std::size_t preview : {1, 2, 1}) want(preview, Asker::Preview, preview, 0);
+    want(3, Asker::MainView, 3, 0);
+    want(3, Asker::MainView, 3, 1);
     disc->move();
     ASSERT_TRUE(waitForReads(4));
     const auto read = disc->framesRead();
