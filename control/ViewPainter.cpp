@@ -107,9 +107,10 @@ CornerText::Lines ViewPainter::cornerLines(const ViewState& state) {
     lines.bottomLeft.append(say("Frame %1 / %2").arg(picture.currentFrame()).arg(picture.frameCount()));
 
     if (!picture.isColor()) {
-        const auto window = picture.window().window;
+        const auto window = picture.drawnWindow().window;
         lines.bottomRight.append(say("C %1  W %2").arg(number(window.center), number(window.width)));
     }
+    if (picture.coarse()) lines.bottomRight.append(say("Coarse, being refined"));
     const double scale = state.placement().scale(state.renderer.squareSize());
     lines.bottomRight.append(say("Zoom %1 %").arg(std::lround(scale * 100)));
     return lines;

@@ -76,6 +76,7 @@ void ezDICOMX::putCurrentFrame(qint32 frame) {
     if (!parts_->noticeDelay.isActive()) parts_->noticeDelay.start(noticeAfter, this);
 }
 
+bool ezDICOMX::isCoarse() const { return parts_->view.picture.coarse() != nullptr; }
 bool ezDICOMX::isReading() const { return parts_->awaiting || parts_->view.picture.isOpening(); }
 
 qint32 ezDICOMX::ZoomPercent() const { return parts_->view.zoom.percent(); }
@@ -159,7 +160,11 @@ void ezDICOMX::putShowHeader(bool on) {
     parts_->refreshHeaderPage();
 }
 
-bool ezDICOMX::CopyToClipboard() { return copyPicture(displayedPicture(parts_->view)); }
+bool ezDICOMX::CopyToClipboard() {
+    // What stands in the view may have been coarse until now.
+    update();
+    return copyPicture(displayedPicture(parts_->view));
+}
 
 bool ezDICOMX::CopyHeaderToClipboard() {
     parts_->settle(Patience::Answer);
@@ -169,6 +174,7 @@ bool ezDICOMX::CopyHeaderToClipboard() {
 
 void ezDICOMX::putExportFile(const QString& path) {
     parts_->plain.exportFile = path;
+    update();
     const auto otherwise = parts_->plain.exportFormat == "BMP" ? PictureFormat::Bmp : PictureFormat::Jpeg;
     exportPicture(displayedPicture(parts_->view), path, formatFor(path, otherwise));
 }

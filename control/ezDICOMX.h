@@ -113,6 +113,8 @@ class ezDICOMX : public QWidget, public ViewerControl {
 
     /// The disc has not given the frame shown yet. Stepping on would only leave pictures out.
     bool isReading() const;
+    /// A coarse picture stands for the frame shown, which is being decoded.
+    bool isCoarse() const;
     /// Who is asked which file is likely to be shown after `path`, "" for none: it is read ahead.
     using Neighbour = std::function<QString(const QString& path, PlayDirection direction)>;
     void setNeighbour(Neighbour neighbour);

@@ -16,6 +16,7 @@ void ezDICOMX::timerEvent(QTimerEvent* event) {
 void ezDICOMX::paintEvent(QPaintEvent*) {
     if (parts_->role == ViewRole::Probe) return;
     parts_->layOut();
+    parts_->view.picture.refine();
     parts_->describe();
     ViewPainter::Look look;
     look.role = parts_->role;

@@ -22,7 +22,12 @@ void ezDICOMX::Parts::settle(Patience patience) {
 
 void ezDICOMX::Parts::takeArrival() {
     settle(Patience::Glance);
-    if (role == ViewRole::Probe || !owner.isVisible() || !awaiting) return;
+    if (role == ViewRole::Probe || !owner.isVisible()) return;
+    if (view.picture.coarse() && view.picture.refine()) {
+        describe();
+        owner.update();
+    }
+    if (!awaiting) return;
     describe();
     if (awaiting) return;
     noticeDelay.stop();

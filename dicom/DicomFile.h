@@ -50,6 +50,8 @@ class DicomFile {
     virtual Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const = 0;
     /// Whether decoding a frame takes much longer than drawing it.
     virtual bool isSlowToDecode() const { return false; }
+    /// Whether all processors work on one of them: then nothing is gained by decoding several at a time.
+    virtual bool decodesOnAllProcessors() const { return false; }
     /// A coarse picture of what readFrame gave for that frame, at hand in a fraction of the time; its shorter
     /// side has `leastSide` pixels or more. Empty where there is none, and where one need not wait for the
     /// frame itself.

@@ -49,6 +49,10 @@ Result<Frame> OpenedFile::decodeRead(int frame, const FrameBytes& bytes) const {
     return error;
 }
 
+bool OpenedFile::decodesOnAllProcessors() const {
+    return isSlowToDecode() && isDecodedOnAllProcessors(picture_.format);
+}
+
 std::optional<CoarseFrame> OpenedFile::decodeCoarse(int, const FrameBytes& bytes, int leastSide) const {
     // As measured, JPEG 2000 takes about 5 ns for a sample and 110 ns for a byte of its code stream.
     constexpr std::uint64_t nanosecondsASample = 5, nanosecondsAByte = 110, worthWaiting = 30'000'000;

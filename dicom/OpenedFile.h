@@ -25,6 +25,7 @@ class OpenedFile : public DicomFile {
     Result<FrameBytes> readFrame(int frame) const override;
     Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const override;
     bool isSlowToDecode() const override { return picture_.compression == Compression::Jpeg2000; }
+    bool decodesOnAllProcessors() const override;
     std::optional<CoarseFrame> decodeCoarse(int frame, const FrameBytes& bytes, int leastSide) const override;
     GreyTransform greyTransform(int frame) const override;
     bool hasGreyRulesByFrame() const override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control/pipeline/CoverPlane.h"
+#include "dicom/CoarseFrame.h"
 #include "dicom/Frame.h"
 #include "dicom/FrameBytes.h"
 #include "dicom/Result.h"
@@ -22,6 +23,22 @@ struct DecodedFrame : dicom::Result<dicom::Frame> {
     std::size_t byteSize() const { return sizeof(*this) + (ok() ? value().byteSize() : 0) + coverBytes; }
 };
 
+/// What is shown of a frame while it is being decoded. The cover is as fine as the frame's.
+struct CoarsePicture : dicom::CoarseFrame {
+    std::shared_ptr<const CoverPlane> cover;
+};
+
+/// What decoding a frame of a run takes, beside drawing it.
+enum class DecodingWork {
+    Little,
+    Much,           ///< one processor, for long
+    AllProcessors,  ///< even so for long, and much memory: such frames are decoded one at a time
+};
+
+/// Who wants something of the disc: what the user looks at comes before the previews, and an answer that a
+/// command waits for before both.
+enum class Asker { MainView, Preview, Probe };
+
 /// The two steps to a frame of a run, apart, so that one thread can read while others decode. Safe to call
 /// from any thread.
 class FrameSteps {
@@ -31,11 +48,12 @@ class FrameSteps {
     virtual dicom::Result<dicom::FrameBytes> readFrame(int index) const = 0;
     /// Decodes what was read.
     virtual DecodedFrame decodeRead(int index, const dicom::FrameBytes& bytes) const = 0;
+    virtual DecodingWork decodingWork() const { return DecodingWork::Little; }
+    /// A coarse picture of what was read, in time to be drawn; null where there is none.
+    virtual std::shared_ptr<const CoarsePicture> decodeCoarse(int, const dicom::FrameBytes&, Asker) const {
+        return nullptr;
+    }
 };
-
-/// Who wants something of the disc: what the user looks at comes before the previews, and an answer that a
-/// command waits for before both.
-enum class Asker { MainView, Preview, Probe };
 
 /// A frame of the program: its run, and its number in it, counted from 0.
 struct FrameKey {

@@ -83,6 +83,23 @@ FrameStore::Decoded FrameStore::waitFor(const void* view, Clock::time_point dead
     return frame;
 }
 
+FrameStore::AtHand FrameStore::waitForBytes(const void* view, const FrameKey& key,
+                                            Clock::time_point deadline) {
+    std::optional<FrameWish> fulfilled;
+    AtHand atHand;
+    Lock lock(mutex_);
+    ++waiting_;
+    changed_.wait_until(lock, deadline, [&] {
+        atHand.frame = wishes_.arrivedFor(view);
+        const auto entry = entries_.find(key);
+        if (entry != entries_.end()) atHand.bytes = entry->second.bytes;
+        return atHand.frame || atHand.bytes;
+    });
+    --waiting_;
+    if (atHand.frame) fulfilled = wishes_.remove(view);
+    return atHand;
+}
+
 void FrameStore::forget(const void* view) {
     std::optional<FrameWish> forgotten;
     const Lock lock(mutex_);
@@ -103,7 +120,7 @@ bool FrameStore::decodeWanted() {
     wishes = wishes_.open();
     for (const FrameWish& wish : wishes) {
         const auto entry = entries_.find(wish.key());
-        if (entry == entries_.end() || entry->second.stage != Stage::Read) continue;
+        if (entry == entries_.end() || entry->second.stage != Stage::Read || !mayBegin(*wish.run)) continue;
         decodeNow(lock, entry);
         return true;
     }
@@ -136,8 +153,14 @@ void FrameStore::readNow(Lock& lock, Entries::iterator entry) {
         entry->second.bytes = std::move(read);
         entry->second.stage = Stage::Read;
         read_.insert(key);
+        // There may be a coarse picture in it.
+        if (arrived_ && key.run->decodingWork() != DecodingWork::Little && wishes_.wants(key)) arrived_();
     }
     if (waiting_ > 0) changed_.notify_all();
+}
+
+bool FrameStore::mayBegin(const FrameSteps& run) const {
+    return onAllProcessors_ == 0 || run.decodingWork() != DecodingWork::AllProcessors;
 }
 
 FrameStore::Decoded FrameStore::decodeNow(Lock& lock, Entries::iterator entry) {
@@ -145,10 +168,13 @@ FrameStore::Decoded FrameStore::decodeNow(Lock& lock, Entries::iterator entry) {
     const FrameKey key = entry->first;
     read_.erase(key);
     const Bytes bytes = entry->second.bytes;
+    const int wholeMachine = key.run->decodingWork() == DecodingWork::AllProcessors ? 1 : 0;
+    onAllProcessors_ += wholeMachine;
     lock.unlock();
     auto frame =
         std::make_shared<const DecodedFrame>(safely([&] { return key.run->decodeRead(key.index, *bytes); }));
     lock.lock();
+    onAllProcessors_ -= wholeMachine;
     keepDecoded(entry, frame);
     if (waiting_ > 0) changed_.notify_all();
     makeRoom();
@@ -211,7 +237,7 @@ bool FrameStore::decodeNextDue(const FrameSteps* run, const FrameSteps* next) {
     const FrameKey* due = nullptr;
     int soonest = order_.window + 2;
     for (const FrameKey& key : read_) {
-        if (key.run != run && key.run != next) continue;
+        if ((key.run != run && key.run != next) || !mayBegin(*key.run)) continue;
         const int steps = order_.stepsTo(key);
         if (steps >= soonest) continue;
         soonest = steps;

@@ -30,8 +30,8 @@ class FrameStore {
     /// Leaves room for all else that the program holds within its 512 MiB.
     static constexpr std::size_t programCeiling = std::size_t{400} << 20;
 
-    /// `arrived` is called whenever a frame has come that a view waits for, by the thread that decoded it; it
-    /// must not call the store.
+    /// `arrived` is called whenever a frame has come that a view waits for, or the bytes of one that takes
+    /// much work, by the thread that decoded or read it; it must not call the store.
     explicit FrameStore(std::size_t ceilingInBytes = programCeiling) : ceiling_(ceilingInBytes) {}
     void onArrival(std::function<void()> arrived);
     std::size_t ceiling() const { return ceiling_; }
@@ -45,6 +45,12 @@ class FrameStore {
     Decoded want(FrameWish wish);
     /// Waits for the frame that a view wants; null when it has not come by the deadline.
     Decoded waitFor(const void* view, Clock::time_point deadline);
+    /// The same, or the frame's bytes as soon as they have been read; both null when neither has come.
+    struct AtHand {
+        Decoded frame;
+        Bytes bytes;
+    };
+    AtHand waitForBytes(const void* view, const FrameKey& key, Clock::time_point deadline);
     /// The view waits for nothing any more.
     void forget(const void* view);
     /// What views wait for and nobody has read or reads, in the order in which it is wanted.
@@ -87,6 +93,7 @@ class FrameStore {
 
     void readNow(Lock& lock, Entries::iterator entry);
     Decoded decodeNow(Lock& lock, Entries::iterator entry);
+    bool mayBegin(const FrameSteps& run) const;
     void keepDecoded(Entries::iterator entry, Decoded frame);
     void letGoOfBytes(Entry& entry);
     void letGoOfFrame(Entries::iterator entry);
@@ -109,6 +116,7 @@ class FrameStore {
     std::size_t compressedBytes_ = 0;
     std::size_t playedFrameBytes_ = 0;                    ///< of one decoded frame of the run that is played
     std::map<const FrameSteps*, std::size_t> decodedOf_;  ///< decoded frames by run
+    int onAllProcessors_ = 0;                             ///< frames being decoded by all of them
     PlayOrder order_;
 };
 

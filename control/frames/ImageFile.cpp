@@ -9,8 +9,10 @@ namespace cinedisc {
 namespace {
 
 /// Drawing reads as many samples as the header says: a frame must have them.
-bool isWhole(const dicom::Frame& frame, const dicom::PixelFormat& format) {
-    if (frame.rows != format.rows || frame.columns != format.columns || frame.rows < 1 || frame.columns < 1)
+bool isWhole(const dicom::Frame& frame, const dicom::PixelFormat& format, int halvings = 0) {
+    const auto halved = [&](int length) { return (length + (1 << halvings) - 1) >> halvings; };
+    if (frame.rows != halved(format.rows) || frame.columns != halved(format.columns) || frame.rows < 1 ||
+        frame.columns < 1)
         return false;
     if (frame.samplesPerPixel != 1 && frame.samplesPerPixel != 3) return false;
     return std::visit(
@@ -28,6 +30,11 @@ std::size_t sampleBytes(const dicom::PixelFormat& format) {
     return format.bitsAllocated <= 32 ? 4 : 8;
 }
 
+DecodingWork workOf(const dicom::DicomFile& file) {
+    if (!file.isSlowToDecode()) return DecodingWork::Little;
+    return file.decodesOnAllProcessors() ? DecodingWork::AllProcessors : DecodingWork::Much;
+}
+
 }  // namespace
 
 ImageFile::ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileStamp identity,
@@ -35,7 +42,8 @@ ImageFile::ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileStamp id
     : dicom_(std::move(dicom)),
       identity_(identity),
       frames_(std::move(frames)),
-      coverKind_(dicom_->frameCount() > 0 ? coverKind(*dicom_) : CoverKind::None) {}
+      coverKind_(dicom_->frameCount() > 0 ? coverKind(*dicom_) : CoverKind::None),
+      work_(workOf(*dicom_)) {}
 
 ImageFile::~ImageFile() { frames_->drop(this); }
 
@@ -62,6 +70,22 @@ DecodedFrame ImageFile::decodeRead(int index, const dicom::FrameBytes& bytes) co
         frame.coverBytes = CoverPlane::bytesPerPixel * frame.cover->keep.size();
     }
     return frame;
+}
+
+std::shared_ptr<const CoarsePicture> ImageFile::decodeCoarse(int index, const dicom::FrameBytes& bytes,
+                                                             Asker asker) const {
+    // Enough to recognise a vessel, and little enough to be drawn in time.
+    constexpr int sideOfView = 256, sideOfPreview = 128;
+    // Overlays within the pixel cells can be had with the whole frame only.
+    if (std::ranges::any_of(dicom_->overlays(), [](const auto& overlay) { return overlay.embeddedBit >= 0; }))
+        return nullptr;
+    auto coarse = dicom_->decodeCoarse(index, bytes, asker == Asker::Preview ? sideOfPreview : sideOfView);
+    if (!coarse || !isWhole(coarse->frame, dicom_->pixelFormat(), coarse->halvings)) return nullptr;
+    auto picture = std::make_shared<CoarsePicture>(std::move(*coarse), nullptr);
+    if (coverKind_ == CoverKind::SameOnAllFrames) picture->cover = sharedCover();
+    if (coverKind_ == CoverKind::FrameByFrame)
+        picture->cover = std::make_shared<const CoverPlane>(coverOf(*dicom_, index, &bytes));
+    return picture;
 }
 
 std::shared_ptr<const CoverPlane> ImageFile::sharedCover() const {

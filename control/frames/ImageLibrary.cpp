@@ -82,6 +82,20 @@ FrameStore::Decoded ImageLibrary::frame(const void* view, Asker asker,
     return frame;
 }
 
+ImageLibrary::Sight ImageLibrary::glance(const void* view, Asker asker,
+                                         const std::shared_ptr<const ImageFile>& file, int index) {
+    if (!ahead_ || file->decodingWork() == DecodingWork::Little)
+        return {frame(view, asker, file, index, Patience::Glance), nullptr};
+    if (auto frame = frames_->want({view, asker, file, index})) return {std::move(frame), nullptr};
+    ahead_->wake(LookAhead::Decoders::AsThereAre);
+    auto atHand =
+        frames_->waitForBytes(view, {file.get(), index}, FrameStore::Clock::now() + limit(Patience::Glance));
+    note(Patience::Glance, !atHand.frame && !atHand.bytes);
+    if (atHand.frame || !atHand.bytes) return {std::move(atHand.frame), nullptr};
+    if (auto coarse = file->decodeCoarse(index, *atHand.bytes, asker)) return {nullptr, std::move(coarse)};
+    return {frame(view, asker, file, index, Patience::Glance), nullptr};
+}
+
 bool ImageLibrary::waitFor(const Opening& opening, Patience patience) {
     if (opening.isDone()) return true;
     const bool done = opening.waitUntil(Errand::Clock::now() + limit(patience));

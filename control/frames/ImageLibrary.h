@@ -60,6 +60,18 @@ class ImageLibrary {
     /// `arrivals` tells. A view waits for one frame at a time.
     FrameStore::Decoded frame(const void* view, Asker asker, const std::shared_ptr<const ImageFile>& file,
                               int index, Patience patience);
+    /// The same for drawing it. While it is being decoded there may be a coarse picture of it: then the view
+    /// goes on waiting for the frame.
+    struct Sight {
+        FrameStore::Decoded frame;
+        std::shared_ptr<const CoarsePicture> coarse;
+    };
+    Sight glance(const void* view, Asker asker, const std::shared_ptr<const ImageFile>& file, int index);
+    /// The frame that a view waits for, if it has come.
+    FrameStore::Decoded arrived(const void* view, Asker asker, const std::shared_ptr<const ImageFile>& file,
+                                int index) {
+        return frames_->want({view, asker, file, index});
+    }
     /// The view waits for no frame any more.
     void forget(const void* view) { frames_->forget(view); }
 

@@ -33,7 +33,7 @@ void LookAhead::startThreads() {
     if (!threads_.empty() || stopping_) return;
     threads_.emplace_back([this] { readLoop(); });
     // One processor is left to the window: two decoders on two made the first pass faster and later ones
-    // slower.
+    // slower. Where decoding is most of the work, the other decoder helps.
     const unsigned decoders = std::clamp(std::thread::hardware_concurrency(), 2U, 5U) - 1;
     for (unsigned i = 0; i < decoders; ++i) startDecoder(Decodes::AlsoAhead);
     startDecoder(Decodes::WhatIsWanted);
@@ -51,12 +51,12 @@ void LookAhead::send(const std::shared_ptr<Errand>& errand, Asker asker) {
     if (readerIdles_) wakeReader_.notify_one();
 }
 
-void LookAhead::wake() {
+void LookAhead::wake(Decoders decoders) {
     const std::lock_guard lock(mutex_);
     startThreads();
-    // All may be at frames that nobody waits for any more.
     const bool allBusy = busyWithWanted_ == decodersOfWanted_;
-    if (allBusy && decodersOfWanted_ < mostDecodersOfWanted && !stopping_)
+    if (decoders == Decoders::AsManyAsNeeded && allBusy && decodersOfWanted_ < mostDecodersOfWanted &&
+        !stopping_)
         startDecoder(Decodes::WhatIsWanted);
     readSomething();
     if (readerIdles_) wakeReader_.notify_one();
@@ -166,12 +166,21 @@ void LookAhead::decodeLoop(Decodes what) {
         auto next = plan_.next();
         if (!alsoAhead) ++busyWithWanted_;
         lock.unlock();
-        const bool decoded =
-            store_.decodeWanted() || (alsoAhead && store_.decodeNextDue(run.get(), next.get()));
+        const auto ahead = [&](const auto& file) {
+            const bool helps = file && (alsoAhead || file->decodingWork() == DecodingWork::Much);
+            return helps ? file.get() : nullptr;
+        };
+        const bool wanted = store_.decodeWanted();
+        const bool decoded = wanted || store_.decodeNextDue(ahead(run), ahead(next));
         run.reset();
         next.reset();
         lock.lock();
         if (!alsoAhead) --busyWithWanted_;
+        if (wanted && !alsoAhead) {
+            // What takes all processors has had to wait for it.
+            ++read_;
+            wakeDecoders_.notify_one();
+        }
         if (!decoded && seen == read_ && !stopping_) (alsoAhead ? wakeDecoders_ : wakeForWanted_).wait(lock);
     }
 }

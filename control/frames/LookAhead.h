@@ -33,8 +33,10 @@ class LookAhead {
     /// Runs an errand as soon as the disc is free, in the reader's thread; never when everybody has let it go
     /// by then.
     void send(const std::shared_ptr<Errand>& errand, Asker asker);
-    /// The store has a new wish.
-    void wake();
+    /// The store has a new wish. When all decoders are at frames that nobody waits for any more, there may be
+    /// need of another.
+    enum class Decoders { AsThereAre, AsManyAsNeeded };
+    void wake(Decoders decoders = Decoders::AsManyAsNeeded);
 
     /// A view shows this frame of a file and moves in a direction, at the end into the file `next` ("" into
     /// none). Cheap: to be told with every frame.

@@ -18,8 +18,8 @@ LoadedPicture::~LoadedPicture() { library_.forget(this); }
 LoadedPicture::Loaded LoadedPicture::load(const QString& path) {
     // The old file is held until the new one is asked for: it may be the same.
     auto opening = path.isEmpty() ? nullptr : library_.request(path, asker_);
-    const bool isFresh =
-        currentFrame_ == 1 && polarity == 1 && !choice_.isMade() && decoded_ && decoded_->ok();
+    const bool isSeen = coarse_ || (decoded_ && decoded_->ok());
+    const bool isFresh = currentFrame_ == 1 && polarity == 1 && !choice_.isMade() && isSeen;
     const bool isSame = opening && opening->isDone() && opening->outcome().ok() && file_ &&
                         opening->outcome().value() == file_ && path == path_;
     if (isSame && isFresh) return Loaded::AsItWas;
@@ -51,6 +51,7 @@ void LoadedPicture::take(const Opening::Outcome& outcome) {
     ++fileRevision_;
     ++frameRevision_;
     decoded_.reset();
+    coarse_.reset();
     fileWindow_.reset();
     fileFault_.reset();
     if (!outcome) {
@@ -67,29 +68,51 @@ bool LoadedPicture::show(int frame) {
     currentFrame_ = frame;
     ++frameRevision_;
     decoded_.reset();
+    coarse_.reset();
     if (file_->dicom().hasGreyRulesByFrame()) fileWindow_.reset();
     return true;
 }
 
 const dicom::Frame* LoadedPicture::frame() const {
     fetch(Patience::Glance);
+    if (coarse_) return &coarse_->frame;
     return decoded_ && decoded_->ok() ? &decoded_->value() : nullptr;
 }
 
 void LoadedPicture::fetch(Patience patience) const {
-    if (frameCount() == 0 || decoded_) return;
-    if (lacksRange()) {
+    if (frameCount() == 0 || decoded_ || coarse_) return;
+    if (lacksRange() && currentFrame_ > 1) {
         const auto first = library_.frame(this, asker_, file_, 0, patience);
         if (!first) return;
         file_->noteFirstFrame(*first);
     }
-    decoded_ = library_.frame(this, asker_, file_, currentFrame_ - 1, patience);
+    if (patience == Patience::Answer)
+        return take(library_.frame(this, asker_, file_, currentFrame_ - 1, patience));
+    auto sight = library_.glance(this, asker_, file_, currentFrame_ - 1);
+    coarse_ = std::move(sight.coarse);
+    take(std::move(sight.frame));
+}
+
+void LoadedPicture::take(FrameStore::Decoded frame) const {
+    if (!frame) return;
+    decoded_ = std::move(frame);
+    if (currentFrame_ == 1 && lacksRange()) file_->noteFirstFrame(*decoded_);
+    if (!coarse_) return;
+    coarse_.reset();
+    ++frameRevision_;
+}
+
+bool LoadedPicture::refine() {
+    if (coarse_) take(library_.arrived(this, asker_, file_, currentFrame_ - 1));
+    return decoded_ != nullptr;
 }
 
 bool LoadedPicture::isAwaited() const { return isOpening() || (frameCount() > 0 && !frame() && !decoded_); }
 
 void LoadedPicture::await() {
     settle(Patience::Answer);
+    // What has been read is decoded for certain, and that is waited for.
+    if (coarse_) take(file_->frame(currentFrame_ - 1));
     fetch(Patience::Answer);
 }
 
@@ -120,6 +143,7 @@ bool LoadedPicture::lacksRange() const {
 }
 
 ValueRange LoadedPicture::firstFrameRange() const {
+    if (!file_->firstFrameRange() && coarse_) file_->noteFirstFrame(*file_->frame(0));
     if (!file_->firstFrameRange()) {
         // A wish of its own: the view may be waiting for the frame shown.
         const void* const question = &fileWindow_;
@@ -156,6 +180,13 @@ WindowInForce LoadedPicture::window() const {
     lastWindow_ = choice_.over(fileWindow());
     lastWindow_.byTable = lastWindow_.byTable && frameCount() > 0;
     return lastWindow_;
+}
+
+WindowInForce LoadedPicture::drawnWindow() const {
+    if (!coarse_ || !lacksRange()) return window();
+    const auto grey = file_->dicom().greyTransform(currentFrame_ - 1);
+    const auto values = modalityRange(grey, storedRange(coarse_->frame, grey.padding));
+    return choice_.over(windowOver(values, file_->dicom().pixelFormat().sampleKind));
 }
 
 void LoadedPicture::putWindowCenter(double center) {

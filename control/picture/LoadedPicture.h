@@ -44,25 +44,34 @@ class LoadedPicture {
     bool show(int frame);
 
     /// The frame shown; null when there is no picture, this frame cannot be shown or the disc has not given
-    /// it yet.
+    /// it yet. While it is being decoded these may be the samples of a coarse picture of it.
     const dicom::Frame* frame() const;
+    /// The coarse picture that stands for the frame, null when frame() is the frame itself.
+    const dicom::CoarseFrame* coarse() const { return coarse_.get(); }
+    /// Puts the frame itself in place of its coarse picture. Answers whether it has come.
+    bool refine();
     /// What lies over that frame, null for nothing.
-    const CoverPlane* cover() const { return decoded_ ? decoded_->cover.get() : nullptr; }
+    const CoverPlane* cover() const {
+        return coarse_ ? coarse_->cover.get() : decoded_ ? decoded_->cover.get() : nullptr;
+    }
     /// Whether there will be a frame, but the disc has not given it yet. Looks at the frame.
     bool isAwaited() const;
-    /// Waits for the frame shown as long as a command may.
+    /// Waits for the frame shown, itself, as long as a command may.
     void await();
     /// Why nothing can be shown: of the file, or of this frame. Empty when there is a picture or nothing is
     /// loaded.
     std::optional<dicom::DecodeError> fault() const;
     bool isColor() const;
-    /// Grows whenever a file is loaded, or a frame is shown.
+    /// Grows whenever a file is loaded; a frame is shown, or takes the place of its coarse picture.
     std::uint64_t fileRevision() const { return fileRevision_; }
     std::uint64_t frameRevision() const { return frameRevision_; }
 
     /// The window in force. Colour has a fixed one; without a picture it is the one that was last in force or
     /// put.
     WindowInForce window() const;
+    /// The window that the picture is drawn with. Of a coarse picture, where the file does not tell one and
+    /// it depends on the frame's values, it is near the one in force.
+    WindowInForce drawnWindow() const;
     void putWindowCenter(double center);
     void putWindowWidth(double width);
     const WindowChoice& windowChoice() const { return choice_; }
@@ -77,6 +86,7 @@ class LoadedPicture {
     WindowInForce fileWindow() const;
     bool lacksRange() const;
     void fetch(Patience patience) const;
+    void take(FrameStore::Decoded frame) const;
     ValueRange firstFrameRange() const;
     void take(const Opening::Outcome& outcome);
 
@@ -88,10 +98,11 @@ class LoadedPicture {
     std::optional<dicom::DecodeError> fileFault_;
     int currentFrame_ = 1;
     std::uint64_t fileRevision_ = 0;
-    std::uint64_t frameRevision_ = 0;
+    mutable std::uint64_t frameRevision_ = 0;
     WindowChoice choice_;
     mutable FrameStore::Decoded decoded_;  ///< of currentFrame_, null before it was asked for or has come
-    mutable std::optional<WindowInForce> fileWindow_;  ///< of currentFrame_, likewise
+    mutable std::shared_ptr<const CoarsePicture> coarse_;  ///< of it, until it has come
+    mutable std::optional<WindowInForce> fileWindow_;      ///< of currentFrame_, likewise
     mutable WindowInForce lastWindow_{false, {127.5, 255, dicom::Window::Function::Linear}};
 };
 

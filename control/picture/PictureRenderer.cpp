@@ -1,6 +1,7 @@
 #include "control/picture/PictureRenderer.h"
 
 #include "control/picture/DirectTarget.h"
+#include "control/pipeline/CoarseRows.h"
 
 #include <utility>
 
@@ -29,12 +30,18 @@ QSize PictureRenderer::squareSize() const {
 
 const DisplayRule& PictureRenderer::rule(const dicom::Frame& frame) {
     if (std::exchange(tablesFile_, picture_.fileRevision()) != picture_.fileRevision()) tables_.clear();
-    return tables_.ruleFor(picture_.file()->dicom(), picture_.currentFrame() - 1, frame, picture_.window(),
-                           polarity());
+    return tables_.ruleFor(picture_.file()->dicom(), picture_.currentFrame() - 1, frame,
+                           picture_.drawnWindow(), polarity());
 }
 
 void PictureRenderer::drawInto(const PixelTarget& target, const dicom::Frame& frame, const ScalePlan& plan) {
-    scaler_.draw(FrameRows(frame, rule(frame), picture_.cover()), plan.columns, plan.rows, target);
+    const DisplayRule& shown = rule(frame);
+    if (const auto* coarse = picture_.coarse()) {
+        const QSize size = sourceSize();
+        const CoarseRows rows(*coarse, size.height(), size.width(), shown, picture_.cover());
+        return scaler_.draw(rows, plan.columns, plan.rows, target);
+    }
+    scaler_.draw(FrameRows(frame, shown, picture_.cover()), plan.columns, plan.rows, target);
 }
 
 void PictureRenderer::drawInto(QImage& into, const dicom::Frame& frame, const ScalePlan& plan) {
@@ -43,9 +50,15 @@ void PictureRenderer::drawInto(QImage& into, const dicom::Frame& frame, const Sc
     drawInto({into.bits(), into.bytesPerLine(), format}, frame, plan);
 }
 
-const ScalePlan& PictureRenderer::planFor(const dicom::Frame& frame, const Placement& placement,
-                                          const QRect& part, Smoothing smoothing) {
-    const QSize source(frame.columns, frame.rows);
+/// Of the frame itself, of which there may be a coarse picture only.
+QSize PictureRenderer::sourceSize() const {
+    const auto& format = picture_.file()->dicom().pixelFormat();
+    return {format.columns, format.rows};
+}
+
+const ScalePlan& PictureRenderer::planFor(const Placement& placement, const QRect& part,
+                                          Smoothing smoothing) {
+    const QSize source = sourceSize();
     const QRect wanted = part.translated(-placement.picture.topLeft());
     if (!plan_ || !plan_->isFor(source, placement.picture.size(), wanted, smoothing)) {
         plan_.emplace(source, placement.picture.size(), wanted, smoothing);
@@ -62,26 +75,26 @@ bool PictureRenderer::paintDirectly(const QPainter& painter, double pixelRatio, 
     const QRect pixels = QRect(corner, visible.size()).intersected(target->clip());
     if (pixels.isEmpty()) return true;
     const QRect part = pixels.translated(visible.topLeft() - corner);
-    drawInto(target->at(pixels.topLeft()), frame, planFor(frame, placement, part, smoothing));
+    drawInto(target->at(pixels.topLeft()), frame, planFor(placement, part, smoothing));
     return true;
 }
 
 void PictureRenderer::keep(const dicom::Frame& frame, const Placement& placement, Smoothing smoothing) {
     const QRect visible = placement.visible();
     if (image_.size() != visible.size()) image_ = QImage(visible.size(), QImage::Format_RGB32);
-    if (!image_.isNull()) drawInto(image_, frame, planFor(frame, placement, visible, smoothing));
+    if (!image_.isNull()) drawInto(image_, frame, planFor(placement, visible, smoothing));
 }
 
 QImage PictureRenderer::smallPicture(const dicom::Frame& frame, const Placement& placement,
                                      Smoothing smoothing) {
-    const SmallPicture wanted{picture_.currentFrame(), picture_.window(),   polarity(),
-                              placement.picture,       placement.visible(), smoothing};
+    const SmallPicture wanted{picture_.currentFrame(), picture_.drawnWindow(), polarity(),
+                              placement.picture,       placement.visible(),    smoothing};
     QImage image = picture_.file()->smallPicture(wanted);
     if (!image.isNull()) return image;
     image = QImage(wanted.visible.size(), QImage::Format_RGB32);
     if (image.isNull()) return image;
-    drawInto(image, frame, planFor(frame, placement, wanted.visible, smoothing));
-    picture_.file()->keep(wanted, image);
+    drawInto(image, frame, planFor(placement, wanted.visible, smoothing));
+    if (!picture_.coarse()) picture_.file()->keep(wanted, image);
     return image;
 }
 
@@ -122,7 +135,7 @@ QImage PictureRenderer::part(const Placement& placement, const QRect& wanted, Sm
     const QRect inside = wanted.intersected(placement.picture);
     if (!frame || inside.isEmpty()) return {};
     QImage into(inside.size(), QImage::Format_RGB32);
-    const ScalePlan plan({frame->columns, frame->rows}, placement.picture.size(),
+    const ScalePlan plan(sourceSize(), placement.picture.size(),
                          inside.translated(-placement.picture.topLeft()), smoothing);
     if (!into.isNull()) drawInto(into, *frame, plan);
     return into;
@@ -130,12 +143,12 @@ QImage PictureRenderer::part(const Placement& placement, const QRect& wanted, Sm
 
 QImage PictureRenderer::wholePicture() {
     const dicom::Frame* frame = picture_.frame();
-    if (!frame) return {};
+    if (!frame || picture_.coarse()) return {};
     const QSize size = squareSize();
     if (qint64{size.width()} * size.height() > mostPixels) return {};
     const bool grey = frame->samplesPerPixel == 1 && !rule(*frame).palette;
     QImage into(size, grey ? QImage::Format_Grayscale8 : QImage::Format_RGB32);
-    const ScalePlan plan({frame->columns, frame->rows}, size, QRect(QPoint(0, 0), size), Smoothing::Smooth);
+    const ScalePlan plan(sourceSize(), size, QRect(QPoint(0, 0), size), Smoothing::Smooth);
     if (!into.isNull()) drawInto(into, *frame, plan);
     return into;
 }

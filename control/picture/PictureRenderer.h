@@ -48,8 +48,8 @@ class PictureRenderer {
 
     Polarity polarity() const { return picture_.polarity < 0 ? Polarity::Inverted : Polarity::Normal; }
     const DisplayRule& rule(const dicom::Frame& frame);
-    const ScalePlan& planFor(const dicom::Frame& frame, const Placement& placement, const QRect& part,
-                             Smoothing smoothing);
+    const ScalePlan& planFor(const Placement& placement, const QRect& part, Smoothing smoothing);
+    QSize sourceSize() const;
     void drawInto(const PixelTarget& target, const dicom::Frame& frame, const ScalePlan& plan);
     void drawInto(QImage& into, const dicom::Frame& frame, const ScalePlan& plan);
     bool paintDirectly(const QPainter& painter, double pixelRatio, const dicom::Frame& frame,

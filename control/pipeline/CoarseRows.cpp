@@ -25,8 +25,7 @@ void CoarseRows::read(int y, int from, int to, const Channels& into) const {
     for (std::size_t c = 0; c < static_cast<std::size_t>(channels()); ++c) {
         const std::uint16_t* const lines[] = {first.channels[c].data(), second.channels[c].data()};
         kernels_.mix(lines, weights, 2, into[c], to - from);
-        if (cover_)
-            kernels_.cover(cover_->keepRow(y) + from, cover_->paintRow(y) + from, into[c], to - from);
+        if (cover_) kernels_.cover(cover_->keepRow(y) + from, cover_->paintRow(y) + from, into[c], to - from);
     }
 }
 
@@ -37,7 +36,8 @@ const CoarseRows::Line& CoarseRows::line(int row, int from, int to) const {
     line.from = from;
     line.to = to;
     const int last = samples_.columns() - 1;
-    const int begin = std::min(from >> halvings_, last), end = std::min(((to - 1) >> halvings_) + 2, last + 1);
+    const int begin = std::min(from >> halvings_, last),
+              end = std::min(((to - 1) >> halvings_) + 2, last + 1);
     for (std::size_t c = 0; c < static_cast<std::size_t>(channels()); ++c) {
         read_[c].resize(static_cast<std::size_t>(end - begin));
         line.channels[c].resize(static_cast<std::size_t>(to - from + RowKernels::slack));

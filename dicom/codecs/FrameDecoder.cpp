@@ -109,6 +109,8 @@ Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& f
     }
 }
 
+bool isDecodedOnAllProcessors(const PixelFormat& format) { return isLargeJpeg2000(format); }
+
 std::optional<CoarseFrame> decodeCoarseFrame(std::span<const std::byte> bytes, const PixelFormat& format,
                                              int leastSide) {
     try {

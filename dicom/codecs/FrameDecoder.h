@@ -36,6 +36,9 @@ Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& f
                           Compression compression, bool bigEndian = false, int firstBit = 0,
                           CellBits wanted = CellBits::OfValues);
 
+/// Whether JPEG 2000 frames of this format are decoded by all processors together.
+bool isDecodedOnAllProcessors(const PixelFormat& format);
+
 /// A coarse picture of a frame whose code stream holds one (JPEG 2000): the smallest whose shorter side has
 /// `leastSide` pixels or more. Empty where there is none, and for damaged streams. Like decodeFrame safe to
 /// call with any bytes.

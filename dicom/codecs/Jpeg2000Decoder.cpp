@@ -115,12 +115,10 @@ bool isUsable(const opj_image_comp_t& component, const opj_image_comp_t& first, 
     return whole || component.dx > 1 || component.dy > 1;
 }
 
-/// Large pictures are waited for: all processors work on one. Of smaller ones, which come in runs, each is
-/// decoded by one thread, and several at a time.
 int threadsFor(const PixelFormat& format) {
-    constexpr std::int64_t large = std::int64_t{4} << 20;
-    if (std::int64_t{format.rows} * format.columns < large) return 1;
-    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, 8);
+    constexpr int most = 8;
+    if (!isLargeJpeg2000(format)) return 1;
+    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, most);
 }
 
 /// A picture as the library holds it, at its size divided by two so many times.
@@ -225,6 +223,11 @@ bool isJpeg2000(std::span<const std::uint8_t> bytes) {
         return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
     };
     return startsWith(codeStream) || startsWith(fileFormat);
+}
+
+bool isLargeJpeg2000(const PixelFormat& format) {
+    constexpr std::int64_t pixels = std::int64_t{4} << 20;
+    return std::int64_t{format.rows} * format.columns >= pixels;
 }
 
 Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format) {

@@ -18,6 +18,10 @@ bool isJpeg2000(std::span<const std::uint8_t> bytes);
 /// not.
 Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format);
 
+/// Large pictures are waited for: all processors work on one. Of smaller ones, which come in runs, each is
+/// decoded by one thread, and several may be at a time.
+bool isLargeJpeg2000(const PixelFormat& format);
+
 /// Decodes the wavelet's lower levels only: the smallest picture whose shorter side has `leastSide` pixels or
 /// more, or a larger one if the stream has no more levels. Empty when it has none, or when the means of
 /// neighbouring samples would mean nothing. What is damaged may show here or not.

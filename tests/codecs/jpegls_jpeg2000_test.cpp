@@ -148,8 +148,8 @@ TEST(Jpeg2000, SubsampledComponentsAreSpread) {
     EXPECT_EQ(samplesOf(decoded(stream, colourFormat(15, 15), Compression::Jpeg2000)), wide(samples));
 }
 
-// On a slope the lower levels of a wavelet hold the samples themselves, every other one of every other row: so
-// a coarse picture is right in its values and in its place.
+// On a slope the lower levels of a wavelet hold the samples themselves, every other one of every other row:
+// so a coarse picture is right in its values and in its place.
 TEST(Jpeg2000, CoarsePicturesAreThePictureFromFurtherOff) {
     struct Case {
         const char* what;
@@ -199,7 +199,9 @@ TEST(Jpeg2000, CoarsePicturesAreThePictureFromFurtherOff) {
             const auto pixel = static_cast<int>(i) / c.components;
             const int x = pixel % coarse->frame.columns * step, y = pixel / coarse->frame.columns * step;
             const auto at = static_cast<std::size_t>((y * columns + x) * c.components);
-            ASSERT_NEAR(static_cast<double>(values[i]), samples[at], 2 + top / (c.making.reversible ? 100 : 50)) << x << "," << y;
+            ASSERT_NEAR(static_cast<double>(values[i]), samples[at],
+                        2 + top / (c.making.reversible ? 100 : 50))
+                << x << "," << y;
         }
         stream.resize(stream.size() / 2);
         EXPECT_FALSE(dicom::decodeCoarseFrame(std::as_bytes(std::span(stream)), format, c.leastSide));

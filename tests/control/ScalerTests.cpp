@@ -201,9 +201,8 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
             QRect(QPoint(std::abs(corner.x()), std::abs(corner.y())), QSize(upTo(60), upTo(60)))
                 .intersected(QRect(QPoint(0, 0), scaled));
         DisplayTables tables;
-        const auto pixels =
-            drawn(frame, halvings, size, tables.ruleFor(file, 0, frame, window, polarity), &cover,
-                  ScalePlan(size, scaled, wanted, smoothing));
+        const auto pixels = drawn(frame, halvings, size, tables.ruleFor(file, 0, frame, window, polarity),
+                                  &cover, ScalePlan(size, scaled, wanted, smoothing));
         const bool exact = halvings == 0 && (smoothing == Smoothing::Nearest || same);
         for (int y = 0; y < wanted.height(); ++y) {
             for (int x = 0; x < wanted.width(); ++x) {
@@ -214,8 +213,8 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
                                                         wanted.y() + y, c % plain.channels);
                     const int level = pixel >> (16 - 8 * c) & 255;
                     ASSERT_LE(std::abs(level - expected), exact ? 0 : 1.6)
-                        << size.width() << "x" << size.height() << " / " << step << " to " << scaled.width() << "x"
-                        << scaled.height() << " at " << x << "," << y << " sample type "
+                        << size.width() << "x" << size.height() << " / " << step << " to " << scaled.width()
+                        << "x" << scaled.height() << " at " << x << "," << y << " sample type "
                         << frame.samples.index();
                 }
             }
