@@ -7,6 +7,7 @@
 #include "discmaker/encoding/DicomWriter.h"
 #include "discmaker/encoding/JpegLosslessEncoder.h"
 #include "discmaker/encoding/UidFactory.h"
+#include "tests/codecs/Encoders.h"
 
 #include <fstream>
 #include <string>
@@ -19,6 +20,13 @@ namespace {
 using namespace discmaker;
 using Frames = std::vector<DicomWriter::Bytes>;
 
+DicomWriter::Bytes encoded(const RunDesign& design, const std::vector<std::uint16_t>& samples) {
+    if (design.codec == RunDesign::Codec::JpegLossless)
+        return JpegLosslessEncoder(design.size, design.size, design.bits).encode(samples);
+    return test::jpeg2000Encoded(std::vector<std::int32_t>(samples.begin(), samples.end()), design.size,
+                                 design.size, 1, {.precision = design.bits, .levels = 5});
+}
+
 Frames simulatedRun(const RunDesign& design) {
     Angiogram::Setup setup;
     setup.size = design.size;
@@ -27,17 +35,17 @@ Frames simulatedRun(const RunDesign& design) {
     setup.injection = {0.35, 2.1, 130};
     setup.margins = {0.07, 0.11};
     Angiogram angiogram(setup);
-    const JpegLosslessEncoder encoder(design.size, design.size, design.bits);
     Frames different, run;
     for (int i = 0; i < design.differentFrames; ++i)
-        different.push_back(encoder.encode(angiogram.frame(6 + 2 * i)));
+        different.push_back(encoded(design, angiogram.frame(6 + 2 * i)));
     for (int i = 0; i < design.frames; ++i)
         run.push_back(different[static_cast<std::size_t>(i) % different.size()]);
     return run;
 }
 
 void writeRun(const RunDesign& design, int number, const Frames& frames, const std::filesystem::path& path) {
-    DicomWriter writer("1.2.840.10008.1.2.4.70");
+    const bool isJpeg2000 = design.codec == RunDesign::Codec::Jpeg2000;
+    DicomWriter writer(isJpeg2000 ? "1.2.840.10008.1.2.4.90" : "1.2.840.10008.1.2.4.70");
     const auto name = path.stem().string() + std::to_string(number);
     writer.putText(attribute::specificCharacterSet, "ISO_IR 192");
     writer.putText(attribute::sopClassUid, "1.2.840.10008.5.1.4.1.1.12.1");

@@ -33,6 +33,7 @@ CineRecorder::CineRecorder(QWidget& window, const WindowDriver& driver)
         tick.frame = driver_.currentFrame();
         tick.drawn = drawnFrame_ == tick.frame;
         tick.isPicture = driver_.showsPicture();
+        tick.isCoarse = showsCoarse(driver_.view());
         tick.sample = sampleOfWindow();
         tick.file = driver_.view().property("FileName").toString();
         ticks_.push_back(std::move(tick));

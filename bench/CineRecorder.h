@@ -23,6 +23,7 @@ class CineRecorder : public QObject {
         int frame = 0;
         bool drawn = false;        ///< a paint event of the view came with this frame
         bool isPicture = false;    ///< and no notice
+        bool isCoarse = false;     ///< it stands for one that is being decoded
         std::uint32_t sample = 0;  ///< of what stands in the window
         QString file;
     };

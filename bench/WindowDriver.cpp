@@ -1,5 +1,7 @@
 #include "bench/WindowDriver.h"
 
+#include "control/ezDICOMX.h"
+
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QTreeView>
@@ -24,5 +26,7 @@ void WindowDriver::resizeView(QSize size) const {
     }
     if (view_.size() != size) qFatal("the view does not take this size");
 }
+
+bool showsCoarse(const QWidget& view) { return dynamic_cast<const ezDICOMX&>(view).isCoarse(); }
 
 }  // namespace cinedisc::bench

@@ -34,4 +34,7 @@ class WindowDriver {
     QWidget& view_;
 };
 
+/// Whether a coarse picture stands in a view for one that is being decoded.
+bool showsCoarse(const QWidget& view);
+
 }  // namespace cinedisc::bench

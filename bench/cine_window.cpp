@@ -1,9 +1,10 @@
 // cine_window WHAT DISC [NUMBER]: plays the disc's first run in the program's own main window, its view
 // 1024 by 1024, and prints what was seen, one "key=value" a line. WHAT is one of
 //   play      speed 10 (1 ms): frames a second of the first pass and of the following ones, for NUMBER
-//   seconds pace      the same at 8 ms neighbour continuous through all files: the tick that changes the
-//   file, for NUMBER changes answers   how many ticks label, wheel and click wait while it plays at 1 ms,
-//   tried NUMBER times ticks     NUMBER ticks at 1 ms and no measuring: for counting instructions
+//   seconds pace      the same at 8 ms fifteen   the same at 66 ms neighbour continuous through all files:
+//   the tick that changes the file, for NUMBER changes answers   how many ticks label, wheel and click wait
+//   while it plays at 1 ms, tried NUMBER times still     from the click on the patient to its first picture,
+//   and to the exact one ticks     NUMBER ticks at 1 ms and no measuring: for counting instructions
 #include "app/Form1.h"
 #include "app/Main.h"
 #include "bench/CineRecorder.h"
@@ -17,6 +18,7 @@
 #include <QAbstractSlider>
 #include <QRadioButton>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -52,6 +54,17 @@ void playThroughNeighbours(const bench::WindowDriver& driver, const bench::CineR
     bench::reportNeighbours(recorder.ticks());
 }
 
+void showStill(const bench::WindowDriver& driver, const bench::CineRecorder& recorder, double begun) {
+    recorder.playUntil([&] { return driver.showsPicture() && recorder.firstPictureAt() > 0; });
+    std::printf("first_picture_ms=%.1f\n", recorder.firstPictureAt() - begun);
+    double painted = recorder.firstPictureAt();
+    recorder.playUntil([&] {
+        painted = recorder.now();
+        return !bench::showsCoarse(driver.view());
+    });
+    std::printf("exact_picture_ms=%.1f\n", painted - begun);
+}
+
 void playTicks(const bench::WindowDriver& driver, const bench::CineRecorder& recorder, std::size_t ticks) {
     driver.find<QAbstractSlider>("Slider1")->setValue(10);
     driver.click("cmdPlay");
@@ -67,14 +80,17 @@ int main(int argc, char** argv) {
     bench::startProgram(QString::fromLocal8Bit(argv[2]));
     const bench::WindowDriver driver(*MainForm);
     driver.resizeView({1024, 1024});
-    driver.openPatient(0);
+    const std::string what = argv[1];
     bench::CineRecorder recorder(*MainForm, driver);
+    const double begun = recorder.now();
+    driver.openPatient(0);
+    if (what == "still") showStill(driver, recorder, begun);
     recorder.playUntil([&] { return driver.showsPicture() && recorder.hasPainted(); });
 
-    const std::string what = argv[1];
     const double number = argc > 3 ? std::atof(argv[3]) : 5;
     if (what == "play") play(driver, recorder, 1, number);
     if (what == "pace") play(driver, recorder, 8, number);
+    if (what == "fifteen") play(driver, recorder, 66, number);
     if (what == "neighbour") playThroughNeighbours(driver, recorder, static_cast<int>(number));
     if (what == "answers") bench::reportAnswers(driver, recorder, static_cast<int>(number));
     if (what == "ticks") playTicks(driver, recorder, static_cast<std::size_t>(number));
