@@ -25,7 +25,7 @@ void ezDICOMX::Parts::takeArrival() {
     if (role == ViewRole::Probe || !owner.isVisible()) return;
     if (view.picture.coarse() && view.picture.refine()) {
         describe();
-        owner.update();
+        owner.repaint();
     }
     if (!awaiting) return;
     describe();
