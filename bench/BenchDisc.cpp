@@ -1,7 +1,6 @@
 #include "bench/BenchDisc.h"
 
 #include "bench/Angiogram.h"
-
 #include "discmaker/DiscError.h"
 #include "discmaker/DiscPlanner.h"
 #include "discmaker/DiscWriter.h"

@@ -4,8 +4,8 @@
 
 namespace cinedisc::bench {
 
-/// A disc of one patient whose runs are alike: simulated angiograms as JPEG Lossless, process 14 SV1, or noisy
-/// pictures as lossless JPEG 2000.
+/// A disc of one patient whose runs are alike: simulated angiograms as JPEG Lossless, process 14 SV1, or
+/// noisy pictures as lossless JPEG 2000.
 struct RunDesign {
     enum class Codec { JpegLossless, Jpeg2000 };
     int size = 512;  ///< rows and columns

@@ -9,15 +9,11 @@
 
 namespace cinedisc::bench {
 
-namespace {
-
-double ownTime() {
+double ownMilliseconds() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
 }
-
-}  // namespace
 
 CineRecorder::CineRecorder(QWidget& window, const WindowDriver& driver)
     : window_(window), driver_(driver), timer_(*driver.find<QTimer>("Timer4")) {
@@ -29,7 +25,7 @@ CineRecorder::CineRecorder(QWidget& window, const WindowDriver& driver)
         Tick tick;
         tick.atMilliseconds = now();
         tick.milliseconds = tick.atMilliseconds - begun_;
-        tick.ownMilliseconds = ownTime() - ownBegun_;
+        tick.ownMilliseconds = ownMilliseconds() - ownBegun_;
         tick.frame = driver_.currentFrame();
         tick.drawn = drawnFrame_ == tick.frame;
         tick.isPicture = driver_.showsPicture();
@@ -45,14 +41,17 @@ bool CineRecorder::eventFilter(QObject* watched, QEvent* event) {
     if (watched == &timer_ && event->type() == QEvent::Timer) {
         drawnFrame_ = 0;
         begun_ = now();
-        ownBegun_ = ownTime();
+        ownBegun_ = ownMilliseconds();
     }
     if (watched == &driver_.view() && event->type() == QEvent::Paint) {
         drawnFrame_ = driver_.currentFrame();
         if (firstPicture_ > 0) return false;
         // What has been painted is known afterwards only.
         watched->event(event);
-        if (driver_.showsPicture()) firstPicture_ = now();
+        if (driver_.showsPicture()) {
+            firstPicture_ = now();
+            firstPictureOwn_ = ownMilliseconds();
+        }
         return true;
     }
     return false;

@@ -12,6 +12,9 @@
 
 namespace cinedisc::bench {
 
+/// CPU time that the calling thread has taken.
+double ownMilliseconds();
+
 /// Watches a playing cine from outside: how long each tick of its clock takes until its handlers are done,
 /// the drawing included, and which frame stands in the window then.
 class CineRecorder : public QObject {
@@ -39,6 +42,8 @@ class CineRecorder : public QObject {
     bool hasPainted() const { return drawnFrame_ > 0; }
     /// When a picture was first painted, milliseconds as now(); 0 before.
     double firstPictureAt() const { return firstPicture_; }
+    /// The same as CPU time of the user-interface thread, as ownMilliseconds().
+    double firstPictureOwn() const { return firstPictureOwn_; }
     double now() const { return static_cast<double>(clock_.nsecsElapsed()) / 1e6; }
 
     /// Some of the pixels that stand in the window where the view's middle row is, as one number.
@@ -54,7 +59,7 @@ class CineRecorder : public QObject {
     QElapsedTimer clock_;
     double begun_ = 0, ownBegun_ = 0;
     int drawnFrame_ = 0;
-    double firstPicture_ = 0;
+    double firstPicture_ = 0, firstPictureOwn_ = 0;
     std::vector<Tick> ticks_;
 };
 

@@ -54,9 +54,11 @@ void playThroughNeighbours(const bench::WindowDriver& driver, const bench::CineR
     bench::reportNeighbours(recorder.ticks());
 }
 
-void showStill(const bench::WindowDriver& driver, const bench::CineRecorder& recorder, double begun) {
+void showStill(const bench::WindowDriver& driver, const bench::CineRecorder& recorder, double begun,
+               double ownBegun) {
     recorder.playUntil([&] { return driver.showsPicture() && recorder.firstPictureAt() > 0; });
     std::printf("first_picture_ms=%.1f\n", recorder.firstPictureAt() - begun);
+    std::printf("first_picture_own_ms=%.1f\n", recorder.firstPictureOwn() - ownBegun);
     double painted = recorder.firstPictureAt();
     recorder.playUntil([&] {
         painted = recorder.now();
@@ -82,9 +84,9 @@ int main(int argc, char** argv) {
     driver.resizeView({1024, 1024});
     const std::string what = argv[1];
     bench::CineRecorder recorder(*MainForm, driver);
-    const double begun = recorder.now();
+    const double begun = recorder.now(), ownBegun = bench::ownMilliseconds();
     driver.openPatient(0);
-    if (what == "still") showStill(driver, recorder, begun);
+    if (what == "still") showStill(driver, recorder, begun, ownBegun);
     recorder.playUntil([&] { return driver.showsPicture() && recorder.hasPainted(); });
 
     const double number = argc > 3 ? std::atof(argv[3]) : 5;
