@@ -244,7 +244,7 @@ std::optional<CoarseFrame> decodeCoarseJpeg2000(std::span<const std::uint8_t> by
     const Result<Jpeg2000Header> header = readJpeg2000Header(bytes, format);
     if (halvings == 0 || !header || header.value().grid.left > 0 || header.value().grid.top > 0)
         return std::nullopt;
-    const auto decoded = decodeStream(header.value(), halvings, threadsFor(format));
+    const auto decoded = decodeStream(header.value(), halvings, 1);
     if (!decoded || decoded.value().halvings == 0 || !hasMeans(*decoded.value().image, format))
         return std::nullopt;
 
