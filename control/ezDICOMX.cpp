@@ -159,16 +159,21 @@ void ezDICOMX::putShowHeader(bool on) {
     parts_->refreshHeaderPage();
 }
 
-bool ezDICOMX::CopyToClipboard() { return copyPicture(displayedPicture(parts_->view)); }
+bool ezDICOMX::CopyToClipboard() {
+    parts_->settle(Patience::Answer);
+    return copyPicture(displayedPicture(parts_->view));
+}
 
 bool ezDICOMX::CopyHeaderToClipboard() {
     parts_->settle(Patience::Answer);
-    const auto* file = parts_->view.picture.file();
-    return file && copyText(QString::fromStdString(dicom::headerText(file->dicom())));
+    const auto header = parts_->view.picture.headerText();
+    return header && parts_->view.picture.waitFor(*header, Patience::Answer) &&
+           copyText(QString::fromStdString(header->text()));
 }
 
 void ezDICOMX::putExportFile(const QString& path) {
     parts_->plain.exportFile = path;
+    parts_->settle(Patience::Answer);
     const auto otherwise = parts_->plain.exportFormat == "BMP" ? PictureFormat::Bmp : PictureFormat::Jpeg;
     exportPicture(displayedPicture(parts_->view), path, formatFor(path, otherwise));
 }
