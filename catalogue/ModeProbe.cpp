@@ -12,7 +12,8 @@ void ModeProbe::chkImage() {
 
 void ModeProbe::probeFirstFile() {
     disc_.ezTest.putFileName(form_.File1.fullPath(0));
-    const bool stills = disc_.ezTest.FrameCount() <= 1;
+    // A disc that gives no answer does not make stills of a cine, whose panel shows single frames too.
+    const bool stills = disc_.ezTest.FrameCount() <= 1 && !disc_.ezTest.isReading();
     disc_.position.StillsMode = stills;
     disc_.Frame8.putVisible(stills);
     disc_.Frame9.putVisible(!stills);

@@ -161,6 +161,7 @@ void ezDICOMX::putShowHeader(bool on) {
 }
 
 bool ezDICOMX::CopyToClipboard() {
+    parts_->settle(Patience::Answer);
     // What stands in the view may have been coarse until now.
     update();
     return copyPicture(displayedPicture(parts_->view));
@@ -168,12 +169,14 @@ bool ezDICOMX::CopyToClipboard() {
 
 bool ezDICOMX::CopyHeaderToClipboard() {
     parts_->settle(Patience::Answer);
-    const auto* file = parts_->view.picture.file();
-    return file && copyText(QString::fromStdString(dicom::headerText(file->dicom())));
+    const auto header = parts_->view.picture.headerText();
+    return header && parts_->view.picture.waitFor(*header, Patience::Answer) &&
+           copyText(QString::fromStdString(header->text()));
 }
 
 void ezDICOMX::putExportFile(const QString& path) {
     parts_->plain.exportFile = path;
+    parts_->settle(Patience::Answer);
     update();
     const auto otherwise = parts_->plain.exportFormat == "BMP" ? PictureFormat::Bmp : PictureFormat::Jpeg;
     exportPicture(displayedPicture(parts_->view), path, formatFor(path, otherwise));

@@ -112,7 +112,7 @@ class ezDICOMX : public QWidget, public ViewerControl {
     void putTag(const QString& tag) override;
 
     /// The disc has not given the frame shown yet. Stepping on would only leave pictures out.
-    bool isReading() const;
+    bool isReading() const override;
     /// A coarse picture stands for the frame shown, which is being decoded.
     bool isCoarse() const;
     /// Who is asked which file is likely to be shown after `path`, "" for none: it is read ahead.

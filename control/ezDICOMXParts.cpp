@@ -2,6 +2,8 @@
 
 #include "dicom/DicomFile.h"
 
+#include <utility>
+
 namespace cinedisc {
 
 namespace {
@@ -22,6 +24,7 @@ void ezDICOMX::Parts::settle(Patience patience) {
 
 void ezDICOMX::Parts::takeArrival() {
     settle(Patience::Glance);
+    fillHeaderPage();
     if (role == ViewRole::Probe || !owner.isVisible()) return;
     if (view.picture.coarse() && view.picture.refine()) {
         describe();
@@ -91,11 +94,18 @@ void ezDICOMX::Parts::refreshHeaderPage() {
     if (!headerPage) headerPage = new HeaderPage(owner);
     if (headerPageOf != view.picture.fileRevision()) {
         headerPageOf = view.picture.fileRevision();
-        headerPage->setPlainText(QString::fromStdString(dicom::headerText(view.picture.file()->dicom())));
+        headerText = view.picture.headerText();
+        headerPage->setPlainText(Notice::ofReading().heading);
+        fillHeaderPage();
     }
     headerPage->setGeometry(content());
     headerPage->show();
     headerPage->raise();
+}
+
+void ezDICOMX::Parts::fillHeaderPage() {
+    if (!headerText || !view.picture.waitFor(*headerText, Patience::Glance)) return;
+    headerPage->setPlainText(QString::fromStdString(std::exchange(headerText, nullptr)->text()));
 }
 
 void ezDICOMX::Parts::chooseTool() {

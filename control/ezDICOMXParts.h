@@ -35,6 +35,7 @@ struct ezDICOMX::Parts {
     /// Has what may follow read ahead; done when the frame shown has been drawn.
     void lookAhead();
     void refreshHeaderPage();
+    void fillHeaderPage();
     void chooseTool();
 
     ezDICOMX& owner;
@@ -42,8 +43,9 @@ struct ezDICOMX::Parts {
     ViewState view;
     MouseTools tools;
     ViewPainter painter;
-    HeaderPage* headerPage = nullptr;  ///< a child, made when first shown
-    std::uint64_t headerPageOf = 0;    ///< the file whose header it holds
+    HeaderPage* headerPage = nullptr;        ///< a child, made when first shown
+    std::uint64_t headerPageOf = 0;          ///< the file whose header it holds
+    std::shared_ptr<HeaderText> headerText;  ///< while it is awaited
     PlainMembers plain;
     Neighbour neighbour;
     PlayDirection direction = PlayDirection::Forward;

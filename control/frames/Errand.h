@@ -1,7 +1,10 @@
 #pragma once
 
+#include "control/frames/FrameSteps.h"
+
 #include <chrono>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 
 namespace cinedisc {
@@ -18,11 +21,13 @@ class Errand {
     bool isDone() const;
     /// False when it was not done by the deadline.
     bool waitUntil(Clock::time_point deadline) const;
+    /// Once it is done: a run whose first frame will be looked at, null for none.
+    virtual std::shared_ptr<const FrameSteps> toBeLookedAt() const { return nullptr; }
 
   protected:
     virtual void work() = 0;
-    /// What the reader does next, when nobody waits for this any more.
-    virtual void afterwards() {}
+    /// Tells those who did not wait for it.
+    virtual void tell() {}
 
   private:
     mutable std::mutex mutex_;

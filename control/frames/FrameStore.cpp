@@ -206,6 +206,7 @@ void FrameStore::letGoOfFrame(Entries::iterator entry) {
     if (--decodedOf_[entry->first.run] == 0) decodedOf_.erase(entry->first.run);
     if (!held.bytes) {
         entries_.erase(entry);
+        ++letGoCount_;
         return;
     }
     held.frame.reset();
@@ -239,7 +240,7 @@ bool FrameStore::decodeNextDue(const FrameSteps* run, const FrameSteps* next) {
     for (const FrameKey& key : read_) {
         if ((key.run != run && key.run != next) || !mayBegin(*key.run)) continue;
         const int steps = order_.stepsTo(key);
-        if (steps >= soonest) continue;
+        if (steps >= soonest || (key.run == order_.run && steps > order_.window)) continue;
         soonest = steps;
         due = &key;
     }
@@ -280,6 +281,7 @@ void FrameStore::makeRoom() {
             read_.erase(least->first);
             letGoOfBytes(least->second);
             entries_.erase(least);
+            ++letGoCount_;
         }
     }
 }

@@ -3,6 +3,7 @@
 #include "control/frames/FrameWishes.h"
 #include "control/frames/PlayOrder.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
@@ -72,6 +73,8 @@ class FrameStore {
 
     /// What is played, for the choice of what to keep.
     void follow(const PlayOrder& order);
+    /// Grows whenever frames are let go of: they are missing again.
+    unsigned letGoCount() const { return letGoCount_; }
     /// Whether compressed frames of the run that is played still find room.
     bool hasRoomForBytes() const;
     /// Lets go of all frames of a run. None of them may be in use by a thread.
@@ -112,6 +115,7 @@ class FrameStore {
     Entries entries_;
     std::set<FrameKey> read_;   ///< entries at that stage
     std::list<FrameKey> uses_;  ///< decoded ones, used longest ago first
+    std::atomic<unsigned> letGoCount_ = 0;
     std::size_t frameBytes_ = 0;
     std::size_t compressedBytes_ = 0;
     std::size_t playedFrameBytes_ = 0;                    ///< of one decoded frame of the run that is played

@@ -96,9 +96,18 @@ ImageLibrary::Sight ImageLibrary::glance(const void* view, Asker asker,
     return {frame(view, asker, file, index, Patience::Glance), nullptr};
 }
 
-bool ImageLibrary::waitFor(const Opening& opening, Patience patience) {
-    if (opening.isDone()) return true;
-    const bool done = opening.waitUntil(Errand::Clock::now() + limit(patience));
+std::shared_ptr<HeaderText> ImageLibrary::headerText(std::shared_ptr<const ImageFile> file) {
+    auto text = std::make_shared<HeaderText>(std::move(file), [this] { arrivals_.tell(); });
+    if (ahead_)
+        ahead_->send(text, Asker::MainView);
+    else
+        text->run();
+    return text;
+}
+
+bool ImageLibrary::waitFor(const Errand& errand, Patience patience) {
+    if (errand.isDone()) return true;
+    const bool done = errand.waitUntil(Errand::Clock::now() + limit(patience));
     note(patience, !done);
     return done;
 }
@@ -148,17 +157,6 @@ std::shared_ptr<const ImageFile> ImageLibrary::stillOpen(const QString& path) {
     return identity ? openedAs(path, *identity) : nullptr;
 }
 
-std::shared_ptr<Opening> ImageLibrary::opening(const QString& path, Asker asker) {
-    return std::make_shared<Opening>(
-        [this, path] { return open(path); },
-        [this, asker](const Opening::Outcome& outcome) {
-            arrivals_.tell();
-            // A view looks at the first frame, which stands behind the header.
-            if (asker == Asker::Probe || !outcome || outcome.value()->dicom().frameCount() == 0) return;
-            frames_->read({outcome.value().get(), 0});
-        });
-}
-
 std::shared_ptr<Opening> ImageLibrary::request(const QString& path, Asker asker) {
     if (!ahead_) return doneWith(open(path));
     if (auto file = stillOpen(path)) {
@@ -168,7 +166,9 @@ std::shared_ptr<Opening> ImageLibrary::request(const QString& path, Asker asker)
     std::erase_if(openings_, [](const auto& entry) { return entry.second.expired(); });
     auto& known = openings_[path];
     auto wanted = known.lock();
-    if (!wanted || wanted->isDone()) known = wanted = opening(path, asker);
+    if (!wanted || wanted->isDone())
+        known = wanted = std::make_shared<Opening>([this, path] { return open(path); },
+                                                   [this] { arrivals_.tell(); }, asker);
     ahead_->send(wanted, asker);
     return wanted;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control/frames/FrameArrivals.h"
+#include "control/frames/HeaderText.h"
 #include "control/frames/ImageFile.h"
 #include "control/frames/Opening.h"
 
@@ -53,8 +54,10 @@ class ImageLibrary {
     /// The same without waiting, but a glance for a file that is open already. `arrivals` tells when it is
     /// done. Nothing is opened that nobody holds any more when its turn comes.
     std::shared_ptr<Opening> request(const QString& path, Asker asker);
+    /// The header of an open file as text; likewise.
+    std::shared_ptr<HeaderText> headerText(std::shared_ptr<const ImageFile> file);
     /// Whether it is done by then.
-    bool waitFor(const Opening& opening, Patience patience);
+    bool waitFor(const Errand& errand, Patience patience);
 
     /// A frame of an open file, counted from 0, for a view; null when the disc is slow to give it: then
     /// `arrivals` tells. A view waits for one frame at a time.
@@ -84,7 +87,6 @@ class ImageLibrary {
   private:
     std::shared_ptr<const ImageFile> openedAs(const QString& path, const FileStamp& identity);
     std::shared_ptr<const ImageFile> stillOpen(const QString& path);
-    std::shared_ptr<Opening> opening(const QString& path, Asker asker);
     std::chrono::milliseconds limit(Patience patience) const;
     void note(Patience patience, bool waitedInVain);
 

@@ -102,6 +102,8 @@ std::optional<LookAhead::Job> LookAhead::nextJob() {
     const auto preview = std::ranges::find_if(wishes, isPreview);
     const bool isMainFirst = !wishes.empty() && !isPreview(wishes.front());
     if (isMainFirst && wishes.front().run.get() != servedRun_) return jobFor(wishes.front());
+    if (auto run = std::exchange(opened_, {}).lock(); run && store_.isMissing({run.get(), 0}))
+        return Job{nullptr, std::move(run), 0};
     if (preview != wishes.end()) return jobFor(*preview);
     if (auto errand = nextErrand(true)) return Job{std::move(errand), nullptr, 0};
     if (isMainFirst) return jobFor(wishes.front());
@@ -120,7 +122,7 @@ void LookAhead::run(const Job& job, Lock& lock) {
         lock.unlock();
         job.errand->run();
         lock.lock();
-        readSomething();
+        if (auto run = job.errand->toBeLookedAt()) opened_ = run;
     } else if (!job.run) {
         const QString path = plan_.beginOpeningNext();
         lock.unlock();

@@ -79,7 +79,8 @@ class LookAhead {
     unsigned read_ = 0;  ///< grows whenever there may be something to decode
     int decodersOfWanted_ = 0, busyWithWanted_ = 0;
     std::deque<std::pair<Asker, std::weak_ptr<Errand>>> errands_;
-    const FrameSteps* servedRun_ = nullptr;  ///< of the main view's last frame, while previews wait
+    std::weak_ptr<const FrameSteps> opened_;  ///< its first frame stands behind what was read last
+    const FrameSteps* servedRun_ = nullptr;   ///< of the main view's last frame, while previews wait
     ReadingPlan plan_;
     std::atomic<unsigned> served_ = 0;
     std::vector<std::thread> threads_;

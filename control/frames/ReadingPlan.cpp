@@ -31,12 +31,11 @@ bool ReadingPlan::follow(const std::shared_ptr<const ImageFile>& file, int frame
         order_.next = nullptr;
         isNextTried_ = false;
     }
-    if (!isSame) nextCovered_ = 0;
     const bool isStep = isSame && frame == order_.ahead(1);
     if (isStep) {
         covered_ = std::max(0, covered_ - 1);
     } else {
-        covered_ = 0;
+        covered_ = nextCovered_ = 0;
         burstEnd_ = -1;
     }
     order_.direction = direction;
@@ -96,8 +95,15 @@ int ReadingPlan::onTheWayTo(const FrameKey& wanted) {
     return frame;
 }
 
+/// Frames that were there may have been let go of.
+void ReadingPlan::forgetWhatIsCovered() {
+    const unsigned count = store_.letGoCount();
+    if (std::exchange(letGoCount_, count) != count) covered_ = nextCovered_ = 0;
+}
+
 /// What is to be read next of the run. Played backwards, a stretch of frames is read forwards.
 std::optional<ReadingPlan::Stretch> ReadingPlan::nextOfRun() {
+    forgetWhatIsCovered();
     for (int frame = lastRead_ + 1; frame <= burstEnd_; ++frame) {
         if (isMissing(frame)) return Stretch{frame, burstEnd_};
     }

@@ -50,15 +50,17 @@ class ReadingPlan {
     void beginRun(const std::shared_ptr<const ImageFile>& file);
     bool isMissing(int frame) const { return store_.isMissing({order_.run, frame}); }
     bool mustOpenNext() const { return !nextPath_.isEmpty() && !isNextTried_; }
+    void forgetWhatIsCovered();
     std::optional<Stretch> nextOfRun();
     std::optional<int> nextOfFollowing();
 
     FrameStore& store_;
     std::weak_ptr<const ImageFile> run_;  ///< what order_ is about
     PlayOrder order_;
-    int covered_ = 0;    ///< steps ahead up to which nothing is missing
-    int lastRead_ = -1;  ///< frame of the run
-    int burstEnd_ = -1;  ///< frames are read upwards from lastRead_ to this one
+    unsigned letGoCount_ = 0;  ///< of the store, when covered_ and nextCovered_ were true
+    int covered_ = 0;          ///< steps ahead up to which nothing is missing
+    int lastRead_ = -1;        ///< frame of the run
+    int burstEnd_ = -1;        ///< frames are read upwards from lastRead_ to this one
     QString nextPath_;
     std::shared_ptr<const ImageFile> next_;
     bool isNextTried_ = false;

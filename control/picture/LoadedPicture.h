@@ -37,6 +37,10 @@ class LoadedPicture {
     const QString& path() const { return path_; }
     /// The open file, null when there is none or it could not be read.
     const ImageFile* file() const { return file_.get(); }
+    /// Its header as text, null without a file.
+    std::shared_ptr<HeaderText> headerText() const { return file_ ? library_.headerText(file_) : nullptr; }
+    /// Whether that, or another errand, is done within the patience.
+    bool waitFor(const Errand& errand, Patience patience) const { return library_.waitFor(errand, patience); }
     int frameCount() const { return file_ ? file_->dicom().frameCount() : 0; }
     /// Counted from 1.
     int currentFrame() const { return currentFrame_; }
