@@ -70,7 +70,8 @@ Result<Jpeg2000Header> readJpeg2000Header(Bytes bytes, const PixelFormat& format
     const auto components = static_cast<std::size_t>(header.components);
     if (stream.size() < componentsAt + 2 + componentSize * components) return cutOff();
 
-    const Jpeg2000Grid grid = readGrid(stream, components);
+    header.grid = readGrid(stream, components);
+    const Jpeg2000Grid& grid = header.grid;
     const auto columns = static_cast<std::uint64_t>(format.columns),
                rows = static_cast<std::uint64_t>(format.rows);
     if (grid.right < grid.left || grid.bottom < grid.top || grid.right - grid.left != columns ||
@@ -84,8 +85,6 @@ Result<Jpeg2000Header> readJpeg2000Header(Bytes bytes, const PixelFormat& format
     const Result<std::uint64_t> overhead = jpeg2000Overhead(stream, grid);
     if (!overhead) return overhead.error();
     header.overhead = overhead.value();
-    if (columns * rows * components * sizeof(std::int32_t) + header.overhead > maximumFrameBytes)
-        return tooLarge();
     return header;
 }
 

@@ -2,6 +2,7 @@
 
 #include "dicom/PixelFormat.h"
 #include "dicom/Result.h"
+#include "dicom/codecs/Jpeg2000Coding.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +13,7 @@ namespace cinedisc::dicom::codecs {
 /// What must be known of a JPEG 2000 code stream before a library may allocate for it (ITU-T T.800 A.5.1).
 struct Jpeg2000Header {
     int components = 1;
+    Jpeg2000Grid grid;
     std::uint64_t overhead = 0;            ///< bytes of a library's book-keeping
     std::span<const std::uint8_t> stream;  ///< the code stream itself, without boxes around it
 };
