@@ -86,6 +86,9 @@ struct Band {
     std::size_t top = 0, rows = 0;
 };
 
+/// How often the library holds the samples of a part of a picture while it decodes them.
+constexpr std::uint64_t copiesOfPart = 5;
+
 /// Bytes of a row of the picture as the library holds it.
 std::uint64_t bytesInRow(const Jpeg2000Header& header, const PixelFormat& format) {
     return static_cast<std::uint64_t>(format.columns) * static_cast<std::uint64_t>(header.components) *
@@ -95,7 +98,7 @@ std::uint64_t bytesInRow(const Jpeg2000Header& header, const PixelFormat& format
 /// How many rows are decoded at a time so that the library takes no more than `mostBytes` for their samples:
 /// all, or else a number that begins no band within a subsampled row. 0 when that cannot be.
 std::size_t rowsAtOnce(const Jpeg2000Header& header, const PixelFormat& format, std::uint64_t mostBytes) {
-    constexpr std::uint64_t granule = 256, copiesOfPart = 3;
+    constexpr std::uint64_t granule = 256;
     const auto rows = static_cast<std::uint64_t>(format.rows);
     if (rows * bytesInRow(header, format) <= mostBytes) return static_cast<std::size_t>(rows);
     const bool aligned =
@@ -109,7 +112,7 @@ std::size_t rowsAtOnce(const Jpeg2000Header& header, const PixelFormat& format, 
 /// What decoding takes at most, measured for bands: besides their own samples the library holds those of code
 /// blocks that reach beyond them.
 std::uint64_t bytesToDecode(const Jpeg2000Header& header, const PixelFormat& format, std::size_t atOnce) {
-    constexpr std::uint64_t copiesOfPart = 3, rowsBeyond = 512;
+    constexpr std::uint64_t rowsBeyond = 1024;
     const auto rows = static_cast<std::uint64_t>(format.rows);
     const std::uint64_t cellBytes = static_cast<std::uint64_t>(pixelCell(format).allocated) / 8;
     const std::uint64_t held = atOnce == rows ? rows : atOnce * copiesOfPart + rowsBeyond;
