@@ -135,7 +135,7 @@ Result<CodedPicture> decodeBaselineJpeg(std::span<const std::uint8_t> stream, co
                                         const PixelFormat& format) {
     CodedPicture picture;
     picture.components = header.componentCount;
-    picture.lossless = false;
+    picture.exactness = Exactness::Other;
     std::vector<std::uint8_t> pixels(static_cast<std::size_t>(format.rows) *
                                      static_cast<std::size_t>(format.columns) *
                                      static_cast<std::size_t>(header.componentCount));

@@ -55,7 +55,7 @@ Result<CodedPicture> decodeExtendedJpeg(std::span<const std::uint8_t> stream, co
     CodedPicture picture;
     picture.components = header.componentCount;
     picture.precision = 12;
-    picture.lossless = false;
+    picture.exactness = Exactness::Other;
     picture.colour = jpegColourSpace(header, format.photometric);
     std::vector<std::uint16_t> pixels(static_cast<std::size_t>(format.rows) *
                                       static_cast<std::size_t>(format.columns) *

@@ -68,11 +68,13 @@ PixelFormat wholeCells(PixelFormat format) {
     format.bitsStored = format.bitsAllocated;
     format.highBit = format.bitsAllocated - 1;
     format.isSigned = false;
+    format.mayBeLossy = false;
     return format;
 }
 
 bool holdsCells(const CodedPicture& picture, const PixelFormat& format) {
-    return picture.lossless && picture.components == 1 && picture.precision == format.bitsAllocated;
+    return picture.exactness == Exactness::Same && picture.components == 1 &&
+           picture.precision == format.bitsAllocated;
 }
 
 Result<Frame> decode(Bytes bytes, const PixelFormat& format, Compression compression, CellBits wanted) {

@@ -195,7 +195,8 @@ CodedPicture pictureLike(const opj_image_t& image, Transforms transforms, const 
     picture.components = static_cast<int>(image.numcomps);
     picture.precision = static_cast<int>(image.comps[0].prec);
     picture.isSigned = image.comps[0].sgnd != 0;
-    picture.lossless = transforms.reversible;
+    // Reversible transforms lose nothing unless the stream was cut down afterwards, which it does not tell.
+    picture.exactness = transforms.reversible && !format.mayBeLossy ? Exactness::Same : Exactness::Near;
     const bool namedByTransform =
         format.photometric == Photometric::YbrIct || format.photometric == Photometric::YbrRct;
     picture.colour =

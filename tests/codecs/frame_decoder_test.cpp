@@ -178,6 +178,57 @@ TEST(FrameDecoder, PrecisionOfTheStreamWinsUnlessItHoldsWholeCells) {
     }
 }
 
+TEST(FrameDecoder, ValuesThatALossCarriesBeyondTheirRangeBecomeItsEnd) {
+    // 12 bits stored in 16: white, a little above, a little below black, and black.
+    enum class Coder { LossyJpegLs, Jpeg2000, SignedJpeg2000 };
+    struct Case {
+        const char* what;
+        Coder coder;
+        bool headerSigned;
+        int high;
+        std::int32_t coded;
+        std::int64_t expected, expectedInColour;
+    };
+    const Case cases[] = {
+        {"above, near-lossless", Coder::LossyJpegLs, false, 11, 4102, 4095, 255},
+        {"above, signed, near-lossless", Coder::LossyJpegLs, true, 11, 2054, 2047, -1},
+        {"below, signed, near-lossless", Coder::LossyJpegLs, true, 11, 0x10000 - 2054, -2048, -1},
+        {"above, wavelet", Coder::Jpeg2000, false, 11, 4098, 4095, 255},
+        {"above, wavelet, from the top", Coder::Jpeg2000, false, 14, 8 * 4095 + 9, 4095, 255},
+        {"within, wavelet", Coder::Jpeg2000, false, 11, 2048, 2048, 128},
+        {"above, signed wavelet", Coder::SignedJpeg2000, true, 11, 2050, 2047, -1},
+        {"below, signed wavelet", Coder::SignedJpeg2000, true, 11, -2050, -2048, -1},
+        {"below, signed wavelet of unsigned values", Coder::SignedJpeg2000, false, 11, -3, 0, 0},
+        {"above, signed wavelet of unsigned values", Coder::SignedJpeg2000, false, 11, 4098, 4095, 255},
+    };
+    constexpr int side = 32;
+    for (const Case& c : cases)
+        for (const int components : {1, 3}) {
+            if (components == 3 && c.expectedInColour < 0) continue;
+            SCOPED_TRACE(c.what);
+            const std::vector<std::int32_t> samples(side * side * static_cast<std::size_t>(components),
+                                                    c.coded);
+            auto format = components == 3 ? colourFormat(side, side) : greyFormat(side, side, 12);
+            format.bitsAllocated = 16;
+            format.bitsStored = 12;
+            format.highBit = c.high;
+            format.isSigned = c.headerSigned;
+            format.mayBeLossy = true;
+            const auto frame =
+                c.coder == Coder::LossyJpegLs
+                    ? decoded(jpegLsEncoded(std::vector<std::uint16_t>(samples.begin(), samples.end()), side,
+                                            side, components, 16, LsInterleave::None, 3),
+                              format, Compression::JpegLs)
+                    : decoded(
+                          jpeg2000Encoded(samples, side, side, components,
+                                          {.precision = 16, .isSigned = c.coder == Coder::SignedJpeg2000}),
+                          format, Compression::Jpeg2000);
+            EXPECT_EQ(
+                samplesOf(frame),
+                std::vector<std::int64_t>(samples.size(), components == 3 ? c.expectedInColour : c.expected));
+        }
+}
+
 TEST(FrameDecoder, HandsOutTheBitsBesideTheValues) {
     constexpr int side = 32;
     const auto cells = picture(side * side, 16, Texture::Smooth);
