@@ -5,6 +5,7 @@
 #include "dicom/codecs/CodedPicture.h"
 #include "dicom/codecs/ExtendedJpegDecoder.h"
 #include "dicom/codecs/Jpeg2000Decoder.h"
+#include "dicom/codecs/JpegBounds.h"
 #include "dicom/codecs/JpegLsDecoder.h"
 #include "dicom/codecs/JpegMarkers.h"
 #include "dicom/codecs/LosslessJpegDecoder.h"
@@ -44,8 +45,11 @@ Result<CodedPicture> decodeJpeg(Bytes bytes, const PixelFormat& format) {
     if (header.startOfFrame == marker::sof55) return decodeJpegLs(bytes, header, format);
     if (header.startOfFrame == marker::sof3) return decodeLosslessJpeg(bytes, header, format);
     const bool isCosine = header.startOfFrame <= marker::sof2;
-    if (isCosine && header.precision == 8) return decodeBaselineJpeg(bytes, header, format);
-    if (isCosine && header.precision == 12) return decodeExtendedJpeg(bytes, header, format);
+    if (isCosine && (header.precision == 8 || header.precision == 12)) {
+        if (const auto error = jpegWorkError(bytes, header, format)) return *error;
+        return header.precision == 8 ? decodeBaselineJpeg(bytes, header, format)
+                                     : decodeExtendedJpeg(bytes, header, format);
+    }
     return unsupported("JPEG process " + std::to_string(header.startOfFrame - marker::sof0) + ", " +
                        std::to_string(header.precision) + " bit");
 }
