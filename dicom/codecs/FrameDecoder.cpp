@@ -76,6 +76,15 @@ PixelFormat wholeCells(PixelFormat format) {
     return format;
 }
 
+/// What any decoder takes: the bytes, the cells, and those of colour once more as red, green and blue.
+std::uint64_t leastBytesToDecode(std::size_t bytes, const PixelFormat& format) {
+    const auto samples = static_cast<std::uint64_t>(format.rows) *
+                         static_cast<std::uint64_t>(format.columns) *
+                         static_cast<std::uint64_t>(format.samplesPerPixel);
+    const int cellBits = format.sampleKind == SampleKind::Double ? 64 : pixelCell(format).allocated;
+    return bytes + samples * static_cast<std::uint64_t>(cellBits / 8) * (format.samplesPerPixel == 3 ? 2 : 1);
+}
+
 bool holdsCells(const CodedPicture& picture, const PixelFormat& format) {
     return picture.exactness == Exactness::Same && picture.components == 1 &&
            picture.precision == format.bitsAllocated;
@@ -104,6 +113,7 @@ Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& f
         const bool asCells = wanted == CellBits::All && format.sampleKind == SampleKind::Integer;
         const PixelFormat cells = asCells ? wholeCells(format) : format;
         if (bytes.empty()) return cutOff();
+        if (leastBytesToDecode(bytes.size(), cells) > maximumDecodingBytes) return tooLarge();
         if (compression == Compression::None) return decodeNative(bytes, cells, bigEndian, firstBit);
         if (format.sampleKind != SampleKind::Integer) return unsupported("compressed floating point");
         return decode({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, cells, compression,
