@@ -16,10 +16,10 @@ namespace {
 constexpr std::size_t mostBytesLeft = 16;
 
 bool hasBytesLeft(const EntropyData& data, const EntropyData::Segment& segment, std::size_t bitsRead) {
-    const std::uint8_t* const from = data.bytes() + segment.begin + (bitsRead + 7) / 8;
-    const std::uint8_t* const end = data.bytes() + segment.end;
-    return end - from > static_cast<std::ptrdiff_t>(mostBytesLeft) &&
-           std::any_of(from, end, [](std::uint8_t byte) { return byte != 0; });
+    const std::uint8_t* const from = data.bytes() + segment.begin + bitsRead / 8;
+    const std::uint8_t* end = data.bytes() + segment.end;
+    while (end > from && end[-1] == 0) --end;
+    return end - from > static_cast<std::ptrdiff_t>(mostBytesLeft);
 }
 
 /// The fourth and the sixth predictor say how a sample differs from the one above it by how its left

@@ -7,7 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <random>
+#include <string>
 #include <thread>
 
 namespace cinedisc::test {
@@ -77,6 +80,53 @@ TEST(FrameDecoder, BytesDecideWhateverTheTransferSyntaxSays) {
         for (const auto lie : {Compression::Rle, Compression::Jpeg, Compression::JpegLs,
                                Compression::Jpeg2000, Compression::Unsupported})
             EXPECT_EQ(samplesOf(decoded(sample.bytes, sample.format, lie)), expected) << sample.what;
+    }
+}
+
+TEST(FrameDecoder, WhatDoesNotTouchThePictureIsOverlooked) {
+    const auto scanHeader = [](const Bytes& stream) {
+        const std::uint8_t marker[] = {0xFF, 0xDA};
+        return std::search(stream.begin(), stream.end(), marker, marker + 2) - stream.begin();
+    };
+    struct Case {
+        const char* what;
+        std::function<void(Bytes&)> change;
+        bool inProgressive = true;
+    };
+    const Case cases[] = {
+        {"zeros that fill the data up", [](Bytes& s) { s.insert(s.end() - 2, 40, 0); }},
+        {"ones before a marker", [](Bytes& s) { s.insert(s.end() - 2, 5, 0xFF); }},
+        {"comments and application data",
+         [&](Bytes& s) {
+             const std::uint8_t segments[] = {0xFF, 0xFE, 0, 5, 0xFF, 0xD9, 7, 0xFF, 0xEA, 0, 2};
+             s.insert(s.begin() + scanHeader(s), std::begin(segments), std::end(segments));
+         }},
+        {"bytes behind the end",
+         [](Bytes& s) {
+             s.insert(s.end(), {0, 0xFF, 0xD8, 7, 0xFF});
+         }},
+        {"no end marker", [](Bytes& s) { s.resize(s.size() - 2); }, false},
+        {"coefficients 0 to 0 in the scan header",
+         [&](Bytes& s) {
+             const auto last =
+                 s.begin() + scanHeader(s) + 6 + 2 * s[static_cast<std::size_t>(scanHeader(s)) + 4];
+             if (*last == 63) *last = 0;
+         },
+         false},
+    };
+    for (const Sample& sample : everyKind()) {
+        Bytes stream = sample.bytes;
+        if (stream[0] != 0xFF || stream[1] != 0xD8) continue;
+        while (stream.back() != 0xD9) stream.pop_back();
+        const bool progressive = std::string(sample.what).find("progressive") != std::string::npos;
+        const auto expected = samplesOf(decoded(stream, sample.format, sample.compression));
+        for (const Case& c : cases) {
+            if (progressive && !c.inProgressive) continue;
+            SCOPED_TRACE(testing::Message() << sample.what << ", " << c.what);
+            Bytes changed = stream;
+            c.change(changed);
+            EXPECT_EQ(samplesOf(decoded(changed, sample.format, sample.compression)), expected);
+        }
     }
 }
 
