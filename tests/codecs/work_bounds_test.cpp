@@ -1,6 +1,7 @@
 #include "dicom/codecs/Jpeg2000Coding.h"
 #include "dicom/codecs/Jpeg2000Decoder.h"
 #include "dicom/codecs/JpegBounds.h"
+#include "tests/codecs/BlankStreams.h"
 #include "tests/codecs/Encoders.h"
 #include "tests/codecs/Pictures.h"
 
@@ -16,59 +17,6 @@ namespace {
 using dicom::Compression;
 using Bytes = std::vector<std::uint8_t>;
 using Kind = dicom::DecodeError::Kind;
-
-void put(Bytes& to, std::initializer_list<std::size_t> numbers, int size) {
-    for (const std::size_t number : numbers)
-        for (int byte = size - 1; byte >= 0; --byte)
-            to.push_back(static_cast<std::uint8_t>(number >> (8 * byte)));
-}
-
-/// A grey JPEG 2000 stream of 8 bits whose packets are all empty, if there are bytes for them.
-struct BlankJpeg2000 {
-    std::size_t side = 64, tile = 64, layers = 1, levels = 0, blockBits = 6;
-    std::optional<std::size_t> precinctBits = std::nullopt;
-    bool inTileHeaders = false;  ///< the coding parameters that count
-    std::size_t length = 0;      ///< of the whole stream, at least
-
-    Bytes coding(bool asWanted) const {
-        Bytes bytes;
-        const bool ownPrecincts = asWanted && precinctBits;
-        put(bytes, {0xFF52, 12 + (ownPrecincts ? levels + 1 : 0)}, 2);
-        put(bytes, {ownPrecincts ? 1u : 0u, 0, 0, 0}, 1);
-        bytes[bytes.size() - 2] = static_cast<std::uint8_t>((asWanted ? layers : 1) >> 8);
-        bytes.back() = static_cast<std::uint8_t>(asWanted ? layers : 1);
-        const std::size_t block = (asWanted ? blockBits : 6) - 2;
-        put(bytes, {0, levels, block, block, 0, 1}, 1);
-        if (ownPrecincts)
-            bytes.insert(bytes.end(), levels + 1, static_cast<std::uint8_t>(*precinctBits * 17));
-        return bytes;
-    }
-
-    Bytes stream() const {
-        Bytes bytes;
-        put(bytes, {0xFF4F, 0xFF51, 41, 0}, 2);
-        put(bytes, {side, side, 0, 0, tile, tile, 0, 0}, 4);
-        put(bytes, {1}, 2);
-        put(bytes, {7, 1, 1}, 1);
-        const Bytes main = coding(!inTileHeaders), own = inTileHeaders ? coding(true) : Bytes();
-        bytes.insert(bytes.end(), main.begin(), main.end());
-        put(bytes, {0xFF5C, 3 + 3 * levels + 1}, 2);
-        bytes.insert(bytes.end(), 3 * levels + 2, 0x40);
-        const std::size_t tiles = (side + tile - 1) / tile * ((side + tile - 1) / tile);
-        for (std::size_t i = 0; i < tiles; ++i) {
-            const std::size_t taken = bytes.size() + 14 + own.size() + 2;
-            const std::size_t data = i + 1 == tiles && length > taken ? length - taken : 1;
-            put(bytes, {0xFF90, 10, i}, 2);
-            put(bytes, {14 + own.size() + data}, 4);
-            put(bytes, {0, 1}, 1);
-            bytes.insert(bytes.end(), own.begin(), own.end());
-            put(bytes, {0xFF93}, 2);
-            bytes.resize(bytes.size() + data);
-        }
-        put(bytes, {0xFFD9}, 2);
-        return bytes;
-    }
-};
 
 TEST(Jpeg2000Bounds, WhatAStreamAnnouncesMustFitItsLength) {
     struct Case {
@@ -89,25 +37,26 @@ TEST(Jpeg2000Bounds, WhatAStreamAnnouncesMustFitItsLength) {
         const auto format = greyFormat(static_cast<int>(c.stream.side), static_cast<int>(c.stream.side), 8);
         BlankJpeg2000 making = c.stream;
         making.length = c.enough;
-        ASSERT_EQ(making.stream().size(), c.enough);
-        const auto good = samplesOf(decoded(making.stream(), format, Compression::Jpeg2000));
+        ASSERT_EQ(blankJpeg2000(making).size(), c.enough);
+        const auto good = samplesOf(decoded(blankJpeg2000(making), format, Compression::Jpeg2000));
         EXPECT_EQ(good, std::vector<std::int64_t>(making.side * making.side, 128));
         --making.length;
-        const auto bad = decoded(making.stream(), format, Compression::Jpeg2000);
+        const auto bad = decoded(blankJpeg2000(making), format, Compression::Jpeg2000);
         ASSERT_FALSE(bad.ok());
         EXPECT_EQ(bad.error().kind, Kind::Broken) << bad.error().message;
     }
     const BlankJpeg2000 tiles{.side = 16 * 200, .tile = 16};
-    EXPECT_EQ(decoded(tiles.stream(), greyFormat(16 * 200, 16 * 200, 8), Compression::Jpeg2000).error().kind,
-              Kind::TooLarge);
+    EXPECT_EQ(
+        decoded(blankJpeg2000(tiles), greyFormat(16 * 200, 16 * 200, 8), Compression::Jpeg2000).error().kind,
+        Kind::TooLarge);
     const BlankJpeg2000 large{.side = 16000, .tile = 16000, .levels = 5};
-    EXPECT_EQ(decoded(large.stream(), greyFormat(16000, 16000, 8), Compression::Jpeg2000).error().kind,
+    EXPECT_EQ(decoded(blankJpeg2000(large), greyFormat(16000, 16000, 8), Compression::Jpeg2000).error().kind,
               Kind::TooLarge);
 }
 
 TEST(Jpeg2000Bounds, HeadersThatMakeNoSenseAreErrors) {
     const BlankJpeg2000 making{.levels = 3, .precinctBits = 5};
-    const Bytes stream = making.stream();
+    const Bytes stream = blankJpeg2000(making);
     const auto find = [&](std::uint8_t code) {
         for (std::size_t at = 0;; ++at)
             if (stream[at] == 0xFF && stream[at + 1] == code) return at;
@@ -244,37 +193,15 @@ TEST(Jpeg2000Bounds, PicturesDecodedInBandsAreTheSame) {
     }
 }
 
-/// A blank grey progressive stream; all scans but the first hold one end-of-band code after the other.
-Bytes progressiveScans(std::size_t side, std::size_t scans) {
-    Bytes bytes{0xFF, 0xD8, 0xFF, 0xDB, 0, 67, 0};
-    bytes.insert(bytes.end(), 64, 1);
-    put(bytes, {0xFFC2, 11}, 2);
-    put(bytes, {8}, 1);
-    put(bytes, {side, side}, 2);
-    put(bytes, {1, 1, 0x11, 0}, 1);
-    for (const std::size_t kind : {0x00, 0x10}) {
-        put(bytes, {0xFFC4, 20}, 2);
-        put(bytes, {kind, 1}, 1);
-        bytes.resize(bytes.size() + 16);  // one code, a single bit, its symbol 0
-    }
-    const std::size_t blocks = (side + 7) / 8 * ((side + 7) / 8);
-    for (std::size_t i = 0; i < scans; ++i) {
-        put(bytes, {0xFFDA, 8}, 2);
-        put(bytes, {1, 1, 0, i ? 1u : 0u, i ? 63u : 0u, 0}, 1);
-        bytes.resize(bytes.size() + (blocks + 7) / 8);
-    }
-    put(bytes, {0xFFD9}, 2);
-    return bytes;
-}
-
 TEST(JpegBounds, MoreScansThanAPictureCanNeedAreNotDecoded) {
     const auto format = greyFormat(16, 16, 8);
-    EXPECT_EQ(samplesOf(decoded(progressiveScans(16, 100), format, Compression::Jpeg)),
+    EXPECT_EQ(samplesOf(decoded(blankJpeg({.side = 16, .scans = 100}), format, Compression::Jpeg)),
               std::vector<std::int64_t>(256, 128));
-    EXPECT_EQ(decoded(progressiveScans(16, 101), format, Compression::Jpeg).error().kind, Kind::Broken);
+    EXPECT_EQ(decoded(blankJpeg({.side = 16, .scans = 101}), format, Compression::Jpeg).error().kind,
+              Kind::Broken);
 
     const auto error = [](int precision, std::uint8_t process, std::size_t side, std::size_t scans) {
-        const Bytes stream = progressiveScans(side, scans);
+        const Bytes stream = blankJpeg({.side = side, .scans = scans});
         dicom::codecs::JpegHeader header = dicom::codecs::readJpegHeader(stream).value();
         header.precision = precision;
         header.startOfFrame = process;
