@@ -28,12 +28,16 @@ class QuietDecoder : public DJDecompressIJG12Bit {
     mutable bool damaged_ = false;
 };
 
+/// Zeros at the end of entropy-coded data: of the last codes, or what fills the data up.
+enum class LastZeros { AreCodes, AreFilling };
+
 /// Rebuilds a stream without what a decoder would only warn of and what could only confuse it: comments,
-/// application data, zeros that fill up entropy-coded data, and the selection of coefficients in the scan
-/// headers of sequential processes, which have no choice (ITU-T T.81 B.2.3) and are often written as 0 to 0.
+/// application data, filling, and the selection of coefficients in the scan headers of sequential processes,
+/// which have no choice (ITU-T T.81 B.2.3) and are often written as 0 to 0.
 class Essentials {
   public:
-    explicit Essentials(std::span<const std::uint8_t> stream) : stream_(stream), reader_(stream) {}
+    Essentials(std::span<const std::uint8_t> stream, LastZeros zeros)
+        : stream_(stream), reader_(stream), zeros_(zeros) {}
 
     std::vector<std::uint8_t> take(bool isSequential) {
         std::size_t codedFrom = stream_.size();
@@ -69,14 +73,27 @@ class Essentials {
             return coded[i] == 0 && (i == 0 || coded[i - 1] != 0xFF);
         };
         std::size_t length = coded.size();
-        while (length > 0 && isFilling(length - 1)) --length;
+        while (zeros_ == LastZeros::AreFilling && length > 0 && isFilling(length - 1)) --length;
         result_.insert(result_.end(), coded.begin(), coded.begin() + static_cast<std::ptrdiff_t>(length));
     }
 
     std::span<const std::uint8_t> stream_;
     JpegMarkerReader reader_;
+    LastZeros zeros_;
     std::vector<std::uint8_t> result_;
 };
+
+/// False when the library finds the stream at fault.
+bool decode(std::vector<std::uint8_t> input, std::span<std::uint16_t> pixels) {
+    const DJCodecParameter parameters(ECC_lossyYCbCr, EDC_never, EUC_never, EPC_colorByPixel);
+    QuietDecoder decoder(parameters);
+    OFCondition condition = decoder.init();
+    if (condition.good())
+        condition = decoder.decode(input.data(), static_cast<Uint32>(input.size()),
+                                   reinterpret_cast<Uint8*>(pixels.data()),
+                                   static_cast<Uint32>(pixels.size_bytes()), OFFalse);
+    return condition.good() && !decoder.damaged();
+}
 
 }  // namespace
 
@@ -90,16 +107,12 @@ Result<CodedPicture> decodeExtendedJpeg(std::span<const std::uint8_t> stream, co
     std::vector<std::uint16_t> pixels(static_cast<std::size_t>(format.rows) *
                                       static_cast<std::size_t>(format.columns) *
                                       static_cast<std::size_t>(header.componentCount));
-    std::vector<std::uint8_t> input = Essentials(stream).take(header.startOfFrame != marker::sof2);
-
-    const DJCodecParameter parameters(ECC_lossyYCbCr, EDC_never, EUC_never, EPC_colorByPixel);
-    QuietDecoder decoder(parameters);
-    OFCondition condition = decoder.init();
-    if (condition.good())
-        condition = decoder.decode(input.data(), static_cast<Uint32>(input.size()),
-                                   reinterpret_cast<Uint8*>(pixels.data()),
-                                   static_cast<Uint32>(pixels.size() * sizeof(pixels[0])), OFFalse);
-    const bool bad = condition.bad() || decoder.damaged();
+    const bool isSequential = header.startOfFrame != marker::sof2;
+    const auto decodeWith = [&](LastZeros zeros) {
+        return decode(Essentials(stream, zeros).take(isSequential), pixels);
+    };
+    // Encoders should end with ones, which tells the two apart, but some end with zeros.
+    const bool bad = !decodeWith(LastZeros::AreCodes) && !decodeWith(LastZeros::AreFilling);
     // A progressive picture without its last scans would only look blurred.
     if ((bad || header.startOfFrame == marker::sof2) && !hasEnd(stream)) return cutOff();
     if (bad) return broken("12-bit JPEG data that contradict themselves");
