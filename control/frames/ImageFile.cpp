@@ -50,9 +50,10 @@ ImageFile::~ImageFile() { frames_->drop(this); }
 std::size_t ImageFile::decodedFrameBytes() const {
     const auto& format = dicom_->pixelFormat();
     const auto pixels = static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
-    const std::size_t cover = coverKind_ == CoverKind::FrameByFrame ? CoverPlane::bytesPerPixel : 0;
+    const std::size_t cover =
+        coverKind_ == CoverKind::FrameByFrame ? pixels * CoverPlane::bitsPerPixel / 8 : 0;
     const auto samples = static_cast<std::size_t>(format.samplesPerPixel);
-    return std::max<std::size_t>(1, pixels * (sampleBytes(format) * samples + cover));
+    return std::max<std::size_t>(1, pixels * sampleBytes(format) * samples + cover);
 }
 
 DecodedFrame ImageFile::decodeRead(int index, const dicom::FrameBytes& bytes) const {
@@ -67,7 +68,7 @@ DecodedFrame ImageFile::decodeRead(int index, const dicom::FrameBytes& bytes) co
     if (coverKind_ == CoverKind::SameOnAllFrames) frame.cover = sharedCover();
     if (coverKind_ == CoverKind::FrameByFrame) {
         frame.cover = std::make_shared<const CoverPlane>(coverOf(*dicom_, index, &bytes));
-        frame.coverBytes = CoverPlane::bytesPerPixel * frame.cover->keep.size();
+        frame.coverBytes = frame.cover->byteSize();
     }
     return frame;
 }

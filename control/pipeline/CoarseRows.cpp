@@ -25,7 +25,7 @@ void CoarseRows::read(int y, int from, int to, const Channels& into) const {
     for (std::size_t c = 0; c < static_cast<std::size_t>(channels()); ++c) {
         const std::uint16_t* const lines[] = {first.channels[c].data(), second.channels[c].data()};
         kernels_.mix(lines, weights, 2, into[c], to - from);
-        if (cover_) kernels_.cover(cover_->keepRow(y) + from, cover_->paintRow(y) + from, into[c], to - from);
+        if (cover_) cover_->apply(y, from, to, into[c]);
     }
 }
 

@@ -77,7 +77,7 @@ class HeaderWalk {
         if (auto error = readHeader(coding, sod)) return error;
         if (position_ > before && tile < grid_.tiles()) special_[tile] = std::move(coding);
         const std::size_t end = length == 0 ? stream_.size() : std::min(stream_.size(), start + length);
-        if (end < position_) return broken("a JPEG 2000 tile part is too short");
+        if (end < position_ + 2) return broken("a JPEG 2000 tile part is too short");
         position_ = end;
         return std::nullopt;
     }
@@ -94,7 +94,7 @@ class HeaderWalk {
 Result<std::uint64_t> jpeg2000Overhead(Bytes stream, const Jpeg2000Grid& grid) {
     constexpr std::uint64_t smallestTilePart = 14, usualBlock = 256;
     // What OpenJPEG takes for each, measured.
-    constexpr std::uint64_t tileBytes = 6144, componentBytes = 1280, precinctBytes = 256, blockBytes = 320,
+    constexpr std::uint64_t tileBytes = 9216, componentBytes = 1280, precinctBytes = 256, blockBytes = 320,
                             filledBlockBytes = 512;
     const std::uint64_t tiles = grid.tiles(), length = stream.size();
     if (tiles > length / smallestTilePart) return broken("more JPEG 2000 tiles than the data can hold");

@@ -89,29 +89,69 @@ Transforms transformsOf(opj_codec_t* codec) {
     return result;
 }
 
-/// Copies a component's values as patterns of its precision, repeating those of a subsampled one.
+/// Rows of the picture, from 0; the whole picture or a part of it.
+struct Band {
+    std::size_t top = 0, rows = 0;
+};
+
+/// How often the library holds the samples of a part of a picture while it decodes them.
+constexpr std::uint64_t copiesOfPart = 5;
+
+/// Bytes of a row of the picture as the library holds it.
+std::uint64_t bytesInRow(const Jpeg2000Header& header, const PixelFormat& format) {
+    return static_cast<std::uint64_t>(format.columns) * static_cast<std::uint64_t>(header.components) *
+           sizeof(OPJ_INT32);
+}
+
+/// How many rows are decoded at a time so that the library takes no more than `mostBytes` for their samples:
+/// all, or else a number that begins no band within a subsampled row. 0 when that cannot be.
+std::size_t rowsAtOnce(const Jpeg2000Header& header, const PixelFormat& format, std::uint64_t mostBytes) {
+    constexpr std::uint64_t granule = 256;
+    const auto rows = static_cast<std::uint64_t>(format.rows);
+    if (rows * bytesInRow(header, format) <= mostBytes) return static_cast<std::size_t>(rows);
+    const bool aligned =
+        std::all_of(header.grid.components.begin(), header.grid.components.end(),
+                    [&](const Jpeg2000Grid::Steps& steps) { return granule % steps.y == 0; });
+    if (!aligned) return 0;
+    const std::uint64_t granules = mostBytes / copiesOfPart / bytesInRow(header, format) / granule;
+    return static_cast<std::size_t>(std::max<std::uint64_t>(granules, 1) * granule);
+}
+
+/// What decoding takes at most, measured for bands: besides their own samples the library holds those of code
+/// blocks that reach beyond them.
+std::uint64_t bytesToDecode(const Jpeg2000Header& header, const PixelFormat& format, std::size_t atOnce) {
+    constexpr std::uint64_t rowsBeyond = 1024;
+    const auto rows = static_cast<std::uint64_t>(format.rows);
+    const std::uint64_t cellBytes = static_cast<std::uint64_t>(pixelCell(format).allocated) / 8;
+    const std::uint64_t held = atOnce == rows ? rows : atOnce * copiesOfPart + rowsBeyond;
+    return 2 * header.stream.size() + header.overhead + held * bytesInRow(header, format) +
+           rows * bytesInRow(header, format) / sizeof(OPJ_INT32) * cellBytes;
+}
+
+/// Copies a component's values as patterns of its precision into every `step`th cell, repeating those of a
+/// subsampled one.
 template <typename Cell>
-void copyComponent(const opj_image_comp_t& component, std::span<Cell> plane, std::size_t columns) {
+void copyComponent(const opj_image_comp_t& component, Cell* cells, std::size_t step, std::size_t rows,
+                   std::size_t columns) {
     const auto mask = static_cast<std::uint32_t>((std::uint64_t{1} << component.prec) - 1);
-    const std::size_t rows = plane.size() / columns;
     for (std::size_t y = 0; y < rows; ++y) {
         const std::size_t sourceRow = std::min<std::size_t>(y / component.dy, component.h - 1);
         const OPJ_INT32* const from = component.data + sourceRow * component.w;
-        Cell* const to = plane.data() + y * columns;
+        Cell* const to = cells + y * columns * step;
         for (std::size_t x = 0; x < columns; ++x) {
             const std::size_t sourceColumn =
                 component.dx == 1 ? x : std::min<std::size_t>(x / component.dx, component.w - 1);
-            to[x] = static_cast<Cell>(static_cast<std::uint32_t>(from[sourceColumn]) & mask);
+            to[x * step] = static_cast<Cell>(static_cast<std::uint32_t>(from[sourceColumn]) & mask);
         }
     }
 }
 
-bool isUsable(const opj_image_comp_t& component, const opj_image_comp_t& first, const PixelFormat& format) {
+bool isUsable(const opj_image_comp_t& component, const opj_image_comp_t& first, const PixelFormat& format,
+              std::size_t rows) {
     if (!component.data || component.prec != first.prec || component.prec < 1 || component.prec > 31)
         return false;
     if (component.dx < 1 || component.dy < 1 || component.w < 1 || component.h < 1) return false;
-    const bool whole = component.w == static_cast<OPJ_UINT32>(format.columns) &&
-                       component.h == static_cast<OPJ_UINT32>(format.rows);
+    const bool whole = component.w == static_cast<OPJ_UINT32>(format.columns) && component.h == rows;
     return whole || component.dx > 1 || component.dy > 1;
 }
 
@@ -121,69 +161,92 @@ int threadsFor(const PixelFormat& format) {
     return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, most);
 }
 
-/// A picture as the library holds it, at its size divided by two so many times.
-struct Decoded {
-    Image image{nullptr, &opj_image_destroy};
-    Transforms transforms;
-    int halvings = 0;
+/// The library's objects for one code stream, from which it decodes once.
+class Decoding {
+  public:
+    Decoding(std::span<const std::uint8_t> bytes, int threads)
+        : memory_{bytes},
+          threads_(threads),
+          codec_(opj_create_decompress(OPJ_CODEC_J2K), &opj_destroy_codec),
+          stream_(openStream(memory_)) {}
+
+    /// Null when the data do not make a picture.
+    opj_image_t* decode(const Jpeg2000Grid& grid, Band band, int mostHalvings = 0) {
+        if (!codec_ || !stream_) return nullptr;
+        opj_set_error_handler(codec_.get(), ignoreMessage, nullptr);
+        opj_set_warning_handler(codec_.get(), ignoreMessage, nullptr);
+        opj_set_info_handler(codec_.get(), ignoreMessage, nullptr);
+        opj_dparameters_t parameters;
+        opj_set_default_decoder_parameters(&parameters);
+        if (!opj_setup_decoder(codec_.get(), &parameters)) return nullptr;
+        if (threads_ > 1) opj_codec_set_threads(codec_.get(), threads_);
+        opj_image_t* read = nullptr;
+        const bool headerRead = opj_read_header(stream_.get(), codec_.get(), &read);
+        image_.reset(read);
+        const bool whole = band.rows == grid.bottom - grid.top;
+        const auto edge = [](std::uint64_t at) { return static_cast<OPJ_INT32>(at); };
+        const bool good = headerRead && image_ && halve(mostHalvings) &&
+                          (whole || opj_set_decode_area(codec_.get(), image_.get(), edge(grid.left),
+                                                        edge(grid.top + band.top), edge(grid.right),
+                                                        edge(grid.top + band.top + band.rows))) &&
+                          opj_decode(codec_.get(), stream_.get(), image_.get());
+        return good ? image_.get() : nullptr;
+    }
+    /// How often its size was halved: as often as was wanted, or as the stream has levels.
+    int halvings() const { return halvings_; }
+
+    Transforms transforms() const { return transformsOf(codec_.get()); }
+    DecodeError failure() const {
+        return memory_.ranOut ? cutOff() : broken("JPEG 2000 data that contradict themselves");
+    }
+
+  private:
+    bool halve(int most) {
+        if (most == 0) return true;
+        halvings_ = std::min(most, transforms().levels);
+        return opj_set_decoded_resolution_factor(codec_.get(), static_cast<OPJ_UINT32>(halvings_));
+    }
+
+    MemoryStream memory_;
+    int threads_;
+    int halvings_ = 0;
+    Codec codec_;
+    Stream stream_;
+    Image image_{nullptr, &opj_image_destroy};
 };
 
-Result<Decoded> decodeStream(const Jpeg2000Header& header, int mostHalvings, int threads) {
-    MemoryStream memory{header.stream};
-    const Codec codec(opj_create_decompress(OPJ_CODEC_J2K), &opj_destroy_codec);
-    const Stream stream = openStream(memory);
-    if (!codec || !stream) return tooLarge();
-    opj_set_error_handler(codec.get(), ignoreMessage, nullptr);
-    opj_set_warning_handler(codec.get(), ignoreMessage, nullptr);
-    opj_set_info_handler(codec.get(), ignoreMessage, nullptr);
-    opj_dparameters_t parameters;
-    opj_set_default_decoder_parameters(&parameters);
-    const auto failure = [&] {
-        return memory.ranOut ? cutOff() : broken("JPEG 2000 data that contradict themselves");
-    };
-
-    Decoded decoded;
-    if (!opj_setup_decoder(codec.get(), &parameters)) return failure();
-    if (threads > 1) opj_codec_set_threads(codec.get(), threads);
-    opj_image_t* read = nullptr;
-    const bool headerRead = opj_read_header(stream.get(), codec.get(), &read);
-    decoded.image.reset(read);
-    if (!headerRead || !read) return failure();
-    decoded.transforms = transformsOf(codec.get());
-    decoded.halvings = std::min(mostHalvings, decoded.transforms.levels);
-    if (decoded.halvings > 0 &&
-        !opj_set_decoded_resolution_factor(codec.get(), static_cast<OPJ_UINT32>(decoded.halvings)))
-        return failure();
-    if (!opj_decode(codec.get(), stream.get(), read)) return failure();
-    if (read->numcomps != static_cast<OPJ_UINT32>(header.components)) return failure();
-    return decoded;
-}
-
-Result<CodedPicture> pictureOf(const Decoded& decoded, const PixelFormat& format) {
-    const opj_image_t& image = *decoded.image;
-    for (OPJ_UINT32 i = 0; i < image.numcomps; ++i)
-        if (!isUsable(image.comps[i], image.comps[0], format))
-            return broken("impossible JPEG 2000 components");
-
-    const auto pixels = static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
+/// A picture like those in the stream, its cells still empty.
+CodedPicture pictureLike(const opj_image_t& image, Transforms transforms, const PixelFormat& format) {
     CodedPicture picture;
     picture.components = static_cast<int>(image.numcomps);
     picture.precision = static_cast<int>(image.comps[0].prec);
     picture.isSigned = image.comps[0].sgnd != 0;
-    picture.lossless = decoded.transforms.reversible;
-    picture.arrangement = Arrangement::Planar;
+    // Reversible transforms lose nothing unless the stream was cut down afterwards, which it does not tell.
+    picture.exactness = transforms.reversible && !format.mayBeLossy ? Exactness::Same : Exactness::Near;
     const bool namedByTransform =
         format.photometric == Photometric::YbrIct || format.photometric == Photometric::YbrRct;
-    picture.colour = decoded.transforms.ofComponents || namedByTransform ? ColourSpace::Rgb
-                                                                         : colourSpaceOf(format.photometric);
-    picture.cells =
-        makeCells(picture.precision, format.isSigned && picture.components == 1, pixels * image.numcomps);
-    visitPatterns(picture.cells, [&](auto cells) {
-        for (OPJ_UINT32 i = 0; i < image.numcomps; ++i)
-            copyComponent(image.comps[i], cells.subspan(i * pixels, pixels),
-                          static_cast<std::size_t>(format.columns));
-    });
+    picture.colour =
+        transforms.ofComponents || namedByTransform ? ColourSpace::Rgb : colourSpaceOf(format.photometric);
+    picture.cells = makeCells(
+        picture.precision, format.isSigned && picture.components == 1,
+        static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns) * image.numcomps);
     return picture;
+}
+
+void copySamples(const opj_image_t& image, std::size_t rows, std::size_t columns, std::size_t from,
+                 Frame::Samples& into) {
+    const std::size_t components = image.numcomps;
+    visitPatterns(into, [&](auto cells) {
+        for (std::size_t i = 0; i < components; ++i)
+            copyComponent(image.comps[i], cells.data() + from * columns * components + i, components, rows,
+                          columns);
+    });
+}
+
+bool areUsable(const opj_image_t& image, const PixelFormat& format, std::size_t rows) {
+    return std::all_of(image.comps, image.comps + image.numcomps, [&](const opj_image_comp_t& component) {
+        return isUsable(component, image.comps[0], format, rows);
+    });
 }
 
 /// Means of neighbours are near them only where the samples are numbers: not indices into a palette, nor
@@ -194,27 +257,17 @@ bool hasMeans(const opj_image_t& image, const PixelFormat& format) {
     return (image.comps[0].sgnd != 0) == isSigned && pixelCell(format).shift == 0;
 }
 
-/// Of whole pixel cells only the value's bits are taken later. A mean may lie a little beyond all values that
-/// it was made of, and must not begin again at the other end.
-void keepWithinStored(const Decoded& decoded, const PixelFormat& format) {
-    const opj_image_t& image = *decoded.image;
-    const PixelCell cell = pixelCell(format);
-    if (!decoded.transforms.reversible || static_cast<int>(image.comps[0].prec) != cell.allocated) return;
-    const std::int64_t count = std::int64_t{1} << cell.stored;
-    const auto low = static_cast<OPJ_INT32>(image.comps[0].sgnd ? -count / 2 : 0);
-    const auto high = static_cast<OPJ_INT32>(image.comps[0].sgnd ? count / 2 - 1 : count - 1);
-    for (OPJ_UINT32 i = 0; i < image.numcomps; ++i) {
-        const opj_image_comp_t& component = image.comps[i];
-        if (!component.data) continue;
-        const std::size_t samples = std::size_t{component.w} * component.h;
-        for (std::size_t at = 0; at < samples; ++at)
-            component.data[at] = std::clamp(component.data[at], low, high);
-    }
+PixelFormat halved(PixelFormat format, int times) {
+    for (int* const side : {&format.rows, &format.columns}) *side = (*side + (1 << times) - 1) >> times;
+    return format;
 }
 
-int halved(int length, int times) { return (length + (1 << times) - 1) >> times; }
-
 }  // namespace
+
+bool isLargeJpeg2000(const PixelFormat& format) {
+    constexpr std::int64_t pixels = std::int64_t{4} << 20;
+    return std::int64_t{format.rows} * format.columns >= pixels;
+}
 
 bool isJpeg2000(std::span<const std::uint8_t> bytes) {
     static constexpr std::uint8_t codeStream[] = {0xFF, 0x4F, 0xFF, 0x51};
@@ -225,38 +278,56 @@ bool isJpeg2000(std::span<const std::uint8_t> bytes) {
     return startsWith(codeStream) || startsWith(fileFormat);
 }
 
-bool isLargeJpeg2000(const PixelFormat& format) {
-    constexpr std::int64_t pixels = std::int64_t{4} << 20;
-    return std::int64_t{format.rows} * format.columns >= pixels;
-}
+Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format,
+                                    std::uint64_t mostSampleBytes) {
+    const Result<Jpeg2000Header> read = readJpeg2000Header(bytes, format);
+    if (!read) return read.error();
+    const Jpeg2000Header& header = read.value();
+    const auto rows = static_cast<std::size_t>(format.rows),
+               columns = static_cast<std::size_t>(format.columns);
+    const std::size_t atOnce = rowsAtOnce(header, format, mostSampleBytes);
+    if (atOnce == 0 || bytesToDecode(header, format, atOnce) > maximumDecodingBytes) return tooLarge();
 
-Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format) {
-    const Result<Jpeg2000Header> header = readJpeg2000Header(bytes, format);
-    if (!header) return header.error();
-    const auto decoded = decodeStream(header.value(), 0, threadsFor(format));
-    return decoded ? pictureOf(decoded.value(), format) : decoded.error();
+    CodedPicture picture;
+    for (Band band{0, atOnce}; band.top < rows; band.top += band.rows) {
+        band.rows = std::min(band.rows, rows - band.top);
+        Decoding decoding(header.stream, threadsFor(format));
+        const opj_image_t* const image = decoding.decode(header.grid, band);
+        if (!image || image->numcomps != static_cast<OPJ_UINT32>(header.components))
+            return decoding.failure();
+        if (!areUsable(*image, format, band.rows)) return broken("impossible JPEG 2000 components");
+        if (band.top == 0) picture = pictureLike(*image, decoding.transforms(), format);
+        copySamples(*image, band.rows, columns, band.top, picture.cells);
+    }
+    return picture;
 }
 
 std::optional<CoarseFrame> decodeCoarseJpeg2000(std::span<const std::uint8_t> bytes,
                                                 const PixelFormat& format, int leastSide) {
     int halvings = 0;
     while (std::min(format.rows, format.columns) >> (halvings + 1) >= leastSide) ++halvings;
-    const Result<Jpeg2000Header> header = readJpeg2000Header(bytes, format);
-    if (halvings == 0 || !header || header.value().grid.left > 0 || header.value().grid.top > 0)
-        return std::nullopt;
-    const auto decoded = decodeStream(header.value(), halvings, 1);
-    if (!decoded || decoded.value().halvings == 0 || !hasMeans(*decoded.value().image, format))
+    const Result<Jpeg2000Header> read = readJpeg2000Header(bytes, format);
+    if (halvings == 0 || !read) return std::nullopt;
+    const Jpeg2000Header& header = read.value();
+    const auto rows = static_cast<std::size_t>(format.rows);
+    if (header.grid.left > 0 || header.grid.top > 0 ||
+        2 * header.stream.size() + header.overhead > maximumDecodingBytes / 2)
         return std::nullopt;
 
-    PixelFormat smaller = format;
-    smaller.rows = halved(format.rows, decoded.value().halvings);
-    smaller.columns = halved(format.columns, decoded.value().halvings);
-    keepWithinStored(decoded.value(), format);
-    Result<CodedPicture> picture = pictureOf(decoded.value(), smaller);
-    if (!picture) return std::nullopt;
-    Result<Frame> frame = toFrame(std::move(picture.value()), smaller);
+    Decoding decoding(header.stream, 1);
+    const opj_image_t* const image = decoding.decode(header.grid, {0, rows}, halvings);
+    if (!image || decoding.halvings() == 0 || image->numcomps != static_cast<OPJ_UINT32>(header.components) ||
+        !hasMeans(*image, format))
+        return std::nullopt;
+    const PixelFormat smaller = halved(format, decoding.halvings());
+    const auto smallerRows = static_cast<std::size_t>(smaller.rows);
+    if (!areUsable(*image, smaller, smallerRows)) return std::nullopt;
+    CodedPicture picture = pictureLike(*image, decoding.transforms(), smaller);
+    if (picture.exactness == Exactness::Same) picture.exactness = Exactness::Near;
+    copySamples(*image, smallerRows, static_cast<std::size_t>(smaller.columns), 0, picture.cells);
+    Result<Frame> frame = toFrame(std::move(picture), smaller);
     if (!frame) return std::nullopt;
-    return CoarseFrame{std::move(frame.value()), decoded.value().halvings};
+    return CoarseFrame{std::move(frame.value()), decoding.halvings()};
 }
 
 }  // namespace cinedisc::dicom::codecs

@@ -85,8 +85,6 @@ Result<Jpeg2000Header> readJpeg2000Header(Bytes bytes, const PixelFormat& format
     const Result<std::uint64_t> overhead = jpeg2000Overhead(stream, grid);
     if (!overhead) return overhead.error();
     header.overhead = overhead.value();
-    if (columns * rows * components * sizeof(std::int32_t) + header.overhead > maximumFrameBytes)
-        return tooLarge();
     return header;
 }
 

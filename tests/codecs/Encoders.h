@@ -32,6 +32,9 @@ struct Jpeg2000Making {
     int tileSize = 0;         ///< 0 for one tile
     bool subsampled = false;  ///< the second and third component have half the rows and columns
     int levels = 2;           ///< of decomposition
+    int layers = 1;
+    int precinct = 0;  ///< sides of the precincts of all resolutions, 0 for the largest
+    int block = 64;    ///< sides of the code blocks
 };
 
 /// Encodes interleaved samples; of subsampled components every other one of every other row is taken.

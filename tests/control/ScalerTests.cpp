@@ -159,19 +159,23 @@ PlainPicture widened(const PlainPicture& coarse, QSize size, int halvings) {
 
 void putOn(PlainPicture& picture, const CoverPlane& cover) {
     for (std::size_t i = 0; i < picture.values.size() && !cover.empty(); ++i) {
-        const std::size_t pixel = i / static_cast<std::size_t>(picture.channels);
-        if (!cover.keep[pixel]) picture.values[i] = cover.paint[pixel];
+        const int pixel = static_cast<int>(i) / picture.channels;
+        const int x = pixel % picture.columns, y = pixel / picture.columns;
+        if (!cover.hidden.empty() && cover.hidden.at(y, x)) picture.values[i] = cover.grey;
+        if (!cover.white.empty() && cover.white.at(y, x)) picture.values[i] = 255;
     }
 }
 
 CoverPlane randomCover(std::mt19937& random, int columns, int rows) {
     CoverPlane cover;
-    if (random() % 2) return cover;
-    cover.columns = columns;
-    for (int i = 0; i < columns * rows; ++i) {
-        const bool covered = random() % 4 == 0;
-        cover.keep.push_back(covered ? 0 : 255);
-        cover.paint.push_back(covered ? 200 : 0);
+    cover.grey = 200;
+    for (BitPlane* plane : {&cover.hidden, &cover.white}) {
+        if (random() % 2) continue;
+        *plane = BitPlane(rows, columns);
+        // Runs, longer and shorter than a word, and single pixels.
+        for (int i = 0; i < columns * rows; i += 1 + static_cast<int>(random() % 9))
+            for (int end = i + static_cast<int>(random() % 3 ? 1 : random() % 150); i < end; ++i)
+                if (i < columns * rows) plane->set(i / columns, i % columns);
     }
     return cover;
 }
@@ -181,7 +185,7 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
     const auto upTo = [&](int most) { return 1 + static_cast<int>(random() % static_cast<unsigned>(most)); };
     for (int round = 0; round < 400; ++round) {
         FakeDicomFile file;
-        const QSize size(upTo(40), upTo(40));
+        const QSize size(upTo(140), upTo(40));
         const int halvings = std::max(0, upTo(7) - 4), step = 1 << halvings;
         const auto frame =
             randomFrame(random, file, (size.width() + step - 1) / step, (size.height() + step - 1) / step);
