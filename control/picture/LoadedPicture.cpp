@@ -119,15 +119,22 @@ bool LoadedPicture::lacksRange() const {
            !ownWindow(file_->dicom().greyTransform(currentFrame_ - 1));
 }
 
+void LoadedPicture::learnRange(Patience patience) const {
+    if (file_->firstFrameRange()) return;
+    // A wish of its own: the view may be waiting for the frame shown.
+    const void* const question = &fileWindow_;
+    const auto first = library_.frame(question, asker_, file_, 0, patience);
+    library_.forget(question);
+    if (first) file_->noteFirstFrame(*first);
+}
+
 ValueRange LoadedPicture::firstFrameRange() const {
-    if (!file_->firstFrameRange()) {
-        // A wish of its own: the view may be waiting for the frame shown.
-        const void* const question = &fileWindow_;
-        const auto first = library_.frame(question, asker_, file_, 0, Patience::Answer);
-        library_.forget(question);
-        if (first) file_->noteFirstFrame(*first);
-    }
     return file_->firstFrameRange().value_or(expressibleRange(file_->dicom().pixelFormat()));
+}
+
+void LoadedPicture::awaitWindow() {
+    if (settle(Patience::Answer) != Settled::NotYet && frameCount() > 0 && lacksRange())
+        learnRange(Patience::Answer);
 }
 
 WindowInForce LoadedPicture::fileWindow() const {
@@ -170,6 +177,7 @@ ValueRange LoadedPicture::valueRange() const {
     if (frameCount() == 0) return {0, 255};
     const auto& format = file_->dicom().pixelFormat();
     const bool integer = format.sampleKind == dicom::SampleKind::Integer && format.bitsStored <= 16;
+    if (!integer) learnRange(Patience::Glance);
     const auto stored = integer ? expressibleRange(format) : firstFrameRange();
     return modalityRange(file_->dicom().greyTransform(currentFrame_ - 1), stored);
 }

@@ -67,6 +67,8 @@ class LoadedPicture {
     /// The window in force. Colour has a fixed one; without a picture it is the one that was last in force or
     /// put.
     WindowInForce window() const;
+    /// Waits as long as a command may for what the file's own window depends on.
+    void awaitWindow();
     void putWindowCenter(double center);
     void putWindowWidth(double width);
     const WindowChoice& windowChoice() const { return choice_; }
@@ -81,6 +83,7 @@ class LoadedPicture {
     WindowInForce fileWindow() const;
     bool lacksRange() const;
     void fetch(Patience patience) const;
+    void learnRange(Patience patience) const;
     ValueRange firstFrameRange() const;
     void take(const Opening::Outcome& outcome);
 

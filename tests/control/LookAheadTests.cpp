@@ -67,7 +67,7 @@ TEST_F(LookAheadTest, ReadsTheShownRunAndThenTheNeighbourEachFrameOnce) {
 TEST_F(LookAheadTest, SaysThatItReadsUntilTheDiscHasGivenThePicture) {
     lookAhead(atOnce);
     int number = 0;
-    for (const std::string& step : Steps{"open", "read x 0", "decode x 0", "read x 4", "decode x 4"}) {
+    for (const std::string& step : Steps{"open", "read x 0", "read x 4", "decode x 4"}) {
         const std::string name = "x" + std::to_string(number++), path = "/" + name;
         std::string held = step;
         if (held == "open") held += " " + path;
@@ -319,9 +319,6 @@ TEST_F(LookAheadTest, WorksOutAllThatIsDrawnInOtherThreads) {
     disc.letGo();
     ASSERT_TRUE(waitForPicture(255));
     EXPECT_EQ(view.WindowWidth(), 1001);
-    ASSERT_GE(disc.steps().size(), 2U);
-    EXPECT_EQ(disc.steps()[0], "read a 0");
-    EXPECT_EQ(disc.steps()[1], "read a 2");
 }
 
 // Whatever is loaded and stepped to while threads are at work: the picture is that of the file and frame
