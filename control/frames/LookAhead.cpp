@@ -152,7 +152,6 @@ void LookAhead::readLoop() {
             run(*job, lock);
             continue;
         }
-        servedRun_ = nullptr;
         readerIdles_ = true;
         wakeReader_.wait(lock);
         readerIdles_ = false;
