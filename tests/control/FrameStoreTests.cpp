@@ -410,8 +410,9 @@ TEST(ImageLibrary, SeesThatAnotherFileHasTakenThePlace) {
             file.write(bytes);
         };
         test::FakeLibrary fake;
+        std::vector<std::shared_ptr<Opening>> held;
         const auto open = [&] {
-            const auto opening = fake.library.request(path, Asker::Probe);
+            const auto opening = held.emplace_back(fake.library.request(path, Asker::Probe));
             EXPECT_TRUE(fake.library.waitFor(*opening, Patience::Answer));
             return opening->outcome();
         };
