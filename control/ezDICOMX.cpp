@@ -102,12 +102,12 @@ void ezDICOMX::putSmooth(bool on) {
 qint32 ezDICOMX::Polarity() const { return parts_->view.picture.polarity; }
 
 double ezDICOMX::WindowCenter() const {
-    parts_->settle(Patience::Answer);
+    parts_->awaitWindow();
     return parts_->view.picture.window().window.center;
 }
 
 double ezDICOMX::WindowWidth() const {
-    parts_->settle(Patience::Answer);
+    parts_->awaitWindow();
     return parts_->view.picture.window().window.width;
 }
 
@@ -117,13 +117,13 @@ void ezDICOMX::putPolarity(qint32 polarity) {
 }
 
 void ezDICOMX::putWindowCenter(double center) {
-    parts_->settle(Patience::Answer);
+    parts_->awaitWindow();
     parts_->view.picture.putWindowCenter(center);
     update();
 }
 
 void ezDICOMX::putWindowWidth(double width) {
-    parts_->settle(Patience::Answer);
+    parts_->awaitWindow();
     parts_->view.picture.putWindowWidth(width);
     update();
 }

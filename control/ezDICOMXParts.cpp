@@ -19,7 +19,15 @@ ezDICOMX::Parts::Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& librar
 }
 
 void ezDICOMX::Parts::settle(Patience patience) {
-    if (view.picture.settle(patience) == LoadedPicture::Settled::Now) refreshHeaderPage();
+    if (view.picture.settle(patience) != LoadedPicture::Settled::Now) return;
+    refreshHeaderPage();
+    // It never looks at a frame.
+    if (role == ViewRole::Probe) awaiting = false;
+}
+
+void ezDICOMX::Parts::awaitWindow() {
+    settle(Patience::Answer);
+    view.picture.awaitWindow();
 }
 
 void ezDICOMX::Parts::takeArrival() {

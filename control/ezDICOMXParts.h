@@ -24,6 +24,8 @@ struct ezDICOMX::Parts {
     void layOut();
     /// Takes the file over when it has been opened within the patience.
     void settle(Patience patience);
+    /// Waits for the window in force as long as a command may.
+    void awaitWindow();
     /// What the disc has given is shown.
     void takeArrival();
     /// The notice, if there is one, is also what assistive programs read. Looks at the frame shown, so it

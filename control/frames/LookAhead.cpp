@@ -82,16 +82,13 @@ void LookAhead::leave(const ImageFile* file) {
 bool LookAhead::hasWork() { return !errands_.empty() || !store_.wishesToRead().empty() || plan_.hasStep(); }
 
 std::shared_ptr<Errand> LookAhead::nextErrand(bool ofPreviews) {
-    std::erase_if(errands_, [](const auto& sent) {
-        const auto errand = sent.second.lock();
-        return !errand || errand->isDone();
-    });
+    std::erase_if(errands_, [](const auto& sent) { return sent.second.expired(); });
     const auto found = std::ranges::find_if(
         errands_, [&](const auto& sent) { return (sent.first == Asker::Preview) == ofPreviews; });
     if (found == errands_.end()) return nullptr;
     auto errand = found->second.lock();
     errands_.erase(found);
-    return errand;
+    return errand ? errand : nextErrand(ofPreviews);
 }
 
 /// A main view that plays would take turns with the previews, a jump each time: those that wait when it has
@@ -152,7 +149,6 @@ void LookAhead::readLoop() {
             run(*job, lock);
             continue;
         }
-        servedRun_ = nullptr;
         readerIdles_ = true;
         wakeReader_.wait(lock);
         readerIdles_ = false;

@@ -80,7 +80,7 @@ class LookAhead {
     int decodersOfWanted_ = 0, busyWithWanted_ = 0;
     std::deque<std::pair<Asker, std::weak_ptr<Errand>>> errands_;
     std::weak_ptr<const FrameSteps> opened_;  ///< its first frame stands behind what was read last
-    const FrameSteps* servedRun_ = nullptr;   ///< of the main view's last frame, while previews wait
+    const FrameSteps* servedRun_ = nullptr;   ///< of the main view's last frame
     ReadingPlan plan_;
     std::atomic<unsigned> served_ = 0;
     std::vector<std::thread> threads_;

@@ -8,7 +8,7 @@ namespace cinedisc {
 void WindowTool::press(QPointF at) {
     start_ = at;
     before_ = view_.picture.windowChoice();
-    window_ = view_.picture.window().window;
+    window_ = view_.picture.drawnWindow().window;
     span_ = view_.picture.valueRange().span();
     // In proportion to the window, so that narrow ones can be set finely, but never too slow to leave them.
     gain_ = std::max(window_.width / 256, span_ / 2048);

@@ -142,16 +142,24 @@ bool LoadedPicture::lacksRange() const {
            !ownWindow(file_->dicom().greyTransform(currentFrame_ - 1));
 }
 
+void LoadedPicture::learnRange(Patience patience) const {
+    if (file_->firstFrameRange()) return;
+    // A wish of its own: the view may be waiting for the frame shown.
+    const void* const question = &fileWindow_;
+    const auto first = library_.frame(question, asker_, file_, 0, patience);
+    library_.forget(question);
+    if (first) file_->noteFirstFrame(*first);
+}
+
 ValueRange LoadedPicture::firstFrameRange() const {
-    if (!file_->firstFrameRange() && coarse_) file_->noteFirstFrame(*file_->frame(0));
-    if (!file_->firstFrameRange()) {
-        // A wish of its own: the view may be waiting for the frame shown.
-        const void* const question = &fileWindow_;
-        const auto first = library_.frame(question, asker_, file_, 0, Patience::Answer);
-        library_.forget(question);
-        if (first) file_->noteFirstFrame(*first);
-    }
     return file_->firstFrameRange().value_or(expressibleRange(file_->dicom().pixelFormat()));
+}
+
+void LoadedPicture::awaitWindow() {
+    if (settle(Patience::Answer) == Settled::NotYet || frameCount() == 0 || !lacksRange()) return;
+    // What has been read is decoded for certain, and that is waited for.
+    if (coarse_) file_->noteFirstFrame(*file_->frame(0));
+    if (lacksRange()) learnRange(Patience::Answer);
 }
 
 WindowInForce LoadedPicture::fileWindow() const {
@@ -182,25 +190,30 @@ WindowInForce LoadedPicture::window() const {
     return lastWindow_;
 }
 
-WindowInForce LoadedPicture::drawnWindow() const {
-    if (!coarse_ || !lacksRange()) return window();
+WindowInForce LoadedPicture::drawnFileWindow() const {
+    if (!coarse_ || !lacksRange()) return fileWindow();
     const auto grey = file_->dicom().greyTransform(currentFrame_ - 1);
     const auto values = modalityRange(grey, storedRange(coarse_->frame, grey.padding));
-    return choice_.over(windowOver(values, file_->dicom().pixelFormat().sampleKind));
+    return windowOver(values, file_->dicom().pixelFormat().sampleKind);
+}
+
+WindowInForce LoadedPicture::drawnWindow() const {
+    return coarse_ && lacksRange() ? choice_.over(drawnFileWindow()) : window();
 }
 
 void LoadedPicture::putWindowCenter(double center) {
-    if (!isColor()) choice_.putCenter(fileWindow(), center);
+    if (!isColor()) choice_.putCenter(drawnFileWindow(), center);
 }
 
 void LoadedPicture::putWindowWidth(double width) {
-    if (!isColor()) choice_.putWidth(fileWindow(), width);
+    if (!isColor()) choice_.putWidth(drawnFileWindow(), width);
 }
 
 ValueRange LoadedPicture::valueRange() const {
     if (frameCount() == 0) return {0, 255};
     const auto& format = file_->dicom().pixelFormat();
     const bool integer = format.sampleKind == dicom::SampleKind::Integer && format.bitsStored <= 16;
+    if (!integer) learnRange(Patience::Glance);
     const auto stored = integer ? expressibleRange(format) : firstFrameRange();
     return modalityRange(file_->dicom().greyTransform(currentFrame_ - 1), stored);
 }

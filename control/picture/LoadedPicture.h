@@ -76,6 +76,8 @@ class LoadedPicture {
     /// The window that the picture is drawn with. Of a coarse picture, where the file does not tell one and
     /// it depends on the frame's values, it is near the one in force.
     WindowInForce drawnWindow() const;
+    /// Waits as long as a command may for what the file's own window depends on.
+    void awaitWindow();
     void putWindowCenter(double center);
     void putWindowWidth(double width);
     const WindowChoice& windowChoice() const { return choice_; }
@@ -88,9 +90,11 @@ class LoadedPicture {
 
   private:
     WindowInForce fileWindow() const;
+    WindowInForce drawnFileWindow() const;
     bool lacksRange() const;
     void fetch(Patience patience) const;
     void take(FrameStore::Decoded frame) const;
+    void learnRange(Patience patience) const;
     ValueRange firstFrameRange() const;
     void take(const Opening::Outcome& outcome);
 

@@ -1,13 +1,11 @@
 #include "control/frames/LookAhead.h"
 #include "tests/control/HeldDisc.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTest>
 #include <gtest/gtest.h>
 
 #include <array>
-#include <barrier>
 #include <random>
 #include <thread>
 
@@ -358,44 +356,6 @@ TEST(FrameStore, GivesAFrameBeyondItsCeilingWithoutKeepingIt) {
     EXPECT_NE(store.waitFor(&store, {}), nullptr);
 }
 
-TEST(FrameStore, ReadsAndDecodesAFrameOnceForAllThreadsThatAskForIt) {
-    FrameStore store;
-    const FakeRun run;
-    std::barrier together(4);
-    std::vector<std::jthread> threads;
-    std::array<FrameStore::Decoded, 4> got;
-    for (std::size_t t = 0; t < 4; ++t) {
-        threads.emplace_back([&, t] {
-            together.arrive_and_wait();
-            for (int index = 0; index < 50; ++index) {
-                if (t == 0) store.read({&run, index});
-                got[t] = store.frame({&run, index});
-            }
-        });
-    }
-    threads.clear();
-    EXPECT_EQ(run.read, 50);
-    EXPECT_EQ(run.decoded, 50);
-    for (const auto& frame : got) EXPECT_EQ(frame, got[0]);
-}
-
-TEST(ImageFile, FreesItsFramesWhenTheLastViewLetsGo) {
-    test::FakeLibrary fake;
-    fake.files["/a"] = test::greyRun(64, 64, 3);
-    fake.files["/b"] = test::greyRun(64, 64, 3);
-    auto a = fake.library.open("/a").value();
-    auto b = fake.library.open("/b").value();
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_TRUE(a->frame(i)->ok());
-        EXPECT_TRUE(b->frame(i)->ok());
-    }
-    const auto both = fake.library.frames().bytesHeld();
-    a.reset();
-    EXPECT_EQ(fake.library.frames().bytesHeld(), both / 2);
-    b.reset();
-    EXPECT_EQ(fake.library.frames().bytesHeld(), 0U);
-}
-
 TEST(ImageFile, RefusesFramesThatAreNotWhatTheHeaderSays) {
     const auto whole = test::greyRun(8, 8, 1)->picture(0);
     const std::function<void(dicom::Frame&)> faults[] = {
@@ -427,8 +387,11 @@ TEST(ImageLibrary, OpensAFileOnceWhileItIsShown) {
     auto second = fake.library.open("/run").value();
     EXPECT_EQ(first, second);
     EXPECT_EQ(fake.opened, 1);
+    EXPECT_TRUE(first->frame(0)->ok());
+    EXPECT_GT(fake.library.frames().bytesHeld(), 0U);
     first.reset();
     second.reset();
+    EXPECT_EQ(fake.library.frames().bytesHeld(), 0U) << "the last view frees the frames";
     // What goes wrong leaves nothing behind.
     fake.opening = [](const auto&) { throw std::runtime_error("the disc has gone"); };
     EXPECT_FALSE(fake.library.open("/run").ok());
@@ -447,16 +410,22 @@ TEST(ImageLibrary, SeesThatAnotherFileHasTakenThePlace) {
             file.write(bytes);
         };
         test::FakeLibrary fake;
+        std::vector<std::shared_ptr<Opening>> held;
         const auto open = [&] {
-            const auto opening = fake.library.request(path, Asker::Probe);
+            const auto opening = held.emplace_back(fake.library.request(path, Asker::Probe));
             EXPECT_TRUE(fake.library.waitFor(*opening, Patience::Answer));
             return opening->outcome();
         };
         if (looksAhead) fake.library.lookAhead(std::chrono::minutes(1));
         write("first");
-        fake.files[path.toStdString()] = test::greyRun(8, 8, 1);
+        const auto file = test::greyRun(8, 8, 1);
+        fake.files[path.toStdString()] = file;
+        file->broken = {0};
         const auto shown = open().value();
+        EXPECT_FALSE(shown->frame(0)->ok());
+        file->broken.clear();
         EXPECT_EQ(open().value(), shown);
+        EXPECT_TRUE(shown->frame(0)->ok()) << "tried again";
         write("another");
         fake.files[path.toStdString()] = test::greyRun(8, 8, 5);
         EXPECT_EQ(open().value()->dicom().frameCount(), 5);

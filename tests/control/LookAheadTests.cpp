@@ -13,7 +13,12 @@ using Steps = std::vector<std::string>;
 constexpr std::chrono::minutes veryPatient{1};
 constexpr std::chrono::milliseconds atOnce{0};
 
-class LookAheadTest : public test::ViewFixture {
+/// Outlives the threads that may still be reading when a test is over.
+struct WithDisc {
+    test::HeldDisc disc;
+};
+
+class LookAheadTest : protected WithDisc, public test::ViewFixture {
   protected:
     LookAheadTest() {
         fake.opening = [this](const std::string& path) { disc.pass("open " + path); };
@@ -37,8 +42,6 @@ class LookAheadTest : public test::ViewFixture {
         for (int f = 0; f < frames; ++f) steps.push_back("read " + run + " " + std::to_string(f));
         return steps;
     }
-
-    test::HeldDisc disc;
 };
 
 TEST_F(LookAheadTest, ReadsTheShownRunAndThenTheNeighbourEachFrameOnce) {
@@ -67,7 +70,7 @@ TEST_F(LookAheadTest, ReadsTheShownRunAndThenTheNeighbourEachFrameOnce) {
 TEST_F(LookAheadTest, SaysThatItReadsUntilTheDiscHasGivenThePicture) {
     lookAhead(atOnce);
     int number = 0;
-    for (const std::string& step : Steps{"open", "read x 0", "decode x 0", "read x 4", "decode x 4"}) {
+    for (const std::string& step : Steps{"open", "read x 0", "read x 4", "decode x 4"}) {
         const std::string name = "x" + std::to_string(number++), path = "/" + name;
         std::string held = step;
         if (held == "open") held += " " + path;
@@ -130,19 +133,22 @@ TEST_F(LookAheadTest, ServesTheDiscInTheOrderInWhichItIsWanted) {
     const struct {
         Steps asked, expected;
     } scripts[] = {
-        {{"1 read z 0", "1 read b 0", "2 read c 0", "main read a 0"}, {"read a 0", "read b 0", "read c 0"}},
+        {{"1 read z 0", "1 read b 0", "2 read c 0", "main read a 0"},
+         {"read z 0", "read a 0", "read b 0", "read c 0"}},
         {{"main read a 0", "1 read b 0", "2 read c 0", "main read a 1"},
-         {"read b 0", "read c 0", "read a 1"}},
-        {{"main read a 0", "1 read b 0", "main read c 0"}, {"read c 0", "read b 0"}},
-        {{"1 read z 0", "2 read b 0", "2 forget", "3 read c 0"}, {"read c 0"}},
-        {{"1 read z 0", "2 read b 0", "3 read c 0", "2 read b 0"}, {"read b 0", "read c 0"}},
-        {{"1 read z 0", "2 read b 0", "3 read c 0", "2 read d 0"}, {"read c 0", "read d 0"}},
+         {"read a 0", "read b 0", "read c 0", "read a 1"}},
+        {{"main read a 0", "1 read b 0", "main read c 0"}, {"read a 0", "read c 0", "read b 0"}},
+        {{"main follow a 0", "1 read b 0", "main read a 3"},
+         {"read a 1", "read a 2", "read a 3", "read b 0"}},
+        {{"1 read z 0", "2 read b 0", "2 forget", "3 read c 0"}, {"read z 0", "read c 0"}},
+        {{"1 read z 0", "2 read b 0", "3 read c 0", "2 read b 0"}, {"read z 0", "read b 0", "read c 0"}},
+        {{"1 read z 0", "2 read b 0", "3 read c 0", "2 read d 0"}, {"read z 0", "read c 0", "read d 0"}},
         {{"1 open z", "2 open b", "3 read c 0", "main open a"},
-         {"open a", "read a 0", "read c 0", "open b", "read b 0"}},
-        {{"1 open z", "2 open b", "probe open a"}, {"open a", "read z 0", "open b", "read b 0"}},
-        {{"1 open z", "2 open b", "2 forget", "1 forget", "3 open c"}, {"open c", "read c 0"}},
-        {{"1 open z", "2 open b", "main open b"}, {"open b", "read b 0"}},
-        {{"main read a 0", "1 open b", "main read a 1"}, {"open b", "read b 0", "read a 1"}},
+         {"open z", "open a", "read a 0", "read c 0", "open b", "read b 0"}},
+        {{"1 open z", "2 open b", "probe open a"}, {"open z", "open a", "read z 0", "open b", "read b 0"}},
+        {{"1 open z", "2 open b", "2 forget", "1 forget", "3 open c"}, {"open z", "open c", "read c 0"}},
+        {{"1 open z", "2 open b", "main open b"}, {"open z", "open b", "read b 0"}},
+        {{"main read a 0", "1 open b", "main read a 1"}, {"read a 0", "open b", "read b 0", "read a 1"}},
     };
     lookAhead(atOnce);
     const std::shared_ptr<FrameStore> store(std::shared_ptr<void>(), &fake.library.frames());
@@ -156,8 +162,8 @@ TEST_F(LookAheadTest, ServesTheDiscInTheOrderInWhichItIsWanted) {
         };
         std::map<std::string, std::shared_ptr<const ImageFile>> files;
         for (const std::string name : {"a", "b", "c", "d", "z"}) {
-            fake.files["/" + name + mark] = disc.run(name + mark, 2);
-            files[name] = std::make_shared<const ImageFile>(disc.run(name + mark, 2), FileStamp(), store);
+            fake.files["/" + name + mark] = disc.run(name + mark, 4);
+            files[name] = std::make_shared<const ImageFile>(disc.run(name + mark, 4), FileStamp(), store);
         }
         std::map<std::string, std::shared_ptr<Opening>> views;
         const auto before = disc.steps("").size();
@@ -171,6 +177,8 @@ TEST_F(LookAheadTest, ServesTheDiscInTheOrderInWhichItIsWanted) {
             auto& view_ = views[who];
             if (words[1] == "open") {
                 view_ = fake.library.request("/" + words[2] + QString::fromStdString(mark), asker);
+            } else if (words[1] == "follow") {
+                fake.library.ahead()->follow(files[words[2].toStdString()], 0, PlayDirection::Forward, "");
             } else if (words[1] == "read") {
                 fake.library.frame(&view_, asker, files[words[2].toStdString()], words[3].toInt(),
                                    Patience::Glance);
@@ -180,7 +188,7 @@ TEST_F(LookAheadTest, ServesTheDiscInTheOrderInWhichItIsWanted) {
             }
             ASSERT_TRUE(QTest::qWaitFor([&] { return disc.steps("").size() > before; }));
         }
-        Steps served, wanted{marked(script[0].substr(script[0].find(' ') + 1))};
+        Steps served, wanted;
         for (const auto& step : expected) wanted.push_back(marked(step));
         disc.letGo("");
         EXPECT_TRUE(QTest::qWaitFor([&] {
@@ -198,6 +206,19 @@ TEST_F(LookAheadTest, ServesTheDiscInTheOrderInWhichItIsWanted) {
 // A file that the disc is slow to open: commands wait for what they need to know, the window for nothing
 // else, and what was put meanwhile holds.
 TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
+    lookAhead(atOnce);
+    fake.files["/probe"] = disc.run("probe", 12);
+    disc.hold("open");
+    ezDICOMX probe(ViewRole::Probe, nullptr, fake.library);
+    probe.putFileName("/probe");
+    std::jthread later([&] {
+        disc.reached("open /probe");
+        disc.letGo();
+    });
+    EXPECT_EQ(probe.FrameCount(), 12) << "waits for the answer";
+    EXPECT_FALSE(probe.isReading());
+
+    later.join();
     lookAhead(atOnce, atOnce);
     disc.hold("open");
     auto run = disc.run("a", 30);
@@ -214,6 +235,7 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
     EXPECT_FALSE(view.CopyHeaderToClipboard());
     seen();
     EXPECT_EQ(view.accessibleDescription(), "reading …");
+    QCoreApplication::processEvents();  // nothing will be painted without need
     disc.letGo();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !view.isReading(); }));
     EXPECT_EQ(view.FrameCount(), 30);
@@ -227,23 +249,6 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !view.isReading(); }));
     EXPECT_EQ(view.FrameCount(), 0);
     EXPECT_TRUE(view.accessibleDescription().contains("There is no such file"));
-}
-
-TEST_F(LookAheadTest, AnswersAsSoonAsAFileIsOpen) {
-    lookAhead(atOnce);
-    for (const auto role : {ViewRole::Main, ViewRole::Probe}) {
-        const std::string path = role == ViewRole::Main ? "/main" : "/probe";
-        fake.files[path] = disc.run(path, 30);
-        disc.hold("open");
-        ezDICOMX asked(role, nullptr, fake.library);
-        asked.putFileName(QString::fromStdString(path));
-        std::jthread later([&] {
-            disc.reached("open " + path);
-            disc.letGo();
-        });
-        EXPECT_EQ(asked.FrameCount(), 30);
-        EXPECT_FALSE(role == ViewRole::Probe && asked.isReading());
-    }
 }
 
 // Previews that show something else by then, or have gone, are neither opened nor read.
@@ -269,17 +274,20 @@ TEST_F(LookAheadTest, GivesUpWhatNoViewWantsAnyMore) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !previews[2]->isReading() && !previews[0]->isReading(); }));
     EXPECT_EQ(disc.steps("open"), (Steps{"open /p0", "open /p5", "open /p4"}));
 
-    auto& store = fake.library.frames();
-    disc.hold("read");
-    for (const bool isLoaded : {true, false}) {
+    const auto& store = fake.library.frames();
+    for (const std::string name : {"loaded", "destroyed"}) {
         auto gone = std::make_unique<ezDICOMX>(ViewRole::Main, nullptr, fake.library);
-        gone->putFileName(path(1));
-        gone->putCurrentFrame(2);
-        disc.reached("read p1 0");
+        fake.files["/" + name] = disc.run(name, 3);
+        disc.hold("read " + name + " 1");
+        gone->putFileName(QString::fromStdString("/" + name));
+        gone->show();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return disc.steps("read " + name).size() == 2; }));
+        gone->putCurrentFrame(3);
         EXPECT_EQ(store.wishesToRead().size(), 1U);
-        if (isLoaded) gone->putFileName("");
-        gone.reset();
+        if (name == "loaded") gone->putFileName("");
+        if (name == "destroyed") gone.reset();
         EXPECT_TRUE(store.wishesToRead().empty());
+        disc.letGo();
     }
 }
 
@@ -319,9 +327,6 @@ TEST_F(LookAheadTest, WorksOutAllThatIsDrawnInOtherThreads) {
     disc.letGo();
     ASSERT_TRUE(waitForPicture(255));
     EXPECT_EQ(view.WindowWidth(), 1001);
-    ASSERT_GE(disc.steps().size(), 2U);
-    EXPECT_EQ(disc.steps()[0], "read a 0");
-    EXPECT_EQ(disc.steps()[1], "read a 2");
 }
 
 // Whatever is loaded and stepped to while threads are at work: the picture is that of the file and frame
