@@ -76,7 +76,7 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
     }
     if (look.role == ViewRole::Main && state.picture.file()) {
         const QRectF picture = notice ? QRectF() : state.pictureRect();
-        corners_.paint(painter, area, picture, cornerLines(state),
+        corners_.paint(painter, area.adjusted(0, look.coveredAtTop, 0, 0), picture, cornerLines(state),
                        white ? CornerText::Ground::White : CornerText::Ground::Dark);
     }
     painter.restore();
