@@ -80,30 +80,6 @@ TEST(OpenCommand, EmptyFirstSeriesEndsItAndRestoresTheList) {
     EXPECT_FALSE(opened.form.behaviour.place.position().PatientsFolder.isSet());
 }
 
-TEST(OpenCommand, BrokenCatalogueEndsItQuietly) {
-    OpenedDisc opened({patientOf("A", {{3}})});
-    opened.form.TreeView1.nodes.clear();
-    opened.form.FraTree.putVisible(false);
-    DiscBuilder::write(opened.disc.path({"CD.xml"}), "<cd><p>");
-    opened.form.behaviour.opener.Open_Click();
-    EXPECT_FALSE(opened.form.FraTree.Visible());
-}
-
-TEST(OpenCommand, OpeningAgainTakesThePictureAway) {
-    OpenedDisc opened;
-    RecordingForm1& form = opened.form;
-    form.clickPatient(1);
-    ASSERT_TRUE(form.Timer4.Enabled());
-    form.behaviour.opener.Open_Click();
-    EXPECT_FALSE(form.Timer4.Enabled());
-    EXPECT_EQ(form.ezDicom.FileName(), "");
-    EXPECT_EQ(form.stripNames(), QStringList({"", "", "", "", ""}));
-    EXPECT_EQ(form.Label5.Caption(), "Study Scroll Bar");
-    EXPECT_EQ(form.Label15.Caption(), "Series Scroll Bar");
-    EXPECT_TRUE(form.FraTree.Visible());
-    EXPECT_EQ(form.TreeView1.nodeCount(), 3 + 3 + 6 + 17);
-}
-
 TEST(TreeClick, OpensACinePatientAtItsFirstRun) {
     OpenedDisc opened;
     RecordingForm1& form = opened.form;
@@ -170,19 +146,6 @@ TEST(TreeClick, OtherNodesDoNothing) {
     opened.form.journal.clear();
     for (const int node : {2, 3, 4}) opened.form.clickNode(node);
     EXPECT_EQ(opened.form.journal.entries(), QStringList());
-}
-
-TEST(TreeClick, MissingPatientFolderKeepsThePicture) {
-    OpenedDisc opened;
-    RecordingForm1& form = opened.form;
-    form.clickPatient(0);
-    const QString shown = form.ezDicom.FileName();
-    QDir(opened.disc.path({"Dicom", "Patient001"})).removeRecursively();
-    form.clickPatient(1);
-    EXPECT_EQ(form.ezDicom.FileName(), shown);
-    EXPECT_FALSE(form.behaviour.place.position().CurrentFolder.isSet());
-    EXPECT_EQ(form.Label5.Caption(), "Cine B");
-    EXPECT_FALSE(form.FraTree.Visible());
 }
 
 TEST(FolderCommand, CancelLeavesEverything) {
