@@ -54,7 +54,7 @@ Document parse(const std::vector<std::byte>& bytes) {
             xmlFreeDoc};
 }
 
-bool isXmlSpace(const QString& text) {
+bool isAllXmlSpace(const QString& text) {
     return std::all_of(text.begin(), text.end(),
                        [](QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; });
 }
@@ -74,7 +74,7 @@ class Converter {
         };
         QString text;
         const auto appendText = [&] {
-            if (isXmlSpace(text)) {
+            if (isAllXmlSpace(text)) {
                 space += text;
             } else {
                 append({CatalogueNode::Data::Text, text});
