@@ -40,12 +40,13 @@ TEST_F(DiscFolderTest, ReplacesItsOwnDiscAndLeavesWhatElseLiesThere) {
 }
 
 TEST_F(DiscFolderTest, RefusesWhatItDidNotWrite) {
+    const std::string mark = catalogueXml({"", {}});
     const std::map<std::string, std::string> foreign[] = {
         {{"letter.txt", "dear"}},
         {{"CD.xml", "<disc/>"}},
-        {{"CD.xml", catalogueMark}, {"Dicom/Patient000/mine.txt", "x"}},
-        {{"CD.xml", catalogueMark}, {"Dicom/Patient000/Study01/Series01/photo.dcm", "x"}},
-        {{"CD.xml", catalogueMark}, {"Dicom/Patient000/Study01/Series01/IM00001.dcm/IM00001.dcm", "x"}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/mine.txt", "x"}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/photo.dcm", "x"}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/IM00001.dcm/IM00001.dcm", "x"}},
     };
     for (const auto& files : foreign) {
         fs::remove_all(disc_);

@@ -1,7 +1,6 @@
 #include "discmaker/CommandLine.h"
 #include "discmaker/DiscError.h"
 #include "discmaker/DiscMaker.h"
-#include "discmaker/encoding/Attribute.h"
 #include "tests/discmaker/DiscFiles.h"
 #include "tests/support/DicomBuilder.h"
 
@@ -22,12 +21,12 @@ using testing::HasSubstr;
 DicomBuilder image(const std::string& patient, int instance, int frames = 1) {
     auto builder = DicomBuilder::image(4, 4, frames);
     builder.text({0x0008, 0x0005}, "CS", "ISO_IR 144")
-        .text(attribute::patientName.tag, "PN", patient)
-        .text(attribute::patientId.tag, "LO", "7")
-        .text(attribute::studyInstanceUid.tag, "UI", "1.2")
-        .text(attribute::seriesInstanceUid.tag, "UI", "1.2.3")
-        .text(attribute::seriesNumber.tag, "IS", "4")
-        .text(attribute::instanceNumber.tag, "IS", std::to_string(instance));
+        .text({0x0010, 0x0010}, "PN", patient)
+        .text({0x0010, 0x0020}, "LO", "7")
+        .text({0x0020, 0x000D}, "UI", "1.2")
+        .text({0x0020, 0x000E}, "UI", "1.2.3")
+        .text({0x0020, 0x0011}, "IS", "4")
+        .text({0x0020, 0x0013}, "IS", std::to_string(instance));
     builder.gradientPixels();
     return builder;
 }
@@ -53,8 +52,7 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
     image("\xB8\xD2\xD0\xDD\xDE\xD2", 2, 3).writeTo(input_ / "x10");  // Cyrillic in ISO 8859-5
     image("\xB8\xD2\xD0\xDD\xDE\xD2", 1).writeTo(input_ / "deep/down/last.bin");
     DicomBuilder document;
-    document.text({0x0008, 0x0016}, "UI", "1.2.840.10008.5.1.4.1.1.88.11")
-        .text(attribute::patientId.tag, "LO", "8");
+    document.text({0x0008, 0x0016}, "UI", "1.2.840.10008.5.1.4.1.1.88.11").text({0x0010, 0x0020}, "LO", "8");
     document.writeTo(input_ / "deep/report.dcm");
     DicomBuilder directory;
     directory.sequence({0x0004, 0x1220}, {});
@@ -128,21 +126,27 @@ TEST(CommandLine, SaysWhatIsWrongWithTheArguments) {
         {{"disc"}, "no DICOM files or folders"},
         {{"--demo"}, "folder of the disc is missing"},
         {{"--demo", "disc", "file"}, "one folder and no files"},
-        {{"disc", "file", "--title"}, "--title wants a value"},
-        {{"--fast", "disc", "file"}, "no option --fast"},
+        {{"disc", "file", "--title"}, "Missing value after '--title'"},
+        {{"--fast", "disc", "file"}, "Unknown option 'fast'"},
     };
     for (const auto& [arguments, message] : cases) {
         const auto parsed = parseCommandLine(arguments);
         ASSERT_TRUE(std::holds_alternative<UsageError>(parsed)) << message;
         EXPECT_THAT(std::get<UsageError>(parsed).message, HasSubstr(message));
     }
-    const std::vector<std::string> dashed{"disc", "--title", "T", "--", "--demo"};
+    const std::vector<std::string> dashed{"disc\xE9", "--title", "Ł", "--", "--demo"};
     const auto request = std::get<MakeRequest>(parseCommandLine(dashed));
     EXPECT_FALSE(request.demo);
-    EXPECT_EQ(request.title, "T");
+    EXPECT_EQ(request.title, "Ł");
+    EXPECT_EQ(request.disc, "disc\xE9") << "names are bytes, not letters";
     EXPECT_EQ(request.named, std::vector<fs::path>{"--demo"});
-    EXPECT_TRUE(
-        std::holds_alternative<HelpRequest>(parseCommandLine(std::vector<std::string>{"disc", "--help"})));
+    EXPECT_FALSE(request.enclosures.program || request.enclosures.license);
+    const auto answer = [](std::vector<std::string> arguments) {
+        return std::get<Answer>(parseCommandLine(arguments)).text;
+    };
+    for (const char* option : {"--demo", "--title", "--program", "--license", "Exit status"})
+        EXPECT_THAT(answer({"disc", "--fast", "--help"}), HasSubstr(option));
+    EXPECT_THAT(answer({"--version"}), testing::MatchesRegex("makedisc [0-9.]+\n"));
 }
 
 }  // namespace
