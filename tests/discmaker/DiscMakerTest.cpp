@@ -1,3 +1,4 @@
+#include "catalogue/CatalogueReader.h"
 #include "discmaker/CommandLine.h"
 #include "discmaker/DiscError.h"
 #include "discmaker/DiscMaker.h"
@@ -61,6 +62,8 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
               "Not a picture, but long enough to hold a preamble." + std::string(400, '.'));
     writeFile(input_ / "empty", "");
     fs::create_symlink(input_, input_ / "deep/loop");
+    fs::create_symlink(input_ / "x10", input_ / "again");
+    fs::create_symlink(input_ / "nowhere", input_ / "dangling");
 
     const auto summary = make({input_, input_ / "x10"});
     EXPECT_EQ(summary.patients, 2u);
@@ -83,6 +86,56 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
         EXPECT_THAT(catalogue, HasSubstr(text));
 }
 
+TEST_F(DiscMakerTest, TakesFilesInNaturalOrderWhateverTheirNamesAndRights) {
+    // Without instance numbers the order is that of the files.
+    for (const char* name : {"b/x", "a10 > a9.dcm", "a9", "A1"}) {
+        auto file = DicomBuilder::image(4, 4);
+        file.text({0x0010, 0x0010}, "PN", "A]]>B^<i>&\"").text({0x0008, 0x0060}, "CS", "XA");
+        file.text({0x0020, 0x000D}, "UI", "1.2").text({0x0020, 0x000E}, "UI", "1.2.3");
+        file.text({0x0008, 0x103E}, "LO", name);
+        file.gradientPixels();
+        fs::create_directories((input_ / name).parent_path());
+        file.writeTo(input_ / name);
+        fs::permissions(input_ / name, fs::perms::owner_read);
+    }
+    fs::rename(input_, root_ / "output");  // begins like the disc's own folder
+    fs::create_directory_symlink(root_ / "output", root_ / "link");
+    EXPECT_EQ(make({root_ / "link"}).files, 4u);
+
+    const auto series = disc_ / "Dicom/Patient000/Study01/Series01";
+    const char* order[] = {"A1", "a9", "a10 > a9.dcm", "b/x"};
+    for (int i = 0; i < 4; ++i) {
+        const auto copy = series / ("IM0000" + std::to_string(i + 1) + ".dcm");
+        EXPECT_TRUE(contentOf(copy) == contentOf(root_ / "output" / order[i])) << order[i];
+        EXPECT_NE(fs::status(copy).permissions() & fs::perms::owner_write, fs::perms::none);
+    }
+    const auto catalogue = readCatalogue(QString::fromStdString((disc_ / "CD.xml").string()));
+    ASSERT_TRUE(catalogue);
+    EXPECT_EQ(catalogue->children()[0].first().text(), "A]]>B, <i>&\"  (P-1)");
+}
+
+TEST_F(DiscMakerTest, TakesTheCatalogueFromTheHeader) {
+    const auto catalogueOf = [this](const char* modality) {
+        auto file = image("Doe^John", 3, 2);
+        for (const auto& [tag, value] :
+             std::initializer_list<std::pair<dicom::Tag, const char*>>{{{0x0008, 0x0020}, "20240522"},
+                                                                       {{0x0008, 0x1030}, "Left"},
+                                                                       {{0x0008, 0x103E}, "Views"},
+                                                                       {{0x0018, 0x1510}, "-30.4"},
+                                                                       {{0x0018, 0x1511}, "20"},
+                                                                       {{0x0008, 0x0060}, modality}})
+            file.text(tag, tag.group == 0x0018 ? "DS" : "LO", value);
+        file.writeTo(input_ / "a.dcm");
+        make({input_});
+        return contentOf(disc_ / "CD.xml");
+    };
+    const auto angiogram = catalogueOf("XA");
+    for (const char* text :
+         {"Doe, John  (7)", "2024-05-22  Left", "Series 4: Views (1 run)", "Run 1: RAO 30 CRAN 20, 2 frames"})
+        EXPECT_THAT(angiogram, HasSubstr(text));
+    EXPECT_THAT(catalogueOf("RF"), HasSubstr("Run 1: 2 frames"));
+}
+
 TEST_F(DiscMakerTest, RefusesWhatWouldDestroyOrRepeatItsInput) {
     image("A", 1).writeTo(input_ / "a.dcm");
     make({input_});
@@ -102,6 +155,10 @@ TEST_F(DiscMakerTest, TellsOfFilesThatCannotBeRead) {
     writeFile(input_ / "cut.dcm", bytes);
     EXPECT_EQ(run({disc_.string(), input_.string()}), 3);
     EXPECT_EQ(filesBelow(disc_ / "Dicom").size(), 1u);
+    make({input_});
+    EXPECT_THAT(notices_, HasSubstr("cut.dcm: "));
+    EXPECT_EQ(run({}), 2);
+    EXPECT_EQ(run({"--version"}), 0);
 }
 
 TEST_F(DiscMakerTest, LaysProgramAndLicenceBesideTheCatalogue) {
