@@ -63,7 +63,8 @@ std::variant<MakeRequest, Answer, UsageError> parseCommandLine(std::span<const s
     parser.addPositionalArgument("files", "DICOM files, and folders that hold some.", "[file-or-folder...]");
 
     const bool understood = parser.parse(letters);
-    if (parser.isSet(help)) return Answer{parser.helpText().replace("<executable_name>", "makedisc").toStdString()};
+    if (parser.isSet(help))
+        return Answer{parser.helpText().replace("<executable_name>", "makedisc").toStdString()};
     if (parser.isSet(version)) return Answer{"makedisc " CINEDISC_VERSION "\n"};
     if (!understood) return UsageError{parser.errorText().toLatin1().toStdString()};
 
