@@ -76,6 +76,7 @@ std::vector<TubePoint> Angiogram::cast(const Vessel& vessel, double time, HeartM
     const double start = vessel.samples.front().distance;
     Vector3 before;
     for (std::size_t i = 0; i < vessel.samples.size(); ++i) {
+        if (i % 2 == 1 && i + 1 < vessel.samples.size()) continue;  // pieces of two mm are straight enough
         const auto& sample = vessel.samples[i];
         const auto place = HeartMotion::position(sample.place, moment);
         double density = iodine * flow_.concentration(sample.distance, time, beat);
@@ -147,11 +148,11 @@ void Angiogram::stainMuscle() {
             muscle_.row(y / cell)[x / cell] += std::min(filled.row(y)[x], 14.0f);
     for (int times = 0; times < 5; ++times) soften(muscle_);
     const float most = std::max(*std::max_element(muscle_.values.begin(), muscle_.values.end()), 1.0f);
-    for (auto& value : muscle_.values) value *= 9 / most;
+    for (auto& value : muscle_.values) value *= 15 / most;
 }
 
 double Angiogram::brightness() const {
-    const Plane shadow = thorax_.shadows(momentAt(0));
+    const Plane shadow = thorax_.shadows(momentAt(0), Plane(1, 1));
     Plane open(setup_.size, setup_.size);
     std::fill(open.values.begin(), open.values.end(), 1.0f);
     collimator_.cover(open);
@@ -173,14 +174,12 @@ std::vector<std::uint16_t> Angiogram::frame(int number) {
     // The focal spot and the detector blur by about half a mm.
     for (int size = 256; size < setup_.size; size *= 2) soften(shadow);
     // Hard rays come through even where contrast is deep.
-    constexpr float depth = 105;
-    for (auto& value : shadow.values) value = depth * (1 - std::exp(-value / depth));
+    saturate(shadow, 105);
     addPuff(shadow, time, moment);
     Plane stain = muscle_;
     for (auto& value : stain.values) value *= static_cast<float>(flow_.inMuscle(time));
-    addEnlarged(shadow, stain);
 
-    Plane picture = thorax_.shadows(moment);
+    Plane picture = thorax_.shadows(moment, stain);
     for (std::size_t i = 0; i < picture.values.size(); ++i)
         picture.values[i] =
             std::max(static_cast<float>(brightness_) - picture.values[i] - shadow.values[i], 12.0f);

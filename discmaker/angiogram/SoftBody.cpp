@@ -1,6 +1,7 @@
 #include "discmaker/angiogram/SoftBody.h"
 
 #include <cmath>
+#include <vector>
 
 namespace cinedisc::discmaker {
 
@@ -32,13 +33,14 @@ struct Ball {
 Plane castShadows(std::span<const SoftBody> bodies, const Projection& projection, int size) {
     Plane plane(size, size);
     const double step = static_cast<double>(projection.size()) / size;
-    for (const auto& body : bodies) {
-        const Ball ball(body, projection.source());
-        for (int y = 0; y < size; ++y) {
-            float* row = plane.row(y);
-            for (int x = 0; x < size; ++x)
-                row[x] += static_cast<float>(
-                    ball.density * ball.wayThrough(projection.ray((x + 0.5) * step, (y + 0.5) * step)));
+    std::vector<Ball> balls;
+    for (const auto& body : bodies) balls.emplace_back(body, projection.source());
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
+            const auto ray = projection.ray((x + 0.5) * step, (y + 0.5) * step);
+            double lost = 0;
+            for (const auto& ball : balls) lost += ball.density * ball.wayThrough(ray);
+            plane.row(y)[x] = static_cast<float>(lost);
         }
     }
     return plane;

@@ -100,15 +100,15 @@ void Thorax::addLungs(Plane& coarse, double breath) const {
     }
 }
 
-Plane Thorax::shadows(HeartMotion::Moment moment) const {
+Plane Thorax::shadows(HeartMotion::Moment moment, const Plane& stain) const {
     Plane coarse = castShadows(organs(moment), projection_, coarseSize_);
     soften(coarse);
     addLungs(coarse, moment.breath);
+    addEnlarged(coarse, stain);
     Plane result = bones_;
     addEnlarged(result, coarse);
     // Scattered radiation flattens what lies deep in the shadow.
-    constexpr float depth = 150;
-    for (auto& value : result.values) value = depth * (1 - std::exp(-value / depth));
+    saturate(result, 150);
     return result;
 }
 
