@@ -1,5 +1,7 @@
 #include "discmaker/angiogram/Angiogram.h"
 
+#include "discmaker/angiogram/QuantumNoise.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -35,11 +37,6 @@ VesselTree treeOf(const Angiogram::Setup& setup) {
                                               : VesselTree::right(setup.anatomy);
 }
 
-double smooth(double low, double high, double value) {
-    const double t = std::clamp((value - low) / (high - low), 0.0, 1.0);
-    return t * t * (3 - 2 * t);
-}
-
 TubePoint tubePoint(const Projection::Point& point, double radius, double density) {
     return {static_cast<float>(point.column), static_cast<float>(point.row),
             static_cast<float>(radius * point.pixelsPerMm), static_cast<float>(density / point.pixelsPerMm)};
@@ -55,7 +52,6 @@ Angiogram::Angiogram(const Setup& setup)
       catheter_(setup.side, setup.access),
       collimator_(setup.shutter, setup.margins, setup.size),
       thorax_(projection_, setup.anatomy.seed),
-      noise_(setup.noise),
       tubes_(setup.size),
       muscle_(),
       brightness_(0) {
@@ -81,7 +77,7 @@ std::vector<TubePoint> Angiogram::cast(const Vessel& vessel, double time, HeartM
         const auto place = HeartMotion::position(sample.place, moment);
         double density = iodine * flow_.concentration(sample.distance, time, beat);
         // A branch is inside the vessel that it leaves for the first part of its way.
-        density *= smooth(0.4 * vessel.originRadius, 1.5 * vessel.originRadius, sample.distance - start);
+        density *= smoothStep(0.4 * vessel.originRadius, 1.5 * vessel.originRadius, sample.distance - start);
         // Rays along a vessel are longer inside it.
         if (i > 0) {
             const Vector3 course = place - before;
@@ -183,7 +179,7 @@ std::vector<std::uint16_t> Angiogram::frame(int number) {
     for (std::size_t i = 0; i < picture.values.size(); ++i)
         picture.values[i] =
             std::max(static_cast<float>(brightness_) - picture.values[i] - shadow.values[i], 12.0f);
-    noise_.addTo(picture, setup_.seed * 4096 + static_cast<std::uint64_t>(number));
+    addQuantumNoise(picture, setup_.noise, setup_.seed * 4096 + static_cast<std::uint64_t>(number));
     collimator_.cover(picture);
 
     std::vector<std::uint16_t> samples(picture.values.size());

@@ -3,7 +3,9 @@
 #include "discmaker/angiogram/Random.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <vector>
 
 namespace cinedisc::discmaker {
 
@@ -38,15 +40,11 @@ const std::vector<float>& grainTile() {
 
 }  // namespace
 
-QuantumNoise::QuantumNoise(double strength) : strengths_(256) {
-    for (std::size_t grey = 0; grey < strengths_.size(); ++grey)
-        strengths_[grey] =
-            static_cast<float>(strength * std::exp((150.0 - static_cast<double>(grey)) / 150.0));
-}
-
-void QuantumNoise::addTo(Plane& plane, std::uint64_t number) const {
-    Random random(number);
-    const auto offset = random.next();
+void addQuantumNoise(Plane& plane, double strength, std::uint64_t number) {
+    std::array<float, 256> strengths;
+    for (std::size_t grey = 0; grey < strengths.size(); ++grey)
+        strengths[grey] = static_cast<float>(strength * std::exp(1 - static_cast<double>(grey) / 150));
+    const auto offset = Random(number).next();
     const int across = static_cast<int>(offset & (side - 1)),
               down = static_cast<int>(offset >> 20 & (side - 1));
     const auto& tile = grainTile();
@@ -55,7 +53,7 @@ void QuantumNoise::addTo(Plane& plane, std::uint64_t number) const {
         float* row = plane.row(y);
         for (int x = 0; x < plane.width; ++x) {
             const auto grey = static_cast<std::size_t>(std::clamp(row[x], 0.0f, 255.0f));
-            row[x] += sign * tile[placeIn(y + down, x + across)] * strengths_[grey];
+            row[x] += sign * tile[placeIn(y + down, x + across)] * strengths[grey];
         }
     }
 }
