@@ -18,7 +18,7 @@ Projection aimed(const Angiogram::Setup& setup, const VesselTree& tree) {
     Projection projection(setup.view, setup.size, setup.fieldOfView);
     const HeartMotion::Moment middle{0.4, 0};
     double left = 1e9, right = -1e9, top = 1e9, bottom = -1e9;
-    for (const auto& vessel : tree.vessels()) {
+    for (const auto& vessel : tree) {
         for (const auto& sample : vessel.samples) {
             const auto point = projection.project(HeartMotion::position(sample.place, middle));
             left = std::min(left, point.column), right = std::max(right, point.column);
@@ -33,8 +33,7 @@ Projection aimed(const Angiogram::Setup& setup, const VesselTree& tree) {
 }
 
 VesselTree treeOf(const Angiogram::Setup& setup) {
-    return setup.side == Catheter::Side::Left ? VesselTree::left(setup.anatomy)
-                                              : VesselTree::right(setup.anatomy);
+    return setup.side == Catheter::Side::Left ? leftCoronary(setup.anatomy) : rightCoronary(setup.anatomy);
 }
 
 TubePoint tubePoint(const Projection::Point& point, double radius, double density) {
@@ -91,13 +90,13 @@ std::vector<TubePoint> Angiogram::cast(const Vessel& vessel, double time, HeartM
 }
 
 void Angiogram::castVessels(Plane& shadow, double time, HeartMotion::Moment moment) {
-    for (const auto& vessel : tree_.vessels()) tubes_.add(shadow, cast(vessel, time, moment));
+    for (const auto& vessel : tree_) tubes_.add(shadow, cast(vessel, time, moment));
 }
 
 void Angiogram::castCatheter(Plane& shadow, double time, HeartMotion::Moment moment) {
     std::vector<TubePoint> wall, bore;
     const double filled = iodine * 0.9 * flow_.inCatheter(time);
-    for (const auto& place : catheter_.course(tree_.vessels().front(), moment)) {
+    for (const auto& place : catheter_.course(tree_.front(), moment)) {
         const auto point = projection_.project(place);
         wall.push_back(tubePoint(point, Catheter::radius, catheterWall));
         bore.push_back(tubePoint(point, Catheter::radius * 0.68, filled));
@@ -109,7 +108,7 @@ void Angiogram::castCatheter(Plane& shadow, double time, HeartMotion::Moment mom
 void Angiogram::addPuff(Plane& shadow, double time, HeartMotion::Moment moment) const {
     const double amount = flow_.inAorta(time);
     if (amount < 0.01) return;
-    const auto ostium = HeartMotion::position(tree_.vessels().front().samples.front().place, moment);
+    const auto ostium = HeartMotion::position(tree_.front().samples.front().place, moment);
     for (int part = 0; part < 4; ++part) {
         // Each heart beat tears the cloud along.
         const double swirl = time * 5 + part * 1.7;
