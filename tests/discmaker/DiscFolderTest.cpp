@@ -86,7 +86,7 @@ TEST_F(DiscFolderTest, LeavesTheOldDiscWhenTheNewOneIsGivenUp) {
 }
 
 TEST_F(DiscFolderTest, TakesUpAfterARunThatWasBrokenOff) {
-    for (const char* left : {".makedisc-new/CD.xml", ".makedisc-old/Dicom/Patient000"}) {
+    for (const char* left : {".makedisc-new/stray", ".makedisc-old/Dicom/Patient000"}) {
         fs::remove_all(disc_);
         writeFile(disc_ / left, "half");
         writeFile(disc_ / "Dicom/Patient000/Study01/Series01/IM00001.dcm", "half");

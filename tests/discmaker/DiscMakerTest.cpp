@@ -64,6 +64,9 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
     fs::create_symlink(input_, input_ / "deep/loop");
     fs::create_symlink(input_ / "x10", input_ / "again");
     fs::create_symlink(input_ / "nowhere", input_ / "dangling");
+    fs::create_directories(root_ / "elsewhere");
+    image("A", 1).writeTo(root_ / "elsewhere/not.dcm");
+    fs::create_directory_symlink(root_ / "elsewhere", input_ / "deep/elsewhere");
 
     const auto summary = make({input_, input_ / "x10"});
     EXPECT_EQ(summary.patients, 2u);
