@@ -45,6 +45,7 @@ void ezDICOMX::putFileName(const QString& path) {
     view.labels.clear();
     const auto loaded = view.picture.load(path);
     parts_->judgePatient();
+    if (BestFit()) putBestFit(true);
     // The strip puts all its previews anew whenever it moves.
     if (loaded == LoadedPicture::Loaded::AsItWas && parts_->role == ViewRole::Preview) return;
     // Whether the first frame can be shown is found out when it is looked at: a probe never does.
@@ -76,14 +77,15 @@ bool ezDICOMX::BestFit() const { return parts_->view.zoom.bestFit(); }
 bool ezDICOMX::Smooth() const { return parts_->view.smoothing == Smoothing::Smooth; }
 
 void ezDICOMX::putZoomPercent(qint32 percent) {
-    parts_->view.zoom.putPercent(percent);
-    update();
+    auto zoom = parts_->view.zoom;
+    zoom.putPercent(percent);
+    parts_->putZoom(zoom);
 }
 
 void ezDICOMX::putBestFit(bool on) {
-    const bool fitted = BestFit();
-    parts_->view.zoom.putBestFit(on);
-    if (!on || !fitted) update();
+    auto zoom = parts_->view.zoom;
+    zoom.putBestFit(on);
+    parts_->putZoom(zoom);
 }
 
 void ezDICOMX::putSmooth(bool on) {
@@ -102,11 +104,13 @@ void ezDICOMX::putPolarity(qint32 polarity) {
 
 void ezDICOMX::putWindowCenter(double center) {
     parts_->view.picture.putWindowCenter(center);
+    parts_->tools.startAnew();
     update();
 }
 
 void ezDICOMX::putWindowWidth(double width) {
     parts_->view.picture.putWindowWidth(width);
+    parts_->tools.startAnew();
     update();
 }
 
@@ -142,7 +146,10 @@ void ezDICOMX::putShowHeader(bool on) {
     parts_->refreshHeaderPage();
 }
 
-bool ezDICOMX::CopyToClipboard() { return copyPicture(displayedPicture(parts_->view)); }
+bool ezDICOMX::CopyToClipboard() {
+    parts_->tools.finish();
+    return copyPicture(displayedPicture(parts_->view));
+}
 
 bool ezDICOMX::CopyHeaderToClipboard() {
     const auto* file = parts_->view.picture.file();
@@ -151,6 +158,7 @@ bool ezDICOMX::CopyHeaderToClipboard() {
 
 void ezDICOMX::putExportFile(const QString& path) {
     parts_->plain.exportFile = path;
+    parts_->tools.finish();
     const auto otherwise = parts_->plain.exportFormat == "BMP" ? PictureFormat::Bmp : PictureFormat::Jpeg;
     exportPicture(displayedPicture(parts_->view), path, formatFor(path, otherwise));
 }

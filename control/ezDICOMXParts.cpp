@@ -2,6 +2,8 @@
 
 #include "dicom/DicomFile.h"
 
+#include <utility>
+
 namespace cinedisc {
 
 namespace {
@@ -63,6 +65,12 @@ void ezDICOMX::Parts::lookAhead() {
         next = neighbour(nextOf, direction);
     }
     picture.lookAhead(direction, next);
+}
+
+void ezDICOMX::Parts::putZoom(const ViewZoom& zoom) {
+    if (std::exchange(view.zoom, zoom) == zoom) return;
+    tools.startAnew();
+    owner.update();
 }
 
 void ezDICOMX::Parts::refreshHeaderPage() {

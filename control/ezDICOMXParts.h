@@ -31,6 +31,8 @@ struct ezDICOMX::Parts {
     void noteStep(qint32 from, qint32 to);
     /// Has what may follow read ahead; done when the frame shown has been drawn.
     void lookAhead();
+    /// The strip fits its previews anew whenever it moves: what is as it was is not drawn again.
+    void putZoom(const ViewZoom& zoom);
     void refreshHeaderPage();
     /// Warns, or no longer warns, for the file shown and the patient named beside it.
     void judgePatient();

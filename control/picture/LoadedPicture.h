@@ -57,8 +57,10 @@ class LoadedPicture {
     void putWindowWidth(double width);
     const WindowChoice& windowChoice() const { return choice_; }
     void putWindowChoice(const WindowChoice& choice) { choice_ = choice; }
-    /// All modality values that the stored bits can express; what a drag of the window moves over.
-    ValueRange valueRange() const;
+    /// The modality values that the frame shown has, padding aside.
+    ValueRange usedRange() const;
+    /// All modality values that the stored bits can express.
+    ValueRange rangeOfBits() const;
 
     /// As put; the sign selects.
     qint32 polarity = 1;
