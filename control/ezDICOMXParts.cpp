@@ -84,7 +84,8 @@ void ezDICOMX::Parts::refreshHeaderPage() {
     if (!headerPage) headerPage = new HeaderPage(owner);
     if (headerPageOf != view.picture.fileRevision()) {
         headerPageOf = view.picture.fileRevision();
-        headerPage->setPlainText(QString::fromStdString(dicom::headerText(view.picture.file()->dicom())));
+        headerPage->setPlainText(
+            QString::fromStdString(dicom::headerText(view.picture.file()->dicom(), dicom::LongValues::Cut)));
     }
     placeChildren();
     headerPage->show();
