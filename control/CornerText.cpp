@@ -27,6 +27,14 @@ QFont fontFor(double shorterSide) {
 
 }  // namespace
 
+int CornerText::leastWidth() {
+    // Text values of a header end at 64 letters (PS3.5 section 6.2); what names them comes before.
+    constexpr double longestLine = 80;
+    const double column =
+        longestLine * QFontMetricsF(fontFor(0)).averageCharWidth() / (mostRows - 1) + 2 * rim;
+    return static_cast<int>(std::ceil(2 * (column + 2 * gap)));
+}
+
 void CornerText::paint(QPainter& painter, const QRectF& view, const QRectF& picture, const Lines& lines,
                        Ground ground) {
     if (std::min(view.width(), view.height()) < leastView) return;
