@@ -5,6 +5,8 @@
 #include "control/ezDICOMXParts.h"
 #include "control/picture/DisplayedPicture.h"
 
+#include <exception>
+#include <functional>
 #include <utility>
 
 namespace cinedisc {
@@ -12,6 +14,15 @@ namespace cinedisc {
 namespace {
 
 constexpr int noticeAfter = 500;  // milliseconds
+
+/// Whether a copy was made: one that memory does not suffice for is not.
+bool succeeds(const std::function<bool()>& copy) {
+    try {
+        return copy();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
 
 }  // namespace
 
@@ -148,12 +159,15 @@ void ezDICOMX::putShowHeader(bool on) {
 
 bool ezDICOMX::CopyToClipboard() {
     parts_->tools.finish();
-    return copyPicture(displayedPicture(parts_->view));
+    return succeeds([this] { return copyPicture(displayedPicture(parts_->view)); });
 }
 
 bool ezDICOMX::CopyHeaderToClipboard() {
     const auto* file = parts_->view.picture.file();
-    return file && copyText(QString::fromStdString(dicom::headerText(file->dicom())));
+    return file && succeeds([file] {
+               return copyText(
+                   QString::fromStdString(dicom::headerText(file->dicom(), dicom::LongValues::Whole)));
+           });
 }
 
 void ezDICOMX::putExportFile(const QString& path) {
