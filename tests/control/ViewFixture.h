@@ -27,9 +27,8 @@ class ViewFixture : public testing::Test {
     }
 
     QImage seen() { return view.grab().toImage().convertToFormat(QImage::Format_RGB32); }
-    /// What the window has on the screen, as long as nobody asks it to be drawn once more.
-    QImage onScreen() {
-        QCoreApplication::processEvents();
+    /// What the window has on the screen, drawn when it last was.
+    QImage onScreen() const {
         const QPixmap shown = view.screen()->grabWindow(view.winId());
         return shown.copy(view.rect()).toImage().convertToFormat(QImage::Format_RGB32);
     }
