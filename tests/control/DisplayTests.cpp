@@ -1,3 +1,4 @@
+#include "control/CornerText.h"
 #include "tests/control/ViewFixture.h"
 
 #include <QPlainTextEdit>
@@ -9,6 +10,7 @@
 namespace cinedisc {
 namespace {
 
+using test::colourRun;
 using test::greyRun;
 using test::wideRun;
 
@@ -130,20 +132,7 @@ TEST_F(Display, KeepsAVoiTableWhenAnImageStepPutsItsWindowBack) {
 }
 
 TEST_F(Display, LeavesColourToItself) {
-    auto file = greyRun(140, 120, 1);
-    file->format.samplesPerPixel = 3;
-    file->format.photometric = dicom::Photometric::Rgb;
-    file->picture = [](int) {
-        dicom::Frame frame;
-        frame.rows = 120;
-        frame.columns = 140;
-        frame.samplesPerPixel = 3;
-        std::vector<std::uint8_t> samples;
-        for (int i = 0; i < 140 * 120; ++i) samples.insert(samples.end(), {10, 20, 200});
-        frame.samples = samples;
-        return frame;
-    };
-    load(file);
+    load(colourRun(140, 120, [](int, int) { return qRgb(10, 20, 200); }));
     EXPECT_EQ(view.WindowCenter(), 127.5);
     EXPECT_EQ(view.WindowWidth(), 255);
     view.putWindowCenter(5);
@@ -378,6 +367,32 @@ TEST_F(CornerWords, StandInTheMarginsAndChangeWithTheFile) {
     other->texts[{0x0010, 0x0010}] = "ROE^JANE";
     load(other, "/other");
     EXPECT_NE(seen(), doe);
+}
+
+TEST_F(CornerWords, CutNothingInTheNarrowestView) {
+    view.resize(CornerText::leastWidth(), 500);
+    view.putBestFit(true);
+    QImage last;
+    for (const char* end : {"i", "l", "W"}) {
+        const auto file = greyRun(300, 300, 1);
+        file->texts[{0x0020, 0x0011}] = "123456789012";
+        // The longest that a series description may be.
+        file->texts[{0x0008, 0x103E}] =
+            std::string("Left coronary artery, cranial and caudal views, after dilatation") + end;
+        load(file, QString("/") + end);
+        EXPECT_NE(seen(), last) << "the end of the line is seen";
+        last = seen();
+    }
+}
+
+TEST_F(CornerWords, SayThatThePictureIsInverted) {
+    load(greyRun(30, 30, 1, [](int, int, int) { return 0; }));
+    const QRect corner(450, 250, 150, 16);
+    const QImage before = seen().copy(corner);
+    view.putPolarity(-1);
+    EXPECT_NE(seen().copy(corner), before);
+    view.putPolarity(1);
+    EXPECT_EQ(seen().copy(corner), before);
 }
 
 TEST_F(CornerWords, AreDarkOnlyOnAWhiteMarginBesideThePicture) {

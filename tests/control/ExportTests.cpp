@@ -1,7 +1,6 @@
 #include "platform/RunTimeError.h"
 #include "tests/control/ViewFixture.h"
 
-#include <QBuffer>
 #include <QClipboard>
 #include <QDir>
 #include <QFile>
@@ -9,6 +8,10 @@
 #include <QImageReader>
 #include <QMimeData>
 #include <QTemporaryDir>
+
+#if __has_include(<sys/resource.h>)
+#include <sys/resource.h>
+#endif
 
 namespace cinedisc {
 namespace {
@@ -101,6 +104,23 @@ TEST_F(Export, MakesPixelsSquareAndBurnsInWhatIsDisplayed) {
     EXPECT_NE(exported(), read);
 }
 
+TEST_F(Export, KeepsEveryPixelsOwnColour) {
+    const auto colour = [](int x, int y) { return (x + y) % 2 ? qRgb(220, 30, 40) : qRgb(40, 60, 210); };
+    load(test::colourRun(33, 21, colour));
+    for (const auto& [name, loss] : {std::pair{"a.bmp", 0}, {"a.jpg", 12}}) {
+        view.putExportFile(file(name));
+        const QImage read(file(name));
+        ASSERT_EQ(read.size(), QSize(33, 21));
+        for (int y = 0; y < 21; ++y) {
+            for (int x = 0; x < 33; ++x) {
+                const QColor wanted(colour(x, y)), seen(read.pixel(x, y));
+                ASSERT_NEAR(seen.red(), wanted.red(), loss) << name << " " << x << "," << y;
+                ASSERT_NEAR(seen.blue(), wanted.blue(), loss) << name << " " << x << "," << y;
+            }
+        }
+    }
+}
+
 TEST_F(Export, RaisesAnErrorAndLeavesWhatWasThere) {
     EXPECT_EQ(errorOf([&] { view.putExportFile(file("a.bmp")); }), 75) << "nothing is loaded";
     load(greyRun(8, 8, 1));
@@ -116,23 +136,43 @@ TEST_F(Export, RaisesAnErrorAndLeavesWhatWasThere) {
     old.close();
     load(greyRun(65535, 1, 1), "/wide");  // more than a JPEG can hold
     EXPECT_EQ(errorOf([&] { view.putExportFile(old.fileName()); }), 75);
+    load(greyRun(300, 300, 1), "/large");
+#ifdef RLIMIT_FSIZE
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit small{10000, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    const int jpegError = errorOf([&] { view.putExportFile(old.fileName()); });
+    const int bmpError = errorOf([&] { view.putExportFile(file("new.bmp")); });
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(jpegError, 75);
+    EXPECT_EQ(bmpError, 75);
+#endif
     ASSERT_TRUE(old.open(QIODevice::ReadOnly));
     EXPECT_EQ(old.readAll(), "what was there");
     EXPECT_EQ(entries(), QStringList{"old.jpg"});
 }
 
-TEST_F(Export, CopiesThePictureAsBitmapAndPng) {
+TEST_F(Export, CopiesThePictureWithoutLossAndAsTheJpegOfAnExport) {
     load(greyRun(40, 30, 1));
     view.putPolarity(-1);
     ASSERT_TRUE(view.CopyToClipboard());
     const auto* data = QGuiApplication::clipboard()->mimeData();
-    const auto bitmap = qvariant_cast<QImage>(data->imageData());
-    QImage png;
-    ASSERT_TRUE(png.loadFromData(data->data("image/png"), "PNG"));
-    for (const auto& image : {bitmap, png}) {
+#ifndef Q_OS_WIN
+    EXPECT_EQ(data->formats(), (QStringList{"image/png", "image/bmp", "image/jpeg"})) << "the best first";
+#endif
+    for (const auto& image :
+         {QGuiApplication::clipboard()->image(), QImage::fromData(data->data("image/png")),
+          QImage::fromData(data->data("image/bmp"))}) {
         ASSERT_EQ(image.size(), QSize(40, 30));
-        EXPECT_EQ(qRed(image.pixel(7, 9)), 255 - (7 * 3 + 9 * 5));
+        for (int y = 0; y < 30; ++y)
+            for (int x = 0; x < 40; ++x)
+                ASSERT_EQ(qRed(image.pixel(x, y)), 255 - ((x * 3 + y * 5) & 255)) << x << "," << y;
     }
+    view.putExportFile(file("a.jpg"));
+    QFile jpeg(file("a.jpg"));
+    ASSERT_TRUE(jpeg.open(QIODevice::ReadOnly));
+    EXPECT_EQ(data->data("image/jpeg"), jpeg.readAll());
 }
 
 TEST_F(Export, CopiesNothingWhenThereIsNoPicture) {
@@ -146,6 +186,11 @@ TEST_F(Export, CopiesNothingWhenThereIsNoPicture) {
     EXPECT_FALSE(view.CopyToClipboard());
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "mine");
     EXPECT_TRUE(view.CopyHeaderToClipboard()) << "the header can be read";
+    struct TooLarge : test::FakeDicomFile {
+        dicom::DataSet elementsBehindPixels() const override { throw std::bad_alloc(); }
+    };
+    load(std::make_shared<TooLarge>(), "/too large");
+    EXPECT_FALSE(view.CopyHeaderToClipboard());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "control/frames/ImageLibrary.h"
 #include "dicom/DicomFile.h"
 
+#include <QColor>
 #include <QTemporaryDir>
 
 #include <atomic>
@@ -111,6 +112,28 @@ inline std::shared_ptr<FakeDicomFile> wideRun(int columns, int rows, int bitsSto
             for (int x = 0; x < columns; ++x) samples.push_back(static_cast<std::uint16_t>(value(x, y)));
         }
         frame.samples = std::move(samples);
+        return frame;
+    };
+    return file;
+}
+
+/// One frame of 8-bit colour.
+inline std::shared_ptr<FakeDicomFile> colourRun(int columns, int rows, std::function<QRgb(int, int)> value) {
+    auto file = greyRun(columns, rows, 1);
+    file->format.samplesPerPixel = 3;
+    file->format.photometric = dicom::Photometric::Rgb;
+    file->picture = [=](int) {
+        dicom::Frame frame;
+        frame.rows = rows;
+        frame.columns = columns;
+        frame.samplesPerPixel = 3;
+        std::vector<std::uint8_t> samples;
+        for (int i = 0; i < columns * rows; ++i) {
+            const QColor colour(value(i % columns, i / columns));
+            for (const int part : {colour.red(), colour.green(), colour.blue()})
+                samples.push_back(static_cast<std::uint8_t>(part));
+        }
+        frame.samples = samples;
         return frame;
     };
     return file;
