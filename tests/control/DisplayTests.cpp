@@ -339,16 +339,20 @@ TEST_F(Preview, CarriesNoWordsAndNoTools) {
 class CornerWords : public test::ViewFixture {
   protected:
     CornerWords() : ViewFixture(ViewRole::Main, {600, 300}) {}
-    /// Whether anything but the background is in a part of the view.
-    bool anythingIn(const QRect& part) {
+    /// Darkest and lightest of a part of the view, where it is not of one colour.
+    std::pair<int, int> greysIn(const QRect& part, QRgb ground) {
         const QImage image = seen().copy(part);
+        std::pair<int, int> greys{255, 0};
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
-                if (image.pixel(x, y) != qRgb(0, 0, 0)) return true;
+                const int grey = qGray(image.pixel(x, y));
+                if (image.pixel(x, y) != ground)
+                    greys = {std::min(greys.first, grey), std::max(greys.second, grey)};
             }
         }
-        return false;
+        return greys;
     }
+    bool anythingIn(const QRect& part) { return greysIn(part, qRgb(0, 0, 0)).second > 0; }
 };
 
 TEST_F(CornerWords, StandInTheMarginsAndChangeWithTheFile) {
@@ -396,21 +400,7 @@ TEST_F(CornerWords, SayThatThePictureIsInverted) {
 }
 
 TEST_F(CornerWords, AreDarkOnlyOnAWhiteMarginBesideThePicture) {
-    const auto darkest = [this](const QRect& part) {
-        int least = 255;
-        const QImage image = seen().copy(part);
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x) least = std::min(least, qGray(image.pixel(x, y)));
-        return least;
-    };
-    const auto brightestBeside = [this](const QRect& part, QRgb ground) {
-        int most = 0;
-        const QImage image = seen().copy(part);
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                if (image.pixel(x, y) != ground) most = std::max(most, qGray(image.pixel(x, y)));
-        return most;
-    };
+    constexpr QRgb white = qRgb(255, 255, 255), black = qRgb(0, 0, 0), picture = qRgb(90, 90, 90);
     const auto file = greyRun(300, 300, 1, [](int, int, int) { return 90; });
     file->texts[{0x0010, 0x0010}] = "DOE^JANE";
     load(file);
@@ -418,15 +408,14 @@ TEST_F(CornerWords, AreDarkOnlyOnAWhiteMarginBesideThePicture) {
     view.putBackgroundColor(0);
     view.putBestFit(true);
     const QRect margin(0, 0, 150, 60), onPicture(0, 0, 300, 60);
-    EXPECT_GT(darkest(margin), 25) << "no black rim";
-    EXPECT_LT(darkest(margin), 80);
+    EXPECT_GT(greysIn(margin, white).first, 25) << "no black rim";
+    EXPECT_LT(greysIn(margin, white).first, 80);
     view.putBackgroundColor(1);
-    EXPECT_EQ(brightestBeside(margin, qRgb(0, 0, 0)), 255);
+    EXPECT_EQ(greysIn(margin, black).second, 255);
     view.putBackgroundColor(0);
     view.putBestFit(false);
     view.putZoomPercent(200);
-    EXPECT_EQ(brightestBeside(onPicture, qRgb(90, 90, 90)), 255) << "light over the picture";
-    EXPECT_EQ(darkest(onPicture), 0) << "with its rim";
+    EXPECT_EQ(greysIn(onPicture, picture), std::pair(0, 255)) << "light over the picture, with its rim";
 }
 
 TEST_F(CornerWords, AreGoneWithTheFileAndSoIsTheFill) {

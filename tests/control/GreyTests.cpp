@@ -23,13 +23,16 @@ double entryFor(const LookupTable& table, double value) {
     return table.entries[static_cast<std::size_t>(std::clamp(index, 0.0, last))];
 }
 
+double plainModality(const GreyTransform& grey, double stored) {
+    if (grey.modalityLut) return entryFor(*grey.modalityLut, stored);
+    return grey.rescale ? stored * grey.rescale->slope + grey.rescale->intercept : stored;
+}
+
 /// The standard's formulas (PS3.3 C.11.1, C.11.2) for one value, before it is rounded.
 double plainLevel(const GreyTransform& grey, const WindowInForce& window, double stored) {
     if (grey.padding && stored >= double(grey.padding->first) && stored <= double(grey.padding->second))
         return -1;
-    double x = stored;
-    if (grey.rescale) x = stored * grey.rescale->slope + grey.rescale->intercept;
-    if (grey.modalityLut) x = entryFor(*grey.modalityLut, stored);
+    const double x = plainModality(grey, stored);
     if (window.byTable) {
         const auto& table = grey.voiLuts.front();
         double white = std::exp2(table.bits) - 1;  // a table may use more bits than it announces
@@ -67,7 +70,7 @@ TEST(GreyRule, FollowsTheStandardsFormulasInEveryForm) {
         if (const int low = upTo(40) - 20; upTo(5) == 0) grey.padding = {{low, low + upTo(9)}};
         if (upTo(5) == 0) grey.voiLuts = {tableOf(1 + upTo(300), 8 + upTo(4), 8 + upTo(4))};
         WindowInForce window{!grey.voiLuts.empty(),
-                             {upTo(4000) - 2000.0, 1.0 + upTo(upTo(1) ? 5 : 4000), {}}};
+                             {upTo(8000) / 2.0 - 2000, 1.0 + upTo(upTo(1) ? 10 : 8000) / 2.0, {}}};
         window.window.function = static_cast<Function>(upTo(2));
         const GreyRule rule(grey, window, polarity);
         const bool wide = format.bitsStored > 8 || upTo(1);
@@ -75,7 +78,10 @@ TEST(GreyRule, FollowsTheStandardsFormulasInEveryForm) {
         lines += table.linear().has_value();
         const int low = format.isSigned ? -(1 << (format.bitsStored - 1)) : 0;
         const int high = low + (1 << format.bitsStored) - 1;
+        ValueRange values{HUGE_VAL, -HUGE_VAL};
         for (int value = low; value <= high; ++value) {
+            const double modality = plainModality(grey, value);
+            values = {std::min(values.low, modality), std::max(values.high, modality)};
             const double level = plainLevel(grey, window, value);
             const bool inverted = grey.inverse != (polarity == Polarity::Inverted);
             const double expected = level < 0 ? 0 : inverted ? 255 - level : level;
@@ -86,6 +92,11 @@ TEST(GreyRule, FollowsTheStandardsFormulasInEveryForm) {
                 ASSERT_EQ(std::clamp(straight, 0, 255) ^ line->flip, rule(value)) << value;
             }
         }
+        EXPECT_EQ(modalityRange(grey, expressibleRange(format)), values) << "round " << round;
+        // Values that the stored bits cannot hold show as the nearest that they can.
+        const int most = wide ? 0xFFFF : 0xFF;
+        EXPECT_EQ(table.entries()[format.isSigned ? (most >> 1) + 1 : most],
+                  rule(format.isSigned ? low : high));
     }
     EXPECT_GT(lines, 200) << "the usual windows are worked out rather than looked up";
 }
@@ -117,6 +128,21 @@ TEST(GreyRule, ShowsTheStandardsExamples) {
     }
 }
 
+TEST(StoredRange, LeavesPaddingAndNumbersThatAreNoneOut) {
+    dicom::Frame frame;
+    frame.samples = std::vector<std::int16_t>{-9, -5, 0, 7, 30, 90};
+    EXPECT_EQ(storedRange(frame, {}), (ValueRange{-9, 90}));
+    EXPECT_EQ(storedRange(frame, {{-9, -6}}), (ValueRange{-5, 90}));
+    EXPECT_EQ(storedRange(frame, {{-20, 29}}), (ValueRange{30, 90}));
+    EXPECT_EQ(storedRange(frame, {{30, 90}}), (ValueRange{-9, 7}));
+    EXPECT_EQ(storedRange(frame, {{-9, 90}}), ValueRange());
+    frame.samples = std::vector<float>{NAN, 0.5F, -HUGE_VALF, 2, HUGE_VALF};
+    EXPECT_EQ(storedRange(frame, {}), (ValueRange{0.5, 2}));
+    dicom::PixelFormat format;
+    format.bitsStored = 32;
+    EXPECT_EQ(expressibleRange(format).high, 4294967295.0);
+}
+
 TEST(PaletteTable, TakesTheUpperByteOfWideEntriesAndAllOfNarrowOnes) {
     dicom::PixelFormat format;
     struct Case {
@@ -140,8 +166,11 @@ TEST(PaletteTable, TakesTheUpperByteOfWideEntriesAndAllOfNarrowOnes) {
 TEST(OwnWindow, IsTheFirstUsableWindowOrTheTable) {
     GreyTransform grey;
     EXPECT_FALSE(ownWindow(grey));
-    grey.windows = {
-        {50, 0, Function::Linear}, {60, 0.5, Function::Linear}, {70, 100, Function::Linear}, {80, 9}};
+    grey.windows = {{50, 0, Function::Linear},
+                    {60, 0.5, Function::Linear},
+                    {NAN, 9},
+                    {70, 100, Function::Linear},
+                    {80, 9}};
     ASSERT_TRUE(ownWindow(grey));
     EXPECT_EQ(ownWindow(grey)->window.center, 70);
     grey.windows.insert(grey.windows.begin(), {0.5, 0.25, Function::Sigmoid});
@@ -153,6 +182,7 @@ TEST(OwnWindow, IsTheFirstUsableWindowOrTheTable) {
 }
 
 TEST(WindowOver, ShowsTheLowestValueBlackAndTheHighestWhite) {
+    EXPECT_EQ(windowOver({5, 5}, dicom::SampleKind::Float).window.width, 1);
     std::mt19937 random(3);
     for (int round = 0; round < 200; ++round) {
         const double low = static_cast<int>(random() % 2000) - 1000.0;
@@ -195,7 +225,9 @@ TEST(WindowChoice, IgnoresWidthsThatCannotBeUsed) {
     for (const auto& c : cases) {
         const WindowInForce own{false, {100, 50, c.function}};
         WindowChoice choice;
+        choice.putCenter(own, NAN);
         choice.putWidth(own, c.width);
+        EXPECT_EQ(choice.over(own).window.center, 100);
         EXPECT_EQ(choice.over(own).window.width, c.taken ? c.width : 50) << c.width;
     }
 }

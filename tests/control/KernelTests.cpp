@@ -1,6 +1,4 @@
-#include "control/pipeline/DisplayTables.h"
 #include "control/pipeline/RowKernels.h"
-#include "tests/control/FakeDicomFile.h"
 
 #include <gtest/gtest.h>
 
@@ -115,32 +113,6 @@ TEST_F(RowKernelSets, ScaleTheSame) {
         plain.pick(row.data(), columns, pickedPlain.data());
         fast->pick(row.data(), columns, pickedFast.data());
         ASSERT_EQ(pickedPlain, pickedFast);
-    }
-}
-
-TEST(GreyTable, IsAStraightLineForTheWindowsOfAngiograms) {
-    using enum dicom::Window::Function;
-    struct Case {
-        int bits;
-        dicom::Window window;
-        bool isLine = true;
-    };
-    for (const Case& c : std::initializer_list<Case>{{8, {127.5, 255, LinearExact}},
-                                                     {8, {100, 180}},
-                                                     {12, {2048, 4096}},
-                                                     {12, {1800, 2900}},
-                                                     {12, {2047.5, 4095, LinearExact}},
-                                                     {10, {512, 1024}},
-                                                     {16, {32768, 65536}},
-                                                     {12, {2048, 4096, Sigmoid}, false},
-                                                     {12, {2048, 1}, false},
-                                                     {16, {0, 1e-9, LinearExact}, false}}) {
-        dicom::PixelFormat format;
-        format.bitsStored = c.bits;
-        const dicom::GreyTransform grey;
-        const GreyRule rule(grey, {false, c.window}, Polarity::Inverted);
-        EXPECT_EQ(GreyTable(rule, format, c.bits > 8).linear().has_value(), c.isLine)
-            << c.bits << " bits " << c.window.center << "/" << c.window.width;
     }
 }
 

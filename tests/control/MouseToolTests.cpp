@@ -205,23 +205,17 @@ class LabelTool : public MouseTools {
     QImage clean;
 };
 
-TEST_F(LabelTool, PlacesTheTypedTextAtReturn) {
+TEST_F(LabelTool, PlacesTheTypedTextAtReturnOnThatFrame) {
     write({30, 50}, "LAD");
     EXPECT_TRUE(place().contains(35, 50)) << place().x() << "," << place().y();
     view.putCurrentFrame(2);
+    const QImage second = seen();
     view.putCurrentFrame(1);
     EXPECT_FALSE(place().isEmpty()) << "the frame keeps it";
     view.putFileName("/run");
     EXPECT_EQ(seen(), clean) << "gone with its file";
-}
-
-TEST_F(LabelTool, BelongsToOneFrame) {
     view.putCurrentFrame(2);
-    const QImage second = seen();
-    view.putCurrentFrame(1);
-    write({30, 50}, "LAD");
-    view.putCurrentFrame(2);
-    EXPECT_EQ(seen(), second);
+    EXPECT_EQ(seen(), second) << "which never had it";
 }
 
 TEST_F(LabelTool, DropsTheTextOnEscapeAndPlacesNoEmptyOne) {

@@ -49,6 +49,7 @@ TEST(ViewZoom, StaysAddressableWhateverIsPut) {
             EXPECT_FALSE(visible.isEmpty()) << percent;
             EXPECT_TRUE(QRect(0, 0, 300, 200).contains(visible));
         }
+        EXPECT_TRUE(percent > 1 || zoom.place({500, 400}, {300, 200}).picture.size() == QSize(5, 4));
     }
 }
 

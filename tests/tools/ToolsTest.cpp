@@ -95,29 +95,6 @@ TEST_F(ToolsTest, ValuesOutOfRange) {
     EXPECT_THROW(tools.cmdFit_Click(5), RunTimeError);
 }
 
-TEST_F(ToolsTest, ExportPassesTheNameAsTyped) {
-    struct Case {
-        const char* format;
-        const char* name;
-        QStringList asked;
-        QStringList exported;
-    };
-    for (const Case& c : {Case{"JPEG", "/tmp/no extension", {"Save as (*.jpg)|*.jpg"}, {"/tmp/no extension"}},
-                          {"BMP", "x.BMP", {"Save as (*.bmp)|*.bmp"}, {"x.BMP"}},
-                          {"BMP", "", {"Save as (*.bmp)|*.bmp"}, {}},
-                          {"", "x.bmp", {}, {}}}) {
-        load();
-        form.dialogs.asked.clear();
-        form.exportFormat = c.format;
-        form.dialogs.saveName = c.name;
-        form.behaviour.exporter.cmdExport_Click();
-        EXPECT_EQ(form.dialogs.asked, c.asked);
-        QStringList exported = form.journal.entries("ezDicom.ExportFile=");
-        for (QString& name : exported) name = name.section('=', 1);
-        EXPECT_EQ(exported, c.exported);
-    }
-}
-
 TEST_F(ToolsTest, ExportNeedsAnImageAndPausesTheCine) {
     form.exportFormat = "BMP";
     form.dialogs.saveName = "x.bmp";
