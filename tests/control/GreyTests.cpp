@@ -68,7 +68,7 @@ TEST(GreyRule, FollowsTheStandardsFormulasInEveryForm) {
         if (upTo(1)) grey.rescale = dicom::Rescale{upTo(16) / 4.0 - 1.9, upTo(2000) - 1000.0};
         if (upTo(5) == 0) grey.modalityLut = tableOf(1 + upTo(300), 16, 12);
         if (const int low = upTo(40) - 20; upTo(5) == 0) grey.padding = {{low, low + upTo(9)}};
-        if (upTo(5) == 0) grey.voiLuts = {tableOf(1 + upTo(300), 8 + upTo(4), 8 + upTo(4))};
+        if (upTo(5) == 0) grey.voiLuts = {tableOf(1 + upTo(upTo(1) ? 2 : 300), 8 + upTo(4), 8 + upTo(4))};
         WindowInForce window{!grey.voiLuts.empty(),
                              {upTo(8000) / 2.0 - 2000, 1.0 + upTo(upTo(1) ? 10 : 8000) / 2.0, {}}};
         window.window.function = static_cast<Function>(upTo(2));
@@ -126,6 +126,9 @@ TEST(GreyRule, ShowsTheStandardsExamples) {
         const GreyTransform grey;
         EXPECT_EQ(GreyRule(grey, {false, c.window}, Polarity::Normal)(c.stored), c.grey) << c.stored;
     }
+    GreyTransform flat;
+    flat.rescale = dicom::Rescale{0, 0};
+    EXPECT_EQ(GreyRule(flat, {false, {0.5, 1, Function::LinearExact}}, Polarity::Inverted)(HUGE_VAL), 0);
 }
 
 TEST(StoredRange, LeavesPaddingAndNumbersThatAreNoneOut) {

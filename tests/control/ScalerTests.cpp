@@ -149,12 +149,19 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
     const auto upTo = [&](int most) { return 1 + static_cast<int>(random() % static_cast<unsigned>(most)); };
     for (int round = 0; round < 400; ++round) {
         FakeDicomFile file;
-        const auto frame = randomFrame(random, file, upTo(40), upTo(40));
+        auto frame = randomFrame(random, file, upTo(40), upTo(40));
+        const bool isEven = round % 10 == 0;  // keeps its colour to the bit at any scale
+        if (isEven) {
+            frame.samples =
+                std::vector<std::uint8_t>(frame.pixelCount() * 3, static_cast<std::uint8_t>(random()));
+            frame.samplesPerPixel = file.format.samplesPerPixel = 3;
+            file.format.photometric = dicom::Photometric::Rgb;
+        }
         const auto polarity = random() % 2 ? Polarity::Normal : Polarity::Inverted;
         const auto smoothing = random() % 3 ? Smoothing::Smooth : Smoothing::Nearest;
         const WindowInForce window = windowOver(storedRange(frame, {}), dicom::SampleKind::Integer);
         const GreyRule rule(file.grey, window, polarity);
-        const CoverPlane cover = randomCover(random, frame.columns, frame.rows);
+        const CoverPlane cover = isEven ? CoverPlane() : randomCover(random, frame.columns, frame.rows);
         const PlainPicture plain = plainPicture(frame, file, rule, polarity, cover);
 
         const bool same = random() % 4 == 0;
@@ -167,7 +174,7 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
         DisplayTables tables;
         const auto pixels = drawn(frame, tables.ruleFor(file, 0, frame, window, polarity), &cover,
                                   ScalePlan({frame.columns, frame.rows}, scaled, wanted, smoothing));
-        const bool exact = smoothing == Smoothing::Nearest || same;
+        const bool exact = smoothing == Smoothing::Nearest || same || isEven;
         for (int y = 0; y < wanted.height(); ++y) {
             for (int x = 0; x < wanted.width(); ++x) {
                 const std::uint32_t pixel = pixels[static_cast<std::size_t>(y * wanted.width() + x)];
@@ -176,27 +183,11 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
                     const double expected = scaledValue(plain, scaled, smoothing, wanted.x() + x,
                                                         wanted.y() + y, c % plain.channels);
                     const int level = pixel >> (16 - 8 * c) & 255;
-                    ASSERT_LE(std::abs(level - expected), exact ? 0 : 1.6)
+                    ASSERT_LE(std::abs(level - expected), exact ? 1e-6 : 1.6)
                         << frame.columns << "x" << frame.rows << " to " << scaled.width() << "x"
                         << scaled.height() << " at " << x << "," << y << " sample type "
                         << frame.samples.index();
                 }
-            }
-        }
-    }
-}
-
-TEST(PictureScaler, KeepsEveryGreyOfAnEvenPictureAtAnyScale) {
-    for (const int grey : {0, 1, 127, 254, 255}) {
-        const auto file = test::greyRun(37, 23, 1, [&](int, int, int) { return grey; });
-        const auto frame = file->picture(0);
-        DisplayTables tables;
-        const auto& rule = tables.ruleFor(*file, 0, frame, {false, {128, 256}}, Polarity::Normal);
-        for (const QSize scaled : {QSize(1, 1), QSize(5, 80), QSize(36, 22), QSize(38, 24), QSize(200, 3)}) {
-            const ScalePlan plan({37, 23}, scaled, QRect(QPoint(0, 0), scaled), Smoothing::Smooth);
-            for (const std::uint32_t pixel : drawn(frame, rule, nullptr, plan)) {
-                ASSERT_EQ(pixel & 255, static_cast<unsigned>(grey))
-                    << scaled.width() << "x" << scaled.height();
             }
         }
     }
