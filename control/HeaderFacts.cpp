@@ -68,7 +68,7 @@ QString runWords(const dicom::DicomFile& file) {
     const QString which = named(isRun ? "Run" : "Image", harmless(textOf(file, instanceNumber)));
     const double rate = isRun ? recordedFrameRate(file) : 0;
     if (rate == 0) return which;
-    return (which + "  " + say("%1 frames/s").arg(QString::number(rate, 'g', 3))).trimmed();
+    return (which + "  " + translated("%1 frames/s").arg(QString::number(rate, 'g', 3))).trimmed();
 }
 
 QString lossyWords(const dicom::DicomFile& file) {

@@ -14,37 +14,37 @@ namespace cinedisc {
 
 namespace {
 
-/// Made once, by whichever thread comes first.
-class PictureFile {
-  public:
-    PictureFile(const QImage& picture, PictureFormat format) : picture_(picture), format_(format) {}
-
-    /// Empty when it cannot be made, for lack of memory, say.
-    QByteArray bytes() {
-        try {
-            std::call_once(made_, [this] {
-                QBuffer buffer;
-                buffer.open(QIODevice::WriteOnly);
-                if (encode(picture_, format_, buffer)) bytes_ = buffer.data();
-            });
-        } catch (const std::exception&) {
-            return {};
-        }
-        return bytes_;
-    }
-
-  private:
-    QImage picture_;
-    PictureFormat format_;
-    std::once_flag made_;
-    QByteArray bytes_;
-};
-
 const QString pngType = "image/png", bmpType = "image/bmp", jpegType = "image/jpeg";
 
 }  // namespace
 
 struct PictureMimeData::Files {
+    /// Made once, by whichever thread comes first.
+    class PictureFile {
+      public:
+        PictureFile(const QImage& picture, PictureFormat format) : picture_(picture), format_(format) {}
+
+        /// Empty when it cannot be made, for lack of memory, say.
+        QByteArray bytes() {
+            try {
+                std::call_once(made_, [this] {
+                    QBuffer buffer;
+                    buffer.open(QIODevice::WriteOnly);
+                    if (encode(picture_, format_, buffer)) bytes_ = buffer.data();
+                });
+            } catch (const std::exception&) {
+                return {};
+            }
+            return bytes_;
+        }
+
+      private:
+        QImage picture_;
+        PictureFormat format_;
+        std::once_flag made_;
+        QByteArray bytes_;
+    };
+
     explicit Files(const QImage& whole)
         : picture(whole),
           png(whole, PictureFormat::Png),

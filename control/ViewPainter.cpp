@@ -107,7 +107,7 @@ CornerText::Lines ViewPainter::cornerLines(const ViewState& state) {
     lines.bottomLeft.append(
         cornerWord("Frame %1 / %2").arg(picture.currentFrame()).arg(picture.frameCount()));
 
-    if (picture.polarity < 0) lines.bottomRight.append(say("Inverted"));
+    if (picture.polarity < 0) lines.bottomRight.append(cornerWord("Inverted"));
     if (!picture.isColor()) {
         const auto window = picture.window().window;
         lines.bottomRight.append(cornerWord("C %1  W %2").arg(number(window.center), number(window.width)));
