@@ -64,6 +64,7 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
     fs::create_symlink(input_, input_ / "deep/loop");
     fs::create_symlink(input_ / "x10", input_ / "again");
     fs::create_symlink(input_ / "nowhere", input_ / "dangling");
+    fs::create_symlink("/dev/null", input_ / "device");
     fs::create_directories(root_ / "elsewhere");
     image("A", 1).writeTo(root_ / "elsewhere/not.dcm");
     fs::create_directory_symlink(root_ / "elsewhere", input_ / "deep/elsewhere");
