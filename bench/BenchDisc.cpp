@@ -1,14 +1,10 @@
 #include "bench/BenchDisc.h"
 
-#include "discmaker/DiscError.h"
 #include "discmaker/DiscPlanner.h"
 #include "discmaker/DiscWriter.h"
+#include "discmaker/LosslessFile.h"
 #include "discmaker/angiogram/Angiogram.h"
-#include "discmaker/encoding/DicomWriter.h"
-#include "discmaker/encoding/JpegLosslessEncoder.h"
-#include "discmaker/encoding/UidFactory.h"
 
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -17,7 +13,7 @@ namespace cinedisc::bench {
 namespace {
 
 using namespace discmaker;
-using Frames = std::vector<DicomWriter::Bytes>;
+using Frames = std::vector<LosslessFile::Bytes>;
 
 Frames simulatedRun(const RunDesign& design) {
     Angiogram::Setup setup;
@@ -27,50 +23,36 @@ Frames simulatedRun(const RunDesign& design) {
     setup.injection = {0.35, 2.1, 130};
     setup.margins = {0.07, 0.11};
     Angiogram angiogram(setup);
-    const JpegLosslessEncoder encoder(design.size, design.size, design.bits);
+    const LosslessFile::Format format{design.size, design.size, design.bits};
     Frames different, run;
     for (int i = 0; i < design.differentFrames; ++i)
-        different.push_back(encoder.encode(angiogram.frame(6 + 2 * i)));
+        different.push_back(LosslessFile::encoded(format, angiogram.frame(6 + 2 * i)));
     for (int i = 0; i < design.frames; ++i)
         run.push_back(different[static_cast<std::size_t>(i) % different.size()]);
     return run;
 }
 
 void writeRun(const RunDesign& design, int number, const Frames& frames, const std::filesystem::path& path) {
-    DicomWriter writer("1.2.840.10008.1.2.4.70");
+    LosslessFile file({design.size, design.size, design.bits});
     const auto name = path.stem().string() + std::to_string(number);
-    writer.putText(attribute::specificCharacterSet, "ISO_IR 192");
-    writer.putText(attribute::sopClassUid, "1.2.840.10008.5.1.4.1.1.12.1");
-    writer.putText(attribute::sopInstanceUid, uidFor(name));
-    writer.putText(attribute::studyInstanceUid, uidFor("study"));
-    writer.putText(attribute::seriesInstanceUid, uidFor("series"));
-    writer.putText(attribute::patientName, "BENCH^MARK");
-    writer.putText(attribute::patientId, "CD-000001");
-    writer.putText(attribute::patientBirthDate, "19600101");
-    writer.putText(attribute::studyDate, "20240131");
-    writer.putText(attribute::modality, "XA");
-    writer.putText(attribute::seriesNumber, "1");
-    writer.putText(attribute::instanceNumber, std::to_string(number));
-    writer.putNumbers(attribute::positionerPrimaryAngle, {-30});
-    writer.putNumbers(attribute::positionerSecondaryAngle, {-22});
-    writer.putText(attribute::numberOfFrames, std::to_string(frames.size()));
-    const auto bits = static_cast<std::uint16_t>(design.bits);
-    writer.putShort(attribute::samplesPerPixel, 1);
-    writer.putText(attribute::photometricInterpretation, "MONOCHROME2");
-    writer.putShort(attribute::rows, static_cast<std::uint16_t>(design.size));
-    writer.putShort(attribute::columns, static_cast<std::uint16_t>(design.size));
-    writer.putShort(attribute::bitsAllocated, bits > 8 ? 16 : 8);
-    writer.putShort(attribute::bitsStored, bits);
-    writer.putShort(attribute::highBit, static_cast<std::uint16_t>(bits - 1));
-    writer.putShort(attribute::pixelRepresentation, 0);
-    const double step = (1 << bits) / 256;
-    writer.putNumbers(attribute::windowCenter, {136 * step});
-    writer.putNumbers(attribute::windowWidth, {196 * step});
-    writer.putFrames(frames);
-    std::ofstream stream(path, std::ios::binary);
-    writer.write(stream);
-    stream.close();
-    if (!stream) throw DiscError("cannot write " + path.string());
+    file.put(DCM_SOPInstanceUID, EVR_UI, uidFor(name));
+    file.put(DCM_StudyInstanceUID, EVR_UI, uidFor("study"));
+    file.put(DCM_SeriesInstanceUID, EVR_UI, uidFor("series"));
+    file.put(DCM_PatientName, EVR_PN, "BENCH^MARK");
+    file.put(DCM_PatientID, EVR_LO, "CD-000001");
+    file.put(DCM_PatientBirthDate, EVR_DA, "19600101");
+    file.put(DCM_StudyDate, EVR_DA, "20240131");
+    file.put(DCM_Modality, EVR_CS, "XA");
+    file.put(DCM_SeriesNumber, EVR_IS, "1");
+    file.put(DCM_InstanceNumber, EVR_IS, std::to_string(number));
+    file.put(DCM_PositionerPrimaryAngle, EVR_DS, {-30});
+    file.put(DCM_PositionerSecondaryAngle, EVR_DS, {-22});
+    file.put(DCM_NumberOfFrames, EVR_IS, std::to_string(frames.size()));
+    const double step = (1 << design.bits) / 256;
+    file.put(DCM_WindowCenter, EVR_DS, {136 * step});
+    file.put(DCM_WindowWidth, EVR_DS, {196 * step});
+    for (const auto& frame : frames) file.addFrame(frame);
+    file.write(path);
 }
 
 }  // namespace

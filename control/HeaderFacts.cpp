@@ -18,7 +18,7 @@ constexpr Tag modality{0x0008, 0x0060}, studyDate{0x0008, 0x0020}, seriesDate{0x
     seriesNumber{0x0020, 0x0011}, instanceNumber{0x0020, 0x0013}, lossyCompression{0x0028, 0x2110},
     lossyRatio{0x0028, 0x2112};
 
-QString say(const char* text) { return QCoreApplication::translate("HeaderFacts", text); }
+QString translated(const char* text) { return QCoreApplication::translate("HeaderFacts", text); }
 
 QString textOf(const dicom::DicomFile& file, Tag tag) { return QString::fromStdString(file.text(tag)); }
 
@@ -27,7 +27,7 @@ void add(QStringList& lines, const QString& line) {
 }
 
 QString named(const char* what, const QString& value) {
-    return value.isEmpty() ? value : say(what) + ' ' + value;
+    return value.isEmpty() ? value : translated(what) + ' ' + value;
 }
 
 /// The positioner's angles in the words of the catheter laboratory (PS3.3 C.8.7.5.1.2). Other X-ray systems
@@ -57,7 +57,7 @@ QString lossyWords(const dicom::DicomFile& file) {
     for (const double ratio : file.header().decimals(lossyRatio)) {
         if (std::isfinite(ratio) && ratio > 1) ratios.append(QString::number(ratio, 'g', 3) + ":1");
     }
-    return (say("Lossy") + ' ' + ratios.join(", ")).trimmed();
+    return (translated("Lossy") + ' ' + ratios.join(", ")).trimmed();
 }
 
 }  // namespace

@@ -44,6 +44,7 @@ void ezDICOMX::putFileName(const QString& path) {
     parts_->tools.leaveFile();
     view.labels.clear();
     const auto loaded = view.picture.load(path);
+    parts_->judgePatient();
     // The strip puts all its previews anew whenever it moves.
     if (loaded == LoadedPicture::Loaded::AsItWas && parts_->role == ViewRole::Preview) return;
     // Whether the first frame can be shown is found out when it is looked at: a probe never does.
@@ -167,6 +168,11 @@ void ezDICOMX::putThumbStyle(qint32 style) {
     if (style == parts_->thumbStyle) return;
     parts_->thumbStyle = style;
     update();
+}
+
+void ezDICOMX::putNamedPatientFolder(const QString& folder) {
+    parts_->namedPatientFolder = folder;
+    parts_->judgePatient();
 }
 
 void ezDICOMX::setNeighbour(Neighbour neighbour) { parts_->neighbour = std::move(neighbour); }

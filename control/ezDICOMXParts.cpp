@@ -78,9 +78,25 @@ void ezDICOMX::Parts::refreshHeaderPage() {
         headerPageOf = view.picture.fileRevision();
         headerPage->setPlainText(QString::fromStdString(dicom::headerText(view.picture.file()->dicom())));
     }
-    headerPage->setGeometry(content());
+    placeChildren();
     headerPage->show();
     headerPage->raise();
+    if (wrongPatient) wrongPatient->raise();
+}
+
+void ezDICOMX::Parts::judgePatient() {
+    if (role != ViewRole::Main || (!wrongPatient && namedPatientFolder.isEmpty())) return;
+    if (!wrongPatient) wrongPatient = new WrongPatientBar(owner);
+    const bool warned = !wrongPatient->isHidden();
+    wrongPatient->judge(view.picture.path(), namedPatientFolder);
+    if (warned == !wrongPatient->isHidden()) return;
+    placeChildren();
+    owner.update();
+}
+
+void ezDICOMX::Parts::placeChildren() {
+    coveredAtTop = wrongPatient ? wrongPatient->layOut(content()) : 0;
+    if (headerPage) headerPage->setGeometry(content().adjusted(0, coveredAtTop, 0, 0));
 }
 
 void ezDICOMX::Parts::chooseTool() {

@@ -1,8 +1,9 @@
 #include "catalogue/CatalogueReader.h"
+#include "discmaker/CatalogueText.h"
 #include "discmaker/DemoDisc.h"
 #include "discmaker/DemoFile.h"
+#include "discmaker/HeaderReader.h"
 #include "platform/Folder.h"
-#include "tests/discmaker/DecodedFile.h"
 #include "tests/discmaker/DiscFiles.h"
 
 #include <QTemporaryDir>
@@ -61,13 +62,30 @@ TEST_F(DemoDiscTest, IsTheSameEveryTime) {
     EXPECT_EQ(test::filesBelow(pathOf(disc_)), first);
 }
 
-TEST_F(DemoDiscTest, GivesEveryFileItsOwnIdentifiers) {
+TEST_F(DemoDiscTest, SaysTheSameInCatalogueAndHeaders) {
+    const auto timeOf = [this](const char* file, std::uint16_t element) {
+        const auto path = pathOf(disc_) / "Dicom/Patient002/Study01" / file;
+        return dicom::DicomFile::open(path.string()).value()->header().string({0x0008, element});
+    };
+    EXPECT_EQ(timeOf("Series05/IM00001.dcm", 0x0030), "083000") << "study";
+    EXPECT_EQ(timeOf("Series05/IM00001.dcm", 0x0031), "091000") << "series";
+    EXPECT_EQ(timeOf("Series05/IM00001.dcm", 0x0033), "091100") << "content";
     std::set<std::string> instances, series, studies;
-    for (const auto& [name, bytes] : test::filesBelow(pathOf(disc_) / "Dicom")) {
-        test::DecodedFile file(bytes);
-        EXPECT_TRUE(instances.insert(file.text(DCM_SOPInstanceUID)).second) << name;
-        series.insert(file.text(DCM_SeriesInstanceUID));
-        studies.insert(file.text(DCM_StudyInstanceUID));
+    for (const auto& image : demoImages(DemoSize::Tiny)) {
+        const auto told = demoRecord(image);
+        const auto path = pathOf(disc_) / "image.dcm";
+        writeDemoFile(image, path);
+        const auto read = std::get<ImageRecord>(readRecord(path));
+        EXPECT_EQ(patientText(read), patientText(told));
+        EXPECT_EQ(studyText(read), studyText(told));
+        EXPECT_EQ(seriesText(read, {1, 0, 0}), seriesText(told, {1, 0, 0}));
+        EXPECT_EQ(entryText(read, 1), entryText(told, 1));
+        EXPECT_EQ(std::tie(read.studyUid, read.seriesUid, read.studyTime, read.instanceNumber),
+                  std::tie(told.studyUid, told.seriesUid, told.studyTime, told.instanceNumber));
+        const auto file = dicom::DicomFile::open(path.string());
+        EXPECT_TRUE(instances.insert(file.value()->header().string({0x0008, 0x0018})).second);
+        series.insert(read.seriesUid);
+        studies.insert(read.studyUid);
     }
     EXPECT_EQ(series.size(), 13u);
     EXPECT_EQ(studies.size(), 6u);
@@ -94,49 +112,40 @@ TEST(DemoImages, OfferEveryKindOfSeries) {
 
 TEST(DemoFile, DescribesItsPixelsRightly) {
     QTemporaryDir folder;
-    std::set<std::string> shapes;
+    std::set<Collimator::Shape> shapes;
     for (auto image : demoImages(DemoSize::Tiny)) {
         // One of each shutter, and large enough that the edges tell.
-        if (!shapes.insert(image.setup.shutter == Collimator::Shape::Circular ? "CIRCULAR" : "RECTANGULAR")
-                 .second)
-            continue;
-        image.setup.size = 200;
+        if (!shapes.insert(image.setup.shutter).second) continue;
+        constexpr int size = 200;
+        image.setup.size = size;
         image.frames = 2;
         const auto path = pathOf(folder) / "image.dcm";
         writeDemoFile(image, path);
-        test::DecodedFile file(test::contentOf(path));
-        EXPECT_EQ(file.number(DCM_NumberOfFrames), 2);
-        EXPECT_NEAR(1000 / std::stod(file.text(DCM_FrameTime)), image.setup.frameRate, 0.01);
-        EXPECT_EQ(file.text(DCM_SpecificCharacterSet), "ISO_IR 192");
-        EXPECT_EQ(std::stod(file.text(DCM_PositionerPrimaryAngle)), image.setup.view.primaryAngle);
-        ASSERT_TRUE(shapes.contains(file.text(DCM_ShutterShape)));
-
-        const bool circular = file.text(DCM_ShutterShape) == "CIRCULAR";
-        const auto covered = [&](int row, int column) {
-            if (!circular)
-                return column < file.number(DCM_ShutterLeftVerticalEdge) ||
-                       column > file.number(DCM_ShutterRightVerticalEdge) ||
-                       row < file.number(DCM_ShutterUpperHorizontalEdge) ||
-                       row > file.number(DCM_ShutterLowerHorizontalEdge);
-            const int down = row - file.number(DCM_CenterOfCircularShutter);
-            const int across = column - std::stoi(file.text(DCM_CenterOfCircularShutter, 1));
-            const int radius = file.number(DCM_RadiusOfCircularShutter);
-            return down * down + across * across > radius * radius + 2 * radius;
-        };
-        const auto samples = file.samples();
+        const auto opened = dicom::DicomFile::open(path.string());
+        const auto& file = *opened.value();
+        EXPECT_EQ(file.frameCount(), 2);
+        EXPECT_NEAR(1000 / file.header().decimal({0x0018, 0x1063}).value_or(0), image.setup.frameRate, 0.01);
+        const auto shutter = file.shutter(0);
+        ASSERT_NE(shutter.rectangle.has_value(), shutter.circle.has_value());
+        const auto samples = test::samplesOf(file, 1);
+        ASSERT_EQ(samples.size(), std::size_t{size * size});
         int open = 0, dark = 0;
-        for (int row = 1; row <= 200; ++row) {
-            for (int column = 1; column <= 200; ++column) {
-                const auto sample = samples[static_cast<std::size_t>((row - 1) * 200 + column - 1)];
-                if (covered(row, column)) {
-                    EXPECT_EQ(sample, 0) << row << " " << column;
-                } else {
-                    ++open;
-                    dark += sample == 0;
-                }
+        for (int i = 0; i < size * size; ++i) {
+            const int row = i / size + 1, column = i % size + 1;
+            bool covered = false;
+            if (const auto& edge = shutter.rectangle) {
+                covered =
+                    column < edge->left || column > edge->right || row < edge->upper || row > edge->lower;
+            } else {
+                const auto& [y, x, radius] = *shutter.circle;
+                covered = std::hypot(row - y, column - x) > radius + 1;
             }
+            const bool isDark = samples[static_cast<std::size_t>(i)] == 0;
+            EXPECT_TRUE(isDark || !covered) << row << " " << column;
+            open += covered ? 0 : 1;
+            dark += isDark && !covered ? 1 : 0;
         }
-        EXPECT_GT(open, 200 * 200 / 2);
+        EXPECT_GT(open, size * size / 2);
         EXPECT_LT(dark, open / 40) << "only the soft edge may be dark inside the shutter";
     }
     EXPECT_EQ(shapes.size(), 2u);
