@@ -136,6 +136,9 @@ Picture openPicture(const FileHeader& header) {
         return picture;
     }
     picture.format = format.value();
+    const std::string loss = header.elements.string(tags::LossyImageCompression);
+    picture.format.mayBeLossy =
+        loss == "01" || (loss != "00" && !(header.syntax && header.syntax->isLossless));
     if (!isEncapsulated(header, picture.format, announced.value_or(1)))
         openNative(header, announced, picture);
     else if (header.pixels->isOpen || beginsWithItem(header))

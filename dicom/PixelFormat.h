@@ -33,6 +33,7 @@ struct PixelFormat {
     bool planar = false;  ///< planar configuration 1: all of one sample, then all of the next
     Photometric photometric = Photometric::Monochrome2;
     SampleKind sampleKind = SampleKind::Integer;
+    bool mayBeLossy = false;  ///< neither syntax nor header vouch that a reversible code stream is complete
 };
 
 /// How the pixels are packed, by the transfer syntax. For encapsulated pixels the bytes of a frame decide in

@@ -44,6 +44,7 @@ constexpr Tag VOILUTFunction{0x0028, 0x1056};
 constexpr Tag RedPaletteDescriptor{0x0028, 0x1101};
 constexpr Tag RedPaletteData{0x0028, 0x1201};
 constexpr Tag SegmentedRedPaletteData{0x0028, 0x1221};
+constexpr Tag LossyImageCompression{0x0028, 0x2110};
 constexpr Tag ModalityLUTSequence{0x0028, 0x3000};
 constexpr Tag LUTDescriptor{0x0028, 0x3002};
 constexpr Tag LUTData{0x0028, 0x3006};

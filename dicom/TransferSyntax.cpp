@@ -16,6 +16,12 @@ constexpr TransferSyntax compressed(std::string_view uid, std::string_view name,
     return {uid, name, compression, Pixels::Encapsulated};
 }
 
+constexpr TransferSyntax lossless(std::string_view uid, std::string_view name, Compression compression) {
+    TransferSyntax syntax = compressed(uid, name, compression);
+    syntax.isLossless = true;
+    return syntax;
+}
+
 constexpr TransferSyntax video(std::string_view uid, std::string_view name) {
     return {uid, name, Compression::Unsupported, Pixels::Video};
 }
@@ -40,7 +46,7 @@ constexpr std::array table = std::to_array<TransferSyntax>({
     compressed("1.2.840.10008.1.2.4.54", "JPEG process 7 and 9", Compression::Jpeg),
     compressed("1.2.840.10008.1.2.4.55", "JPEG process 10 and 12", Compression::Jpeg),
     compressed("1.2.840.10008.1.2.4.56", "JPEG process 11 and 13", Compression::Jpeg),
-    compressed("1.2.840.10008.1.2.4.57", "JPEG Lossless", Compression::Jpeg),
+    lossless("1.2.840.10008.1.2.4.57", "JPEG Lossless", Compression::Jpeg),
     compressed("1.2.840.10008.1.2.4.58", "JPEG process 15", Compression::Jpeg),
     compressed("1.2.840.10008.1.2.4.59", "JPEG process 16 and 18", Compression::Jpeg),
     compressed("1.2.840.10008.1.2.4.60", "JPEG process 17 and 19", Compression::Jpeg),
@@ -48,14 +54,14 @@ constexpr std::array table = std::to_array<TransferSyntax>({
     compressed("1.2.840.10008.1.2.4.62", "JPEG process 21 and 23", Compression::Jpeg),
     compressed("1.2.840.10008.1.2.4.63", "JPEG process 24 and 26", Compression::Jpeg),
     compressed("1.2.840.10008.1.2.4.64", "JPEG process 25 and 27", Compression::Jpeg),
-    compressed("1.2.840.10008.1.2.4.65", "JPEG process 28", Compression::Jpeg),
-    compressed("1.2.840.10008.1.2.4.66", "JPEG process 29", Compression::Jpeg),
-    compressed("1.2.840.10008.1.2.4.70", "JPEG Lossless", Compression::Jpeg),
-    compressed("1.2.840.10008.1.2.4.80", "JPEG-LS lossless", Compression::JpegLs),
+    lossless("1.2.840.10008.1.2.4.65", "JPEG process 28", Compression::Jpeg),
+    lossless("1.2.840.10008.1.2.4.66", "JPEG process 29", Compression::Jpeg),
+    lossless("1.2.840.10008.1.2.4.70", "JPEG Lossless", Compression::Jpeg),
+    lossless("1.2.840.10008.1.2.4.80", "JPEG-LS lossless", Compression::JpegLs),
     compressed("1.2.840.10008.1.2.4.81", "JPEG-LS near-lossless", Compression::JpegLs),
-    compressed("1.2.840.10008.1.2.4.90", "JPEG 2000 lossless", Compression::Jpeg2000),
+    lossless("1.2.840.10008.1.2.4.90", "JPEG 2000 lossless", Compression::Jpeg2000),
     compressed("1.2.840.10008.1.2.4.91", "JPEG 2000", Compression::Jpeg2000),
-    compressed("1.2.840.10008.1.2.4.92", "JPEG 2000 part 2 lossless", Compression::Jpeg2000),
+    lossless("1.2.840.10008.1.2.4.92", "JPEG 2000 part 2 lossless", Compression::Jpeg2000),
     compressed("1.2.840.10008.1.2.4.93", "JPEG 2000 part 2", Compression::Jpeg2000),
     referenced("1.2.840.10008.1.2.4.94", "JPIP"),
     referenced("1.2.840.10008.1.2.4.95", "JPIP", true),
@@ -75,15 +81,15 @@ constexpr std::array table = std::to_array<TransferSyntax>({
     video("1.2.840.10008.1.2.4.106.1", "H.264 stereo video"),
     video("1.2.840.10008.1.2.4.107", "HEVC video"),
     video("1.2.840.10008.1.2.4.108", "HEVC video"),
-    compressed("1.2.840.10008.1.2.4.110", "JPEG XL lossless", Compression::Unsupported),
+    lossless("1.2.840.10008.1.2.4.110", "JPEG XL lossless", Compression::Unsupported),
     compressed("1.2.840.10008.1.2.4.111", "JPEG XL", Compression::Unsupported),
     compressed("1.2.840.10008.1.2.4.112", "JPEG XL", Compression::Unsupported),
-    compressed("1.2.840.10008.1.2.4.201", "High-Throughput JPEG 2000 lossless", Compression::Jpeg2000),
-    compressed("1.2.840.10008.1.2.4.202", "High-Throughput JPEG 2000 lossless", Compression::Jpeg2000),
+    lossless("1.2.840.10008.1.2.4.201", "High-Throughput JPEG 2000 lossless", Compression::Jpeg2000),
+    lossless("1.2.840.10008.1.2.4.202", "High-Throughput JPEG 2000 lossless", Compression::Jpeg2000),
     compressed("1.2.840.10008.1.2.4.203", "High-Throughput JPEG 2000", Compression::Jpeg2000),
     referenced("1.2.840.10008.1.2.4.204", "JPIP"),
     referenced("1.2.840.10008.1.2.4.205", "JPIP", true),
-    compressed("1.2.840.10008.1.2.5", "RLE", Compression::Rle),
+    lossless("1.2.840.10008.1.2.5", "RLE", Compression::Rle),
     video("1.2.840.10008.1.2.7.1", "uncompressed video stream"),
     video("1.2.840.10008.1.2.7.2", "uncompressed video stream"),
     video("1.2.840.10008.1.2.7.3", "audio stream"),

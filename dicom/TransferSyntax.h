@@ -30,6 +30,7 @@ struct TransferSyntax {
     Encoding encoding = explicitLittle;
     bool deflated = false;
     bool bigEndianPixels = false;
+    bool isLossless = false;  ///< of compressed pixels: the syntax admits no loss
 };
 
 /// The syntax of a UID, null when it is not known.

@@ -127,9 +127,6 @@ CINEDISC_AVX2 void lookUpWide(const std::uint16_t* indices, const std::uint8_t* 
                               int count) {
     loops::lookUp(indices, table, into, count);
 }
-CINEDISC_AVX2 void cover(const std::uint8_t* keep, const std::uint8_t* paint, std::uint8_t* row, int count) {
-    loops::cover(keep, paint, row, count);
-}
 CINEDISC_AVX2 void invert(std::uint8_t* row, int count) { loops::invert(row, count); }
 CINEDISC_AVX2 void splitColors(const std::uint8_t* pixels, const RowSource::Channels& into, int count) {
     loops::splitColors(pixels, into, count);
@@ -152,7 +149,6 @@ const RowKernels* RowKernels::avx2() {
                                         byEight::linear<std::int8_t>,
                                         byEight::linear<std::uint16_t>,
                                         byEight::linear<std::int16_t>,
-                                        byEight::cover,
                                         byEight::invert,
                                         byEight::splitColors,
                                         loops::pick,

@@ -10,44 +10,20 @@ using dicom::Overlay;
 
 bool changesWithFrame(const Overlay& overlay) { return overlay.multiFrame || overlay.embeddedBit >= 0; }
 
-void prepare(CoverPlane& cover, const dicom::PixelFormat& format) {
-    if (!cover.empty()) return;
-    const auto size = static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
-    cover.columns = format.columns;
-    cover.keep.assign(size, 0xFF);
-    cover.paint.assign(size, 0);
-}
-
-/// Paints `grey` wherever an overlay has a 1, as far as it lies in the image.
-void paintOverlay(CoverPlane& cover, const dicom::PixelFormat& format, const Overlay& overlay,
-                  const std::vector<std::uint8_t>& bits, std::uint8_t grey) {
+/// Sets the bits of a plane wherever an overlay has a 1, as far as it lies in the image.
+void layOverlay(BitPlane& plane, const dicom::PixelFormat& format, const Overlay& overlay,
+                const std::vector<std::uint8_t>& bits) {
     if (overlay.rows <= 0 || overlay.columns <= 0) return;
     const auto width = static_cast<std::size_t>(overlay.columns);
     if (bits.size() < width * static_cast<std::size_t>(overlay.rows)) return;
-    const std::int64_t top = overlay.originRow - 1, left = overlay.originColumn - 1;
-    const std::int64_t yFrom = std::max<std::int64_t>(0, top),
-                       yTo = std::min<std::int64_t>(format.rows, top + overlay.rows);
-    const std::int64_t xFrom = std::max<std::int64_t>(0, left),
-                       xTo = std::min<std::int64_t>(format.columns, left + overlay.columns);
-    for (std::int64_t y = yFrom; y < yTo; ++y) {
-        const std::uint8_t* source = bits.data() + static_cast<std::size_t>(y - top) * width;
-        const auto row = static_cast<std::size_t>(y) * static_cast<std::size_t>(format.columns);
-        for (std::int64_t x = xFrom; x < xTo; ++x) {
-            if (!source[x - left]) continue;
-            cover.keep[row + static_cast<std::size_t>(x)] = 0;
-            cover.paint[row + static_cast<std::size_t>(x)] = grey;
-        }
-    }
-}
-
-void paintShutter(CoverPlane& cover, const dicom::PixelFormat& format, const dicom::Shutter& shutter,
-                  std::uint8_t grey) {
-    const auto visible = visibleThroughShutter(shutter, format.rows, format.columns);
-    if (visible.empty()) return;
-    prepare(cover, format);
-    for (std::size_t i = 0; i < visible.size(); ++i) {
-        cover.keep[i] = visible[i] ? 0xFF : 0;
-        cover.paint[i] = visible[i] ? 0 : grey;
+    if (plane.empty()) plane = BitPlane(format.rows, format.columns);
+    const int top = overlay.originRow - 1, left = overlay.originColumn - 1;
+    const int yFrom = std::max(0, top), yTo = std::min(format.rows, top + overlay.rows);
+    const int xFrom = std::max(0, left), xTo = std::min(format.columns, left + overlay.columns);
+    for (int y = yFrom; y < yTo; ++y) {
+        const std::uint8_t* const source = bits.data() + static_cast<std::size_t>(y - top) * width;
+        for (int x = xFrom; x < xTo; ++x)
+            if (source[x - left]) plane.set(y, x);
     }
 }
 
@@ -68,15 +44,13 @@ CoverPlane coverOf(const dicom::DicomFile& file, int frame) {
     const auto grey = static_cast<std::uint8_t>(shutter.presentationValue.value_or(0) >> 8);
 
     CoverPlane cover;
-    paintShutter(cover, format, shutter, grey);
-    for (const bool covering : {true, false}) {  // the bitmap shutter first: overlays lie on it
-        for (const auto& overlay : file.overlays()) {
-            if ((shutter.bitmapGroup == overlay.group) != covering) continue;
-            const auto bits = file.overlayBits(overlay, frame);
-            if (bits.empty()) continue;
-            prepare(cover, format);
-            paintOverlay(cover, format, overlay, bits, covering ? grey : 0xFF);
-        }
+    cover.grey = grey;
+    cover.hidden = hiddenByShutter(shutter, format.rows, format.columns);
+    for (const auto& overlay : file.overlays()) {
+        const auto bits = file.overlayBits(overlay, frame);
+        if (bits.empty()) continue;
+        const bool isShutter = shutter.bitmapGroup == overlay.group;
+        layOverlay(isShutter ? cover.hidden : cover.white, format, overlay, bits);
     }
     return cover;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "control/pipeline/BitPlane.h"
 #include "dicom/DicomFile.h"
 
 #include <cstdint>
@@ -8,20 +9,19 @@
 
 namespace cinedisc {
 
-/// What lies over the pixels of a frame: shutters and overlay planes, as two bytes a pixel. A displayed value
-/// v becomes (v & keep) | paint, which needs no branch.
+/// What lies over the pixels of a frame: what shutters hide, in one grey, and on it overlays in white. Holds
+/// two bits for a pixel at most.
 struct CoverPlane {
-    int columns = 0;
-    std::vector<std::uint8_t> keep;
-    std::vector<std::uint8_t> paint;
+    BitPlane hidden;        ///< by shutters; empty for nothing
+    BitPlane white;         ///< of overlays; empty for none
+    std::uint8_t grey = 0;  ///< of what is hidden
 
-    bool empty() const { return keep.empty(); }
-    const std::uint8_t* keepRow(int y) const { return keep.data() + offset(y); }
-    const std::uint8_t* paintRow(int y) const { return paint.data() + offset(y); }
-
-  private:
-    std::size_t offset(int y) const {
-        return static_cast<std::size_t>(y) * static_cast<std::size_t>(columns);
+    bool empty() const { return hidden.empty() && white.empty(); }
+    std::size_t byteSize() const { return hidden.byteSize() + white.byteSize(); }
+    /// Covers displayed values of the columns [from, to) of row y.
+    void apply(int y, int from, int to, std::uint8_t* values) const {
+        if (!hidden.empty()) hidden.paint(y, from, to, grey, values);
+        if (!white.empty()) white.paint(y, from, to, 0xFF, values);
     }
 };
 
@@ -33,9 +33,8 @@ CoverKind coverKind(const dicom::DicomFile& file);
 /// shutter.
 CoverPlane coverOf(const dicom::DicomFile& file, int frame);
 
-/// One byte a pixel, 1 where the shutter's shapes leave the picture visible. Empty when no shape can be used:
-/// a shape without an area, or shapes that together hide everything, are faults of the file and cover
-/// nothing.
-std::vector<std::uint8_t> visibleThroughShutter(const dicom::Shutter& shutter, int rows, int columns);
+/// What the shutter's shapes hide. Empty when no shape can be used: a shape without an area, or shapes that
+/// together hide everything, are faults of the file and cover nothing.
+BitPlane hiddenByShutter(const dicom::Shutter& shutter, int rows, int columns);
 
 }  // namespace cinedisc

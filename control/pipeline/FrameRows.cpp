@@ -38,9 +38,8 @@ void FrameRows::read(int y, int from, int to, const Channels& into) const {
         readGrey(offset, count, into[0]);
     }
     if (!cover_) return;
-    for (std::size_t channel = 0; channel < static_cast<std::size_t>(channels_); ++channel) {
-        kernels_.cover(cover_->keepRow(y) + from, cover_->paintRow(y) + from, into[channel], count);
-    }
+    for (std::size_t channel = 0; channel < static_cast<std::size_t>(channels_); ++channel)
+        cover_->apply(y, from, to, into[channel]);
 }
 
 template <typename Sample>

@@ -9,7 +9,6 @@ const RowKernels& RowKernels::portable() {
                                         loops::linear<std::int8_t>,
                                         loops::linear<std::uint16_t>,
                                         loops::linear<std::int16_t>,
-                                        loops::cover,
                                         loops::invert,
                                         loops::splitColors,
                                         loops::pick,

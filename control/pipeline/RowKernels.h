@@ -27,7 +27,6 @@ struct RowKernels {
                              int count);
     void (*linearSigned16)(const std::int16_t* samples, const LinearRule& rule, std::uint8_t* into,
                            int count);
-    void (*cover)(const std::uint8_t* keep, const std::uint8_t* paint, std::uint8_t* row, int count);
     void (*invert)(std::uint8_t* row, int count);
     void (*splitColors)(const std::uint8_t* pixels, const RowSource::Channels& into, int count);
 

@@ -29,11 +29,6 @@ CINEDISC_LOOP void linear(const Sample* __restrict samples, const LinearRule& ru
     }
 }
 
-CINEDISC_LOOP void cover(const std::uint8_t* __restrict keep, const std::uint8_t* __restrict paint,
-                         std::uint8_t* __restrict row, int count) {
-    for (int x = 0; x < count; ++x) row[x] = static_cast<std::uint8_t>((row[x] & keep[x]) | paint[x]);
-}
-
 CINEDISC_LOOP void invert(std::uint8_t* row, int count) {
     for (int x = 0; x < count; ++x) row[x] = static_cast<std::uint8_t>(~row[x]);
 }

@@ -16,89 +16,85 @@ void keepSpan(std::uint8_t* row, int columns, double left, double right) {
     std::fill(row + to, row + columns, std::uint8_t{0});
 }
 
-class Visible {
+/// Hides in a row, counted from 1, what lies outside of a shape.
+void keepInside(const dicom::Shutter::Rectangle& shape, int y, std::uint8_t* row, int columns) {
+    if (y < shape.upper || y > shape.lower) return keepSpan(row, columns, 1, 0);
+    keepSpan(row, columns, shape.left, shape.right);
+}
+
+void keepInside(const dicom::Shutter::Circle& shape, int y, std::uint8_t* row, int columns) {
+    const double radius = shape.radius, dy = static_cast<double>(y) - shape.row;
+    if (std::abs(dy) > radius) return keepSpan(row, columns, 1, 0);
+    const double half = std::sqrt(radius * radius - dy * dy);
+    keepSpan(row, columns, shape.column - half, shape.column + half);
+}
+
+/// Even-odd rule on the pixel centres; those on the outline belong to the inside, as they do on the edges of
+/// a rectangle. A row just below a vertex is crossed by other edges than one just above it: a pixel is inside
+/// when it is by either.
+class Polygon {
   public:
-    Visible(int rows, int columns)
-        : pixels(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns), 1),
-          rows_(rows),
-          columns_(columns) {}
+    Polygon(const std::vector<std::pair<int, int>>& vertices, int columns)
+        : vertices_(vertices), inside_(static_cast<std::size_t>(columns)) {}
 
-    void apply(const dicom::Shutter::Rectangle& shape) {
-        forEachRow([&](int y, std::uint8_t* row) {
-            if (y < shape.upper || y > shape.lower) return keepSpan(row, columns_, 1, 0);
-            keepSpan(row, columns_, shape.left, shape.right);
-        });
+    void keepInside(int y, std::uint8_t* row) {
+        std::fill(inside_.begin(), inside_.end(), std::uint8_t{0});
+        addInside(y, [y](int vertex) { return vertex <= y; });
+        addInside(y, [y](int vertex) { return vertex < y; });
+        for (std::size_t x = 0; x < inside_.size(); ++x) row[x] &= inside_[x];
     }
-
-    void apply(const dicom::Shutter::Circle& shape) {
-        const double radius = shape.radius;
-        forEachRow([&](int y, std::uint8_t* row) {
-            const double dy = static_cast<double>(y) - shape.row;
-            if (std::abs(dy) > radius) return keepSpan(row, columns_, 1, 0);
-            const double half = std::sqrt(radius * radius - dy * dy);
-            keepSpan(row, columns_, shape.column - half, shape.column + half);
-        });
-    }
-
-    /// Even-odd rule on the pixel centres; those on the outline belong to the inside, as they do on the edges
-    /// of a rectangle. A row just below a vertex is crossed by other edges than one just above it: a pixel is
-    /// inside when it is by either.
-    void apply(const std::vector<std::pair<int, int>>& polygon) {
-        std::vector<double> crossings;
-        std::vector<std::uint8_t> inside(static_cast<std::size_t>(columns_));
-        const auto addInside = [&](int y, auto&& isAbove) {
-            crossings.clear();
-            for (std::size_t i = 0, j = polygon.size() - 1; i < polygon.size(); j = i++) {
-                const auto [y0, x0] = polygon[j];
-                const auto [y1, x1] = polygon[i];
-                if (isAbove(y0) == isAbove(y1)) continue;
-                crossings.push_back(x0 + (static_cast<double>(y) - y0) * (static_cast<double>(x1) - x0) /
-                                             (static_cast<double>(y1) - y0));
-            }
-            std::sort(crossings.begin(), crossings.end());
-            for (std::size_t i = 0; i + 1 < crossings.size(); i += 2) {
-                const double last = columns_;
-                const int from = static_cast<int>(std::clamp(std::ceil(crossings[i]) - 1, 0.0, last));
-                const int to = static_cast<int>(std::clamp(std::floor(crossings[i + 1]), 0.0, last));
-                if (from < to) std::fill(inside.begin() + from, inside.begin() + to, std::uint8_t{1});
-            }
-        };
-        forEachRow([&](int y, std::uint8_t* row) {
-            std::fill(inside.begin(), inside.end(), std::uint8_t{0});
-            addInside(y, [y](int vertex) { return vertex <= y; });
-            addInside(y, [y](int vertex) { return vertex < y; });
-            for (int x = 0; x < columns_; ++x) row[x] &= inside[static_cast<std::size_t>(x)];
-        });
-    }
-
-    std::vector<std::uint8_t> pixels;
 
   private:
-    template <typename Action>
-    void forEachRow(Action&& action) {
-        for (int y = 0; y < rows_; ++y) {
-            action(y + 1, pixels.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(columns_));
+    template <typename IsAbove>
+    void addInside(int y, IsAbove&& isAbove) {
+        crossings_.clear();
+        for (std::size_t i = 0, j = vertices_.size() - 1; i < vertices_.size(); j = i++) {
+            const auto [y0, x0] = vertices_[j];
+            const auto [y1, x1] = vertices_[i];
+            if (isAbove(y0) == isAbove(y1)) continue;
+            crossings_.push_back(x0 + (static_cast<double>(y) - y0) * (static_cast<double>(x1) - x0) /
+                                          (static_cast<double>(y1) - y0));
+        }
+        std::sort(crossings_.begin(), crossings_.end());
+        const auto last = static_cast<double>(inside_.size());
+        for (std::size_t i = 0; i + 1 < crossings_.size(); i += 2) {
+            const int from = static_cast<int>(std::clamp(std::ceil(crossings_[i]) - 1, 0.0, last));
+            const int to = static_cast<int>(std::clamp(std::floor(crossings_[i + 1]), 0.0, last));
+            if (from < to) std::fill(inside_.begin() + from, inside_.begin() + to, std::uint8_t{1});
         }
     }
 
-    int rows_, columns_;
+    const std::vector<std::pair<int, int>>& vertices_;
+    std::vector<double> crossings_;
+    std::vector<std::uint8_t> inside_;
 };
 
 }  // namespace
 
-std::vector<std::uint8_t> visibleThroughShutter(const dicom::Shutter& shutter, int rows, int columns) {
+BitPlane hiddenByShutter(const dicom::Shutter& shutter, int rows, int columns) {
     const bool rectangle = shutter.rectangle && shutter.rectangle->left <= shutter.rectangle->right &&
                            shutter.rectangle->upper <= shutter.rectangle->lower;
     const bool circle = shutter.circle && shutter.circle->radius > 0;
     const bool polygon = shutter.polygon.size() >= 3;
     if (rows <= 0 || columns <= 0 || !(rectangle || circle || polygon)) return {};
 
-    Visible visible(rows, columns);
-    if (rectangle) visible.apply(*shutter.rectangle);
-    if (circle) visible.apply(*shutter.circle);
-    if (polygon) visible.apply(shutter.polygon);
-    if (std::find(visible.pixels.begin(), visible.pixels.end(), 1) == visible.pixels.end()) return {};
-    return std::move(visible.pixels);
+    BitPlane hidden(rows, columns);
+    Polygon outline(shutter.polygon, columns);
+    bool anyVisible = false;
+    std::vector<std::uint8_t> visible(static_cast<std::size_t>(columns));
+    for (int y = 0; y < rows; ++y) {
+        std::fill(visible.begin(), visible.end(), std::uint8_t{1});
+        if (rectangle) keepInside(*shutter.rectangle, y + 1, visible.data(), columns);
+        if (circle) keepInside(*shutter.circle, y + 1, visible.data(), columns);
+        if (polygon) outline.keepInside(y + 1, visible.data());
+        for (int x = 0; x < columns; ++x) {
+            if (visible[static_cast<std::size_t>(x)])
+                anyVisible = true;
+            else
+                hidden.set(y, x);
+        }
+    }
+    return anyVisible ? hidden : BitPlane();
 }
 
 }  // namespace cinedisc

@@ -12,9 +12,6 @@
 namespace cinedisc::dicom::codecs {
 namespace {
 
-/// More scans than this are no picture but a way to keep a reader busy.
-constexpr int mostScans = 500;
-
 enum class Outcome { Good, CutOff, Broken };
 
 /// The library's state for one picture. Errors leave through `escape`, so nothing with a destructor may live
@@ -23,7 +20,6 @@ struct Session {
     jpeg_decompress_struct library{};
     jpeg_error_mgr errors{};
     jpeg_source_mgr source{};
-    jpeg_progress_mgr progress{};
     std::jmp_buf escape{};
     bool ranOut = false;   ///< the stream ended before its end marker
     bool damaged = false;  ///< bits were missing or made no sense
@@ -33,6 +29,8 @@ Session& sessionOf(j_common_ptr library) { return *static_cast<Session*>(library
 
 void onError(j_common_ptr library) { std::longjmp(sessionOf(library).escape, 1); }
 
+/// Only those warnings count that touch the picture: not those of bytes between segments, of scan headers
+/// that contradict the process, or of application data.
 void onMessage(j_common_ptr library, int level) {
     if (level >= 0) return;
     switch (library->err->msg_code) {
@@ -44,10 +42,6 @@ void onMessage(j_common_ptr library, int level) {
         default:
             break;
     }
-}
-
-void onProgress(j_common_ptr library) {
-    if (reinterpret_cast<j_decompress_ptr>(library)->input_scan_number > mostScans) onError(library);
 }
 
 void ignore(j_common_ptr) {}
@@ -80,7 +74,6 @@ void open(Session& session, std::span<const std::uint8_t> stream) {
     session.library.client_data = &session;
     session.source = {stream.data(), stream.size(),          ignoreSource, onEndOfData,
                       onSkip,        jpeg_resync_to_restart, ignoreSource};
-    session.progress.progress_monitor = onProgress;
 }
 
 void chooseColours(jpeg_decompress_struct& library, ColourSpace colour) {
@@ -99,7 +92,6 @@ Outcome run(Session& session, std::span<std::uint8_t> pixels, ColourSpace colour
 
     jpeg_create_decompress(&library);
     library.src = &session.source;
-    library.progress = &session.progress;
     jpeg_read_header(&library, TRUE);
     chooseColours(library, colour);
     library.dct_method = JDCT_ISLOW;
@@ -135,7 +127,7 @@ Result<CodedPicture> decodeBaselineJpeg(std::span<const std::uint8_t> stream, co
                                         const PixelFormat& format) {
     CodedPicture picture;
     picture.components = header.componentCount;
-    picture.lossless = false;
+    picture.exactness = Exactness::Other;
     std::vector<std::uint8_t> pixels(static_cast<std::size_t>(format.rows) *
                                      static_cast<std::size_t>(format.columns) *
                                      static_cast<std::size_t>(header.componentCount));

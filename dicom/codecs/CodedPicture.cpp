@@ -14,13 +14,15 @@ namespace {
 struct ValueBits {
     int shift = 0;
     int count = 8;
-    int signBits = 0;    ///< width whose top bit is the sign, 0 for unsigned values
-    bool clean = false;  ///< nothing but the value is in the cell already
+    int signBits = 0;       ///< width whose top bit is the sign, 0 for unsigned values
+    bool clean = false;     ///< nothing but the value is in the cell already
+    bool clamps = false;    ///< what is beyond `count` bits becomes the end of the range
+    bool ofSigned = false;  ///< the range's beginning and end are those of signed values
 };
 
 /// Whether cutting the values out would leave all cells as they are.
 bool isClean(const CodedPicture& picture, const ValueBits& bits) {
-    if (bits.shift > 0) return false;
+    if (bits.shift > 0 || bits.clamps) return false;
     const int unsignedBits = bits.signBits > 0 ? bits.signBits - 1 : bits.count;
     if (picture.usedBits) return std::uint64_t{*picture.usedBits} >> unsignedBits == 0;
     return bits.signBits == 0 && bits.count == picture.precision;
@@ -28,12 +30,23 @@ bool isClean(const CodedPicture& picture, const ValueBits& bits) {
 
 ValueBits valueBits(const CodedPicture& picture, const PixelFormat& format) {
     const PixelCell cell = pixelCell(format);
+    const bool areCells = picture.exactness != Exactness::Other && picture.precision == cell.allocated;
+    const bool mayOvershoot = picture.exactness == Exactness::Near && picture.precision > cell.stored;
     ValueBits bits;
-    if (picture.lossless && picture.precision == cell.allocated) {
-        bits = {cell.shift, cell.stored, cell.stored, false};
+    if (mayOvershoot && (areCells || (picture.isSigned && !format.isSigned))) {
+        bits.clamps = true;
+        bits.ofSigned = format.isSigned;
+        if (areCells) bits.shift = cell.shift;
+        bits.count = areCells ? cell.stored : picture.precision;
+        bits.signBits = format.isSigned || picture.isSigned ? picture.precision : 0;
+        return bits;
+    }
+    if (areCells) {
+        bits.shift = cell.shift;
+        bits.count = bits.signBits = cell.stored;
     } else {
-        bits = {0, picture.precision,
-                picture.isSigned ? picture.precision : std::max(picture.precision, cell.stored), false};
+        bits.count = picture.precision;
+        bits.signBits = picture.isSigned ? picture.precision : std::max(picture.precision, cell.stored);
     }
     if (!format.isSigned) bits.signBits = 0;
     bits.clean = isClean(picture, bits);
@@ -41,16 +54,32 @@ ValueBits valueBits(const CodedPicture& picture, const PixelFormat& format) {
 }
 
 template <typename Unsigned>
-void cutOutValues(std::span<Unsigned> cells, ValueBits bits) {
-    constexpr int width = sizeof(Unsigned) * 8;
+Unsigned signExtended(Unsigned cell, int signBits) {
+    const int up = static_cast<int>(sizeof(Unsigned) * 8) - signBits;
+    return static_cast<Unsigned>(
+        static_cast<std::make_signed_t<Unsigned>>(static_cast<Unsigned>(cell << up)) >> up);
+}
+
+template <typename Unsigned>
+void clampValues(std::span<Unsigned> cells, const ValueBits& bits) {
     using Signed = std::make_signed_t<Unsigned>;
+    const std::int64_t span = std::int64_t{1} << bits.count, low = bits.ofSigned ? -span / 2 : 0;
+    for (Unsigned& cell : cells) {
+        const std::int64_t value = bits.signBits > 0
+                                       ? std::int64_t{static_cast<Signed>(signExtended(cell, bits.signBits))}
+                                       : std::int64_t{cell};
+        cell = static_cast<Unsigned>(std::clamp(value >> bits.shift, low, low + span - 1));
+    }
+}
+
+template <typename Unsigned>
+void cutOutValues(std::span<Unsigned> cells, const ValueBits& bits) {
+    constexpr int width = sizeof(Unsigned) * 8;
     if (bits.clean) return;
+    if (bits.clamps) return clampValues(cells, bits);
     if (bits.signBits > 0 && bits.signBits < width) {
-        const int up = width - bits.signBits;
-        for (Unsigned& cell : cells) {
-            const auto value = static_cast<std::uint32_t>(cell >> bits.shift);
-            cell = static_cast<Unsigned>(static_cast<Signed>(static_cast<Unsigned>(value << up)) >> up);
-        }
+        for (Unsigned& cell : cells)
+            cell = signExtended(static_cast<Unsigned>(cell >> bits.shift), bits.signBits);
     } else if (bits.shift > 0 || bits.count < width) {
         const auto mask = static_cast<Unsigned>(static_cast<Unsigned>(~Unsigned{0}) >> (width - bits.count));
         for (Unsigned& cell : cells) cell = static_cast<Unsigned>((cell >> bits.shift) & mask);
@@ -84,9 +113,9 @@ Frame::Samples greySamples(CodedPicture& picture, const PixelFormat& format) {
 
 /// Cells of any width as 8 bits: the low bits are dropped, fewer than 8 are spread over the range.
 std::vector<std::uint8_t> eightBits(CodedPicture& picture, const PixelFormat& format) {
-    ValueBits bits = valueBits(picture, format);
-    bits.signBits = 0;
-    bits.clean = isClean(picture, bits);
+    PixelFormat plain = format;
+    plain.isSigned = false;
+    const ValueBits bits = valueBits(picture, plain);
     visitPatterns(picture.cells, [&](auto cells) { cutOutValues(cells, bits); });
     if (bits.count == 8)
         if (auto* ready = std::get_if<std::vector<std::uint8_t>>(&picture.cells)) return std::move(*ready);
@@ -123,7 +152,7 @@ CodedPicture luminancePicture(CodedPicture& picture, const PixelFormat& format) 
     for (std::size_t i = 0; i < grey.size(); ++i)
         grey[i] = luminance(triples[i * 3], triples[i * 3 + 1], triples[i * 3 + 2]);
     CodedPicture result;
-    result.lossless = false;
+    result.exactness = Exactness::Other;
     result.cells = std::move(grey);
     return result;
 }

@@ -6,7 +6,7 @@
 
 namespace cinedisc::dicom::codecs {
 
-EntropyData::EntropyData(std::span<const std::uint8_t> coded, std::size_t padding)
+EntropyData::EntropyData(std::span<const std::uint8_t> coded, std::size_t padding, std::size_t mostSegments)
     : bytes_(std::make_unique_for_overwrite<std::uint8_t[]>(coded.size() + padding)) {
     const std::uint8_t* in = coded.data();
     const std::uint8_t* const end = in + coded.size();
@@ -15,7 +15,7 @@ EntropyData::EntropyData(std::span<const std::uint8_t> coded, std::size_t paddin
     std::size_t segmentBegin = 0;
     const auto closeSegment = [&](std::uint8_t code) {
         const auto here = static_cast<std::size_t>(out - start);
-        segments_.push_back({segmentBegin, here, code});
+        if (segments_.size() < mostSegments) segments_.push_back({segmentBegin, here, code});
         segmentBegin = here;
     };
 

@@ -19,8 +19,8 @@ class EntropyData {
     };
 
     /// Takes the data from the start of `coded` up to the first marker that is no restart marker. At least
-    /// `padding` zero bytes follow it.
-    EntropyData(std::span<const std::uint8_t> coded, std::size_t padding);
+    /// `padding` zero bytes follow it. No more than `mostSegments` are told apart.
+    EntropyData(std::span<const std::uint8_t> coded, std::size_t padding, std::size_t mostSegments);
 
     const std::uint8_t* bytes() const { return bytes_.get(); }
     const std::vector<Segment>& segments() const { return segments_; }

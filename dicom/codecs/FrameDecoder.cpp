@@ -5,6 +5,7 @@
 #include "dicom/codecs/CodedPicture.h"
 #include "dicom/codecs/ExtendedJpegDecoder.h"
 #include "dicom/codecs/Jpeg2000Decoder.h"
+#include "dicom/codecs/JpegBounds.h"
 #include "dicom/codecs/JpegLsDecoder.h"
 #include "dicom/codecs/JpegMarkers.h"
 #include "dicom/codecs/LosslessJpegDecoder.h"
@@ -44,8 +45,11 @@ Result<CodedPicture> decodeJpeg(Bytes bytes, const PixelFormat& format) {
     if (header.startOfFrame == marker::sof55) return decodeJpegLs(bytes, header, format);
     if (header.startOfFrame == marker::sof3) return decodeLosslessJpeg(bytes, header, format);
     const bool isCosine = header.startOfFrame <= marker::sof2;
-    if (isCosine && header.precision == 8) return decodeBaselineJpeg(bytes, header, format);
-    if (isCosine && header.precision == 12) return decodeExtendedJpeg(bytes, header, format);
+    if (isCosine && (header.precision == 8 || header.precision == 12)) {
+        if (const auto error = jpegWorkError(bytes, header, format)) return *error;
+        return header.precision == 8 ? decodeBaselineJpeg(bytes, header, format)
+                                     : decodeExtendedJpeg(bytes, header, format);
+    }
     return unsupported("JPEG process " + std::to_string(header.startOfFrame - marker::sof0) + ", " +
                        std::to_string(header.precision) + " bit");
 }
@@ -68,11 +72,22 @@ PixelFormat wholeCells(PixelFormat format) {
     format.bitsStored = format.bitsAllocated;
     format.highBit = format.bitsAllocated - 1;
     format.isSigned = false;
+    format.mayBeLossy = false;
     return format;
 }
 
+/// What any decoder takes: the bytes, the cells, and those of colour once more as red, green and blue.
+std::uint64_t leastBytesToDecode(std::size_t bytes, const PixelFormat& format) {
+    const auto samples = static_cast<std::uint64_t>(format.rows) *
+                         static_cast<std::uint64_t>(format.columns) *
+                         static_cast<std::uint64_t>(format.samplesPerPixel);
+    const int cellBits = format.sampleKind == SampleKind::Double ? 64 : pixelCell(format).allocated;
+    return bytes + samples * static_cast<std::uint64_t>(cellBits / 8) * (format.samplesPerPixel == 3 ? 2 : 1);
+}
+
 bool holdsCells(const CodedPicture& picture, const PixelFormat& format) {
-    return picture.lossless && picture.components == 1 && picture.precision == format.bitsAllocated;
+    return picture.exactness == Exactness::Same && picture.components == 1 &&
+           picture.precision == format.bitsAllocated;
 }
 
 Result<Frame> decode(Bytes bytes, const PixelFormat& format, Compression compression, CellBits wanted) {
@@ -98,6 +113,7 @@ Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& f
         const bool asCells = wanted == CellBits::All && format.sampleKind == SampleKind::Integer;
         const PixelFormat cells = asCells ? wholeCells(format) : format;
         if (bytes.empty()) return cutOff();
+        if (leastBytesToDecode(bytes.size(), cells) > maximumDecodingBytes) return tooLarge();
         if (compression == Compression::None) return decodeNative(bytes, cells, bigEndian, firstBit);
         if (format.sampleKind != SampleKind::Integer) return unsupported("compressed floating point");
         return decode({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, cells, compression,

@@ -3,6 +3,7 @@
 #include "dicom/codecs/Cells.h"
 #include "dicom/codecs/CodecError.h"
 #include "dicom/codecs/Jpeg2000Header.h"
+#include "dicom/codecs/PixelCell.h"
 
 #include <openjpeg.h>
 
@@ -80,30 +81,130 @@ Transforms transformsOf(opj_codec_t* codec) {
     return result;
 }
 
-/// Copies a component's values as patterns of its precision, repeating those of a subsampled one.
+/// Rows of the picture, from 0; the whole picture or a part of it.
+struct Band {
+    std::size_t top = 0, rows = 0;
+};
+
+/// How often the library holds the samples of a part of a picture while it decodes them.
+constexpr std::uint64_t copiesOfPart = 5;
+
+/// Bytes of a row of the picture as the library holds it.
+std::uint64_t bytesInRow(const Jpeg2000Header& header, const PixelFormat& format) {
+    return static_cast<std::uint64_t>(format.columns) * static_cast<std::uint64_t>(header.components) *
+           sizeof(OPJ_INT32);
+}
+
+/// How many rows are decoded at a time so that the library takes no more than `mostBytes` for their samples:
+/// all, or else a number that begins no band within a subsampled row. 0 when that cannot be.
+std::size_t rowsAtOnce(const Jpeg2000Header& header, const PixelFormat& format, std::uint64_t mostBytes) {
+    constexpr std::uint64_t granule = 256;
+    const auto rows = static_cast<std::uint64_t>(format.rows);
+    if (rows * bytesInRow(header, format) <= mostBytes) return static_cast<std::size_t>(rows);
+    const bool aligned =
+        std::all_of(header.grid.components.begin(), header.grid.components.end(),
+                    [&](const Jpeg2000Grid::Steps& steps) { return granule % steps.y == 0; });
+    if (!aligned) return 0;
+    const std::uint64_t granules = mostBytes / copiesOfPart / bytesInRow(header, format) / granule;
+    return static_cast<std::size_t>(std::max<std::uint64_t>(granules, 1) * granule);
+}
+
+/// What decoding takes at most, measured for bands: besides their own samples the library holds those of code
+/// blocks that reach beyond them.
+std::uint64_t bytesToDecode(const Jpeg2000Header& header, const PixelFormat& format, std::size_t atOnce) {
+    constexpr std::uint64_t rowsBeyond = 1024;
+    const auto rows = static_cast<std::uint64_t>(format.rows);
+    const std::uint64_t cellBytes = static_cast<std::uint64_t>(pixelCell(format).allocated) / 8;
+    const std::uint64_t held = atOnce == rows ? rows : atOnce * copiesOfPart + rowsBeyond;
+    return 2 * header.stream.size() + header.overhead + held * bytesInRow(header, format) +
+           rows * bytesInRow(header, format) / sizeof(OPJ_INT32) * cellBytes;
+}
+
+/// Copies a component's values as patterns of its precision into every `step`th cell, repeating those of a
+/// subsampled one.
 template <typename Cell>
-void copyComponent(const opj_image_comp_t& component, std::span<Cell> plane, std::size_t columns) {
+void copyComponent(const opj_image_comp_t& component, Cell* cells, std::size_t step, std::size_t rows,
+                   std::size_t columns) {
     const auto mask = static_cast<std::uint32_t>((std::uint64_t{1} << component.prec) - 1);
-    const std::size_t rows = plane.size() / columns;
     for (std::size_t y = 0; y < rows; ++y) {
         const std::size_t sourceRow = std::min<std::size_t>(y / component.dy, component.h - 1);
         const OPJ_INT32* const from = component.data + sourceRow * component.w;
-        Cell* const to = plane.data() + y * columns;
+        Cell* const to = cells + y * columns * step;
         for (std::size_t x = 0; x < columns; ++x) {
             const std::size_t sourceColumn =
                 component.dx == 1 ? x : std::min<std::size_t>(x / component.dx, component.w - 1);
-            to[x] = static_cast<Cell>(static_cast<std::uint32_t>(from[sourceColumn]) & mask);
+            to[x * step] = static_cast<Cell>(static_cast<std::uint32_t>(from[sourceColumn]) & mask);
         }
     }
 }
 
-bool isUsable(const opj_image_comp_t& component, const opj_image_comp_t& first, const PixelFormat& format) {
+bool isUsable(const opj_image_comp_t& component, const opj_image_comp_t& first, const PixelFormat& format,
+              std::size_t rows) {
     if (!component.data || component.prec != first.prec || component.prec < 1 || component.prec > 31)
         return false;
     if (component.dx < 1 || component.dy < 1 || component.w < 1 || component.h < 1) return false;
-    const bool whole = component.w == static_cast<OPJ_UINT32>(format.columns) &&
-                       component.h == static_cast<OPJ_UINT32>(format.rows);
+    const bool whole = component.w == static_cast<OPJ_UINT32>(format.columns) && component.h == rows;
     return whole || component.dx > 1 || component.dy > 1;
+}
+
+/// The library's objects for one code stream, from which it decodes once.
+class Decoding {
+  public:
+    explicit Decoding(std::span<const std::uint8_t> bytes)
+        : memory_{bytes},
+          codec_(opj_create_decompress(OPJ_CODEC_J2K), &opj_destroy_codec),
+          stream_(openStream(memory_)) {}
+
+    /// Null when the data do not make a picture.
+    opj_image_t* decode(const Jpeg2000Grid& grid, Band band) {
+        if (!codec_ || !stream_) return nullptr;
+        opj_set_error_handler(codec_.get(), ignoreMessage, nullptr);
+        opj_set_warning_handler(codec_.get(), ignoreMessage, nullptr);
+        opj_set_info_handler(codec_.get(), ignoreMessage, nullptr);
+        opj_dparameters_t parameters;
+        opj_set_default_decoder_parameters(&parameters);
+        if (!opj_setup_decoder(codec_.get(), &parameters)) return nullptr;
+        opj_image_t* read = nullptr;
+        const bool headerRead = opj_read_header(stream_.get(), codec_.get(), &read);
+        image_.reset(read);
+        const bool whole = band.rows == grid.bottom - grid.top;
+        const auto edge = [](std::uint64_t at) { return static_cast<OPJ_INT32>(at); };
+        const bool good = headerRead && image_ &&
+                          (whole || opj_set_decode_area(codec_.get(), image_.get(), edge(grid.left),
+                                                        edge(grid.top + band.top), edge(grid.right),
+                                                        edge(grid.top + band.top + band.rows))) &&
+                          opj_decode(codec_.get(), stream_.get(), image_.get());
+        return good ? image_.get() : nullptr;
+    }
+
+    Transforms transforms() const { return transformsOf(codec_.get()); }
+    DecodeError failure() const {
+        return memory_.ranOut ? cutOff() : broken("JPEG 2000 data that contradict themselves");
+    }
+
+  private:
+    MemoryStream memory_;
+    Codec codec_;
+    Stream stream_;
+    Image image_{nullptr, &opj_image_destroy};
+};
+
+/// A picture like those in the stream, its cells still empty.
+CodedPicture pictureLike(const opj_image_t& image, Transforms transforms, const PixelFormat& format) {
+    CodedPicture picture;
+    picture.components = static_cast<int>(image.numcomps);
+    picture.precision = static_cast<int>(image.comps[0].prec);
+    picture.isSigned = image.comps[0].sgnd != 0;
+    // Reversible transforms lose nothing unless the stream was cut down afterwards, which it does not tell.
+    picture.exactness = transforms.reversible && !format.mayBeLossy ? Exactness::Same : Exactness::Near;
+    const bool namedByTransform =
+        format.photometric == Photometric::YbrIct || format.photometric == Photometric::YbrRct;
+    picture.colour =
+        transforms.ofComponents || namedByTransform ? ColourSpace::Rgb : colourSpaceOf(format.photometric);
+    picture.cells = makeCells(
+        picture.precision, format.isSigned && picture.components == 1,
+        static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns) * image.numcomps);
+    return picture;
 }
 
 }  // namespace
@@ -117,52 +218,34 @@ bool isJpeg2000(std::span<const std::uint8_t> bytes) {
     return startsWith(codeStream) || startsWith(fileFormat);
 }
 
-Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format) {
-    const Result<Jpeg2000Header> header = readJpeg2000Header(bytes, format);
-    if (!header) return header.error();
+Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format,
+                                    std::uint64_t mostSampleBytes) {
+    const Result<Jpeg2000Header> read = readJpeg2000Header(bytes, format);
+    if (!read) return read.error();
+    const Jpeg2000Header& header = read.value();
+    const auto rows = static_cast<std::size_t>(format.rows),
+               columns = static_cast<std::size_t>(format.columns);
+    const std::size_t atOnce = rowsAtOnce(header, format, mostSampleBytes);
+    if (atOnce == 0 || bytesToDecode(header, format, atOnce) > maximumDecodingBytes) return tooLarge();
 
-    MemoryStream memory{header.value().stream};
-    const Codec codec(opj_create_decompress(OPJ_CODEC_J2K), &opj_destroy_codec);
-    const Stream stream = openStream(memory);
-    if (!codec || !stream) return tooLarge();
-    opj_set_error_handler(codec.get(), ignoreMessage, nullptr);
-    opj_set_warning_handler(codec.get(), ignoreMessage, nullptr);
-    opj_set_info_handler(codec.get(), ignoreMessage, nullptr);
-    opj_dparameters_t parameters;
-    opj_set_default_decoder_parameters(&parameters);
-    const auto failure = [&] {
-        return memory.ranOut ? cutOff() : broken("JPEG 2000 data that contradict themselves");
-    };
-
-    opj_image_t* decoded = nullptr;
-    if (!opj_setup_decoder(codec.get(), &parameters)) return failure();
-    const bool headerRead = opj_read_header(stream.get(), codec.get(), &decoded);
-    const Image image(decoded, &opj_image_destroy);
-    if (!headerRead || !image || !opj_decode(codec.get(), stream.get(), image.get())) return failure();
-    if (image->numcomps != static_cast<OPJ_UINT32>(header.value().components)) return failure();
-    for (OPJ_UINT32 i = 0; i < image->numcomps; ++i)
-        if (!isUsable(image->comps[i], image->comps[0], format))
-            return broken("impossible JPEG 2000 components");
-
-    const Transforms transforms = transformsOf(codec.get());
-    const auto pixels = static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
     CodedPicture picture;
-    picture.components = static_cast<int>(image->numcomps);
-    picture.precision = static_cast<int>(image->comps[0].prec);
-    picture.isSigned = image->comps[0].sgnd != 0;
-    picture.lossless = transforms.reversible;
-    picture.arrangement = Arrangement::Planar;
-    const bool namedByTransform =
-        format.photometric == Photometric::YbrIct || format.photometric == Photometric::YbrRct;
-    picture.colour =
-        transforms.ofComponents || namedByTransform ? ColourSpace::Rgb : colourSpaceOf(format.photometric);
-    picture.cells =
-        makeCells(picture.precision, format.isSigned && picture.components == 1, pixels * image->numcomps);
-    visitPatterns(picture.cells, [&](auto cells) {
-        for (OPJ_UINT32 i = 0; i < image->numcomps; ++i)
-            copyComponent(image->comps[i], cells.subspan(i * pixels, pixels),
-                          static_cast<std::size_t>(format.columns));
-    });
+    for (Band band{0, atOnce}; band.top < rows; band.top += band.rows) {
+        band.rows = std::min(band.rows, rows - band.top);
+        Decoding decoding(header.stream);
+        const opj_image_t* const image = decoding.decode(header.grid, band);
+        if (!image || image->numcomps != static_cast<OPJ_UINT32>(header.components))
+            return decoding.failure();
+        const std::size_t components = image->numcomps;
+        for (std::size_t i = 0; i < components; ++i)
+            if (!isUsable(image->comps[i], image->comps[0], format, band.rows))
+                return broken("impossible JPEG 2000 components");
+        if (band.top == 0) picture = pictureLike(*image, decoding.transforms(), format);
+        visitPatterns(picture.cells, [&](auto cells) {
+            for (std::size_t i = 0; i < components; ++i)
+                copyComponent(image->comps[i], cells.data() + band.top * columns * components + i, components,
+                              band.rows, columns);
+        });
+    }
     return picture;
 }
 

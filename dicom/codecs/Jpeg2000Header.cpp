@@ -1,6 +1,7 @@
 #include "dicom/codecs/Jpeg2000Header.h"
 
 #include "dicom/codecs/CodecError.h"
+#include "dicom/codecs/Jpeg2000Bounds.h"
 #include "dicom/codecs/PixelCell.h"
 
 #include <algorithm>
@@ -40,38 +41,50 @@ Bytes insideBoxes(Bytes bytes) {
     return {};
 }
 
-std::uint64_t partsIn(std::uint64_t length, std::uint64_t part) { return (length + part - 1) / part; }
+Jpeg2000Grid readGrid(Bytes stream, std::size_t components) {
+    constexpr std::size_t componentsFrom = 42;
+    Jpeg2000Grid grid;
+    std::size_t at = 8;
+    for (std::uint64_t* number : {&grid.right, &grid.bottom, &grid.left, &grid.top, &grid.tileWidth,
+                                  &grid.tileHeight, &grid.tileLeft, &grid.tileTop}) {
+        *number = bigEndian32(stream, at);
+        at += 4;
+    }
+    for (std::size_t i = 0; i < components; ++i)
+        grid.components.push_back({stream[componentsFrom + 3 * i + 1], stream[componentsFrom + 3 * i + 2]});
+    return grid;
+}
 
 }  // namespace
 
 Result<Jpeg2000Header> readJpeg2000Header(Bytes bytes, const PixelFormat& format) {
-    constexpr std::size_t componentsAt = 40, smallestTilePart = 14;
+    constexpr std::size_t componentsAt = 40, componentSize = 3;
     Jpeg2000Header header;
     header.stream = isCodeStream(bytes) ? bytes : insideBoxes(bytes);
     const Bytes stream = header.stream;
     if (!isCodeStream(stream)) return broken("no JPEG 2000 code stream");
     if (stream.size() < componentsAt + 2) return cutOff();
-
-    const std::uint64_t right = bigEndian32(stream, 8), bottom = bigEndian32(stream, 12);
-    const std::uint64_t left = bigEndian32(stream, 16), top = bigEndian32(stream, 20);
-    const std::uint64_t tileWidth = bigEndian32(stream, 24), tileHeight = bigEndian32(stream, 28);
-    const std::uint64_t tileLeft = bigEndian32(stream, 32), tileTop = bigEndian32(stream, 36);
     header.components = stream[componentsAt] << 8 | stream[componentsAt + 1];
-
-    const auto columns = static_cast<std::uint64_t>(format.columns),
-               rows = static_cast<std::uint64_t>(format.rows);
-    if (right < left || bottom < top || right - left != columns || bottom - top != rows)
-        return broken("the picture has another size than its header says");
-    if (tileWidth == 0 || tileHeight == 0 || tileLeft > left || tileTop > top)
-        return broken("impossible JPEG 2000 tiles");
-    if (partsIn(right - tileLeft, tileWidth) * partsIn(bottom - tileTop, tileHeight) >
-        stream.size() / smallestTilePart)
-        return broken("more JPEG 2000 tiles than the data can hold");
     if (header.components != 1 && header.components != 3)
         return unsupported("JPEG 2000 with " + std::to_string(header.components) + " components");
-    if (columns * rows * static_cast<std::uint64_t>(header.components) * sizeof(std::int32_t) >
-        maximumFrameBytes)
-        return tooLarge();
+    const auto components = static_cast<std::size_t>(header.components);
+    if (stream.size() < componentsAt + 2 + componentSize * components) return cutOff();
+
+    header.grid = readGrid(stream, components);
+    const Jpeg2000Grid& grid = header.grid;
+    const auto columns = static_cast<std::uint64_t>(format.columns),
+               rows = static_cast<std::uint64_t>(format.rows);
+    if (grid.right < grid.left || grid.bottom < grid.top || grid.right - grid.left != columns ||
+        grid.bottom - grid.top != rows)
+        return broken("the picture has another size than its header says");
+    if (grid.tileWidth == 0 || grid.tileHeight == 0 || grid.tileLeft > grid.left || grid.tileTop > grid.top)
+        return broken("impossible JPEG 2000 tiles");
+    if (std::any_of(grid.components.begin(), grid.components.end(),
+                    [](const Jpeg2000Grid::Steps& steps) { return steps.x == 0 || steps.y == 0; }))
+        return broken("impossible JPEG 2000 components");
+    const Result<std::uint64_t> overhead = jpeg2000Overhead(stream, grid);
+    if (!overhead) return overhead.error();
+    header.overhead = overhead.value();
     return header;
 }
 

@@ -78,7 +78,7 @@ class JpegLsStream {
         if (!visitPatterns(picture_.cells, [&](auto cells) { return decodeLines(scan, cells, count, step); }))
             return scan.bits().ranOut() ? cutOff() : broken("JPEG-LS data that contradict themselves");
         reader.moveTo(reader.position() + scan.bits().position());
-        if (near != 0) picture_.lossless = false;
+        if (near != 0) picture_.exactness = Exactness::Near;
         if (count < components()) picture_.arrangement = Arrangement::Planar;
         decodedComponents_ += count;
         return std::nullopt;

@@ -8,7 +8,9 @@
 namespace cinedisc::dicom::codecs {
 namespace {
 
-bool standsAlone(std::uint8_t code) { return code == 0x01 || (code >= marker::rst0 && code <= marker::eoi); }
+bool standsAlone(std::uint8_t code) {
+    return code == marker::tem || (code >= marker::rst0 && code <= marker::eoi);
+}
 
 bool startsWith(std::span<const std::uint8_t> payload, const char* text, std::size_t length) {
     return payload.size() >= length && std::memcmp(payload.data(), text, length) == 0;

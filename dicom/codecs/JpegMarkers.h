@@ -12,10 +12,10 @@ namespace cinedisc::dicom::codecs {
 
 /// The markers of a JPEG stream that are acted upon (ITU-T T.81 table B.1).
 namespace marker {
-inline constexpr std::uint8_t sof0 = 0xC0, sof1 = 0xC1, sof2 = 0xC2, sof3 = 0xC3, dht = 0xC4, dac = 0xCC,
-                              sof15 = 0xCF, rst0 = 0xD0, rst7 = 0xD7, soi = 0xD8, eoi = 0xD9, sos = 0xDA,
-                              dqt = 0xDB, dri = 0xDD, app0 = 0xE0, app8 = 0xE8, app14 = 0xEE, sof55 = 0xF7,
-                              lse = 0xF8;
+inline constexpr std::uint8_t tem = 0x01, sof0 = 0xC0, sof1 = 0xC1, sof2 = 0xC2, sof3 = 0xC3, dht = 0xC4,
+                              dac = 0xCC, sof15 = 0xCF, rst0 = 0xD0, rst7 = 0xD7, soi = 0xD8, eoi = 0xD9,
+                              sos = 0xDA, dqt = 0xDB, dri = 0xDD, app0 = 0xE0, app8 = 0xE8, app14 = 0xEE,
+                              sof55 = 0xF7, lse = 0xF8;
 }
 
 /// Whether a marker starts a frame of any JPEG process, JPEG-LS included.

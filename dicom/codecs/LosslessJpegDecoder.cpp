@@ -43,6 +43,12 @@ class LosslessStream {
     void expectSigned(bool isSigned) { isSigned_ = isSigned; }
 
   private:
+    /// Where a code table stands in the stream. Building one takes a while: only those that a scan
+    /// names are built.
+    struct TableDefinition {
+        Bytes counts, symbols;
+    };
+
     std::size_t components() const { return static_cast<std::size_t>(header_.componentCount); }
     std::size_t columns() const { return static_cast<std::size_t>(header_.columns); }
     std::size_t samplesInPlane() const { return rows_ * columns(); }
@@ -55,12 +61,21 @@ class LosslessStream {
             std::size_t symbols = 0;
             for (const std::uint8_t count : counts) symbols += count;
             if (index > 3 || payload.size() < 17 + symbols) return broken("a JPEG code table is too short");
-            if (kind == 0) {
-                tables_[index] = LosslessHuffman::fromTable(counts, payload.subspan(17, symbols));
-            }
+            if (kind == 0) definitions_[index] = {counts, payload.subspan(17, symbols)};
             payload = payload.subspan(17 + symbols);
         }
         return std::nullopt;
+    }
+
+    /// Null when it is missing or impossible.
+    const LosslessHuffman* tableOf(std::size_t index) {
+        const TableDefinition& wanted = definitions_[index];
+        if (wanted.counts.empty()) return nullptr;
+        if (built_[index] != wanted.counts.data()) {
+            tables_[index] = LosslessHuffman::fromTable(wanted.counts.first<16>(), wanted.symbols);
+            built_[index] = wanted.counts.data();
+        }
+        return tables_[index].get();
     }
 
     std::optional<DecodeError> readRestartInterval(Bytes payload) {
@@ -84,7 +99,7 @@ class LosslessStream {
             const std::size_t component = decodedComponents_ + i;
             if (component >= components() || payload[1 + 2 * i] != header_.components[component].id)
                 return broken("a JPEG scan holds other components than its header says");
-            const LosslessHuffman* const table = tables_[payload[2 + 2 * i] >> 4 & 3].get();
+            const LosslessHuffman* const table = tableOf(payload[2 + 2 * i] >> 4 & 3);
             if (!table) return broken("a JPEG code table is missing or impossible");
             scan.tables[i] = table;
         }
@@ -97,7 +112,7 @@ class LosslessStream {
         scan.prediction = {predictor, count, 1u << (header_.precision - shift - 1),
                            header_.precision - shift};
 
-        const EntropyData data(stream_.subspan(dataAt), scan.padding());
+        const EntropyData data(stream_.subspan(dataAt), scan.padding(), rows_);
         scanLength_ = data.codedLength();
         std::optional<DecodeError> error;
         const std::size_t offset = decodedComponents_ * samplesInPlane();
@@ -121,6 +136,8 @@ class LosslessStream {
     std::size_t rows_;
     bool isSigned_ = false;
     CodedPicture picture_;
+    std::array<TableDefinition, 4> definitions_;
+    std::array<const std::uint8_t*, 4> built_{};  ///< the definitions that the tables were built of
     std::array<std::unique_ptr<const LosslessHuffman>, 4> tables_;
     std::size_t restartRows_ = 0;
     std::size_t decodedComponents_ = 0;

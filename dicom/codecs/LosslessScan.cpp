@@ -11,8 +11,16 @@
 namespace cinedisc::dicom::codecs {
 namespace {
 
-/// More bytes than this left over in a segment mean that the pixels came from the wrong bits.
+/// More bytes than this left over in a segment, zeros that fill it up aside, mean that the pixels came from
+/// the wrong bits.
 constexpr std::size_t mostBytesLeft = 16;
+
+bool hasBytesLeft(const EntropyData& data, const EntropyData::Segment& segment, std::size_t bitsRead) {
+    const std::uint8_t* const from = data.bytes() + segment.begin + bitsRead / 8;
+    const std::uint8_t* end = data.bytes() + segment.end;
+    while (end > from && end[-1] == 0) --end;
+    return end - from > static_cast<std::ptrdiff_t>(mostBytesLeft);
+}
 
 /// The fourth and the sixth predictor say how a sample differs from the one above it by how its left
 /// neighbour does. Those differences need the row above for nothing but the last step.
@@ -73,7 +81,7 @@ std::optional<DecodeError> LosslessScan::decode(const EntropyData& data, Sample*
             if (sampleBits && orOf(std::span<const Sample>(out, rowLength)) >> sampleBits != 0)
                 return broken("JPEG samples beyond their precision");
         }
-        if (bitsInSegment - bits.position() > mostBytesLeft * 8) return broken("JPEG data are left over");
+        if (hasBytesLeft(data, segment, bits.position())) return broken("JPEG data are left over");
         if (row < rows) {
             if (index + 1 >= data.segments().size()) return cutOff();
             if (segment.endedBy != marker::rst0 + index % 8)

@@ -109,7 +109,7 @@ Result<Frame> decodeNative(std::span<const std::byte> bytes, const PixelFormat& 
             bytes.size() < (samples + static_cast<std::size_t>(firstBit) + 7) / 8)
             return cutOff();
         picture.precision = 1;
-        picture.lossless = false;
+        picture.exactness = Exactness::Other;
         picture.cells = unpackedBits(bytes, firstBit, samples);
     } else if (isSubsampled(bytes, format)) {
         std::vector<std::uint8_t> triples;

@@ -8,9 +8,11 @@
 
 namespace cinedisc::dicom::codecs {
 
-/// No frame takes more than this many bytes once decoded, nor does a decoder take more than a small multiple
-/// of it.
+/// No frame takes more than this many bytes once decoded.
 inline constexpr std::uint64_t maximumFrameBytes = std::uint64_t{256} << 20;
+/// Nor does decoding it take more than this, the compressed bytes and the frame itself included: what else
+/// the program needs finds room beside it in 512 MiB.
+inline constexpr std::uint64_t maximumDecodingBytes = std::uint64_t{400} << 20;
 
 /// Where the value lies in a pixel cell.
 struct PixelCell {

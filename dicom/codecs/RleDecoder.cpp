@@ -3,6 +3,8 @@
 #include "dicom/codecs/Cells.h"
 #include "dicom/codecs/CodecError.h"
 #include "dicom/codecs/CodedPicture.h"
+#include "dicom/codecs/PackedBits.h"
+#include "dicom/codecs/PixelCell.h"
 #include "dicom/codecs/RleSegment.h"
 
 #include <algorithm>
@@ -99,28 +101,46 @@ class SampleExpander {
     std::uint32_t usedBits_ = 0;
 };
 
+/// Single bits from bytes that hold eight of them; every plane begins with a new byte.
+Frame::Samples unpackedPlanes(const std::vector<std::uint8_t>& packed, std::size_t pixels,
+                              std::size_t samples) {
+    const std::size_t planeBytes = packed.size() / samples;
+    std::vector<std::uint8_t> bits;
+    bits.reserve(pixels * samples);
+    for (std::size_t sample = 0; sample < samples; ++sample) {
+        const auto plane = std::as_bytes(std::span(packed)).subspan(sample * planeBytes, planeBytes);
+        const auto unpacked = unpackedBits(plane, 0, pixels);
+        bits.insert(bits.end(), unpacked.begin(), unpacked.end());
+    }
+    return bits;
+}
+
 }  // namespace
 
 Result<Frame> decodeRle(std::span<const std::byte> bytes, const PixelFormat& format) {
-    if (format.bitsAllocated != 8 && format.bitsAllocated != 16 && format.bitsAllocated != 32)
+    const bool singleBits = format.bitsAllocated == 1;
+    if (!singleBits && format.bitsAllocated != 8 && format.bitsAllocated != 16 && format.bitsAllocated != 32)
         return unsupported("RLE with " + std::to_string(format.bitsAllocated) + " bits allocated");
     const Bytes data{reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
     const auto samples = static_cast<std::size_t>(format.samplesPerPixel);
-    const auto bytesInCell = static_cast<std::size_t>(format.bitsAllocated) / 8;
+    const int cellWidth = pixelCell(format).allocated;
+    const auto bytesInCell = static_cast<std::size_t>(cellWidth) / 8;
     const std::size_t pixels =
         static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
+    const std::size_t cellsInPlane = singleBits ? (pixels + 7) / 8 : pixels;
 
     const Result<Segments> segments = findSegments(data, samples * bytesInCell);
     if (!segments) return segments.error();
 
-    if (pixels * samples * bytesInCell > 64 * data.size()) return cutOff();  // two bytes make 128 at most
+    if (cellsInPlane * samples * bytesInCell > 64 * data.size())
+        return cutOff();  // two bytes make 128 at most
 
     CodedPicture picture;
     picture.components = format.samplesPerPixel;
-    picture.precision = format.bitsAllocated;
+    picture.precision = cellWidth;
     picture.arrangement = Arrangement::Planar;
     picture.colour = colourSpaceOf(format.photometric);
-    picture.cells = makeCells(format.bitsAllocated, format.isSigned, pixels * samples);
+    picture.cells = makeCells(cellWidth, format.isSigned && !singleBits, cellsInPlane * samples);
 
     const std::span<const Bytes> all(segments.value().segment);
     std::optional<DecodeError> error;
@@ -128,7 +148,7 @@ Result<Frame> decodeRle(std::span<const std::byte> bytes, const PixelFormat& for
     visitPatterns(picture.cells, [&](auto cells) {
         for (std::size_t sample = 0; sample < samples && !error; ++sample) {
             SampleExpander expander(all.subspan(sample * bytesInCell, bytesInCell));
-            if (!expander.expand(cells.subspan(sample * pixels, pixels))) {
+            if (!expander.expand(cells.subspan(sample * cellsInPlane, cellsInPlane))) {
                 const bool atEnd =
                     expander.failed().data() + expander.failed().size() == data.data() + data.size();
                 error = atEnd ? cutOff() : broken("an RLE segment does not fit the picture");
@@ -137,7 +157,13 @@ Result<Frame> decodeRle(std::span<const std::byte> bytes, const PixelFormat& for
         }
     });
     if (error) return *error;
-    picture.usedBits = usedBits;
+    if (singleBits) {
+        picture.cells = unpackedPlanes(std::get<std::vector<std::uint8_t>>(picture.cells), pixels, samples);
+        picture.precision = 1;
+        picture.exactness = Exactness::Other;
+    } else {
+        picture.usedBits = usedBits;
+    }
     return toFrame(std::move(picture), format);
 }
 

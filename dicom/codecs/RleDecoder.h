@@ -10,6 +10,7 @@
 namespace cinedisc::dicom::codecs {
 
 /// Reads one RLE frame (PS3.5 annex G): a segment for each byte of each sample, the highest byte first.
+/// Single bits are packed as in native frames, and a frame begins with a whole byte.
 Result<Frame> decodeRle(std::span<const std::byte> bytes, const PixelFormat& format);
 
 }  // namespace cinedisc::dicom::codecs

@@ -31,6 +31,9 @@ struct Jpeg2000Making {
     bool inFileFormat = false;
     int tileSize = 0;         ///< 0 for one tile
     bool subsampled = false;  ///< the second and third component have half the rows and columns
+    int layers = 1;
+    int precinct = 0;  ///< sides of the precincts of all resolutions, 0 for the largest
+    int block = 64;    ///< sides of the code blocks
 };
 
 /// Encodes interleaved samples; of subsampled components every other one of every other row is taken.

@@ -2,6 +2,7 @@
 
 #include <openjpeg.h>
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 
@@ -67,8 +68,15 @@ std::vector<std::uint8_t> jpeg2000Encoded(std::span<const std::int32_t> samples,
     parameters.numresolution = 3;
     parameters.irreversible = making.reversible ? 0 : 1;
     parameters.tcp_mct = making.transformComponents ? 1 : 0;
-    parameters.tcp_numlayers = 1;
+    parameters.tcp_numlayers = making.layers;
     parameters.cp_disto_alloc = 1;
+    parameters.cblockw_init = parameters.cblockh_init = making.block;
+    if (making.precinct > 0) {
+        parameters.csty |= 1;
+        parameters.res_spec = parameters.numresolution;
+        std::fill_n(parameters.prcw_init, parameters.res_spec, making.precinct);
+        std::fill_n(parameters.prch_init, parameters.res_spec, making.precinct);
+    }
     if (making.tileSize > 0) {
         parameters.tile_size_on = OPJ_TRUE;
         parameters.cp_tdx = parameters.cp_tdy = making.tileSize;

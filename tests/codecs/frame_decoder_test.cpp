@@ -7,7 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <random>
+#include <string>
 #include <thread>
 
 namespace cinedisc::test {
@@ -77,6 +80,53 @@ TEST(FrameDecoder, BytesDecideWhateverTheTransferSyntaxSays) {
         for (const auto lie : {Compression::Rle, Compression::Jpeg, Compression::JpegLs,
                                Compression::Jpeg2000, Compression::Unsupported})
             EXPECT_EQ(samplesOf(decoded(sample.bytes, sample.format, lie)), expected) << sample.what;
+    }
+}
+
+TEST(FrameDecoder, WhatDoesNotTouchThePictureIsOverlooked) {
+    const auto scanHeader = [](const Bytes& stream) {
+        const std::uint8_t marker[] = {0xFF, 0xDA};
+        return std::search(stream.begin(), stream.end(), marker, marker + 2) - stream.begin();
+    };
+    struct Case {
+        const char* what;
+        std::function<void(Bytes&)> change;
+        bool inProgressive = true;
+    };
+    const Case cases[] = {
+        {"zeros that fill the data up", [](Bytes& s) { s.insert(s.end() - 2, 40, 0); }},
+        {"ones before a marker", [](Bytes& s) { s.insert(s.end() - 2, 5, 0xFF); }},
+        {"comments and application data",
+         [&](Bytes& s) {
+             const std::uint8_t segments[] = {0xFF, 0xFE, 0, 5, 0xFF, 0xD9, 7, 0xFF, 0xEA, 0, 2};
+             s.insert(s.begin() + scanHeader(s), std::begin(segments), std::end(segments));
+         }},
+        {"bytes behind the end",
+         [](Bytes& s) {
+             s.insert(s.end(), {0, 0xFF, 0xD8, 7, 0xFF});
+         }},
+        {"no end marker", [](Bytes& s) { s.resize(s.size() - 2); }, false},
+        {"coefficients 0 to 0 in the scan header",
+         [&](Bytes& s) {
+             const auto last =
+                 s.begin() + scanHeader(s) + 6 + 2 * s[static_cast<std::size_t>(scanHeader(s)) + 4];
+             if (*last == 63) *last = 0;
+         },
+         false},
+    };
+    for (const Sample& sample : everyKind()) {
+        Bytes stream = sample.bytes;
+        if (stream[0] != 0xFF || stream[1] != 0xD8) continue;
+        while (stream.back() != 0xD9) stream.pop_back();
+        const bool progressive = std::string(sample.what).find("progressive") != std::string::npos;
+        const auto expected = samplesOf(decoded(stream, sample.format, sample.compression));
+        for (const Case& c : cases) {
+            if (progressive && !c.inProgressive) continue;
+            SCOPED_TRACE(testing::Message() << sample.what << ", " << c.what);
+            Bytes changed = stream;
+            c.change(changed);
+            EXPECT_EQ(samplesOf(decoded(changed, sample.format, sample.compression)), expected);
+        }
     }
 }
 
@@ -176,6 +226,57 @@ TEST(FrameDecoder, PrecisionOfTheStreamWinsUnlessItHoldsWholeCells) {
                   c.expected)
             << c.what;
     }
+}
+
+TEST(FrameDecoder, ValuesThatALossCarriesBeyondTheirRangeBecomeItsEnd) {
+    // 12 bits stored in 16: white, a little above, a little below black, and black.
+    enum class Coder { LossyJpegLs, Jpeg2000, SignedJpeg2000 };
+    struct Case {
+        const char* what;
+        Coder coder;
+        bool headerSigned;
+        int high;
+        std::int32_t coded;
+        std::int64_t expected, expectedInColour;
+    };
+    const Case cases[] = {
+        {"above, near-lossless", Coder::LossyJpegLs, false, 11, 4102, 4095, 255},
+        {"above, signed, near-lossless", Coder::LossyJpegLs, true, 11, 2054, 2047, -1},
+        {"below, signed, near-lossless", Coder::LossyJpegLs, true, 11, 0x10000 - 2054, -2048, -1},
+        {"above, wavelet", Coder::Jpeg2000, false, 11, 4098, 4095, 255},
+        {"above, wavelet, from the top", Coder::Jpeg2000, false, 14, 8 * 4095 + 9, 4095, 255},
+        {"within, wavelet", Coder::Jpeg2000, false, 11, 2048, 2048, 128},
+        {"above, signed wavelet", Coder::SignedJpeg2000, true, 11, 2050, 2047, -1},
+        {"below, signed wavelet", Coder::SignedJpeg2000, true, 11, -2050, -2048, -1},
+        {"below, signed wavelet of unsigned values", Coder::SignedJpeg2000, false, 11, -3, 0, 0},
+        {"above, signed wavelet of unsigned values", Coder::SignedJpeg2000, false, 11, 4098, 4095, 255},
+    };
+    constexpr int side = 32;
+    for (const Case& c : cases)
+        for (const int components : {1, 3}) {
+            if (components == 3 && c.expectedInColour < 0) continue;
+            SCOPED_TRACE(c.what);
+            const std::vector<std::int32_t> samples(side * side * static_cast<std::size_t>(components),
+                                                    c.coded);
+            auto format = components == 3 ? colourFormat(side, side) : greyFormat(side, side, 12);
+            format.bitsAllocated = 16;
+            format.bitsStored = 12;
+            format.highBit = c.high;
+            format.isSigned = c.headerSigned;
+            format.mayBeLossy = true;
+            const auto frame =
+                c.coder == Coder::LossyJpegLs
+                    ? decoded(jpegLsEncoded(std::vector<std::uint16_t>(samples.begin(), samples.end()), side,
+                                            side, components, 16, LsInterleave::None, 3),
+                              format, Compression::JpegLs)
+                    : decoded(
+                          jpeg2000Encoded(samples, side, side, components,
+                                          {.precision = 16, .isSigned = c.coder == Coder::SignedJpeg2000}),
+                          format, Compression::Jpeg2000);
+            EXPECT_EQ(
+                samplesOf(frame),
+                std::vector<std::int64_t>(samples.size(), components == 3 ? c.expectedInColour : c.expected));
+        }
 }
 
 TEST(FrameDecoder, HandsOutTheBitsBesideTheValues) {

@@ -35,6 +35,32 @@ TEST(Rle, ReadsEveryCellWidthAndColour) {
             }
 }
 
+TEST(Rle, SingleBitsArePackedAsInNativeFrames) {
+    for (const int columns : {1, 7, 8, 200})
+        for (const int samplesPerPixel : {1, 3}) {
+            SCOPED_TRACE(columns);
+            constexpr int rows = 5;
+            std::vector<std::vector<std::uint8_t>> planes;
+            std::vector<std::int64_t> expected(static_cast<std::size_t>(rows * columns * samplesPerPixel));
+            for (int sample = 0; sample < samplesPerPixel; ++sample) {
+                const auto bits = picture(static_cast<std::size_t>(rows * columns), 1, Texture::Noise,
+                                          static_cast<unsigned>(sample));
+                auto& plane = planes.emplace_back((bits.size() + 7) / 8);
+                for (std::size_t i = 0; i < bits.size(); ++i) {
+                    plane[i / 8] = static_cast<std::uint8_t>(plane[i / 8] | bits[i] << (i % 8));
+                    expected[i * static_cast<std::size_t>(samplesPerPixel) +
+                             static_cast<std::size_t>(sample)] = bits[i] * (samplesPerPixel == 3 ? 255 : 1);
+                }
+            }
+            auto format = samplesPerPixel == 3 ? colourFormat(rows, columns) : greyFormat(rows, columns, 1);
+            format.bitsAllocated = format.bitsStored = 1;
+            format.highBit = 0;
+            EXPECT_EQ(samplesOf(decoded(rleEncoded(planes, static_cast<int>(planes[0].size())), format,
+                                        Compression::Rle)),
+                      expected);
+        }
+}
+
 std::vector<std::uint8_t> oneSegment(const std::vector<std::uint8_t>& data) {
     std::vector<std::uint8_t> frame(64 + data.size());
     frame[0] = 1;
@@ -71,6 +97,7 @@ TEST(Rle, ContradictionsAndCutsAreErrors) {
     noSegments[0] = 0;
     auto tooMany = oneSegment({250, 1});
     tooMany[0] = 16;
+    for (std::size_t at = 8; at < 64; at += 4) tooMany[at] = 66;
     auto offsetInHeader = oneSegment({250, 1});
     offsetInHeader[4] = 63;
     auto offsetBeyond = oneSegment({250, 1});
@@ -83,7 +110,7 @@ TEST(Rle, ContradictionsAndCutsAreErrors) {
         {"literal cut", oneSegment({5, 1, 2, 3, 4, 5}), Kind::CutOff},
         {"run without its byte", oneSegment({251}), Kind::CutOff},
         {"nothing but its header", oneSegment({}), Kind::CutOff},
-        {"run much too long", oneSegment({200, 1}), Kind::CutOff},
+        {"run longer by two", oneSegment({249, 1}), Kind::CutOff},
         {"no segments", noSegments, Kind::Broken},
         {"too many segments", tooMany, Kind::Broken},
         {"offset within the header", offsetInHeader, Kind::Broken},

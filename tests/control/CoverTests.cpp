@@ -22,12 +22,12 @@ TEST(Shutter, ShowsWhatLiesInsideAllShapes) {
             shutter.rectangle =
                 Shutter::Rectangle{within(-5, 20), within(25, 60), within(-5, 15), within(20, 60)};
         if (random() % 2) shutter.circle = Shutter::Circle{within(10, 30), within(10, 40), within(5, 40)};
-        const auto visible = visibleThroughShutter(shutter, rows, columns);
+        const auto hidden = hiddenByShutter(shutter, rows, columns);
         if (!shutter.any()) {
-            EXPECT_TRUE(visible.empty());
+            EXPECT_TRUE(hidden.empty());
             continue;
         }
-        if (visible.empty()) continue;  // together they hide everything
+        if (hidden.empty()) continue;  // together they hide everything
         for (int y = 1; y <= rows; ++y) {
             for (int x = 1; x <= columns; ++x) {
                 bool inside = true;
@@ -38,8 +38,7 @@ TEST(Shutter, ShowsWhatLiesInsideAllShapes) {
                     inside = inside && (x - c->column) * (x - c->column) + (y - c->row) * (y - c->row) <=
                                            c->radius * c->radius;
                 }
-                ASSERT_EQ(visible[static_cast<std::size_t>((y - 1) * columns + x - 1)], inside)
-                    << x << "," << y;
+                ASSERT_EQ(hidden.at(y - 1, x - 1), !inside) << x << "," << y;
             }
         }
     }
@@ -48,10 +47,8 @@ TEST(Shutter, ShowsWhatLiesInsideAllShapes) {
 TEST(Shutter, FollowsAPolygonWithANotch) {
     Shutter shutter;
     shutter.polygon = {{1, 1}, {1, 9}, {9, 9}, {5, 5}, {9, 1}};  // row, column
-    const auto visible = visibleThroughShutter(shutter, 10, 10);
-    const auto shown = [&](int row, int column) {
-        return visible.at(static_cast<std::size_t>((row - 1) * 10 + column - 1)) != 0;
-    };
+    const auto hidden = hiddenByShutter(shutter, 10, 10);
+    const auto shown = [&](int row, int column) { return !hidden.at(row - 1, column - 1); };
     EXPECT_TRUE(shown(2, 5));
     EXPECT_TRUE(shown(7, 2));
     EXPECT_TRUE(shown(7, 8));
@@ -66,10 +63,10 @@ TEST(Shutter, ThatWouldHideEverythingHidesNothing) {
     cases[1].rectangle = Shutter::Rectangle{9, 3, 1, 8};
     cases[2].circle = Shutter::Circle{500, 500, 10};
     cases[3].circle = Shutter::Circle{5, 5, 0};
-    for (const auto& shutter : cases) EXPECT_TRUE(visibleThroughShutter(shutter, 10, 10).empty());
+    for (const auto& shutter : cases) EXPECT_TRUE(hiddenByShutter(shutter, 10, 10).empty());
     Shutter mixed = cases[1];
     mixed.circle = Shutter::Circle{5, 5, 2};
-    EXPECT_FALSE(visibleThroughShutter(mixed, 10, 10).empty()) << "the shape that can be used still counts";
+    EXPECT_FALSE(hiddenByShutter(mixed, 10, 10).empty()) << "the shape that can be used still counts";
 }
 
 Overlay overlay(int group, int rows, int columns, int originRow, int originColumn) {
@@ -83,6 +80,12 @@ Overlay overlay(int group, int rows, int columns, int originRow, int originColum
     return plane;
 }
 
+int painted(const CoverPlane& cover, int rows, int columns) {
+    int count = 0;
+    for (int i = 0; i < rows * columns; ++i) count += cover.white.at(i / columns, i % columns);
+    return count;
+}
+
 TEST(Cover, PaintsOverlaysAtTheirOriginAsFarAsTheyLieInTheImage) {
     struct Case {
         int row, column, rows, columns, painted;
@@ -93,9 +96,7 @@ TEST(Cover, PaintsOverlaysAtTheirOriginAsFarAsTheyLieInTheImage) {
         const auto file = test::greyRun(10, 10, 1);
         file->overlayPlanes = {overlay(0x6000, c.rows, c.columns, c.row, c.column)};
         const auto cover = coverOf(*file, 0);
-        EXPECT_EQ(std::count(cover.paint.begin(), cover.paint.end(), 255), c.painted)
-            << c.row << "," << c.column;
-        EXPECT_EQ(std::count(cover.keep.begin(), cover.keep.end(), 0), c.painted);
+        EXPECT_EQ(painted(cover, 10, 10), c.painted) << c.row << "," << c.column;
     }
 }
 
@@ -107,11 +108,16 @@ TEST(Cover, LaysOverlaysOnTheShutterInItsGrey) {
     file->overlayPlanes = {overlay(0x6000, 1, 1, 1, 1), overlay(0x6002, 1, 10, 5, 1),
                            overlay(0x6004, 1, 1, 5, 5)};
     const auto cover = coverOf(*file, 0);
-    EXPECT_EQ(cover.paintRow(0)[0], 255) << "overlay outside the rectangle";
-    EXPECT_EQ(cover.paintRow(0)[1], 0x40) << "covered by the rectangle";
-    EXPECT_EQ(cover.paintRow(4)[3], 0x40) << "covered by the bitmap";
-    EXPECT_EQ(cover.paintRow(4)[4], 255) << "overlay on the bitmap";
-    EXPECT_EQ(cover.keepRow(3)[3], 255) << "the picture shows";
+    const auto value = [&](int y, int x) {
+        std::uint8_t shown = 7;
+        cover.apply(y, x, x + 1, &shown);
+        return shown;
+    };
+    EXPECT_EQ(value(0, 0), 255) << "overlay outside the rectangle";
+    EXPECT_EQ(value(0, 1), 0x40) << "covered by the rectangle";
+    EXPECT_EQ(value(4, 3), 0x40) << "covered by the bitmap";
+    EXPECT_EQ(value(4, 4), 255) << "overlay on the bitmap";
+    EXPECT_EQ(value(3, 3), 7) << "the picture shows";
 }
 
 TEST(Cover, IsAskedForFrameByFrameOnlyWhenItChanges) {
@@ -127,7 +133,7 @@ TEST(Cover, IsAskedForFrameByFrameOnlyWhenItChanges) {
     };
     ImageFile image(file, {}, std::make_shared<FrameStore>());
     EXPECT_TRUE(image.cover(0)->empty());
-    EXPECT_EQ(image.cover(1)->paint[0], 255);
+    EXPECT_TRUE(image.cover(1)->white.at(0, 0));
     EXPECT_TRUE(image.cover(2)->empty());
 }
 
@@ -136,7 +142,7 @@ TEST(Cover, IgnoresOverlaysWithTooFewBits) {
     file->overlayPlanes = {overlay(0x6000, 5, 5, 1, 1)};
     file->overlayPlanes[0].bits.resize(24);
     const auto cover = coverOf(*file, 0);
-    EXPECT_EQ(std::count(cover.paint.begin(), cover.paint.end(), 255), 0);
+    EXPECT_TRUE(cover.empty());
 }
 
 }  // namespace

@@ -65,7 +65,6 @@ TEST_F(RowKernelSets, DrawTheSameRows) {
         expectSame("table", count, [&](const auto& k, auto* to) { k.lookUp(rowA, table.data(), to, count); });
         expectSame("wide table", count,
                    [&](const auto& k, auto* to) { k.lookUp(samples, table.data(), to, count); });
-        expectSame("cover", count, [&](const auto& k, auto* to) { k.cover(rowA, rowB, to, count); });
         expectSame("invert", count, [&](const auto& k, auto* to) { k.invert(to, count); });
         expectSame("split", count, [&](const auto& k, auto* to) {
             k.splitColors(rowA, {to, to + count, to + 2 * count}, count);

@@ -124,7 +124,10 @@ PlainPicture plainPicture(const dicom::Frame& frame, const FakeDicomFile& file, 
                     value = rule(static_cast<double>(samples[i]));
                 }
                 if (plain.channels == 3 && polarity == Polarity::Inverted) value = 255 - value;
-                if (!cover.empty() && !cover.keep[pixel]) value = cover.paint[pixel];
+                const int x = static_cast<int>(pixel) % frame.columns,
+                          y = static_cast<int>(pixel) / frame.columns;
+                if (!cover.hidden.empty() && cover.hidden.at(y, x)) value = cover.grey;
+                if (!cover.white.empty() && cover.white.at(y, x)) value = 255;
                 plain.values.push_back(value);
             }
         },
@@ -134,12 +137,14 @@ PlainPicture plainPicture(const dicom::Frame& frame, const FakeDicomFile& file, 
 
 CoverPlane randomCover(std::mt19937& random, int columns, int rows) {
     CoverPlane cover;
-    if (random() % 2) return cover;
-    cover.columns = columns;
-    for (int i = 0; i < columns * rows; ++i) {
-        const bool covered = random() % 4 == 0;
-        cover.keep.push_back(covered ? 0 : 255);
-        cover.paint.push_back(covered ? 200 : 0);
+    cover.grey = 200;
+    for (BitPlane* plane : {&cover.hidden, &cover.white}) {
+        if (random() % 2) continue;
+        *plane = BitPlane(rows, columns);
+        // Runs, longer and shorter than a word, and single pixels.
+        for (int i = 0; i < columns * rows; i += 1 + static_cast<int>(random() % 9))
+            for (int end = i + static_cast<int>(random() % 3 ? 1 : random() % 150); i < end; ++i)
+                if (i < columns * rows) plane->set(i / columns, i % columns);
     }
     return cover;
 }
@@ -149,7 +154,7 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
     const auto upTo = [&](int most) { return 1 + static_cast<int>(random() % static_cast<unsigned>(most)); };
     for (int round = 0; round < 400; ++round) {
         FakeDicomFile file;
-        auto frame = randomFrame(random, file, upTo(40), upTo(40));
+        auto frame = randomFrame(random, file, upTo(140), upTo(40));
         const bool isEven = round % 10 == 0;  // keeps its colour to the bit at any scale
         if (isEven) {
             frame.samples =

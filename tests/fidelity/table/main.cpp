@@ -1,9 +1,13 @@
 #include "dicom/TransferSyntax.h"
 #include "tests/fidelity/Comparison.h"
+#include "tests/fidelity/ComponentPicture.h"
+#include "tests/fidelity/table/MadeFiles.h"
 #include "tests/fidelity/table/Remarks.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 #include <algorithm>
@@ -64,8 +68,39 @@ bool isFar(const std::optional<int>& difference) {
 
 }  // namespace
 
-/// fidelity SAMPLES: writes the table to the standard output; fails when a picture differs and nobody says
-/// why.
+const char madeIntroduction[] = R"(
+Files of kinds that no sample has, made by the same command. *Difference* is that to the same picture in a file
+that says it plainly: uncompressed, its values within their range, or with a scan header as it should be. Pictures
+that would take more work or memory than their bytes can justify, or more than the program may hold, are told of
+before a decoder begins.
+
+| File | What it is | Bytes | Shown | Difference |
+|---|---|---|---|---|
+)";
+
+QString madeRow(const fidelity::MadeFile& made, const QDir& folder, bool& differs) {
+    const QString name = QString::fromStdString(made.name), path = folder.filePath(name);
+    made.make().writeTo(path.toStdString());
+    QString shown, difference = "–";
+    if (made.twin) {
+        const QString twin = folder.filePath("plain_" + name);
+        made.twin().writeTo(twin.toStdString());
+        const auto picture = fidelity::componentPicture(path), expected = fidelity::componentPicture(twin);
+        const int largest = fidelity::largestDifference(picture.first, expected.first);
+        differs = picture.frames != expected.frames || largest < 0 || largest > tolerance;
+        difference = QString::number(largest);
+        shown = picture.notice.isEmpty() ? "the picture" : "\"" + picture.notice.chopped(1) + '"';
+    } else {
+        const QString notice = fidelity::noticeInPlaceOf(path);
+        shown = notice.isEmpty() ? "the picture" : "\"" + notice.chopped(1) + '"';
+    }
+    const QString bytes = QString::number(QFileInfo(path).size());
+    return QStringList{"| `" + name + '`', QString::fromStdString(made.what), bytes, shown, difference + " |"}
+        .join(" | ");
+}
+
+/// fidelity SAMPLES [FOLDER]: writes the table to the standard output; fails when a picture differs and
+/// nobody says why. The files it makes are left in FOLDER.
 int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
     QTextStream out(stdout), errors(stderr);
@@ -87,6 +122,16 @@ int main(int argc, char** argv) {
                              compared.frames != compared.expectedFrames;
         if (!differs || !fidelity::remarkOn(name).isEmpty()) continue;
         errors << name << ": the difference is not explained\n";
+        ++unexplained;
+    }
+    out << madeIntroduction;
+    const QTemporaryDir temporary;
+    const QDir made(argc > 2 ? QString::fromLocal8Bit(argv[2]) : temporary.path());
+    for (const auto& file : fidelity::madeFiles()) {
+        bool differs = false;
+        out << madeRow(file, made, differs) << '\n';
+        if (!differs) continue;
+        errors << QString::fromStdString(file.name) << ": is not shown as it should be\n";
         ++unexplained;
     }
     return unexplained ? 1 : 0;
