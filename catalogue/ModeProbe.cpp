@@ -10,7 +10,8 @@ void ModeProbe::chkImage() {
 
 bool ModeProbe::isStill(const QString& path) {
     ezTest_.putFileName(path);
-    return ezTest_.FrameCount() <= 1;
+    // A disc that gives no answer does not make stills of a cine, whose panel shows single frames too.
+    return ezTest_.FrameCount() <= 1 && !ezTest_.isReading();
 }
 
 QString ModeProbe::firstSeries(const Folder& patient) {

@@ -37,7 +37,9 @@ ViewRole ezDICOMX::role() const { return parts_->role; }
 
 void ezDICOMX::setRole(ViewRole role) {
     parts_->role = role;
-    parts_->view.picture.setAsker(role == ViewRole::Main ? Asker::MainView : Asker::Preview);
+    parts_->view.picture.setAsker(role == ViewRole::Main    ? Asker::MainView
+                                  : role == ViewRole::Probe ? Asker::Probe
+                                                            : Asker::Preview);
     setAttribute(Qt::WA_OpaquePaintEvent, role != ViewRole::Probe);
     setFocusPolicy(role == ViewRole::Main      ? Qt::StrongFocus
                    : role == ViewRole::Preview ? Qt::TabFocus
@@ -60,17 +62,23 @@ void ezDICOMX::putFileName(const QString& path) {
     // The strip puts all its previews anew whenever it moves.
     if (loaded == LoadedPicture::Loaded::AsItWas && parts_->role == ViewRole::Preview) return;
     // Whether the first frame can be shown is found out when it is looked at: a probe never does.
-    parts_->describeWith(view.picture.frameCount() > 0 ? std::nullopt : noticeFor(view.picture));
+    const bool mayBeShown = view.picture.frameCount() > 0;
+    parts_->describeWith(mayBeShown ? std::nullopt : noticeFor(view.picture));
     parts_->refreshHeaderPage();
     update();
 }
 
-qint32 ezDICOMX::FrameCount() const { return parts_->view.picture.frameCount(); }
+/// Waits for a slow disc: a command that asks cannot go on without the answer.
+qint32 ezDICOMX::FrameCount() const {
+    parts_->settle(Patience::Answer);
+    return parts_->view.picture.frameCount();
+}
+
 qint32 ezDICOMX::CurrentFrame() const { return parts_->view.picture.currentFrame(); }
 
 void ezDICOMX::putCurrentFrame(qint32 frame) {
     auto& picture = parts_->view.picture;
-    if (frame < 1 || frame > picture.frameCount() || frame == picture.currentFrame()) return;
+    if (frame < 1 || frame > FrameCount() || frame == picture.currentFrame()) return;
     parts_->tools.leaveFrame();
     parts_->noteStep(picture.currentFrame(), frame);
     picture.show(frame);
@@ -81,7 +89,7 @@ void ezDICOMX::putCurrentFrame(qint32 frame) {
     if (!parts_->noticeDelay.isActive()) parts_->noticeDelay.start(noticeAfter, this);
 }
 
-bool ezDICOMX::isReading() const { return parts_->awaiting; }
+bool ezDICOMX::isReading() const { return parts_->awaiting || parts_->view.picture.isOpening(); }
 
 qint32 ezDICOMX::ZoomPercent() const { return parts_->view.zoom.percent(); }
 bool ezDICOMX::BestFit() const { return parts_->view.zoom.bestFit(); }
@@ -105,8 +113,16 @@ void ezDICOMX::putSmooth(bool on) {
 }
 
 qint32 ezDICOMX::Polarity() const { return parts_->view.picture.polarity; }
-double ezDICOMX::WindowCenter() const { return parts_->view.picture.window().window.center; }
-double ezDICOMX::WindowWidth() const { return parts_->view.picture.window().window.width; }
+
+double ezDICOMX::WindowCenter() const {
+    parts_->awaitWindow();
+    return parts_->view.picture.window().window.center;
+}
+
+double ezDICOMX::WindowWidth() const {
+    parts_->awaitWindow();
+    return parts_->view.picture.window().window.width;
+}
 
 void ezDICOMX::putPolarity(qint32 polarity) {
     parts_->view.picture.polarity = polarity;
@@ -114,12 +130,14 @@ void ezDICOMX::putPolarity(qint32 polarity) {
 }
 
 void ezDICOMX::putWindowCenter(double center) {
+    parts_->awaitWindow();
     parts_->view.picture.putWindowCenter(center);
     parts_->tools.startAnew();
     update();
 }
 
 void ezDICOMX::putWindowWidth(double width) {
+    parts_->awaitWindow();
     parts_->view.picture.putWindowWidth(width);
     parts_->tools.startAnew();
     update();
@@ -158,20 +176,21 @@ void ezDICOMX::putShowHeader(bool on) {
 }
 
 bool ezDICOMX::CopyToClipboard() {
+    parts_->settle(Patience::Answer);
     parts_->tools.finish();
     return succeeds([this] { return copyPicture(displayedPicture(parts_->view)); });
 }
 
 bool ezDICOMX::CopyHeaderToClipboard() {
-    const auto* file = parts_->view.picture.file();
-    return file && succeeds([file] {
-               return copyText(
-                   QString::fromStdString(dicom::headerText(file->dicom(), dicom::LongValues::Whole)));
-           });
+    parts_->settle(Patience::Answer);
+    const auto header = parts_->view.picture.headerText(dicom::LongValues::Whole);
+    return header && parts_->view.picture.waitFor(*header, Patience::Answer) &&
+           succeeds([&] { return copyText(QString::fromStdString(header->text())); });
 }
 
 void ezDICOMX::putExportFile(const QString& path) {
     parts_->plain.exportFile = path;
+    parts_->settle(Patience::Answer);
     parts_->tools.finish();
     const auto otherwise = parts_->plain.exportFormat == "BMP" ? PictureFormat::Bmp : PictureFormat::Jpeg;
     exportPicture(displayedPicture(parts_->view), path, formatFor(path, otherwise));

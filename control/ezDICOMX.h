@@ -116,7 +116,7 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
     void putNamedPatientFolder(const QString& folder) override;
 
     /// The disc has not given the frame shown yet. Stepping on would only leave pictures out.
-    bool isReading() const;
+    bool isReading() const override;
     /// Who is asked which file is likely to be shown after `path`, "" for none: it is read ahead.
     using Neighbour = std::function<QString(const QString& path, PlayDirection direction)>;
     void setNeighbour(Neighbour neighbour);

@@ -15,14 +15,30 @@ constexpr int borderWidth = 2;
 
 ezDICOMX::Parts::Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& library)
     : owner(widget), role(viewRole), view(library), tools(view, widget) {
-    QObject::connect(&library.arrivals(), &FrameArrivals::arrived, &owner, [this] {
-        if (role == ViewRole::Probe || !owner.isVisible() || !awaiting) return;
-        describe();
-        if (awaiting) return;
-        noticeDelay.stop();
-        // Before the cine clock puts the next frame, which has to be waited for again.
-        owner.repaint();
-    });
+    QObject::connect(&library.arrivals(), &FrameArrivals::arrived, &owner, [this] { takeArrival(); });
+}
+
+void ezDICOMX::Parts::settle(Patience patience) {
+    if (view.picture.settle(patience) != LoadedPicture::Settled::Now) return;
+    refreshHeaderPage();
+    // It never looks at a frame.
+    if (role == ViewRole::Probe) awaiting = false;
+}
+
+void ezDICOMX::Parts::awaitWindow() {
+    settle(Patience::Answer);
+    view.picture.awaitWindow();
+}
+
+void ezDICOMX::Parts::takeArrival() {
+    settle(Patience::Glance);
+    fillHeaderPage();
+    if (role == ViewRole::Probe || !owner.isVisible() || !awaiting) return;
+    describe();
+    if (awaiting) return;
+    noticeDelay.stop();
+    // Before the cine clock puts the next frame, which has to be waited for again.
+    owner.repaint();
 }
 
 QRect ezDICOMX::Parts::content() const {
@@ -35,7 +51,10 @@ void ezDICOMX::Parts::layOut() {
     view.deviceSize = (QSizeF(content().size()) * view.pixelRatio).toSize().expandedTo({0, 0});
 }
 
-void ezDICOMX::Parts::describe() { describeWith(noticeFor(view.picture)); }
+void ezDICOMX::Parts::describe() {
+    settle(Patience::Glance);
+    describeWith(noticeFor(view.picture));
+}
 
 void ezDICOMX::Parts::describeWith(const std::optional<Notice>& notice) {
     awaiting = notice && notice->isOfReading();
@@ -84,8 +103,9 @@ void ezDICOMX::Parts::refreshHeaderPage() {
     if (!headerPage) headerPage = new HeaderPage(owner);
     if (headerPageOf != view.picture.fileRevision()) {
         headerPageOf = view.picture.fileRevision();
-        headerPage->setPlainText(
-            QString::fromStdString(dicom::headerText(view.picture.file()->dicom(), dicom::LongValues::Cut)));
+        headerText = view.picture.headerText(dicom::LongValues::Cut);
+        headerPage->setPlainText(Notice::ofReading().heading);
+        fillHeaderPage();
     }
     placeChildren();
     headerPage->show();
@@ -106,6 +126,11 @@ void ezDICOMX::Parts::judgePatient() {
 void ezDICOMX::Parts::placeChildren() {
     coveredAtTop = wrongPatient ? wrongPatient->layOut(content()) : 0;
     if (headerPage) headerPage->setGeometry(content().adjusted(0, coveredAtTop, 0, 0));
+}
+
+void ezDICOMX::Parts::fillHeaderPage() {
+    if (!headerText || !view.picture.waitFor(*headerText, Patience::Glance)) return;
+    headerPage->setPlainText(QString::fromStdString(std::exchange(headerText, nullptr)->text()));
 }
 
 void ezDICOMX::Parts::chooseTool() {

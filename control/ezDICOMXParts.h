@@ -23,6 +23,12 @@ struct ezDICOMX::Parts {
     QRect content() const;
     /// Tells the view its size; done before anything asks for places.
     void layOut();
+    /// Takes the file over when it has been opened within the patience.
+    void settle(Patience patience);
+    /// Waits for the window in force as long as a command may.
+    void awaitWindow();
+    /// What the disc has given is shown.
+    void takeArrival();
     /// The notice, if there is one, is also what assistive programs read. Looks at the frame shown, so it
     /// decodes it.
     void describe();
@@ -34,6 +40,7 @@ struct ezDICOMX::Parts {
     /// The strip fits its previews anew whenever it moves: what is as it was is not drawn again.
     void putZoom(const ViewZoom& zoom);
     void refreshHeaderPage();
+    void fillHeaderPage();
     /// Warns, or no longer warns, for the file shown and the patient named beside it.
     void judgePatient();
     /// Gives the children their places.
@@ -47,6 +54,7 @@ struct ezDICOMX::Parts {
     ViewPainter painter;
     HeaderPage* headerPage = nullptr;         ///< a child, made when first shown
     std::uint64_t headerPageOf = 0;           ///< the file whose header it holds
+    std::shared_ptr<HeaderText> headerText;   ///< while it is awaited
     QString namedPatientFolder;               ///< "" when nobody's name is shown
     WrongPatientBar* wrongPatient = nullptr;  ///< a child, made when first needed
     int coveredAtTop = 0;                     ///< by the warning, logical pixels of the content

@@ -68,6 +68,12 @@ class DicomFile {
     virtual const std::vector<Overlay>& overlays() const = 0;
     /// The bits of one overlay for one image frame (counted from 0), empty when it has none for that frame.
     virtual std::vector<std::uint8_t> overlayBits(const Overlay& overlay, int frame) const = 0;
+    /// The same without reading what lies in the pixel cells again: `bytes` is what readFrame gave for that
+    /// frame.
+    virtual std::vector<std::uint8_t> overlayBitsIn(const FrameBytes&, const Overlay& overlay,
+                                                    int frame) const {
+        return overlayBits(overlay, frame);
+    }
     virtual PixelAspect pixelAspect() const = 0;
 
     /// The header text of an element as UTF-8, whatever the specific character set; person names as they

@@ -108,17 +108,20 @@ const std::vector<Overlay>& OpenedFile::overlays() const {
     return overlays_;
 }
 
-std::vector<std::uint8_t> OpenedFile::embeddedOverlayBits(const Overlay& overlay, int frame) const {
-    const auto bytes = readFrame(frame);
-    if (!bytes) return {};
-    const auto cells = decodeBytes(bytes.value(), CellBits::All);
+std::vector<std::uint8_t> OpenedFile::overlayBitsIn(const FrameBytes& bytes, const Overlay& overlay,
+                                                    int frame) const {
+    if (overlay.embeddedBit < 0) return overlayBits(overlay, frame);
+    const auto cells = decodeBytes(bytes, CellBits::All);
     return cells ? embeddedBits(cells.value(), overlay) : std::vector<std::uint8_t>();
 }
 
 std::vector<std::uint8_t> OpenedFile::overlayBits(const Overlay& overlay, int frame) const {
     const int own = overlayFrameFor(overlay, frame);
     if (own < 0) return {};
-    if (overlay.embeddedBit >= 0) return embeddedOverlayBits(overlay, frame);
+    if (overlay.embeddedBit >= 0) {
+        const auto bytes = readFrame(frame);
+        return bytes ? overlayBitsIn(bytes.value(), overlay, frame) : std::vector<std::uint8_t>();
+    }
     if (overlay.bits.empty())
         return readOverlayFrame(*header_.body, header_.elements, header_.encoding.order, overlay, own);
     const std::size_t pixels =

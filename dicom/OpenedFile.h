@@ -31,6 +31,8 @@ class OpenedFile : public DicomFile {
     bool hasShuttersByFrame() const override;
     const std::vector<Overlay>& overlays() const override;
     std::vector<std::uint8_t> overlayBits(const Overlay& overlay, int frame) const override;
+    std::vector<std::uint8_t> overlayBitsIn(const FrameBytes& bytes, const Overlay& overlay,
+                                            int frame) const override;
     PixelAspect pixelAspect() const override;
     std::string text(Tag tag) const override;
     DataSet elementsBehindPixels() const override;
@@ -39,7 +41,6 @@ class OpenedFile : public DicomFile {
     std::optional<DecodeError> missing(int frame) const;
     Result<Frame> decodeBytes(const FrameBytes& bytes, CellBits wanted) const;
     Result<Frame> decodeInflated(const FrameBytes& bytes, CellBits wanted) const;
-    std::vector<std::uint8_t> embeddedOverlayBits(const Overlay& overlay, int frame) const;
     Compression compressionOf(const FrameBytes& bytes) const;
     FrameBytes inflated(const FrameBytes& bytes) const;
 

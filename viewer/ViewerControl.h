@@ -22,7 +22,10 @@ class ViewerControl {
     virtual QString FileName() const = 0;
     virtual void putFileName(const QString& path) = 0;
 
+    /// 0 also when the disc has not given an answer for seconds.
     virtual qint32 FrameCount() const = 0;
+    /// The disc has not given the file, or the frame shown, yet: a FrameCount of 0 is no answer then.
+    virtual bool isReading() const { return false; }
     /// Counted from 1. Putting a number outside 1 ... FrameCount changes nothing.
     virtual qint32 CurrentFrame() const = 0;
     virtual void putCurrentFrame(qint32 frame) = 0;

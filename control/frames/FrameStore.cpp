@@ -12,29 +12,31 @@ namespace {
 
 template <typename Step>
 auto safely(const Step& step) -> decltype(step()) {
+    dicom::DecodeError error;
     try {
         return step();
     } catch (const std::bad_alloc&) {
+        error.kind = dicom::DecodeError::Kind::TooLarge;
+        error.message = "the picture needs more memory than there is";
     } catch (const std::length_error&) {
+        error.kind = dicom::DecodeError::Kind::TooLarge;
+        error.message = "the picture needs more memory than there is";
+    } catch (...) {
+        // Whoever waits for the frame must hear of it.
+        error.message = "the picture cannot be worked out";
     }
-    dicom::DecodeError error;
-    error.kind = dicom::DecodeError::Kind::TooLarge;
-    error.message = "the picture needs more memory than there is";
     return error;
-}
-
-std::size_t sizeOf(const dicom::Result<dicom::Frame>& frame) {
-    return sizeof(dicom::Frame) + (frame ? frame.value().byteSize() : 0);
 }
 
 }  // namespace
 
-FrameStore::Decoded FrameStore::frame(const FrameKey& key) { return frameBy({}, key, {}); }
+void FrameStore::onArrival(std::function<void()> arrived) {
+    const std::lock_guard lock(mutex_);
+    arrived_ = std::move(arrived);
+}
 
-FrameStore::Decoded FrameStore::frameBy(Clock::time_point deadline, const FrameKey& key,
-                                        const std::function<void()>& ask) {
+FrameStore::Decoded FrameStore::frame(const FrameKey& key) {
     Lock lock(mutex_);
-    bool asked = false;
     for (;;) {
         const auto entry = entries_.try_emplace(key).first;
         switch (entry->second.stage) {
@@ -42,43 +44,70 @@ FrameStore::Decoded FrameStore::frameBy(Clock::time_point deadline, const FrameK
                 return use(entry->second);
             case Stage::Read:
                 return decodeNow(lock, entry);
-            case Stage::Decoding:
-                wait(lock);
-                continue;
             case Stage::Missing:
-                if (!ask) {
-                    readNow(lock, entry);
-                    continue;
-                }
-                if (!std::exchange(asked, true)) {
-                    lock.unlock();
-                    ask();
-                    lock.lock();
-                    continue;
-                }
+                readNow(lock, entry);
                 break;
             case Stage::Reading:
-                break;
-        }
-        if (!ask) {
-            wait(lock);
-        } else if (!waitUntil(lock, deadline)) {
-            return nullptr;
+            case Stage::Decoding:
+                ++waiting_;
+                changed_.wait(lock);
+                --waiting_;
         }
     }
 }
 
-void FrameStore::wait(Lock& lock) {
-    ++waiting_;
-    changed_.wait(lock);
-    --waiting_;
+FrameStore::Decoded FrameStore::want(FrameWish wish) {
+    // A run whose last owner is a wish ends without the lock: it comes here to free its frames.
+    std::optional<FrameWish> before;
+    const Lock lock(mutex_);
+    const auto entry = entries_.find(wish.key());
+    if (entry != entries_.end() && entry->second.stage == Stage::Decoded) {
+        before = wishes_.remove(wish.view);
+        return use(entry->second);
+    }
+    const void* const view = wish.view;
+    before = wishes_.put(std::move(wish));
+    auto frame = wishes_.arrivedFor(view);
+    if (frame) before = wishes_.remove(view);
+    return frame;
 }
 
-bool FrameStore::waitUntil(Lock& lock, Clock::time_point deadline) {
+FrameStore::Decoded FrameStore::waitFor(const void* view, Clock::time_point deadline) {
+    std::optional<FrameWish> fulfilled;
+    Lock lock(mutex_);
     ++waiting_;
-    const auto how = changed_.wait_until(lock, deadline);
+    changed_.wait_until(lock, deadline, [&] { return wishes_.arrivedFor(view) != nullptr; });
     --waiting_;
-    return how == std::cv_status::no_timeout;
+    auto frame = wishes_.arrivedFor(view);
+    if (frame) fulfilled = wishes_.remove(view);
+    return frame;
+}
+
+void FrameStore::forget(const void* view) {
+    std::optional<FrameWish> forgotten;
+    const Lock lock(mutex_);
+    forgotten = wishes_.remove(view);
+}
+
+std::vector<FrameWish> FrameStore::wishesToRead() const {
+    std::vector<FrameWish> wishes;
+    const std::lock_guard lock(mutex_);
+    wishes = wishes_.open();
+    std::erase_if(wishes, [this](const FrameWish& wish) { return entries_.contains(wish.key()); });
+    return wishes;
+}
+
+bool FrameStore::decodeWanted() {
+    std::vector<FrameWish> wishes;
+    Lock lock(mutex_);
+    wishes = wishes_.open();
+    for (const FrameWish& wish : wishes) {
+        const auto entry = entries_.find(wish.key());
+        if (entry == entries_.end() || entry->second.stage != Stage::Read) continue;
+        decodeNow(lock, entry);
+        return true;
+    }
+    return false;
 }
 
 FrameStore::Decoded FrameStore::use(Entry& entry) {
@@ -97,7 +126,7 @@ void FrameStore::readNow(Lock& lock, Entries::iterator entry) {
     if (bytes) {
         read = std::make_shared<const dicom::FrameBytes>(std::move(bytes.value()));
     } else {
-        fault = std::make_shared<const dicom::Result<dicom::Frame>>(bytes.error());
+        fault = std::make_shared<const DecodedFrame>(bytes.error());
     }
     lock.lock();
     if (fault) {
@@ -117,8 +146,8 @@ FrameStore::Decoded FrameStore::decodeNow(Lock& lock, Entries::iterator entry) {
     read_.erase(key);
     const Bytes bytes = entry->second.bytes;
     lock.unlock();
-    auto frame = std::make_shared<const dicom::Result<dicom::Frame>>(
-        safely([&] { return key.run->decodeRead(key.index, *bytes); }));
+    auto frame =
+        std::make_shared<const DecodedFrame>(safely([&] { return key.run->decodeRead(key.index, *bytes); }));
     lock.lock();
     keepDecoded(entry, frame);
     if (waiting_ > 0) changed_.notify_all();
@@ -129,12 +158,13 @@ FrameStore::Decoded FrameStore::decodeNow(Lock& lock, Entries::iterator entry) {
 void FrameStore::keepDecoded(Entries::iterator entry, Decoded frame) {
     Entry& kept = entry->second;
     if (kept.bytes && !wantsBytes(entry->first, *kept.bytes)) letGoOfBytes(kept);
-    frameBytes_ += sizeOf(*frame);
-    if (entry->first.run == order_.run && frame->ok()) playedFrameBytes_ = sizeOf(*frame);
+    frameBytes_ += frame->byteSize();
+    if (entry->first.run == order_.run && frame->ok()) playedFrameBytes_ = frame->byteSize();
     kept.frame = std::move(frame);
     kept.stage = Stage::Decoded;
     kept.use = uses_.insert(uses_.end(), entry->first);
     ++decodedOf_[entry->first.run];
+    if (wishes_.fulfil(entry->first, kept.frame) && arrived_) arrived_();
 }
 
 void FrameStore::letGoOfBytes(Entry& entry) {
@@ -145,11 +175,12 @@ void FrameStore::letGoOfBytes(Entry& entry) {
 /// Back to what was read, if that is still there.
 void FrameStore::letGoOfFrame(Entries::iterator entry) {
     Entry& held = entry->second;
-    frameBytes_ -= sizeOf(*held.frame);
+    frameBytes_ -= held.frame->byteSize();
     uses_.erase(held.use);
     if (--decodedOf_[entry->first.run] == 0) decodedOf_.erase(entry->first.run);
     if (!held.bytes) {
         entries_.erase(entry);
+        ++letGoCount_;
         return;
     }
     held.frame.reset();
@@ -183,7 +214,7 @@ bool FrameStore::decodeNextDue(const FrameSteps* run, const FrameSteps* next) {
     for (const FrameKey& key : read_) {
         if (key.run != run && key.run != next) continue;
         const int steps = order_.stepsTo(key);
-        if (steps >= soonest) continue;
+        if (steps >= soonest || (key.run == order_.run && steps > order_.window)) continue;
         soonest = steps;
         due = &key;
     }
@@ -224,6 +255,7 @@ void FrameStore::makeRoom() {
             read_.erase(least->first);
             letGoOfBytes(least->second);
             entries_.erase(least);
+            ++letGoCount_;
         }
     }
 }
@@ -231,7 +263,7 @@ void FrameStore::makeRoom() {
 FrameStore::Entries::iterator FrameStore::leastWanted() {
     // Bytes that nobody plays any more.
     for (const FrameKey& key : read_) {
-        if (order_.stepsTo(key) == PlayOrder::never) return entries_.find(key);
+        if (order_.stepsTo(key) == PlayOrder::never && !wishes_.wants(key)) return entries_.find(key);
     }
     const auto decoded = [this](const FrameSteps* run) {
         const auto found = decodedOf_.find(run);
@@ -261,7 +293,7 @@ void FrameStore::drop(const FrameSteps* run) {
         Entry& entry = to->second;
         if (entry.bytes) letGoOfBytes(entry);
         if (entry.frame) {
-            frameBytes_ -= sizeOf(*entry.frame);
+            frameBytes_ -= entry.frame->byteSize();
             uses_.erase(entry.use);
         }
     }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "control/frames/FrameWishes.h"
 #include "control/frames/PlayOrder.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
@@ -22,22 +24,35 @@ namespace cinedisc {
 /// Safe to call from any thread; of several that want the same frame one reads and one decodes it.
 class FrameStore {
   public:
-    using Decoded = std::shared_ptr<const dicom::Result<dicom::Frame>>;
+    using Decoded = FrameWishes::Decoded;
     using Bytes = std::shared_ptr<const dicom::FrameBytes>;
     using Clock = std::chrono::steady_clock;
 
     /// Leaves room for all else that the program holds within its 512 MiB.
     static constexpr std::size_t programCeiling = std::size_t{400} << 20;
 
+    /// `arrived` is called whenever a frame has come that a view waits for, by the thread that decoded it; it
+    /// must not call the store.
     explicit FrameStore(std::size_t ceilingInBytes = programCeiling) : ceiling_(ceilingInBytes) {}
+    void onArrival(std::function<void()> arrived);
     std::size_t ceiling() const { return ceiling_; }
 
     /// The frame at hand, or what the steps make of it in the calling thread. One that cannot be read or
     /// decoded is kept as such.
     Decoded frame(const FrameKey& key);
-    /// The same, but the reading is left to another thread, which `ask` tells. Null when the frame has not
-    /// been read by the deadline.
-    Decoded frameBy(Clock::time_point deadline, const FrameKey& key, const std::function<void()>& ask);
+
+    /// The frame at hand. Null when it is not: then the view waits for it, and for no other, until it asks
+    /// again or is forgotten. Other threads find it among the wishes.
+    Decoded want(FrameWish wish);
+    /// Waits for the frame that a view wants; null when it has not come by the deadline.
+    Decoded waitFor(const void* view, Clock::time_point deadline);
+    /// The view waits for nothing any more.
+    void forget(const void* view);
+    /// What views wait for and nobody has read or reads, in the order in which it is wanted.
+    std::vector<FrameWish> wishesToRead() const;
+    /// Decodes what was read of the frames that views wait for, the first wanted first. Answers whether there
+    /// was one.
+    bool decodeWanted();
 
     /// Nobody has read it, or is doing so.
     bool isMissing(const FrameKey& key) const;
@@ -52,6 +67,8 @@ class FrameStore {
 
     /// What is played, for the choice of what to keep.
     void follow(const PlayOrder& order);
+    /// Grows whenever frames are let go of: they are missing again.
+    unsigned letGoCount() const { return letGoCount_; }
     /// Whether compressed frames of the run that is played still find room.
     bool hasRoomForBytes() const;
     /// Lets go of all frames of a run. None of them may be in use by a thread.
@@ -71,9 +88,6 @@ class FrameStore {
     using Entries = std::map<FrameKey, Entry>;
     using Lock = std::unique_lock<std::mutex>;
 
-    void wait(Lock& lock);
-    /// False when the deadline has passed.
-    bool waitUntil(Lock& lock, Clock::time_point deadline);
     void readNow(Lock& lock, Entries::iterator entry);
     Decoded decodeNow(Lock& lock, Entries::iterator entry);
     void keepDecoded(Entries::iterator entry, Decoded frame);
@@ -89,9 +103,12 @@ class FrameStore {
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     int waiting_ = 0;
+    FrameWishes wishes_;
+    std::function<void()> arrived_;
     Entries entries_;
     std::set<FrameKey> read_;   ///< entries at that stage
     std::list<FrameKey> uses_;  ///< decoded ones, used longest ago first
+    std::atomic<unsigned> letGoCount_ = 0;
     std::size_t frameBytes_ = 0;
     std::size_t compressedBytes_ = 0;
     std::size_t playedFrameBytes_ = 0;                    ///< of one decoded frame of the run that is played

@@ -1,7 +1,6 @@
 #include "control/frames/ImageFile.h"
 
-#include "control/frames/LookAhead.h"
-
+#include <algorithm>
 #include <type_traits>
 #include <utility>
 
@@ -23,6 +22,12 @@ bool isWhole(const dicom::Frame& frame, const dicom::PixelFormat& format) {
         frame.samples);
 }
 
+std::size_t sampleBytes(const dicom::PixelFormat& format) {
+    if (format.bitsAllocated <= 8) return 1;
+    if (format.bitsAllocated <= 16) return 2;
+    return format.bitsAllocated <= 32 ? 4 : 8;
+}
+
 }  // namespace
 
 ImageFile::ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileStamp identity,
@@ -34,43 +39,48 @@ ImageFile::ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileStamp id
 
 ImageFile::~ImageFile() { frames_->drop(this); }
 
-FrameStore::Decoded ImageFile::frameWithin(std::chrono::milliseconds patience, int index, LookAhead& reader,
-                                           Asker asker) const {
-    return frames_->frameBy(FrameStore::Clock::now() + patience, {this, index},
-                            [&] { reader.readFirst(shared_from_this(), index, asker); });
+std::size_t ImageFile::decodedFrameBytes() const {
+    const auto& format = dicom_->pixelFormat();
+    const auto pixels = static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
+    // A cover holds two bits a pixel at most.
+    const std::size_t cover = coverKind_ == CoverKind::FrameByFrame ? pixels / 4 : 0;
+    const auto samples = static_cast<std::size_t>(format.samplesPerPixel);
+    return std::max<std::size_t>(1, pixels * sampleBytes(format) * samples + cover);
 }
 
-dicom::Result<dicom::Frame> ImageFile::decodeRead(int index, const dicom::FrameBytes& bytes) const {
-    auto frame = dicom_->decodeRead(index, bytes);
-    if (!frame || isWhole(frame.value(), dicom_->pixelFormat())) return frame;
-    dicom::DecodeError error;
-    error.message = "the picture does not have the size that its header says";
-    error.frame = index;
-    return error;
-}
-
-ValueRange ImageFile::firstFrameRange() const {
-    {
-        const std::lock_guard lock(mutex_);
-        if (firstFrameRange_) return *firstFrameRange_;
+DecodedFrame ImageFile::decodeRead(int index, const dicom::FrameBytes& bytes) const {
+    DecodedFrame frame = dicom_->decodeRead(index, bytes);
+    if (!frame) return frame;
+    if (!isWhole(frame.value(), dicom_->pixelFormat())) {
+        dicom::DecodeError error;
+        error.message = "the picture does not have the size that its header says";
+        error.frame = index;
+        return error;
     }
-    const auto first = frame(0);
-    const auto range = first->ok() ? storedRange(first->value(), dicom_->greyTransform(0).padding)
-                                   : expressibleRange(dicom_->pixelFormat());
+    if (coverKind_ == CoverKind::SameOnAllFrames) frame.cover = sharedCover();
+    if (coverKind_ == CoverKind::FrameByFrame) {
+        frame.cover = std::make_shared<const CoverPlane>(coverOf(*dicom_, index, &bytes));
+        frame.coverBytes = frame.cover->byteSize();
+    }
+    return frame;
+}
+
+std::shared_ptr<const CoverPlane> ImageFile::sharedCover() const {
+    const std::lock_guard lock(mutex_);
+    if (!cover_) cover_ = std::make_shared<const CoverPlane>(coverOf(*dicom_, 0));
+    return cover_;
+}
+
+std::optional<ValueRange> ImageFile::firstFrameRange() const {
+    const std::lock_guard lock(mutex_);
+    return firstFrameRange_;
+}
+
+void ImageFile::noteFirstFrame(const DecodedFrame& first) const {
+    const auto range = first.ok() ? storedRange(first.value(), dicom_->greyTransform(0).padding)
+                                  : expressibleRange(dicom_->pixelFormat());
     const std::lock_guard lock(mutex_);
     firstFrameRange_ = range;
-    return range;
-}
-
-std::shared_ptr<const CoverPlane> ImageFile::cover(int frame) const {
-    if (coverKind_ == CoverKind::None) return nullptr;
-    const int wanted = coverKind_ == CoverKind::SameOnAllFrames ? 0 : frame;
-    const std::lock_guard lock(mutex_);
-    if (coverFrame_ != wanted) {
-        cover_ = std::make_shared<const CoverPlane>(coverOf(*dicom_, wanted));
-        coverFrame_ = wanted;
-    }
-    return cover_;
 }
 
 QImage ImageFile::smallPicture(const SmallPicture& wanted) const {

@@ -16,8 +16,6 @@
 
 namespace cinedisc {
 
-class LookAhead;
-
 /// An open file, shared by all views that show it, with what is worked out once for all of them. The last
 /// view that lets it go closes the file and frees its frames. Safe to call from any thread.
 class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFile> {
@@ -31,21 +29,18 @@ class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFi
     const dicom::DicomFile& dicom() const { return *dicom_; }
     const FileStamp& identity() const { return identity_; }
 
-    /// A frame, counted from 0, from the store or read and decoded now.
+    /// A frame, counted from 0, from the store or read and decoded now, in the calling thread.
     FrameStore::Decoded frame(int index) const { return frames_->frame({this, index}); }
-    /// The same, read by the look-ahead's reader before all else. Null when the disc has not given it within
-    /// the patience; it comes later.
-    FrameStore::Decoded frameWithin(std::chrono::milliseconds patience, int index, LookAhead& reader,
-                                    Asker asker) const;
-    FrameStore& store() const { return *frames_; }
+    /// Memory that one decoded frame takes, at least 1 byte.
+    std::size_t decodedFrameBytes() const;
 
     dicom::Result<dicom::FrameBytes> readFrame(int index) const override { return dicom_->readFrame(index); }
-    dicom::Result<dicom::Frame> decodeRead(int index, const dicom::FrameBytes& bytes) const override;
+    DecodedFrame decodeRead(int index, const dicom::FrameBytes& bytes) const override;
     /// Range of the stored values in the first frame, without padding; what the bits can express when it
-    /// cannot be decoded.
-    ValueRange firstFrameRange() const;
-    /// What lies over a frame, counted from 0; null for nothing.
-    std::shared_ptr<const CoverPlane> cover(int frame) const;
+    /// cannot be decoded. Not known before that frame has been decoded.
+    std::optional<ValueRange> firstFrameRange() const;
+    /// Works it out of the first frame, or of what is wrong with it.
+    void noteFirstFrame(const DecodedFrame& first) const;
 
     /// The small picture that was kept last, null unless it is the wanted one.
     QImage smallPicture(const SmallPicture& wanted) const;
@@ -57,10 +52,11 @@ class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFi
     std::shared_ptr<FrameStore> frames_;
     CoverKind coverKind_;
 
+    std::shared_ptr<const CoverPlane> sharedCover() const;
+
     mutable std::mutex mutex_;
     mutable std::optional<ValueRange> firstFrameRange_;
-    mutable std::shared_ptr<const CoverPlane> cover_;
-    mutable int coverFrame_ = -1;
+    mutable std::shared_ptr<const CoverPlane> cover_;  ///< the same on all frames
     mutable SmallPicture small_;
     mutable QImage smallImage_;
 };

@@ -1,10 +1,12 @@
 #include "control/frames/ImageLibrary.h"
 
 #include "control/frames/LookAhead.h"
+#include "control/frames/StampReader.h"
 
 #include <QCoreApplication>
 #include <QFile>
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -19,10 +21,16 @@ dicom::DecodeError tooLarge() {
     return error;
 }
 
+std::shared_ptr<Opening> doneWith(Opening::Outcome outcome) {
+    auto opening = std::make_shared<Opening>([&] { return std::move(outcome); });
+    opening->run();
+    return opening;
+}
+
 }  // namespace
 
-ImageLibrary::ImageLibrary(Opener opener, std::shared_ptr<FrameStore> frames)
-    : opener_(std::move(opener)), frames_(std::move(frames)) {}
+ImageLibrary::ImageLibrary(Opener opener, std::shared_ptr<FrameStore> frames, Stamp stamp)
+    : opener_(std::move(opener)), frames_(std::move(frames)), stamp_(std::move(stamp)) {}
 
 ImageLibrary::~ImageLibrary() = default;
 
@@ -30,69 +38,126 @@ ImageLibrary& ImageLibrary::shared() {
     static ImageLibrary library([](const std::string& path) { return dicom::DicomFile::open(path); });
     // Threads must not outlive what they use.
     static const bool stopsInTime = [] {
-        qAddPostRoutine([] { library.ahead_.reset(); });
+        qAddPostRoutine([] {
+            library.ahead_.reset();
+            library.stamps_.reset();
+        });
         return true;
     }();
     Q_UNUSED(stopsInTime);
     return library;
 }
 
-void ImageLibrary::lookAhead(std::chrono::milliseconds patience) {
-    patience_ = patience;
+void ImageLibrary::lookAhead(std::chrono::milliseconds glance, std::chrono::milliseconds answer) {
+    glance_ = glance;
+    answer_ = std::max(glance, answer);
     if (ahead_) return;
-    LookAhead::Surroundings surroundings;
-    surroundings.open = [this](const QString& path) -> std::shared_ptr<const ImageFile> {
-        auto opened = open(path);
-        return opened && opened.value()->dicom().frameCount() > 0 ? opened.value() : nullptr;
-    };
-    surroundings.arrived = [this] { arrivals_.tell(); };
-    ahead_ = std::make_unique<LookAhead>(*frames_, std::move(surroundings));
+    frames_->onArrival([this] { arrivals_.tell(); });
+    stamps_ = std::make_unique<StampReader>(stamp_);
+    ahead_ = std::make_unique<LookAhead>(
+        *frames_, [this](const QString& path) -> std::shared_ptr<const ImageFile> {
+            const auto opened = open(path);
+            return opened && opened.value()->dicom().frameCount() > 0 ? opened.value() : nullptr;
+        });
 }
 
-FrameStore::Decoded ImageLibrary::frame(const ImageFile& file, int index, Asker asker) {
-    if (!ahead_) return file.frame(index);
-    auto frame =
-        file.frameWithin(hasWaited_ ? std::chrono::milliseconds(0) : patience_, index, *ahead_, asker);
-    hasWaited_ = !frame;
+std::chrono::milliseconds ImageLibrary::limit(Patience patience) const {
+    if (patience == Patience::Glance) return hasGlanced_ ? std::chrono::milliseconds(0) : glance_;
+    return gaveUpAfter_ == ahead_->served() ? std::chrono::milliseconds(0) : answer_;
+}
+
+void ImageLibrary::note(Patience patience, bool waitedInVain) {
+    hasGlanced_ = waitedInVain;
+    if (patience == Patience::Answer && waitedInVain) gaveUpAfter_ = ahead_->served();
+}
+
+FrameStore::Decoded ImageLibrary::frame(const void* view, Asker asker,
+                                        const std::shared_ptr<const ImageFile>& file, int index,
+                                        Patience patience) {
+    if (!ahead_) return file->frame(index);
+    if (auto frame = frames_->want({view, asker, file, index})) return frame;
+    ahead_->wake();
+    auto frame = frames_->waitFor(view, FrameStore::Clock::now() + limit(patience));
+    note(patience, !frame);
     return frame;
 }
 
+std::shared_ptr<HeaderText> ImageLibrary::headerText(std::shared_ptr<const ImageFile> file,
+                                                     dicom::LongValues longValues) {
+    auto text = std::make_shared<HeaderText>(std::move(file), longValues, [this] { arrivals_.tell(); });
+    if (ahead_)
+        ahead_->send(text, Asker::MainView);
+    else
+        text->run();
+    return text;
+}
+
+bool ImageLibrary::waitFor(const Errand& errand, Patience patience) {
+    if (errand.isDone()) return true;
+    const bool done = errand.waitUntil(Errand::Clock::now() + limit(patience));
+    note(patience, !done);
+    return done;
+}
+
 std::shared_ptr<const ImageFile> ImageLibrary::openedAs(const QString& path, const FileStamp& identity) {
+    const std::lock_guard lock(mutex_);
     const auto found = files_.find(path);
     if (found == files_.end()) return nullptr;
     auto file = found->second.lock();
     return file && file->identity() == identity ? file : nullptr;
 }
 
-dicom::Result<std::shared_ptr<const ImageFile>> ImageLibrary::open(const QString& path) {
-    const std::string encoded = QFile::encodeName(path).toStdString();
-    const FileStamp identity = FileStamp::of(encoded);
-    std::unique_lock lock(mutex_);
-    // The disc is read without the lock, so that another file can be opened meanwhile.
-    opened_.wait(lock, [&] { return !opening_.contains(path); });
-    if (auto file = openedAs(path, identity)) {
-        frames_->dropFaults(file.get());
-        return file;
-    }
-    std::erase_if(files_, [](const auto& entry) { return entry.second.expired(); });
-    opening_.insert(path);
-    lock.unlock();
-    auto result = [&]() -> dicom::Result<std::shared_ptr<const ImageFile>> {
-        try {
-            auto opened = opener_(encoded);
-            if (!opened) return opened.error();
-            return std::make_shared<const ImageFile>(std::move(opened.value()), identity, frames_);
-        } catch (const std::bad_alloc&) {
-            return tooLarge();
-        } catch (const std::length_error&) {
-            return tooLarge();
+Opening::Outcome ImageLibrary::open(const QString& path) {
+    // Two threads that open the same file at once both read it; the second then takes the first one's.
+    try {
+        const std::string encoded = QFile::encodeName(path).toStdString();
+        const FileStamp identity = stamp_(encoded);
+        if (auto file = openedAs(path, identity)) {
+            frames_->dropFaults(file.get());
+            return file;
         }
-    }();
-    lock.lock();
-    if (result) files_[path] = result.value();
-    opening_.erase(path);
-    opened_.notify_all();
-    return result;
+        auto opened = opener_(encoded);
+        if (!opened) return opened.error();
+        const auto file = std::make_shared<const ImageFile>(std::move(opened.value()), identity, frames_);
+        if (auto other = openedAs(path, identity)) return other;
+        const std::lock_guard lock(mutex_);
+        std::erase_if(files_, [](const auto& entry) { return entry.second.expired(); });
+        files_[path] = file;
+        return file;
+    } catch (const std::bad_alloc&) {
+        return tooLarge();
+    } catch (const std::length_error&) {
+        return tooLarge();
+    } catch (...) {
+        return dicom::DecodeError{dicom::DecodeError::Kind::CannotRead, "the file cannot be read"};
+    }
+}
+
+/// The file that is open at a path, when the system can tell at once that it is still the one there.
+std::shared_ptr<const ImageFile> ImageLibrary::stillOpen(const QString& path) {
+    {
+        const std::lock_guard lock(mutex_);
+        const auto found = files_.find(path);
+        if (found == files_.end() || found->second.expired()) return nullptr;
+    }
+    const auto identity = stamps_->within(glance_, QFile::encodeName(path).toStdString());
+    return identity ? openedAs(path, *identity) : nullptr;
+}
+
+std::shared_ptr<Opening> ImageLibrary::request(const QString& path, Asker asker) {
+    if (!ahead_) return doneWith(open(path));
+    if (auto file = stillOpen(path)) {
+        frames_->dropFaults(file.get());
+        return doneWith(std::move(file));
+    }
+    std::erase_if(openings_, [](const auto& entry) { return entry.second.expired(); });
+    auto& known = openings_[path];
+    auto wanted = known.lock();
+    if (!wanted || wanted->isDone())
+        known = wanted = std::make_shared<Opening>([this, path] { return open(path); },
+                                                   [this] { arrivals_.tell(); }, asker);
+    ahead_->send(wanted, asker);
+    return wanted;
 }
 
 }  // namespace cinedisc

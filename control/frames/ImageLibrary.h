@@ -1,64 +1,95 @@
 #pragma once
 
 #include "control/frames/FrameArrivals.h"
+#include "control/frames/HeaderText.h"
 #include "control/frames/ImageFile.h"
+#include "control/frames/Opening.h"
 
 #include <QString>
 
 #include <chrono>
-#include <condition_variable>
 #include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <set>
+#include <optional>
 #include <string>
 
 namespace cinedisc {
 
+class LookAhead;
+class StampReader;
+
+/// How long the window waits for the disc.
+enum class Patience {
+    Glance,  ///< too short to be felt; afterwards the view says that it reads
+    Answer,  ///< as long as a command may that cannot go on without
+};
+
 /// The open files of the program by path, and its decoded frames: a file that several views show is opened
-/// once. Owns no file; the views do.
+/// once. Owns no file; the views do. On the user-interface thread but where it says otherwise.
 class ImageLibrary {
   public:
     using Opener =
         std::function<dicom::Result<std::shared_ptr<const dicom::DicomFile>>(const std::string& path)>;
+    using Stamp = std::function<FileStamp(const std::string& path)>;
 
-    /// Without threads of its own: frames are read by whoever asks for them.
-    explicit ImageLibrary(Opener opener, std::shared_ptr<FrameStore> frames = std::make_shared<FrameStore>());
+    /// Without threads of its own: files are opened and frames are read by whoever asks for them.
+    explicit ImageLibrary(Opener opener, std::shared_ptr<FrameStore> frames = std::make_shared<FrameStore>(),
+                          Stamp stamp = FileStamp::of);
     ~ImageLibrary();
     /// The one that all views of the program share; it looks ahead.
     static ImageLibrary& shared();
 
-    /// From now on frames are read and decoded ahead, and a view waits `patience` for the disc and no longer;
-    /// once that was in vain, none waits until a frame has come.
-    void lookAhead(std::chrono::milliseconds patience);
+    /// From now on one thread has the disc, and frames are read and decoded ahead. No one waits longer than
+    /// these times; once a glance was in vain, there are none until a frame has come, and once an answer was,
+    /// none is waited for until the disc has given something.
+    void lookAhead(std::chrono::milliseconds glance,
+                   std::chrono::milliseconds answer = std::chrono::seconds(5));
 
     /// The file at a path: the one already open, unless another has taken its place since. Frames of it that
-    /// could not be shown will be tried again. Never throws; safe to call from any thread.
-    dicom::Result<std::shared_ptr<const ImageFile>> open(const QString& path);
-
-    /// A frame of an open file, counted from 0; null when the disc is slow to give it. On the user-interface
+    /// could not be shown will be tried again. Waits for the disc; never throws; safe to call from any
     /// thread.
-    FrameStore::Decoded frame(const ImageFile& file, int index, Asker asker);
+    Opening::Outcome open(const QString& path);
+    /// The same without waiting, but a glance for a file that is open already. `arrivals` tells when it is
+    /// done. Nothing is opened that nobody holds any more when its turn comes.
+    std::shared_ptr<Opening> request(const QString& path, Asker asker);
+    /// The header of an open file as text; likewise.
+    std::shared_ptr<HeaderText> headerText(std::shared_ptr<const ImageFile> file,
+                                           dicom::LongValues longValues);
+    /// Whether it is done by then.
+    bool waitFor(const Errand& errand, Patience patience);
+
+    /// A frame of an open file, counted from 0, for a view; null when the disc is slow to give it: then
+    /// `arrivals` tells. A view waits for one frame at a time.
+    FrameStore::Decoded frame(const void* view, Asker asker, const std::shared_ptr<const ImageFile>& file,
+                              int index, Patience patience);
+    /// The view waits for no frame any more.
+    void forget(const void* view) { frames_->forget(view); }
 
     FrameStore& frames() { return *frames_; }
     /// Null when frames are not read ahead.
     LookAhead* ahead() { return ahead_.get(); }
-    /// Tells of frames that a view did not wait for.
+    /// Tells of files and frames that a view did not wait for.
     const FrameArrivals& arrivals() const { return arrivals_; }
 
   private:
     std::shared_ptr<const ImageFile> openedAs(const QString& path, const FileStamp& identity);
+    std::shared_ptr<const ImageFile> stillOpen(const QString& path);
+    std::chrono::milliseconds limit(Patience patience) const;
+    void note(Patience patience, bool waitedInVain);
 
     Opener opener_;
     std::shared_ptr<FrameStore> frames_;
+    Stamp stamp_;
     std::mutex mutex_;
-    std::condition_variable opened_;
-    std::set<QString> opening_;
     std::map<QString, std::weak_ptr<const ImageFile>> files_;
+    std::map<QString, std::weak_ptr<Opening>> openings_;
     FrameArrivals arrivals_;
-    std::chrono::milliseconds patience_{0};
-    bool hasWaited_ = false;  ///< in vain
+    std::chrono::milliseconds glance_{0}, answer_{0};
+    bool hasGlanced_ = false;              ///< in vain
+    std::optional<unsigned> gaveUpAfter_;  ///< what the disc had served when an answer was given up
+    std::unique_ptr<StampReader> stamps_;
     std::unique_ptr<LookAhead> ahead_;
 };
 

@@ -7,29 +7,15 @@ namespace cinedisc {
 
 namespace {
 
-/// Frames ahead of a run that does not fit decoded.
-constexpr int shortWindow = 64;
-/// Frames of the run that follows.
-constexpr int framesOfNext = 64;
-/// When frames are played backwards, so many are read forwards at a time.
-constexpr int burstLength = 16;
-/// A disc gives so many frames sooner than it jumps.
-constexpr int worthReadingThrough = 16;
-constexpr std::size_t recentRuns = 8;
+/// Decoders of what is wanted: one is enough unless views turn away from frames that take long.
+constexpr int mostDecodersOfWanted = 4;
 
-std::size_t decodedBytes(const dicom::PixelFormat& format) {
-    const auto cell = static_cast<std::size_t>(format.bitsAllocated <= 8    ? 1
-                                               : format.bitsAllocated <= 16 ? 2
-                                               : format.bitsAllocated <= 32 ? 4
-                                                                            : 8);
-    return cell * static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns) *
-           static_cast<std::size_t>(format.samplesPerPixel);
-}
+bool isPreview(const FrameWish& wish) { return wish.asker == Asker::Preview; }
 
 }  // namespace
 
-LookAhead::LookAhead(FrameStore& store, Surroundings surroundings)
-    : store_(store), surroundings_(std::move(surroundings)) {}
+LookAhead::LookAhead(FrameStore& store, OpenNext openNext)
+    : store_(store), openNext_(std::move(openNext)), plan_(store) {}
 
 LookAhead::~LookAhead() { stop(); }
 
@@ -38,8 +24,7 @@ void LookAhead::stop() {
         const std::lock_guard lock(mutex_);
         stopping_ = true;
     }
-    wakeReader_.notify_all();
-    wakeDecoders_.notify_all();
+    for (auto* sleepers : {&wakeReader_, &wakeDecoders_, &wakeForWanted_}) sleepers->notify_all();
     for (auto& thread : threads_) thread.join();
     threads_.clear();
 }
@@ -50,21 +35,30 @@ void LookAhead::startThreads() {
     // One processor is left to the window: two decoders on two made the first pass faster and later ones
     // slower.
     const unsigned decoders = std::clamp(std::thread::hardware_concurrency(), 2U, 5U) - 1;
-    for (unsigned i = 0; i < decoders; ++i) threads_.emplace_back([this] { decodeLoop(); });
+    for (unsigned i = 0; i < decoders; ++i) startDecoder(Decodes::AlsoAhead);
+    startDecoder(Decodes::WhatIsWanted);
 }
 
-void LookAhead::readFirst(std::shared_ptr<const ImageFile> file, int frame, Asker asker) {
+void LookAhead::startDecoder(Decodes what) {
+    if (what == Decodes::WhatIsWanted) ++decodersOfWanted_;
+    threads_.emplace_back([this, what] { decodeLoop(what); });
+}
+
+void LookAhead::send(const std::shared_ptr<Errand>& errand, Asker asker) {
     const std::lock_guard lock(mutex_);
     startThreads();
-    awaited_.insert({file.get(), frame});
-    const auto isThisOne = [&](const Job& job) { return job.file == file && job.frame == frame; };
-    if (asker == Asker::MainView) {
-        // A main view waits for one frame only; should another window wait too, it asks again.
-        std::erase_if(asked_, [&](const Job& job) { return job.asker == Asker::MainView || isThisOne(job); });
-        asked_.push_front({std::move(file), frame, asker});
-    } else if (std::ranges::none_of(asked_, isThisOne)) {
-        asked_.push_back({std::move(file), frame, asker});
-    }
+    errands_.emplace_back(asker, errand);
+    if (readerIdles_) wakeReader_.notify_one();
+}
+
+void LookAhead::wake() {
+    const std::lock_guard lock(mutex_);
+    startThreads();
+    // All may be at frames that nobody waits for any more.
+    const bool allBusy = busyWithWanted_ == decodersOfWanted_;
+    if (allBusy && decodersOfWanted_ < mostDecodersOfWanted && !stopping_)
+        startDecoder(Decodes::WhatIsWanted);
+    readSomething();
     if (readerIdles_) wakeReader_.notify_one();
 }
 
@@ -72,180 +66,111 @@ void LookAhead::follow(const std::shared_ptr<const ImageFile>& file, int frame, 
                        const QString& next) {
     const std::lock_guard lock(mutex_);
     startThreads();
-    const bool isRun = run_.lock() == file;
-    const bool isSame = isRun && order_.direction == direction;
-    if (isSame && order_.frame == frame && nextPath_ == next) return;
-    if (!isRun) beginRun(file);
-    if (nextPath_ != next) {
-        nextPath_ = next;
-        next_.reset();
-        order_.next = nullptr;
-        isNextTried_ = false;
-        nextCovered_ = 0;
-    }
-    const bool isStep = isSame && frame == order_.ahead(1);
-    if (isStep) {
-        covered_ = std::max(0, covered_ - 1);
-    } else {
-        covered_ = 0;
-        burstEnd_ = -1;
-    }
-    order_.direction = direction;
-    order_.frame = frame;
-    store_.follow(order_);
-    // A frame may have been read before its turn to be decoded.
-    if (!order_.fits && (!isStep || store_.isRead({order_.run, order_.ahead(order_.window)}))) {
+    if (plan_.follow(file, frame, direction, next)) {
         ++read_;
         wakeDecoders_.notify_one();
     }
     if (readerIdles_ && hasWork()) wakeReader_.notify_one();
 }
 
-void LookAhead::beginRun(const std::shared_ptr<const ImageFile>& file) {
-    const auto frameBytes = std::max<std::size_t>(1, decodedBytes(file->dicom().pixelFormat()));
-    run_ = file;
-    order_ = {};
-    order_.run = file.get();
-    order_.frames = file->dicom().frameCount();
-    order_.fits = frameBytes * static_cast<std::size_t>(order_.frames) <= store_.ceiling() / 4 * 3;
-    const auto room = static_cast<int>(std::min<std::size_t>(shortWindow, store_.ceiling() / 4 / frameBytes));
-    order_.window = order_.fits ? order_.frames - 1 : std::min(room, order_.frames - 1);
-    lastRead_ = burstEnd_ = -1;
-    nextPath_.clear();
-    next_.reset();
-    isNextTried_ = false;
-    std::erase(recent_, file);
-}
-
 void LookAhead::leave(const ImageFile* file) {
     const std::lock_guard lock(mutex_);
-    const auto run = run_.lock();
-    if (!run || run.get() != file) return;
-    recent_.push_front(run);
-    if (recent_.size() > recentRuns) recent_.pop_back();
-    run_.reset();
-    order_ = {};
-    covered_ = 0;
-    store_.follow(order_);
+    plan_.leave(file);
+    servedRun_ = nullptr;
 }
 
-bool LookAhead::hasWork() {
-    return !asked_.empty() || nextOfRun() || (!nextPath_.isEmpty() && !isNextTried_) || nextOfFollowing();
-}
+bool LookAhead::hasWork() { return !errands_.empty() || !store_.wishesToRead().empty() || plan_.hasStep(); }
 
-std::optional<LookAhead::Job> LookAhead::nextJob() {
-    if (!asked_.empty()) return jobForAsked();
-    auto run = run_.lock();
-    if (!run) return std::nullopt;
-    if (const auto stretch = nextOfRun()) {
-        lastRead_ = stretch->from;
-        burstEnd_ = stretch->to;
-        return Job{std::move(run), lastRead_};
-    }
-    if (!nextPath_.isEmpty() && !isNextTried_) return Job{};
-    if (const auto frame = nextOfFollowing()) return Job{next_, *frame};
-    return std::nullopt;
+std::shared_ptr<Errand> LookAhead::nextErrand(bool ofPreviews) {
+    std::erase_if(errands_, [](const auto& sent) { return sent.second.expired(); });
+    const auto found = std::ranges::find_if(
+        errands_, [&](const auto& sent) { return (sent.first == Asker::Preview) == ofPreviews; });
+    if (found == errands_.end()) return nullptr;
+    auto errand = found->second.lock();
+    errands_.erase(found);
+    return errand ? errand : nextErrand(ofPreviews);
 }
 
 /// A main view that plays would take turns with the previews, a jump each time: those that wait when it has
 /// been served come all before its next frame.
-LookAhead::Job LookAhead::jobForAsked() {
-    const auto isPreview = [](const Job& job) { return job.asker == Asker::Preview; };
-    auto chosen = asked_.begin();
-    if (previewsFirst_) chosen = std::ranges::find_if(asked_, isPreview);
-    if (chosen == asked_.end()) chosen = asked_.begin();
-    if (chosen->file.get() == order_.run) {
-        const bool isSoonReached = lastRead_ >= 0 && chosen->frame > lastRead_ + 1 &&
-                                   chosen->frame <= lastRead_ + worthReadingThrough;
-        while (isSoonReached && ++lastRead_ < chosen->frame) {
-            if (store_.isMissing({order_.run, lastRead_})) return {chosen->file, lastRead_};
-        }
-        lastRead_ = chosen->frame;
-    }
-    Job job = std::move(*chosen);
-    asked_.erase(chosen);
-    previewsFirst_ = (previewsFirst_ || !isPreview(job)) && std::ranges::any_of(asked_, isPreview);
-    return job;
-}
-
-/// What is to be read next of the run. Played backwards, a stretch of frames is read forwards.
-std::optional<LookAhead::Stretch> LookAhead::nextOfRun() {
-    const auto isMissing = [this](int frame) { return store_.isMissing({order_.run, frame}); };
-    for (int frame = lastRead_ + 1; frame <= burstEnd_; ++frame) {
-        if (isMissing(frame)) return Stretch{frame, burstEnd_};
-    }
-    const int reach = order_.fits || store_.hasRoomForBytes() ? order_.frames - 1 : order_.window;
-    for (; covered_ < reach; ++covered_) {
-        const int frame = order_.ahead(covered_ + 1);
-        if (!isMissing(frame)) continue;
-        int from = frame;
-        if (order_.direction == PlayDirection::Reverse) {
-            while (from > 0 && frame - from < burstLength - 1 && isMissing(from - 1)) --from;
-        }
-        return Stretch{from, frame};
-    }
+std::optional<LookAhead::Job> LookAhead::nextJob() {
+    if (auto errand = nextErrand(false)) return Job{std::move(errand), nullptr, 0};
+    const auto wishes = store_.wishesToRead();
+    const auto preview = std::ranges::find_if(wishes, isPreview);
+    const bool isMainFirst = !wishes.empty() && !isPreview(wishes.front());
+    if (isMainFirst && wishes.front().run.get() != servedRun_) return jobFor(wishes.front());
+    if (auto run = std::exchange(opened_, {}).lock(); run && store_.isMissing({run.get(), 0}))
+        return Job{nullptr, std::move(run), 0};
+    if (preview != wishes.end()) return jobFor(*preview);
+    if (auto errand = nextErrand(true)) return Job{std::move(errand), nullptr, 0};
+    if (isMainFirst) return jobFor(wishes.front());
+    if (auto step = plan_.step()) return Job{nullptr, std::move(step->file), step->frame};
     return std::nullopt;
 }
 
-std::optional<int> LookAhead::nextOfFollowing() {
-    if (!next_) return std::nullopt;
-    const int frames = next_->dicom().frameCount();
-    const int wanted = std::min(frames, order_.fits ? framesOfNext : 1);
-    const int from = order_.direction == PlayDirection::Forward ? 0 : frames - wanted;
-    for (; nextCovered_ < wanted; ++nextCovered_) {
-        if (store_.isMissing({next_.get(), from + nextCovered_})) return from + nextCovered_;
-    }
-    return std::nullopt;
+LookAhead::Job LookAhead::jobFor(const FrameWish& wish) {
+    const int frame = plan_.onTheWayTo(wish.key());
+    if (!isPreview(wish) && frame == wish.index) servedRun_ = wish.run.get();
+    return {nullptr, wish.run, frame};
 }
 
-void LookAhead::openNext(Lock& lock) {
-    isNextTried_ = true;
-    const QString path = nextPath_;
-    lock.unlock();
-    auto file = surroundings_.open(path);
-    lock.lock();
-    if (!file || nextPath_ != path || file.get() == order_.run) return;
-    next_ = std::move(file);
-    nextCovered_ = 0;
-    order_.next = next_.get();
-    store_.follow(order_);
+void LookAhead::run(const Job& job, Lock& lock) {
+    if (job.errand) {
+        lock.unlock();
+        job.errand->run();
+        lock.lock();
+        if (auto run = job.errand->toBeLookedAt()) opened_ = run;
+    } else if (!job.run) {
+        const QString path = plan_.beginOpeningNext();
+        lock.unlock();
+        auto file = openNext_(path);
+        lock.lock();
+        plan_.openedNext(path, std::move(file));
+    } else {
+        lock.unlock();
+        store_.read({job.run.get(), job.frame});
+        lock.lock();
+        readSomething();
+    }
+    ++served_;
+}
+
+void LookAhead::readSomething() {
+    ++read_;
+    wakeDecoders_.notify_one();
+    wakeForWanted_.notify_one();
 }
 
 void LookAhead::readLoop() {
     Lock lock(mutex_);
     while (!stopping_) {
         auto job = nextJob();
-        if (!job) {
-            readerIdles_ = true;
-            wakeReader_.wait(lock);
-            readerIdles_ = false;
-        } else if (!job->file) {
-            openNext(lock);
-        } else {
-            const FrameKey key{job->file.get(), job->frame};
-            lock.unlock();
-            store_.read(key);
-            job.reset();
-            lock.lock();
-            if (awaited_.erase(key) > 0) surroundings_.arrived();
-            ++read_;
-            wakeDecoders_.notify_one();
+        if (job) {
+            run(*job, lock);
+            continue;
         }
+        readerIdles_ = true;
+        wakeReader_.wait(lock);
+        readerIdles_ = false;
     }
 }
 
-void LookAhead::decodeLoop() {
+void LookAhead::decodeLoop(Decodes what) {
+    const bool alsoAhead = what == Decodes::AlsoAhead;
     Lock lock(mutex_);
     while (!stopping_) {
         const unsigned seen = read_;
-        auto run = run_.lock();
-        auto next = next_;
+        auto run = plan_.run();
+        auto next = plan_.next();
+        if (!alsoAhead) ++busyWithWanted_;
         lock.unlock();
-        const bool decoded = store_.decodeNextDue(run.get(), next.get());
+        const bool decoded =
+            store_.decodeWanted() || (alsoAhead && store_.decodeNextDue(run.get(), next.get()));
         run.reset();
         next.reset();
         lock.lock();
-        if (!decoded && seen == read_ && !stopping_) wakeDecoders_.wait(lock);
+        if (!alsoAhead) --busyWithWanted_;
+        if (!decoded && seen == read_ && !stopping_) (alsoAhead ? wakeDecoders_ : wakeForWanted_).wait(lock);
     }
 }
 

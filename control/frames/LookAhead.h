@@ -1,41 +1,40 @@
 #pragma once
 
-#include "control/frames/ImageFile.h"
-#include "control/frames/PlayOrder.h"
+#include "control/frames/Errand.h"
+#include "control/frames/ReadingPlan.h"
 
 #include <QString>
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <set>
+#include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace cinedisc {
 
-class ImageLibrary;
-
-/// Reads and decodes what will be looked at next: the run that is played, in its direction, then the
-/// beginning of the one that may follow. One thread reads, in file order where that is possible, because a
-/// disc hates jumps; others decode. What is looked at now comes before all else.
+/// The threads that read and decode. One reads, because a disc hates jumps: what a command or the main view
+/// waits for, then what the previews wait for, then what will be looked at next. Others decode: some of them
+/// only what a view waits for, so that no frame that nobody waits for any more is in its way.
 ///
-/// Threads start with the first frame that is asked for.
+/// Threads start with the first thing that is asked for.
 class LookAhead {
   public:
-    /// What the reader does with files that follow, and whom it tells. All are called in its thread.
-    struct Surroundings {
-        std::function<std::shared_ptr<const ImageFile>(const QString&)> open;  ///< null: cannot be shown
-        std::function<void()> arrived;  ///< a frame that was asked for has been read
-    };
-    LookAhead(FrameStore& store, Surroundings surroundings);
+    /// Opens the file that follows; called in the reader's thread. Null when it cannot be shown.
+    using OpenNext = std::function<std::shared_ptr<const ImageFile>(const QString&)>;
+    LookAhead(FrameStore& store, OpenNext openNext);
     ~LookAhead();
 
-    /// Reads a frame, counted from 0, as soon as the disc is free: the one that the main view asked for last,
-    /// then those of the previews in their order.
-    void readFirst(std::shared_ptr<const ImageFile> file, int frame, Asker asker);
+    /// Runs an errand as soon as the disc is free, in the reader's thread; never when everybody has let it go
+    /// by then.
+    void send(const std::shared_ptr<Errand>& errand, Asker asker);
+    /// The store has a new wish.
+    void wake();
 
     /// A view shows this frame of a file and moves in a direction, at the end into the file `next` ("" into
     /// none). Cheap: to be told with every frame.
@@ -43,52 +42,45 @@ class LookAhead {
                 const QString& next);
     /// The view is about to show something else.
     void leave(const ImageFile* file);
+    /// Grows whenever the disc has given something.
+    unsigned served() const { return served_; }
     /// Ends the threads. What is being read is waited for.
     void stop();
 
   private:
     struct Job {
-        std::shared_ptr<const ImageFile> file;  ///< null: open the file that follows
+        std::shared_ptr<Errand> errand;
+        std::shared_ptr<const FrameSteps> run;  ///< null without an errand: open the file that follows
         int frame = 0;
-        Asker asker = Asker::Preview;
     };
+    enum class Decodes { WhatIsWanted, AlsoAhead };
     using Lock = std::unique_lock<std::mutex>;
 
     void startThreads();
+    void startDecoder(Decodes what);
     void readLoop();
-    void decodeLoop();
-    std::optional<Job> nextJob();
-    Job jobForAsked();
-    struct Stretch {
-        int from = 0, to = 0;  ///< frames, both of them read
-    };
-    std::optional<Stretch> nextOfRun();
-    std::optional<int> nextOfFollowing();
-    void openNext(Lock& lock);
-    void beginRun(const std::shared_ptr<const ImageFile>& file);
+    void decodeLoop(Decodes what);
     bool hasWork();
+    std::optional<Job> nextJob();
+    std::shared_ptr<Errand> nextErrand(bool ofPreviews);
+    Job jobFor(const FrameWish& wish);
+    void run(const Job& job, Lock& lock);
+    void readSomething();
 
     FrameStore& store_;
-    const Surroundings surroundings_;
+    const OpenNext openNext_;
 
     std::mutex mutex_;
-    std::condition_variable wakeReader_, wakeDecoders_;
+    std::condition_variable wakeReader_, wakeDecoders_, wakeForWanted_;
     bool stopping_ = false;
     bool readerIdles_ = false;
-    unsigned read_ = 0;      ///< grows whenever there may be something to decode
-    std::deque<Job> asked_;  ///< the main view's, if there is one, is the first
-    bool previewsFirst_ = false;
-    std::set<FrameKey> awaited_;          ///< what has been asked for and not been read
-    std::weak_ptr<const ImageFile> run_;  ///< what order_ is about
-    PlayOrder order_;
-    int covered_ = 0;    ///< steps ahead up to which nothing is missing
-    int lastRead_ = -1;  ///< frame of the run
-    int burstEnd_ = -1;  ///< frames are read upwards from lastRead_ to this one
-    QString nextPath_;
-    std::shared_ptr<const ImageFile> next_;
-    bool isNextTried_ = false;
-    int nextCovered_ = 0;                                  ///< its frames that are not missing
-    std::deque<std::shared_ptr<const ImageFile>> recent_;  ///< runs played before, kept open
+    unsigned read_ = 0;  ///< grows whenever there may be something to decode
+    int decodersOfWanted_ = 0, busyWithWanted_ = 0;
+    std::deque<std::pair<Asker, std::weak_ptr<Errand>>> errands_;
+    std::weak_ptr<const FrameSteps> opened_;  ///< its first frame stands behind what was read last
+    const FrameSteps* servedRun_ = nullptr;   ///< of the main view's last frame
+    ReadingPlan plan_;
+    std::atomic<unsigned> served_ = 0;
     std::vector<std::thread> threads_;
 };
 

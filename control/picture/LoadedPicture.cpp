@@ -2,6 +2,8 @@
 
 #include "control/frames/LookAhead.h"
 
+#include <utility>
+
 namespace cinedisc {
 
 namespace {
@@ -11,33 +13,52 @@ const WindowInForce colorWindow{false, {127.5, 255, dicom::Window::Function::Lin
 
 }  // namespace
 
+LoadedPicture::~LoadedPicture() { library_.forget(this); }
+
 LoadedPicture::Loaded LoadedPicture::load(const QString& path) {
-    // The old file is held until the new one is open: it may be the same.
-    auto opened =
-        path.isEmpty() ? dicom::Result<std::shared_ptr<const ImageFile>>(nullptr) : library_.open(path);
-    const auto file = opened ? opened.value() : nullptr;
+    // The old file is held until the new one is asked for: it may be the same.
+    auto opening = path.isEmpty() ? nullptr : library_.request(path, asker_);
     const bool isFresh =
         currentFrame_ == 1 && polarity == 1 && !choice_.isMade() && decoded_ && decoded_->ok();
-    if (file && file == file_ && path == path_ && isFresh) return Loaded::AsItWas;
+    const bool isSame = opening && opening->isDone() && opening->outcome().ok() && file_ &&
+                        opening->outcome().value() == file_ && path == path_;
+    if (isSame && isFresh) return Loaded::AsItWas;
 
     if (auto* const ahead = library_.ahead(); ahead && file_) ahead->leave(file_.get());
+    library_.forget(this);
     path_ = path;
-    file_ = file;
+    choice_ = {};
+    polarity = 1;
+    currentFrame_ = 1;
+    opening_ = std::move(opening);
+    if (isOpening() && opening_->isDone()) {
+        settle(Patience::Glance);
+    } else {
+        take(Opening::Outcome(nullptr));
+    }
+    return Loaded::Anew;
+}
+
+LoadedPicture::Settled LoadedPicture::settle(Patience patience) {
+    if (!opening_) return Settled::Already;
+    if (!library_.waitFor(*opening_, patience)) return Settled::NotYet;
+    take(std::exchange(opening_, nullptr)->outcome());
+    return Settled::Now;
+}
+
+void LoadedPicture::take(const Opening::Outcome& outcome) {
+    file_ = outcome ? outcome.value() : nullptr;
     ++fileRevision_;
     ++frameRevision_;
     decoded_.reset();
     fileWindow_.reset();
     fileFault_.reset();
-    choice_ = {};
-    polarity = 1;
-    currentFrame_ = 1;
-    if (!opened) {
-        fileFault_ = opened.error();
+    if (!outcome) {
+        fileFault_ = outcome.error();
     } else if (file_ && frameCount() == 0) {
         fileFault_ = file_->dicom().pictureError().value_or(
             dicom::DecodeError{dicom::DecodeError::Kind::NoPicture, "this file holds no picture"});
     }
-    return Loaded::Anew;
 }
 
 bool LoadedPicture::show(int frame) {
@@ -51,15 +72,25 @@ bool LoadedPicture::show(int frame) {
 }
 
 const dicom::Frame* LoadedPicture::frame() const {
-    if (frameCount() == 0) return nullptr;
-    if (!decoded_) decoded_ = library_.frame(*file_, currentFrame_ - 1, asker_);
+    fetch(Patience::Glance);
     return decoded_ && decoded_->ok() ? &decoded_->value() : nullptr;
 }
 
-bool LoadedPicture::isAwaited() const { return frameCount() > 0 && !frame() && !decoded_; }
+void LoadedPicture::fetch(Patience patience) const {
+    if (frameCount() == 0 || decoded_) return;
+    if (lacksRange()) {
+        const auto first = library_.frame(this, asker_, file_, 0, patience);
+        if (!first) return;
+        file_->noteFirstFrame(*first);
+    }
+    decoded_ = library_.frame(this, asker_, file_, currentFrame_ - 1, patience);
+}
 
-void LoadedPicture::await() const {
-    if (frameCount() > 0 && !decoded_) decoded_ = file_->frame(currentFrame_ - 1);
+bool LoadedPicture::isAwaited() const { return isOpening() || (frameCount() > 0 && !frame() && !decoded_); }
+
+void LoadedPicture::await() {
+    settle(Patience::Answer);
+    fetch(Patience::Answer);
 }
 
 void LoadedPicture::lookAhead(PlayDirection direction, const QString& next) const {
@@ -80,6 +111,32 @@ bool LoadedPicture::isColor() const {
            (format.photometric == dicom::Photometric::PaletteColor && file_->dicom().palette());
 }
 
+/// Whether the file's own window depends on a first frame that has not been looked at.
+bool LoadedPicture::lacksRange() const {
+    const auto& format = file_->dicom().pixelFormat();
+    const bool narrow = format.sampleKind == dicom::SampleKind::Integer && format.bitsStored <= 8;
+    return !fileWindow_ && !narrow && !isColor() && !file_->firstFrameRange() &&
+           !ownWindow(file_->dicom().greyTransform(currentFrame_ - 1));
+}
+
+void LoadedPicture::learnRange(Patience patience) const {
+    if (file_->firstFrameRange()) return;
+    // A wish of its own: the view may be waiting for the frame shown.
+    const void* const question = &fileWindow_;
+    const auto first = library_.frame(question, asker_, file_, 0, patience);
+    library_.forget(question);
+    if (first) file_->noteFirstFrame(*first);
+}
+
+ValueRange LoadedPicture::firstFrameRange() const {
+    return file_->firstFrameRange().value_or(expressibleRange(file_->dicom().pixelFormat()));
+}
+
+void LoadedPicture::awaitWindow() {
+    if (settle(Patience::Answer) != Settled::NotYet && frameCount() > 0 && lacksRange())
+        learnRange(Patience::Answer);
+}
+
 WindowInForce LoadedPicture::fileWindow() const {
     if (fileWindow_) return *fileWindow_;
     if (frameCount() == 0) {
@@ -88,14 +145,17 @@ WindowInForce LoadedPicture::fileWindow() const {
     }
     const auto& file = file_->dicom();
     const auto grey = file.greyTransform(currentFrame_ - 1);
-    fileWindow_ = ownWindow(grey);
-    if (!fileWindow_) {
-        const auto& format = file.pixelFormat();
-        const bool narrow = format.sampleKind == dicom::SampleKind::Integer && format.bitsStored <= 8;
-        const auto stored = narrow ? expressibleRange(format) : file_->firstFrameRange();
-        fileWindow_ = windowOver(modalityRange(grey, stored), format.sampleKind);
+    if (const auto own = ownWindow(grey)) {
+        fileWindow_ = own;
+        return *fileWindow_;
     }
-    return *fileWindow_;
+    const auto& format = file.pixelFormat();
+    const bool narrow = format.sampleKind == dicom::SampleKind::Integer && format.bitsStored <= 8;
+    const auto stored = narrow ? expressibleRange(format) : firstFrameRange();
+    const auto window = windowOver(modalityRange(grey, stored), format.sampleKind);
+    // What was answered for want of the first frame does not last.
+    if (narrow || file_->firstFrameRange()) fileWindow_ = window;
+    return window;
 }
 
 WindowInForce LoadedPicture::window() const {

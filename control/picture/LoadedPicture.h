@@ -15,13 +15,21 @@ namespace cinedisc {
 class LoadedPicture {
   public:
     explicit LoadedPicture(ImageLibrary& library) : library_(library) {}
+    ~LoadedPicture();
+    LoadedPicture(const LoadedPicture&) = delete;
+    LoadedPicture& operator=(const LoadedPicture&) = delete;
 
     /// Whether its frames come before those of others on a slow disc.
     void setAsker(Asker asker) { asker_ = asker; }
 
     enum class Loaded { Anew, AsItWas };
-    /// Opens a file as its header says. "" unloads. The same file may look as it did.
+    /// Loads a file as its header says. "" unloads. The same file may look as it did. On a slow disc it is
+    /// not open yet: it has no frames before it is settled.
     Loaded load(const QString& path);
+    bool isOpening() const { return opening_ != nullptr; }
+    /// Takes what has been opened, if it has been within the patience. What was put meanwhile holds.
+    enum class Settled { Already, Now, NotYet };
+    Settled settle(Patience patience);
     /// What comes after the frame shown is read and decoded ahead, at the end from the file `next`, "" for
     /// none.
     void lookAhead(PlayDirection direction, const QString& next) const;
@@ -29,6 +37,12 @@ class LoadedPicture {
     const QString& path() const { return path_; }
     /// The open file, null when there is none or it could not be read.
     const ImageFile* file() const { return file_.get(); }
+    /// Its header as text, null without a file.
+    std::shared_ptr<HeaderText> headerText(dicom::LongValues longValues) const {
+        return file_ ? library_.headerText(file_, longValues) : nullptr;
+    }
+    /// Whether that, or another errand, is done within the patience.
+    bool waitFor(const Errand& errand, Patience patience) const { return library_.waitFor(errand, patience); }
     int frameCount() const { return file_ ? file_->dicom().frameCount() : 0; }
     /// Counted from 1.
     int currentFrame() const { return currentFrame_; }
@@ -38,10 +52,12 @@ class LoadedPicture {
     /// The frame shown; null when there is no picture, this frame cannot be shown or the disc has not given
     /// it yet.
     const dicom::Frame* frame() const;
+    /// What lies over that frame, null for nothing.
+    const CoverPlane* cover() const { return decoded_ ? decoded_->cover.get() : nullptr; }
     /// Whether there will be a frame, but the disc has not given it yet. Looks at the frame.
     bool isAwaited() const;
-    /// Waits for the frame shown, however slow the disc.
-    void await() const;
+    /// Waits for the frame shown as long as a command may.
+    void await();
     /// Why nothing can be shown: of the file, or of this frame. Empty when there is a picture or nothing is
     /// loaded.
     std::optional<dicom::DecodeError> fault() const;
@@ -53,6 +69,8 @@ class LoadedPicture {
     /// The window in force. Colour has a fixed one; without a picture it is the one that was last in force or
     /// put.
     WindowInForce window() const;
+    /// Waits as long as a command may for what the file's own window depends on.
+    void awaitWindow();
     void putWindowCenter(double center);
     void putWindowWidth(double width);
     const WindowChoice& windowChoice() const { return choice_; }
@@ -67,10 +85,16 @@ class LoadedPicture {
 
   private:
     WindowInForce fileWindow() const;
+    bool lacksRange() const;
+    void fetch(Patience patience) const;
+    void learnRange(Patience patience) const;
+    ValueRange firstFrameRange() const;
+    void take(const Opening::Outcome& outcome);
 
     ImageLibrary& library_;
     Asker asker_ = Asker::MainView;
     QString path_;
+    std::shared_ptr<Opening> opening_;  ///< of path_, until it is settled
     std::shared_ptr<const ImageFile> file_;
     std::optional<dicom::DecodeError> fileFault_;
     int currentFrame_ = 1;

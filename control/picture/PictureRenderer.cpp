@@ -34,8 +34,7 @@ const DisplayRule& PictureRenderer::rule(const dicom::Frame& frame) {
 }
 
 void PictureRenderer::drawInto(const PixelTarget& target, const dicom::Frame& frame, const ScalePlan& plan) {
-    const auto cover = picture_.file()->cover(picture_.currentFrame() - 1);
-    scaler_.draw(FrameRows(frame, rule(frame), cover.get()), plan.columns, plan.rows, target);
+    scaler_.draw(FrameRows(frame, rule(frame), picture_.cover()), plan.columns, plan.rows, target);
 }
 
 void PictureRenderer::drawInto(QImage& into, const dicom::Frame& frame, const ScalePlan& plan) {

@@ -37,7 +37,7 @@ CoverKind coverKind(const dicom::DicomFile& file) {
                                                                            : CoverKind::SameOnAllFrames;
 }
 
-CoverPlane coverOf(const dicom::DicomFile& file, int frame) {
+CoverPlane coverOf(const dicom::DicomFile& file, int frame, const dicom::FrameBytes* bytes) {
     const auto& format = file.pixelFormat();
     const auto shutter = file.shutter(frame);
     // The presentation value is a P-value of 16 bits (PS3.3 C.7.6.11); black when there is none.
@@ -47,7 +47,8 @@ CoverPlane coverOf(const dicom::DicomFile& file, int frame) {
     cover.grey = grey;
     cover.hidden = hiddenByShutter(shutter, format.rows, format.columns);
     for (const auto& overlay : file.overlays()) {
-        const auto bits = file.overlayBits(overlay, frame);
+        const auto bits =
+            bytes ? file.overlayBitsIn(*bytes, overlay, frame) : file.overlayBits(overlay, frame);
         if (bits.empty()) continue;
         const bool isShutter = shutter.bitmapGroup == overlay.group;
         layOverlay(isShutter ? cover.hidden : cover.white, format, overlay, bits);

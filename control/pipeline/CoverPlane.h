@@ -3,6 +3,7 @@
 #include "control/pipeline/BitPlane.h"
 #include "dicom/DicomFile.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -30,8 +31,8 @@ enum class CoverKind { None, SameOnAllFrames, FrameByFrame };
 CoverKind coverKind(const dicom::DicomFile& file);
 
 /// The cover of one frame, counted from 0; empty when nothing lies over it. Overlays are white and lie on the
-/// shutter.
-CoverPlane coverOf(const dicom::DicomFile& file, int frame);
+/// shutter. `bytes`: that frame as it was read, so that overlays in its pixel cells need not be read again.
+CoverPlane coverOf(const dicom::DicomFile& file, int frame, const dicom::FrameBytes* bytes = nullptr);
 
 /// What the shutter's shapes hide. Empty when no shape can be used: a shape without an area, or shapes that
 /// together hide everything, are faults of the file and cover nothing.

@@ -38,12 +38,14 @@ TEST(OpenCommand, ProbesTheFirstPatientAndFillsTheTree) {
     EXPECT_EQ(form.dialogs.asked, QStringList());
 }
 
-TEST(OpenCommand, StillsDiscShowsTheStillsPanel) {
-    OpenedDisc opened({patientOf("S", {{1}, {1, 1}})});
-    EXPECT_TRUE(opened.form.behaviour.place.position().StillsMode);
-    EXPECT_TRUE(opened.form.Frame8.Visible());
-    EXPECT_FALSE(opened.form.Frame9.Visible());
-    EXPECT_EQ(opened.form.File1.Path(), opened.series("Patient000", "Series1"));
+TEST(OpenCommand, ShowsThePanelOfWhatTheFirstFileHolds) {
+    // A slow disc (-1) makes no stills of a cine.
+    for (const auto& [frames, stills] : {std::pair(0, true), {1, true}, {2, false}, {-1, false}}) {
+        OpenedDisc opened({patientOf("S", {{frames}, {1, 1}})});
+        EXPECT_EQ(opened.form.behaviour.place.position().StillsMode, stills) << frames;
+        EXPECT_EQ(opened.form.Frame8.Visible(), stills) << frames;
+        EXPECT_EQ(opened.form.Frame9.Visible(), !stills) << frames;
+    }
 }
 
 TEST(OpenCommand, MissingCatalogueAsksForAFolder) {

@@ -132,9 +132,9 @@ TEST(Cover, IsAskedForFrameByFrameOnlyWhenItChanges) {
         return frame == 1 ? std::vector<std::uint8_t>{1, 0, 0, 0} : std::vector<std::uint8_t>{};
     };
     ImageFile image(file, {}, std::make_shared<FrameStore>());
-    EXPECT_TRUE(image.cover(0)->empty());
-    EXPECT_TRUE(image.cover(1)->white.at(0, 0));
-    EXPECT_TRUE(image.cover(2)->empty());
+    EXPECT_TRUE(image.frame(0)->cover->empty());
+    EXPECT_EQ(image.frame(1)->cover->white.at(0, 0), true);
+    EXPECT_TRUE(image.frame(2)->cover->empty());
 }
 
 TEST(Cover, IgnoresOverlaysWithTooFewBits) {

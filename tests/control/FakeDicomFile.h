@@ -34,9 +34,15 @@ class FakeDicomFile : public dicom::DicomFile {
     std::function<dicom::Frame(int)> picture;
     std::set<int> broken;              ///< frames that cannot be decoded, from 0
     std::function<void(int)> reading;  ///< called when a frame, from 0, is read
+    std::function<void()> readingBehind;
+    std::size_t readBytes = 0;  ///< of a frame
     mutable std::atomic<int> decodeCount = 0;
 
     const dicom::DataSet& header() const override { return headerData; }
+    dicom::DataSet elementsBehindPixels() const override {
+        if (readingBehind) readingBehind();
+        return {};
+    }
     const std::string& transferSyntax() const override { return syntax; }
     const dicom::PixelFormat& pixelFormat() const override { return format; }
     dicom::Compression compression() const override { return dicom::Compression::None; }
@@ -45,7 +51,9 @@ class FakeDicomFile : public dicom::DicomFile {
     const std::optional<dicom::DecodeError>& pictureError() const override { return error; }
     dicom::Result<dicom::FrameBytes> readFrame(int frame) const override {
         if (reading) reading(frame);
-        return dicom::FrameBytes{};
+        dicom::FrameBytes read;
+        read.storage.resize(readBytes);
+        return read;
     }
     dicom::Result<dicom::Frame> decodeRead(int frame, const dicom::FrameBytes&) const override {
         ++decodeCount;
@@ -130,10 +138,12 @@ inline std::shared_ptr<FakeDicomFile> colourRun(int columns, int rows, std::func
 /// A library that opens what a test put under a path; any other path is a file that cannot be read.
 struct FakeLibrary {
     std::map<std::string, std::shared_ptr<const dicom::DicomFile>> files;
-    int opened = 0;
+    std::atomic<int> opened = 0;
+    std::function<void(const std::string& path)> opening;
     ImageLibrary library{
         [this](const std::string& path) -> dicom::Result<std::shared_ptr<const dicom::DicomFile>> {
             ++opened;
+            if (opening) opening(path);
             const auto found = files.find(path);
             if (found != files.end()) return found->second;
             dicom::DecodeError fault;

@@ -3,17 +3,20 @@
 #include "tests/support/Journal.h"
 #include "viewer/ViewerControl.h"
 
+#include <algorithm>
+
 namespace cinedisc::test {
 
 /// A viewer that shows nothing and writes down every put. A file's frames are the number that the file holds
-/// as text; a file that cannot be read has none.
+/// as text; a file that cannot be read has none, and of -1 frames the disc gives no answer.
 class RecordingViewer : public ViewerControl {
   public:
     RecordingViewer(QString name, Journal& journal) : name_(std::move(name)), journal_(journal) {}
 
     QString FileName() const override { return fileName_; }
     void putFileName(const QString& path) override;
-    qint32 FrameCount() const override { return frameCount_; }
+    qint32 FrameCount() const override { return std::max(frameCount_, 0); }
+    bool isReading() const override { return frameCount_ < 0; }
     qint32 CurrentFrame() const override { return currentFrame_; }
     void putCurrentFrame(qint32 frame) override;
     qint32 ThumbIndex() const override { return thumbIndex_; }

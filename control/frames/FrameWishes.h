@@ -1,0 +1,50 @@
+#pragma once
+
+#include "control/frames/FrameSteps.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace cinedisc {
+
+/// A frame that a view waits for.
+struct FrameWish {
+    const void* view = nullptr;
+    Asker asker = Asker::Preview;
+    std::shared_ptr<const FrameSteps> run;
+    int index = 0;  ///< counted from 0
+
+    FrameKey key() const { return {run.get(), index}; }
+};
+
+/// What the views wait for, each for one frame at most: a main view's first, the last asked before the
+/// others, then the previews' as they were asked. What has come stays here until its view takes it, whatever
+/// the store lets go of.
+class FrameWishes {
+  public:
+    using Decoded = std::shared_ptr<const DecodedFrame>;
+
+    /// Takes the place of what the view wanted before, which is handed back; the same frame keeps its turn.
+    std::optional<FrameWish> put(FrameWish wish);
+    std::optional<FrameWish> remove(const void* view);
+    /// Whether anybody waits for it.
+    bool wants(const FrameKey& key) const;
+    /// A frame has come. Answers whether anybody waited for it.
+    bool fulfil(const FrameKey& key, const Decoded& frame);
+    /// What has come for a view, null when nothing has.
+    Decoded arrivedFor(const void* view) const;
+    /// Those that nothing has come for, in their order.
+    std::vector<FrameWish> open() const;
+
+  private:
+    struct Entry {
+        FrameWish wish;
+        Decoded frame;
+    };
+    std::vector<Entry>::iterator of(const void* view);
+
+    std::vector<Entry> entries_;
+};
+
+}  // namespace cinedisc

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "control/frames/Errand.h"
+#include "control/frames/ImageFile.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace cinedisc {
+
+/// The header of an open file as text, some of which may still lie on the disc.
+class HeaderText : public Errand {
+  public:
+    /// `written` is called by the reader when the text is there.
+    HeaderText(std::shared_ptr<const ImageFile> file, dicom::LongValues longValues,
+               std::function<void()> written)
+        : file_(std::move(file)), longValues_(longValues), written_(std::move(written)) {}
+    /// Once it is done, as UTF-8.
+    const std::string& text() const { return text_; }
+
+  private:
+    void work() override { text_ = dicom::headerText(file_->dicom(), longValues_); }
+    void tell() override { written_(); }
+
+    const std::shared_ptr<const ImageFile> file_;
+    const dicom::LongValues longValues_;
+    const std::function<void()> written_;
+    std::string text_;
+};
+
+}  // namespace cinedisc
