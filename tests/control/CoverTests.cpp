@@ -125,13 +125,20 @@ TEST(Cover, IsAskedForFrameByFrameOnlyWhenItChanges) {
     EXPECT_EQ(coverKind(*file), CoverKind::None);
     file->overlayPlanes = {overlay(0x6000, 2, 2, 1, 1)};
     EXPECT_EQ(coverKind(*file), CoverKind::SameOnAllFrames);
+    const auto store = std::make_shared<FrameStore>();
+    ImageFile same(file, {}, store);
+    ASSERT_TRUE(same.frame(0)->cover);
+    EXPECT_EQ(same.frame(0)->cover, same.frame(1)->cover);
+    EXPECT_EQ(same.frame(1)->byteSize(), sizeof(DecodedFrame) + 16);
     file->overlayPlanes[0].multiFrame = true;
     EXPECT_EQ(coverKind(*file), CoverKind::FrameByFrame);
 
     file->bitsOf = [](const Overlay&, int frame) {
         return frame == 1 ? std::vector<std::uint8_t>{1, 0, 0, 0} : std::vector<std::uint8_t>{};
     };
-    ImageFile image(file, {}, std::make_shared<FrameStore>());
+    ImageFile image(file, {}, store);
+    EXPECT_EQ(image.decodedFrameBytes(), 48U);
+    EXPECT_EQ(image.frame(1)->byteSize(), sizeof(DecodedFrame) + 48);
     EXPECT_TRUE(image.frame(0)->cover->empty());
     EXPECT_EQ(image.frame(1)->cover->white.at(0, 0), true);
     EXPECT_TRUE(image.frame(2)->cover->empty());
