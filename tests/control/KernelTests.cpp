@@ -92,28 +92,5 @@ TEST_F(RowKernelSets, DrawTheSameRows) {
     }
 }
 
-TEST_F(RowKernelSets, ScaleTheSame) {
-    for (int round = 0; round < 4000; ++round) {
-        const int source = 1 + upTo(120), scaled = 1 + upTo(round % 2 ? 120 : 700);
-        const int from = upTo(scaled - 1), to = from + 1 + upTo(scaled - from - 1);
-        const AxisTable columns(source, scaled, from, to,
-                                random() % 8 ? Smoothing::Smooth : Smoothing::Nearest);
-        const auto used = static_cast<std::size_t>(columns.sourceTo() - columns.sourceFrom());
-        const Bytes row = noise(used + RowKernels::slack);
-        std::vector<std::uint16_t> byPlain(static_cast<std::size_t>(columns.size() + RowKernels::slack));
-        auto byFast = byPlain;
-        plain.scale(row.data(), columns, byPlain.data());
-        fast->scale(row.data(), columns, byFast.data());
-        for (int x = 0; x < columns.size(); ++x) {
-            const auto i = static_cast<std::size_t>(x);
-            ASSERT_EQ(byPlain[i], byFast[i]) << source << " to " << scaled << " from " << from << " at " << x;
-        }
-        Bytes pickedPlain(static_cast<std::size_t>(columns.size())), pickedFast = pickedPlain;
-        plain.pick(row.data(), columns, pickedPlain.data());
-        fast->pick(row.data(), columns, pickedFast.data());
-        ASSERT_EQ(pickedPlain, pickedFast);
-    }
-}
-
 }  // namespace
 }  // namespace cinedisc

@@ -154,8 +154,8 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
     const auto upTo = [&](int most) { return 1 + static_cast<int>(random() % static_cast<unsigned>(most)); };
     for (int round = 0; round < 400; ++round) {
         FakeDicomFile file;
-        auto frame = randomFrame(random, file, upTo(140), upTo(40));
         const bool isEven = round % 10 == 0;  // keeps its colour to the bit at any scale
+        auto frame = randomFrame(random, file, upTo(isEven ? 4 : 140), upTo(isEven ? 900 : 40));
         if (isEven) {
             frame.samples =
                 std::vector<std::uint8_t>(frame.pixelCount() * 3, static_cast<std::uint8_t>(random()));
@@ -170,7 +170,8 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
         const PlainPicture plain = plainPicture(frame, file, rule, polarity, cover);
 
         const bool same = random() % 4 == 0;
-        const QSize scaled(same ? frame.columns : upTo(90), same ? frame.rows : upTo(90));
+        const QSize scaled(same ? frame.columns : upTo(random() % 4 ? 90 : 700),
+                           same ? frame.rows : upTo(90));
         const QPoint corner(static_cast<int>(random()) % scaled.width(),
                             static_cast<int>(random()) % scaled.height());
         const QRect wanted =
@@ -207,25 +208,45 @@ TEST(ScalePlan, HoldsNoMoreThanTheVisiblePart) {
     EXPECT_EQ(plan.rows.sourceFrom(), 0);
 }
 
-TEST(DisplayTables, AreKeptWhileNothingChanges) {
-    const auto file = test::greyRun(4, 4, 2);
-    const auto frame = file->picture(0);
-    DisplayTables tables;
-    const WindowInForce window{false, {128, 256}};
-    tables.ruleFor(*file, 0, frame, window, Polarity::Normal);
-    const auto first = tables.revision();
-    tables.ruleFor(*file, 1, frame, window, Polarity::Normal);
-    EXPECT_EQ(tables.revision(), first);
-    tables.ruleFor(*file, 1, frame, window, Polarity::Inverted);
-    EXPECT_NE(tables.revision(), first);
-    const auto second = tables.revision();
-    file->greyOfFrame = [](int index) {
-        dicom::GreyTransform grey;
-        grey.rescale = dicom::Rescale{1.0 + index, 0};
-        return grey;
+TEST(DisplayTables, ChangeWithWhatTheyDependOnOnly) {
+    const auto file = test::greyRun(4, 4, 2), wide = test::wideRun(4, 4, 12, [](int, int) { return 1; });
+    auto frame = file->picture(0);
+    dicom::GreyTransform grey;
+    file->greyOfFrame = [&](int) { return grey; };
+    WindowInForce window{false, {128, 256}};
+    auto polarity = Polarity::Normal;
+    const std::function<void()> changes[] = {
+        [&] { grey.inverse = true; },
+        [&] {
+            grey.padding = {{1, 2}};
+        },
+        [&] {
+            grey.rescale = dicom::Rescale{2, 0};
+        },
+        [&] { grey.rescale->intercept = 5; },
+        [&] {
+            grey.modalityLut = dicom::LookupTable{0, 8, {1, 2}};
+        },
+        [&] { grey.modalityLut->firstMapped = 1; },
+        [&] { grey.modalityLut->bits = 9; },
+        [&] { grey.modalityLut->entries[1] = 3; },
+        [&] {
+            grey.voiLuts = {{0, 8, {1, 2}}};
+        },
+        [&] { grey.voiLuts[0].entries[0] = 0; },
+        [&] { window.window.width = 9; },
+        [&] { polarity = Polarity::Inverted; },
+        [&] { frame = wide->picture(0); },
     };
-    tables.ruleFor(*file, 2, frame, window, Polarity::Inverted);
-    EXPECT_NE(tables.revision(), second) << "frames with rules of their own";
+    DisplayTables tables;
+    std::uint64_t last = 0;
+    for (const auto& change : changes) {
+        change();
+        tables.ruleFor(*file, 1, frame, window, polarity);
+        EXPECT_NE(tables.revision(), std::exchange(last, tables.revision())) << &change - changes;
+        tables.ruleFor(*file, 0, frame, window, polarity);
+        EXPECT_EQ(tables.revision(), last) << &change - changes;
+    }
 }
 
 }  // namespace
