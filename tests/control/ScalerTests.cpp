@@ -199,15 +199,6 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
     }
 }
 
-TEST(ScalePlan, HoldsNoMoreThanTheVisiblePart) {
-    const ScalePlan plan({65535, 65535}, {1 << 30, 1 << 30}, QRect((1 << 30) - 50, 12345, 50, 40),
-                         Smoothing::Smooth);
-    EXPECT_EQ(plan.columns.size(), 50);
-    EXPECT_EQ(plan.columns.sourceTo(), 65535);
-    EXPECT_LE(plan.columns.sourceTo() - plan.columns.sourceFrom(), 2);
-    EXPECT_EQ(plan.rows.sourceFrom(), 0);
-}
-
 TEST(DisplayTables, ChangeWithWhatTheyDependOnOnly) {
     const auto file = test::greyRun(4, 4, 2), wide = test::wideRun(4, 4, 12, [](int, int) { return 1; });
     auto frame = file->picture(0);
