@@ -230,7 +230,8 @@ TEST(DisplayTables, ChangeWithWhatTheyDependOnOnly) {
         [&] { frame = wide->picture(0); },
     };
     DisplayTables tables;
-    std::uint64_t last = 0;
+    tables.ruleFor(*file, 0, frame, window, polarity);
+    auto last = tables.revision();
     for (const auto& change : changes) {
         change();
         tables.ruleFor(*file, 1, frame, window, polarity);
