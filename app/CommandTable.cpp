@@ -9,8 +9,8 @@ namespace {
 
 /// A handler of one of the behaviours, called without arguments.
 template <auto Behaviour, auto Handler>
-void run(Form1& form) {
-    (form.behaviour().*Behaviour.*Handler)();
+void run(Form1Behaviour& form) {
+    (form.*Behaviour.*Handler)();
 }
 
 void end(Form1&) { endProgram(); }
@@ -25,14 +25,10 @@ constexpr auto previousSeries = run<&B::seriesStepper, &SeriesStepper::cmdSerBac
 constexpr auto nextPatient = run<&B::patientStepper, &PatientStepper::Command2_Click>;
 constexpr auto previousPatient = run<&B::patientStepper, &PatientStepper::cmdPatBack_Click>;
 
-constexpr CommandRow<Form1> rows[] = {
+constexpr CommandRow<Form1Behaviour> discRows[] = {
     {"Open", openDisc},
     {"mnuOpenCD", openDisc},
     {"mnuOpen", openFolder},
-    {"cmdExit", end},
-    {"mnuExit", end},
-    {"mnuAbout", about},
-
     {"cmdNextSeries", run<&B::stillStepper, &StillStepper::cmdNextSeries_Click>},
     {"cmdPreviousSeries", run<&B::stillStepper, &StillStepper::cmdPreviousSeries_Click>},
     {"cmdSerNext", nextSeries},
@@ -45,8 +41,12 @@ constexpr CommandRow<Form1> rows[] = {
     {"CmdStudyBack", previousPatient},
 };
 
+constexpr CommandRow<Form1> windowRows[] = {{"cmdExit", end}, {"mnuExit", end}, {"mnuAbout", about}};
+
 }  // namespace
 
-std::span<const CommandRow<Form1>> commandTable() { return rows; }
+std::span<const CommandRow<Form1Behaviour>> discCommands() { return discRows; }
+
+std::span<const CommandRow<Form1>> windowCommands() { return windowRows; }
 
 }  // namespace cinedisc

@@ -28,7 +28,7 @@ Form1::Form1(const QString& programFolder)
 }
 
 void Form1::run(const QString& command) {
-    if (!runCommand(commandTable(), command, *this))
+    if (!runCommand(windowCommands(), command, *this) && !runCommand(discCommands(), command, behaviour_))
         runCommand<ViewerBehaviour>(viewerCommands(), command, behaviour_);
 }
 

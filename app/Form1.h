@@ -25,11 +25,11 @@ class Form1 : public QMainWindow {
 
     int PatientCounter() const { return behaviour_.catalogueLoader.PatientCounter().value(); }
     int ThumbFillCount() const { return behaviour_.strip.ThumbFillCount().value(); }
-    bool HasStudyFolders() const { return controls_.disc.position.HasStudyFolders; }
-    bool StillsMode() const { return controls_.disc.position.StillsMode; }
+    bool HasStudyFolders() const { return behaviour_.place.position().HasStudyFolders; }
+    bool StillsMode() const { return behaviour_.place.position().StillsMode; }
     bool WheelPresent() const { return controls_.wheel.WheelPresent(); }
-    QString CurrentFolder() const { return controls_.disc.position.CurrentFolder.pathOrEmpty(); }
-    QString PatientsFolder() const { return controls_.disc.position.PatientsFolder.pathOrEmpty(); }
+    QString CurrentFolder() const { return behaviour_.place.position().CurrentFolder.pathOrEmpty(); }
+    QString PatientsFolder() const { return behaviour_.place.position().PatientsFolder.pathOrEmpty(); }
 
     Form1Behaviour& behaviour() { return behaviour_; }
     RangeControl& sb1() { return controls_.sb1; }

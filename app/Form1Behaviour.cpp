@@ -7,10 +7,12 @@ Form1Behaviour::Form1Behaviour(ViewerControls& controls, DiscControls& discContr
                                const ExportCommand::Format& exportFormat, MouseWheelHook& wheelHook)
     : ViewerBehaviour({controls, toolControls, exportFormat, wheelHook, discControls.dialogs},
                       FitPreview::AfterLoad),
-      disc(discControls) {}
+      disc(discControls) {
+    form.stills = &stillsSeries;
+}
 
 void Form1Behaviour::sb1_Change() {
-    if (disc.position.StillsMode) {
+    if (place.position().StillsMode) {
         stills.scroll();
     } else {
         trapErrors([this] { strip.scrollFolder(); });

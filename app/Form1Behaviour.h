@@ -7,6 +7,8 @@
 #include "catalogue/DiscOpener.h"
 #include "catalogue/ModeProbe.h"
 #include "catalogue/PatientOpener.h"
+#include "catalogue/PlaceMover.h"
+#include "catalogue/StillsSeries.h"
 #include "navigation/PatientStepper.h"
 #include "navigation/SeriesStepper.h"
 #include "navigation/StillStepper.h"
@@ -31,16 +33,19 @@ class Form1Behaviour final : public ViewerBehaviour {
     DiscControls& disc;
 
     Catalogue catalogue{disc.programFolder};
-    StillsStrip stills{form, disc.position, disc.Label1};
-    ImageLoader loader{form, disc.position, disc.Label1, disc.lblSeries};
-    ModeProbe probe{form, disc};
-    DetailPanels details{disc, catalogue};
+    PlaceMover place{form, disc};
+    DetailPanels details{disc, catalogue, place};
+    StillsSeries stillsSeries{form, disc, details, place};
+    StillsStrip stills{form, place.position(), disc.Label1};
+    ImageLoader loader{form, disc.Label1, stillsSeries};
+    ModeProbe probe{form, disc.ezTest, place};
     CatalogueLoader catalogueLoader{disc, catalogue};
-    DiscOpener opener{form, disc, catalogue, catalogueLoader, probe, strip, stills, loader};
-    PatientOpener patients{form, disc, details, probe, strip, stills, loader};
-    SeriesStepper seriesStepper{form, disc, details, strip, loader};
-    StillStepper stillStepper{form, loader};
-    PatientStepper patientStepper{disc, details, patients};
+    DiscOpener opener{form,  disc,  place,  catalogue,    catalogueLoader,
+                      probe, strip, stills, stillsSeries, loader};
+    PatientOpener patients{form, disc, place, details, probe, strip, stills, stillsSeries, loader};
+    SeriesStepper seriesStepper{form, place, details, strip, stillsSeries, loader};
+    StillStepper stillStepper{form, stillsSeries};
+    PatientStepper patientStepper{place, details, patients};
 };
 
 }  // namespace cinedisc

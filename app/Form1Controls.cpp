@@ -19,8 +19,8 @@ Form1Controls::Form1Controls(QWidget& window, const Form1Layout& layout, const Q
       FraTree(*layout.FraTree),
       Frame8(*layout.Frame8),
       Frame9(*layout.cinePanel),
-      TreeView1(*layout.FraTree->TreeView1, {pictureIcon(Picture::Patient)}),
-      disc{programFolder, TreeView1, FraTree, Frame8,    Frame9,         Label1, Label5,
-           Label13,       Label6,    Label15, lblSeries, *layout.ezTest, dialogs} {}
+      TreeView1(*layout.FraTree->TreeView1, *layout.FraTree->remark, {pictureIcon(Picture::Patient)}),
+      disc{programFolder, TreeView1, FraTree, Frame8,    Frame9,         Label1,          Label5,
+           Label13,       Label6,    Label15, lblSeries, *layout.ezTest, *layout.ezDicom, dialogs} {}
 
 }  // namespace cinedisc

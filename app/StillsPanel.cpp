@@ -9,7 +9,7 @@ namespace cinedisc {
 
 namespace {
 
-constexpr const char* nameSample = "Anonymous^Patient^X";
+constexpr const char* shortNameSample = "Anonymous^Patient^X";
 
 struct StepGroup {
     const char* heading;
@@ -44,8 +44,8 @@ QBoxLayout* stepColumn(const StepGroup& group, QLabel& label, QWidget* parent) {
 
 StillsPanel::StillsPanel(QWidget* parent) : QFrame(parent) {
     setObjectName("Frame8");
-    Label5 = named(new ElidedLabel("Study Scroll Bar", nameSample, this), "Label5");
-    Label6 = named(new ElidedLabel("Series Scroll Bar", nameSample, this), "Label6");
+    Label5 = named(new ElidedLabel("Study Scroll Bar", shortNameSample, this), "Label5");
+    Label6 = named(new ElidedLabel("Series Scroll Bar", shortNameSample, this), "Label6");
     lblSeries = named(new ElidedLabel("", "Image :0000/0000", this), "lblSeries");
     lblSeries->setMinimumWidth(lblSeries->sizeHint().width());
     // In a wide window the buttons of a step stay near each other.

@@ -12,6 +12,12 @@ TreePanel::TreePanel(QWidget* parent) : QGroupBox("Patient List..", parent) {
     TreeView1->setFrameShape(QFrame::NoFrame);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    remark = named(new QLabel(this), "lblRemark");
+    remark->setTextFormat(Qt::PlainText);
+    remark->setWordWrap(true);
+    remark->setMargin(panelGap);
+    remark->hide();
+    layout->addWidget(remark);
     layout->addWidget(TreeView1);
 }
 

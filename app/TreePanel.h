@@ -3,6 +3,7 @@
 #include "platform/widgets/PatientTreeView.h"
 
 #include <QGroupBox>
+#include <QLabel>
 
 namespace cinedisc {
 
@@ -14,6 +15,7 @@ class TreePanel final : public QGroupBox {
     explicit TreePanel(QWidget* parent = nullptr);
 
     PatientTreeView* TreeView1 = nullptr;
+    QLabel* remark = nullptr;  ///< what is wrong with the disc; hidden while nothing is
 };
 
 }  // namespace cinedisc

@@ -1,17 +1,13 @@
 #include "bench/BenchDisc.h"
 
 #include "bench/Angiogram.h"
-#include "discmaker/DiscError.h"
 #include "discmaker/DiscPlanner.h"
 #include "discmaker/DiscWriter.h"
+#include "discmaker/LosslessFile.h"
 #include "discmaker/angiogram/Angiogram.h"
-#include "discmaker/encoding/DicomWriter.h"
-#include "discmaker/encoding/JpegLosslessEncoder.h"
-#include "discmaker/encoding/UidFactory.h"
 #include "tests/codecs/Encoders.h"
 
 #include <algorithm>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -20,10 +16,10 @@ namespace cinedisc::bench {
 namespace {
 
 using namespace discmaker;
-using Frames = std::vector<DicomWriter::Bytes>;
+using Frames = std::vector<LosslessFile::Bytes>;
 
 /// As noisy as it gets: what takes JPEG 2000 longest. Each frame is the picture moved down a little further.
-DicomWriter::Bytes jpeg2000Frame(const RunDesign& design, int number) {
+LosslessFile::Bytes jpeg2000Frame(const RunDesign& design, int number) {
     std::vector<std::uint16_t> samples = angiogram(design.size, design.bits, design.bits > 8 ? 20 : 2);
     std::ranges::rotate(samples, samples.end() - std::ptrdiff_t{7} * number * design.size);
     return test::jpeg2000Encoded(std::vector<std::int32_t>(samples.begin(), samples.end()), design.size,
@@ -38,53 +34,39 @@ Frames simulatedRun(const RunDesign& design) {
     setup.injection = {0.35, 2.1, 130};
     setup.margins = {0.07, 0.11};
     Angiogram angiogram(setup);
-    const JpegLosslessEncoder encoder(design.size, design.size, design.bits);
+    const LosslessFile::Format format{design.size, design.size, design.bits};
     const bool isJpeg2000 = design.codec == RunDesign::Codec::Jpeg2000;
     Frames different, run;
     for (int i = 0; i < design.differentFrames; ++i)
         different.push_back(isJpeg2000 ? jpeg2000Frame(design, i)
-                                       : encoder.encode(angiogram.frame(6 + 2 * i)));
+                                       : LosslessFile::encoded(format, angiogram.frame(6 + 2 * i)));
     for (int i = 0; i < design.frames; ++i)
         run.push_back(different[static_cast<std::size_t>(i) % different.size()]);
     return run;
 }
 
 void writeRun(const RunDesign& design, int number, const Frames& frames, const std::filesystem::path& path) {
-    const bool isJpeg2000 = design.codec == RunDesign::Codec::Jpeg2000;
-    DicomWriter writer(isJpeg2000 ? "1.2.840.10008.1.2.4.90" : "1.2.840.10008.1.2.4.70");
+    LosslessFile file({design.size, design.size, design.bits});
     const auto name = path.stem().string() + std::to_string(number);
-    writer.putText(attribute::specificCharacterSet, "ISO_IR 192");
-    writer.putText(attribute::sopClassUid, "1.2.840.10008.5.1.4.1.1.12.1");
-    writer.putText(attribute::sopInstanceUid, uidFor(name));
-    writer.putText(attribute::studyInstanceUid, uidFor("study"));
-    writer.putText(attribute::seriesInstanceUid, uidFor("series"));
-    writer.putText(attribute::patientName, "BENCH^MARK");
-    writer.putText(attribute::patientId, "CD-000001");
-    writer.putText(attribute::patientBirthDate, "19600101");
-    writer.putText(attribute::studyDate, "20240131");
-    writer.putText(attribute::modality, "XA");
-    writer.putText(attribute::seriesNumber, "1");
-    writer.putText(attribute::instanceNumber, std::to_string(number));
-    writer.putNumbers(attribute::positionerPrimaryAngle, {-30});
-    writer.putNumbers(attribute::positionerSecondaryAngle, {-22});
-    writer.putText(attribute::numberOfFrames, std::to_string(frames.size()));
-    const auto bits = static_cast<std::uint16_t>(design.bits);
-    writer.putShort(attribute::samplesPerPixel, 1);
-    writer.putText(attribute::photometricInterpretation, "MONOCHROME2");
-    writer.putShort(attribute::rows, static_cast<std::uint16_t>(design.size));
-    writer.putShort(attribute::columns, static_cast<std::uint16_t>(design.size));
-    writer.putShort(attribute::bitsAllocated, bits > 8 ? 16 : 8);
-    writer.putShort(attribute::bitsStored, bits);
-    writer.putShort(attribute::highBit, static_cast<std::uint16_t>(bits - 1));
-    writer.putShort(attribute::pixelRepresentation, 0);
-    const double step = (1 << bits) / 256;
-    writer.putNumbers(attribute::windowCenter, {136 * step});
-    writer.putNumbers(attribute::windowWidth, {196 * step});
-    writer.putFrames(frames);
-    std::ofstream stream(path, std::ios::binary);
-    writer.write(stream);
-    stream.close();
-    if (!stream) throw DiscError("cannot write " + path.string());
+    file.put(DCM_SOPInstanceUID, EVR_UI, uidFor(name));
+    file.put(DCM_StudyInstanceUID, EVR_UI, uidFor("study"));
+    file.put(DCM_SeriesInstanceUID, EVR_UI, uidFor("series"));
+    file.put(DCM_PatientName, EVR_PN, "BENCH^MARK");
+    file.put(DCM_PatientID, EVR_LO, "CD-000001");
+    file.put(DCM_PatientBirthDate, EVR_DA, "19600101");
+    file.put(DCM_StudyDate, EVR_DA, "20240131");
+    file.put(DCM_Modality, EVR_CS, "XA");
+    file.put(DCM_SeriesNumber, EVR_IS, "1");
+    file.put(DCM_InstanceNumber, EVR_IS, std::to_string(number));
+    file.put(DCM_PositionerPrimaryAngle, EVR_DS, {-30});
+    file.put(DCM_PositionerSecondaryAngle, EVR_DS, {-22});
+    file.put(DCM_NumberOfFrames, EVR_IS, std::to_string(frames.size()));
+    const double step = (1 << design.bits) / 256;
+    file.put(DCM_WindowCenter, EVR_DS, {136 * step});
+    file.put(DCM_WindowWidth, EVR_DS, {196 * step});
+    for (const auto& frame : frames) file.addFrame(frame);
+    file.write(path,
+               design.codec == RunDesign::Codec::Jpeg2000 ? EXS_JPEG2000LosslessOnly : EXS_JPEGProcess14SV1);
 }
 
 }  // namespace

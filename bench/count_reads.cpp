@@ -4,7 +4,7 @@
 #include "bench/Angiogram.h"
 #include "dicom/DicomFile.h"
 #include "dicom/Tags.h"
-#include "discmaker/encoding/JpegLosslessEncoder.h"
+#include "discmaker/LosslessFile.h"
 #include "tests/dicom/CountingSource.h"
 
 #include <cstdio>
@@ -36,7 +36,7 @@ Run rawRun() {
 
 Run encapsulatedRun(const char* name, OffsetTable table) {
     const auto picture = bench::angiogram(size, 8, 2);
-    auto stream = discmaker::JpegLosslessEncoder(size, size, 8).encode(picture);
+    auto stream = discmaker::LosslessFile::encoded({size, size, 8}, picture);
     if (stream.size() % 2 != 0) stream.push_back(0);
     const auto bytes = std::as_bytes(std::span(stream));
     Run run{name, DicomBuilder::image(size, size, frames), itemHead, itemHead + stream.size(), 0};

@@ -12,6 +12,10 @@ QString Catalogue::path() const { return findIgnoringCase(programFolder_, {"CD.x
 
 bool Catalogue::exists() const { return QFileInfo(path()).isFile(); }
 
+std::optional<CatalogueNode> Catalogue::readable() const {
+    return exists() ? readCatalogue(path()) : std::nullopt;
+}
+
 CatalogueNode Catalogue::documentElement() const {
     auto root = readCatalogue(path());
     if (!root) throw RunTimeError::objectNotSet();

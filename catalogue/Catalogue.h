@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace cinedisc {
 
 /// The catalogue file beside the program, found whatever its letter case, read afresh at each call.
@@ -12,7 +14,9 @@ class Catalogue {
     explicit Catalogue(QString programFolder) : programFolder_(std::move(programFolder)) {}
 
     bool exists() const;
-    /// Its document element; run-time error 91 when there is none.
+    /// Its document element; nothing when it is missing, cannot be read or is not well-formed.
+    std::optional<CatalogueNode> readable() const;
+    /// The same; run-time error 91 when there is none.
     CatalogueNode documentElement() const;
 
   private:

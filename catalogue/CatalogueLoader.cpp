@@ -16,7 +16,7 @@ void CatalogueLoader::Patient(const CatalogueNode& patient) {
     if (tree.nodeCount() == 0) PatientCounter_ = 0;
     const int patientNode = tree.addNode(0, patient.first().text());
     tree.putImage(patientNode, 1);
-    tree.putTag(patientNode, ("Patient" + UDirect(PatientCounter_)).trimmed());
+    tree.putTag(patientNode, tagOf(PatientCounter_));
     ++PatientCounter_;
     for (auto study = patient.nextLevelBegin(); study != patient.nextLevelEnd(); ++study) {
         const int studyNode = tree.addNode(patientNode, study->first().text());

@@ -15,6 +15,8 @@ class CatalogueLoader {
     void LoadCatalogue();
     /// Adds a patient's whole subtree.
     void Patient(const CatalogueNode& patient);
+    /// The name of the folder of patient `number`, counted from 0: the tag of its node.
+    static QString tagOf(Int16 number) { return ("Patient" + UDirect(number)).trimmed(); }
     /// The number in decimal, padded on the left with "0" to three characters.
     static QString UDirect(Int16 number);
 

@@ -3,6 +3,7 @@
 #include "platform/io/RandomAccessFile.h"
 
 #include <QFile>
+#include <libxml/encoding.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/tree.h>
@@ -23,6 +24,15 @@ constexpr std::size_t expansionAllowance = 1 << 20;  // ... and this many charac
 using Document = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 using ParserContext = std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)>;
 
+/// Texts are written in the successors of the encodings that are declared: the successor reads them all.
+void nameSuccessors() {
+    constexpr std::pair<const char*, const char*> successors[] = {
+        {"GB2312", "GB18030"},  {"GBK", "GB18030"},  {"CP936", "GB18030"}, {"SHIFT_JIS", "CP932"},
+        {"SHIFT-JIS", "CP932"}, {"X-SJIS", "CP932"}, {"EUC-KR", "CP949"},  {"KS_C_5601-1987", "CP949"},
+    };
+    for (const auto& [declared, read] : successors) xmlAddEncodingAlias(read, declared);
+}
+
 xmlParserInputPtr refuseEntity(const char*, const char*, xmlParserCtxtPtr) { return nullptr; }
 
 std::vector<std::byte> readWholeFile(const QString& path) {
@@ -35,6 +45,7 @@ std::vector<std::byte> readWholeFile(const QString& path) {
 
 Document parse(const std::vector<std::byte>& bytes) {
     xmlSetExternalEntityLoader(refuseEntity);
+    nameSuccessors();
     const ParserContext context(xmlNewParserCtxt(), xmlFreeParserCtxt);
     if (!context || bytes.empty()) return {nullptr, xmlFreeDoc};
     return {xmlCtxtReadMemory(context.get(), reinterpret_cast<const char*>(bytes.data()),
@@ -43,7 +54,7 @@ Document parse(const std::vector<std::byte>& bytes) {
             xmlFreeDoc};
 }
 
-bool isXmlSpace(const QString& text) {
+bool isAllXmlSpace(const QString& text) {
     return std::all_of(text.begin(), text.end(),
                        [](QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; });
 }
@@ -63,7 +74,7 @@ class Converter {
         };
         QString text;
         const auto appendText = [&] {
-            if (isXmlSpace(text)) {
+            if (isAllXmlSpace(text)) {
                 space += text;
             } else {
                 append({CatalogueNode::Data::Text, text});

@@ -2,40 +2,47 @@
 
 #include "platform/RunTimeError.h"
 
-#include <algorithm>
+#include <span>
 
 namespace cinedisc {
 
 namespace {
 
-/// Child `position` of the next level, counted from 0; null past its end.
-const CatalogueNode* nextLevelAt(const CatalogueNode& node, Int16 position) {
-    const std::size_t index = static_cast<std::size_t>(position.value()) + 1;
-    return position >= 0 && index < node.children().size() ? &node.children()[index] : nullptr;
+/// The node with children at `position`, counted from 0; null past the end.
+const CatalogueNode* nodeAt(std::span<const CatalogueNode> nodes, Int16 position) {
+    for (const CatalogueNode& node : nodes) {
+        if (node.children().empty()) continue;
+        if (position == 0) return &node;
+        position = position - 1;
+    }
+    return nullptr;
+}
+
+/// A node's first child is its own text, the others are the next level.
+std::span<const CatalogueNode> nextLevel(const CatalogueNode& node) {
+    return std::span(node.children()).subspan(1);
 }
 
 }  // namespace
 
-DetailPanels::Patient DetailPanels::PatDisplay(Int16 patientNumber) {
-    if (!catalogue_.exists()) return Patient::NotInCatalogue;
-    const CatalogueNode root = catalogue_.documentElement();
-    const auto position = static_cast<std::size_t>(patientNumber.value());
-    if (patientNumber < 0 || position >= root.children().size()) return Patient::NotInCatalogue;
-    disc_.showPatient(root.children()[position].first().text());
-    return Patient::Shown;
+void DetailPanels::PatDisplay(Int16 patientNumber, const QString& folder) {
+    const auto root = catalogue_.readable();
+    const CatalogueNode* patient = root ? nodeAt(root->children(), patientNumber) : nullptr;
+    if (patient) place_.showPatient(patient->first().text(), folder);
 }
 
 void DetailPanels::SerDisplay(Int16 studyNumber, Int16 seriesNumber) {
-    if (!catalogue_.exists()) return;
-    const CatalogueNode root = catalogue_.documentElement();
+    const auto root = catalogue_.readable();
+    if (!root) return;
     const QString shown = disc_.Label5.Caption();
-    const auto patient =
-        std::find_if(root.children().begin(), root.children().end(),
-                     [&](const CatalogueNode& candidate) { return candidate.first().text() == shown; });
-    if (patient == root.children().end()) throw RunTimeError::objectNotSet();
-    const CatalogueNode* study = nextLevelAt(*patient, studyNumber);
-    const CatalogueNode* series = study ? nextLevelAt(*study, seriesNumber) : nullptr;
-    if (series && !series->children().empty()) disc_.showSeries(series->first().text());
+    for (const CatalogueNode& patient : root->children()) {
+        if (patient.children().empty() || patient.first().text() != shown) continue;
+        const CatalogueNode* study = nodeAt(nextLevel(patient), studyNumber);
+        const CatalogueNode* series = study ? nodeAt(nextLevel(*study), seriesNumber) : nullptr;
+        if (series) disc_.showSeries(series->first().text());
+        return;
+    }
+    throw RunTimeError::objectNotSet();
 }
 
 }  // namespace cinedisc

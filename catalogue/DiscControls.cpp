@@ -2,19 +2,17 @@
 
 namespace cinedisc {
 
-void DiscControls::showPatient(const QString& text) const {
-    Label5.putCaption(text);
-    Label13.putCaption(Label5.Caption());
-}
-
 void DiscControls::showSeries(const QString& text) const {
     Label6.putCaption(text);
     Label15.putCaption(Label6.Caption());
 }
 
-void DiscControls::resetNames() const {
-    showPatient("Study Scroll Bar");
-    showSeries("Series Scroll Bar");
+void DiscControls::showDesignSeries() const { showSeries("Series Scroll Bar"); }
+
+void DiscControls::showDesignNames() const {
+    Label5.putCaption("Study Scroll Bar");
+    Label13.putCaption(Label5.Caption());
+    showDesignSeries();
 }
 
 }  // namespace cinedisc

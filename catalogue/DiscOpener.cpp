@@ -2,99 +2,117 @@
 
 #include "platform/Paths.h"
 
+#include <QCoreApplication>
+
 namespace cinedisc {
 
+namespace {
+
+constexpr const char* noFirstImage = QT_TRANSLATE_NOOP(
+    "DiscOpener",
+    "The first series of the first patient holds no images, so the patient list is not shown. A folder of "
+    "images can be opened with File > Open.");
+constexpr const char* unreadable = QT_TRANSLATE_NOOP(
+    "DiscOpener",
+    "The patient list of this disc (CD.xml) cannot be read. A folder of images can be opened with File > "
+    "Open.");
+constexpr const char* damaged = QT_TRANSLATE_NOOP(
+    "DiscOpener",
+    "The patient list of this disc (CD.xml) is damaged. The patients after the last one below are missing.");
+constexpr const char* noPatient =
+    QT_TRANSLATE_NOOP("DiscOpener", "The patient list of this disc (CD.xml) names no patient.");
+
+}  // namespace
+
 void DiscOpener::Open_Click() {
-    trapErrors([this] {
-        if (!catalogue_.exists()) {
+    if (!catalogue_.exists()) {
+        trapErrors([this] {
             if (disc_.dialogs.askYesNo(
                     "Patient Lists Not Available On CD,Do You Want to Select Images From CD")) {
                 mnuOpen_Click();
             }
-            return;
-        }
-        if (probeDisc() == Outcome::GoOn) catalogueLoader_.LoadCatalogue();
+        });
+        return;
+    }
+    const TreeControl& tree = disc_.TreeView1;
+    const bool wasEmpty = tree.nodeCount() == 0;
+    const char* fault = noFirstImage;
+    trapErrors([&] {
+        if (probeDisc() == Outcome::NothingThere) return;
+        fault = unreadable;
+        catalogueLoader_.LoadCatalogue();
+        fault = tree.nodeCount() == 0 ? noPatient : "";
     });
+    if (fault == unreadable && tree.nodeCount() > 0) fault = damaged;
+    // No message box tells what is wrong with a disc: the tree's place does.
+    if (wasEmpty) disc_.TreeView1.putRemark(QCoreApplication::translate("DiscOpener", fault));
 }
 
 DiscOpener::Outcome DiscOpener::probeDisc() {
     const Folder patient = Folder::NameSpace(findIgnoringCase(disc_.programFolder, {"Dicom", "Patient000"}));
     if (!patient.isSet()) return Outcome::GoOn;
-    const Folder study = patient.Items().Item(0).GetFolder();
-    const Folder series = study.Items().Item(0).GetFolder();
-    if (!form_.File1.moveTo(series.Items().Item().Path())) return Outcome::NothingThere;
-    probe_.probeFirstFile();
-    disc_.position.PatientsFolder = patient.ParentFolder();
-    disc_.position.CurrentFolder = patient;
-    disc_.position.HasStudyFolders = true;
-    backToFirstOpen();
-    if (disc_.position.StillsMode) {
-        for (const FolderItem& studyItem : patient.Items().subFolders()) {
-            for (const FolderItem& seriesItem : studyItem.GetFolder().Items().subFolders()) {
-                form_.File1.putPath(seriesItem.Path());
-                form_.File1.Refresh();
-            }
-        }
-        form_.File1.putPath(series.Items().Item().Path());
-    }
+    const QString series = ModeProbe::firstSeries(patient);
+    const QStringList files = form_.File1.filesIn(series);
+    if (files.isEmpty()) return Outcome::NothingThere;
+    const bool stills = probe_.isStill(joinPath(series, files.first()));
+    place_.enterDisc(patient);
+    place_.putStillsMode(stills);
+    form_.sb1.putMax(stills ? stills_.seriesCount() + 1 : (Int16(files.size()) + 1).value());
+    if (stills) trapErrors([&] { walkStills(patient); });
+    form_.File1.putPath(series);
     return Outcome::GoOn;
 }
 
-void DiscOpener::backToFirstOpen() {
-    // File1 has moved: no picture may go on standing under another patient's name.
-    form_.Timer4.putEnabled(false);
-    form_.ezDicom.putFileName("");
-    if (disc_.position.StillsMode) {
-        form_.sb1.putMax(stills_.seriesCount() + 1);
-    } else {
-        strip_.putRange();
+void DiscOpener::walkStills(const Folder& patient) {
+    for (const FolderItem& study : patient.Items().subFolders()) {
+        for (const FolderItem& series : study.GetFolder().Items().subFolders()) {
+            form_.File1.putPath(series.Path());
+            form_.File1.Refresh();
+        }
     }
-    form_.sb1.putValue(1);
-    strip_.clear();
-    strip_.ChkThumb();
-    disc_.resetNames();
 }
 
 void DiscOpener::mnuOpen_Click() {
     trapErrors([this] {
         const QString chosen = disc_.dialogs.browseForFolder("Dicom");
-        if (chosen.isEmpty()) return;
-        disc_.position.CurrentFolder = Folder::NameSpace(chosen);
-        disc_.position.HasStudyFolders = false;
-        openFolder(disc_.position.CurrentFolder.Items().Item().Path());
+        if (!chosen.isEmpty()) openFolder(Folder::NameSpace(chosen));
     });
 }
 
-void DiscOpener::openFolder(const QString& folder) {
-    if (!form_.File1.moveTo(folder)) return;
-    probe_.probeFirstFile();
-    disc_.resetNames();
-    strip_.clear();
-    if (disc_.position.StillsMode) {
-        openStillsFolder(folder);
+void DiscOpener::openFolder(const Folder& folder) {
+    const QString path = folder.Items().Item().Path();
+    const QStringList files = form_.File1.filesIn(path);
+    if (files.isEmpty()) {
+        // The listed files' own study: series steps go on among its series.
+        if (isBelow(form_.File1.Path(), path)) place_.moveAbove(folder);
         return;
     }
-    strip_.initialFill(FitPreview::AsItIs);
-    loader_.LoadImage(0);
+    const bool stills = probe_.isStill(joinPath(path, files.first()));
+    place_.enterFolder(folder);
+    place_.putStillsMode(stills);
+    place_.open([&] {
+        if (stills) {
+            openStillsFolder();
+        } else {
+            strip_.initialFill(FitPreview::AsItIs);
+            loader_.LoadImage(0);
+        }
+    });
 }
 
-void DiscOpener::openStillsFolder(const QString& folder) {
-    // The panel that could stop the cine is hidden now.
-    form_.Timer4.putEnabled(false);
+void DiscOpener::openStillsFolder() {
     form_.sb1.putMax(stills_.seriesCount() + 1);
-    form_.sb1.putValue(1);
     stills_.fillFrom(0);
     strip_.ChkThumb();
     if (!form_.thumb(0).FileName().isEmpty()) {
         loader_.LoadImage(0);
         return;
     }
-    form_.File1.putPath(folder);
+    form_.File1.putPath(place_.position().CurrentFolder.pathOrEmpty());
     form_.File1.Refresh();
     form_.ezDicom.putFileName(form_.File1.fullPath(0));
     form_.ezDicom.putBestFit(true);
-    form_.File1.putListIndex(0);
-    loader_.showStillPosition();
+    series_.show(0);
 }
 
 }  // namespace cinedisc

@@ -3,6 +3,8 @@
 #include "catalogue/Catalogue.h"
 #include "catalogue/CatalogueLoader.h"
 #include "catalogue/ModeProbe.h"
+#include "catalogue/PlaceMover.h"
+#include "catalogue/StillsSeries.h"
 #include "thumbnails/StillsStrip.h"
 #include "thumbnails/ThumbnailStrip.h"
 #include "viewer/ImageLoader.h"
@@ -13,16 +15,18 @@ namespace cinedisc {
 /// Errors end either quietly, keeping what was done.
 class DiscOpener {
   public:
-    DiscOpener(ViewerControls& controls, DiscControls& disc, const Catalogue& catalogue,
+    DiscOpener(ViewerControls& controls, DiscControls& disc, PlaceMover& place, const Catalogue& catalogue,
                CatalogueLoader& catalogueLoader, ModeProbe& probe, ThumbnailStrip& strip, StillsStrip& stills,
-               ImageLoader& loader)
+               StillsSeries& series, ImageLoader& loader)
         : form_(controls),
           disc_(disc),
+          place_(place),
           catalogue_(catalogue),
           catalogueLoader_(catalogueLoader),
           probe_(probe),
           strip_(strip),
           stills_(stills),
+          series_(series),
           loader_(loader) {}
 
     /// The Open button.
@@ -33,17 +37,19 @@ class DiscOpener {
   private:
     enum class Outcome { GoOn, NothingThere };
     Outcome probeDisc();
-    void openFolder(const QString& folder);
-    void openStillsFolder(const QString& folder);
-    void backToFirstOpen();
+    void walkStills(const Folder& patient);
+    void openFolder(const Folder& folder);
+    void openStillsFolder();
 
     ViewerControls& form_;
     DiscControls& disc_;
+    PlaceMover& place_;
     const Catalogue& catalogue_;
     CatalogueLoader& catalogueLoader_;
     ModeProbe& probe_;
     ThumbnailStrip& strip_;
     StillsStrip& stills_;
+    StillsSeries& series_;
     ImageLoader& loader_;
 };
 

@@ -3,20 +3,20 @@
 namespace cinedisc {
 
 void ModeProbe::chkImage() {
-    const Folder study = disc_.position.CurrentFolder.Items().Item(0).GetFolder();
-    const Folder series = study.Items().Item(0).GetFolder();
-    form_.File1.putPath(series.Items().Item().Path());
+    form_.File1.putPath(firstSeries(place_.position().CurrentFolder));
     form_.File1.Refresh();
-    probeFirstFile();
+    place_.putStillsMode(isStill(form_.File1.fullPath(0)));
 }
 
-void ModeProbe::probeFirstFile() {
-    disc_.ezTest.putFileName(form_.File1.fullPath(0));
+bool ModeProbe::isStill(const QString& path) {
+    ezTest_.putFileName(path);
     // A disc that gives no answer does not make stills of a cine, whose panel shows single frames too.
-    const bool stills = disc_.ezTest.FrameCount() <= 1 && !disc_.ezTest.isReading();
-    disc_.position.StillsMode = stills;
-    disc_.Frame8.putVisible(stills);
-    disc_.Frame9.putVisible(!stills);
+    return ezTest_.FrameCount() <= 1 && !ezTest_.isReading();
+}
+
+QString ModeProbe::firstSeries(const Folder& patient) {
+    const Folder study = patient.Items().Item(0).GetFolder();
+    return study.Items().Item(0).GetFolder().Items().Item().Path();
 }
 
 }  // namespace cinedisc

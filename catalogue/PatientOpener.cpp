@@ -10,58 +10,46 @@ void PatientOpener::TreeView1_NodeClick(int node) {
     const QString tag = selected ? tree.tag(selected) : QString();
     if (tag.isEmpty()) return;
     tree.putExpanded(node, false);
-    disc_.position.CurrentFolder = Folder::NameSpace(findIgnoringCase(disc_.programFolder, {"Dicom", tag}));
-    // The patient's folder is a disc's, whatever folder was opened in between.
-    disc_.position.HasStudyFolders = true;
-    disc_.showPatient(tree.text(selected));
+    const QString path = findIgnoringCase(disc_.programFolder, {"Dicom", tag});
+    const Folder patient = Folder::NameSpace(path);
+    // A patient whose folder is missing leaves the picture that is shown; the view warns whose it is not.
+    place_.enterPatient(patient, patient.isSet() ? PlaceMover::Picture::Unloaded : PlaceMover::Picture::Kept);
+    place_.showPatient(tree.text(selected), path);
     LoadPat();
     details_.SerDisplay(0, 0);
+    // Stills may have opened at a later series.
+    if (series_.isInForce() && !form_.thumb(0).FileName().isEmpty()) series_.showName();
     disc_.FraTree.putVisible(false);
 }
 
 void PatientOpener::LoadPat() {
     trapErrors([this] {
-        if (disc_.position.PatientsFolder.isSet() && disc_.position.CurrentFolder.isSet())
-            openCurrentPatient();
+        const DiscPosition& position = place_.position();
+        if (position.PatientsFolder.isSet() && position.CurrentFolder.isSet()) openCurrentPatient();
     });
 }
 
 void PatientOpener::openCurrentPatient() {
-    strip_.clear();
-    try {
+    place_.open([this] {
+        strip_.clear();
         probe_.chkImage();
-        if (disc_.position.StillsMode) {
+        if (place_.position().StillsMode) {
             openStills();
         } else {
             openRuns();
         }
-    } catch (const RunTimeError&) {
-        unloadPicture();
-        throw;
-    }
-    strip_.ChkThumb();
-    if (form_.thumb(0).FileName().isEmpty()) unloadPicture();
-    loader_.LoadImage(0);
-}
-
-void PatientOpener::unloadPicture() {
-    // The picture of the patient before must not stand under this one's name.
-    form_.Timer4.putEnabled(false);
-    form_.ezDicom.putFileName("");
+        strip_.ChkThumb();
+        loader_.LoadImage(0);
+    });
 }
 
 void PatientOpener::openRuns() {
-    const FolderItems studies = disc_.position.CurrentFolder.Items().subFolders();
-    const FolderItems series = studies.Item(0).GetFolder().Items().subFolders();
-    form_.File1.putPath(series.Item(0).Path());
+    form_.File1.putPath(ModeProbe::firstSeries(place_.position().CurrentFolder));
     form_.File1.Refresh();
     strip_.initialFill(FitPreview::BeforeAndAfterLoad);
 }
 
 void PatientOpener::openStills() {
-    // The panel that could stop the cine is hidden now.
-    form_.Timer4.putEnabled(false);
-    form_.sb1.putMax(disc_.position.CurrentFolder.Items().subFolders().Count() + 1);
     form_.sb1.putMax(stills_.seriesCount() + 1);
     form_.sb1.putValue((stills_.fillPatient() + 1).value());
 }

@@ -2,6 +2,7 @@
 
 #include "catalogue/DetailPanels.h"
 #include "catalogue/ModeProbe.h"
+#include "catalogue/StillsSeries.h"
 #include "thumbnails/StillsStrip.h"
 #include "thumbnails/ThumbnailStrip.h"
 #include "viewer/ImageLoader.h"
@@ -11,14 +12,17 @@ namespace cinedisc {
 /// Opens a patient at its first series: from the tree, or for the patient step.
 class PatientOpener {
   public:
-    PatientOpener(ViewerControls& controls, DiscControls& disc, DetailPanels& details, ModeProbe& probe,
-                  ThumbnailStrip& strip, StillsStrip& stills, ImageLoader& loader)
+    PatientOpener(ViewerControls& controls, DiscControls& disc, PlaceMover& place, DetailPanels& details,
+                  ModeProbe& probe, ThumbnailStrip& strip, StillsStrip& stills, StillsSeries& series,
+                  ImageLoader& loader)
         : form_(controls),
           disc_(disc),
+          place_(place),
           details_(details),
           probe_(probe),
           strip_(strip),
           stills_(stills),
+          series_(series),
           loader_(loader) {}
 
     /// A click on a node of the tree: opens the patient of a patient node, nothing for any other.
@@ -31,14 +35,15 @@ class PatientOpener {
   private:
     void openRuns();
     void openStills();
-    void unloadPicture();
 
     ViewerControls& form_;
     DiscControls& disc_;
+    PlaceMover& place_;
     DetailPanels& details_;
     ModeProbe& probe_;
     ThumbnailStrip& strip_;
     StillsStrip& stills_;
+    StillsSeries& series_;
     ImageLoader& loader_;
 };
 

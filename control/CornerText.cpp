@@ -1,7 +1,8 @@
 #include "control/CornerText.h"
 
+#include "control/picture/WrappedText.h"
+
 #include <QFontMetricsF>
-#include <QTextLayout>
 
 #include <algorithm>
 #include <cmath>
@@ -15,28 +16,8 @@ constexpr double gap = 6;            // between the lines and the view's edge
 constexpr double usefulMargin = 96;  // a margin beside the picture that can hold words
 constexpr double leastView = 160;    // smaller views carry no text
 
-constexpr double rim = 2;  // around a line, for its outline
-constexpr int mostRows = 4;
-
-/// A line broken where it would not fit: nothing of a name or a projection is left out to save room.
-QStringList wrapped(const QString& line, const QFont& font, double width) {
-    QTextLayout layout(line, font);
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
-    QStringList rows;
-    layout.beginLayout();
-    for (QTextLine row = layout.createLine(); row.isValid(); row = layout.createLine()) {
-        row.setLineWidth(width);
-        if (rows.size() + 1 == mostRows) {
-            rows.append(QFontMetricsF(font).elidedText(line.mid(row.textStart()), Qt::ElideRight, width));
-            break;
-        }
-        rows.append(line.mid(row.textStart(), row.textLength()).trimmed());
-    }
-    layout.endLayout();
-    return rows;
-}
+constexpr double rim = 2;    // around a line, for its outline
+constexpr int mostRows = 4;  // of one line: nothing of a name or a projection is left out to save room
 
 QFont fontFor(double shorterSide) {
     QFont font;
@@ -44,13 +25,15 @@ QFont fontFor(double shorterSide) {
     return font;
 }
 
-double widestOf(const QStringList& rows, const QFontMetricsF& metrics) {
-    double widest = 0;
-    for (const QString& row : rows) widest = std::max(widest, metrics.horizontalAdvance(row));
-    return widest;
-}
-
 }  // namespace
+
+int CornerText::leastWidth() {
+    // Text values of a header end at 64 letters (PS3.5 section 6.2); what names them comes before.
+    constexpr double longestLine = 80;
+    const double column =
+        longestLine * QFontMetricsF(fontFor(0)).averageCharWidth() / (mostRows - 1) + 2 * rim;
+    return static_cast<int>(std::ceil(2 * (column + 2 * gap)));
+}
 
 void CornerText::paint(QPainter& painter, const QRectF& view, const QRectF& picture, const Lines& lines,
                        Ground ground) {
@@ -128,7 +111,7 @@ QPixmap CornerText::drawn(const QString& line, double width, Side side, TextInk 
     pieces_.use(font_, pixelRatio);
     const auto whole = pieces_.split(line);
     const bool isPieced = !whole.pieces.isEmpty() && whole.advance <= room;
-    const QStringList rows = isPieced ? QStringList{line} : wrapped(line, font_, room);
+    const QStringList rows = isPieced ? QStringList{line} : wrapped(line, font_, room, mostRows);
     double widest = whole.advance;
     if (!isPieced) widest = widestOf(rows, metrics);
     const QSizeF size(std::ceil(widest) + 2 * rim, height * static_cast<double>(rows.size()));

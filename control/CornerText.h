@@ -20,6 +20,9 @@ class CornerText {
         QStringList topLeft, topRight, bottomLeft, bottomRight;
     };
 
+    /// The narrowest view, logical pixels, in which no line of usual length is cut.
+    static int leastWidth();
+
     /// What lies around the picture.
     enum class Ground { Dark, White };
 

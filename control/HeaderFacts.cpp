@@ -1,6 +1,7 @@
 #include "control/HeaderFacts.h"
 
 #include "control/HeaderWords.h"
+#include "control/RunTiming.h"
 
 #include <QCoreApplication>
 
@@ -18,7 +19,7 @@ constexpr Tag modality{0x0008, 0x0060}, studyDate{0x0008, 0x0020}, seriesDate{0x
     seriesNumber{0x0020, 0x0011}, instanceNumber{0x0020, 0x0013}, lossyCompression{0x0028, 0x2110},
     lossyRatio{0x0028, 0x2112};
 
-QString say(const char* text) { return QCoreApplication::translate("HeaderFacts", text); }
+QString translated(const char* text) { return QCoreApplication::translate("HeaderFacts", text); }
 
 QString textOf(const dicom::DicomFile& file, Tag tag) { return QString::fromStdString(file.text(tag)); }
 
@@ -27,7 +28,7 @@ void add(QStringList& lines, const QString& line) {
 }
 
 QString named(const char* what, const QString& value) {
-    return value.isEmpty() ? value : say(what) + ' ' + value;
+    return value.isEmpty() ? value : translated(what) + ' ' + value;
 }
 
 /// The positioner's angles in the words of the catheter laboratory (PS3.3 C.8.7.5.1.2). Other X-ray systems
@@ -49,6 +50,27 @@ QString projection(const dicom::DicomFile& file) {
     return sideways + "  " + angle(*secondary, "CAUD", "CRAN");
 }
 
+/// The study's date, and the time of day; with its own date where a study went on past midnight.
+QStringList dateLines(const dicom::DicomFile& file) {
+    const QString study = textOf(file, studyDate).trimmed();
+    const QString date = readableDate(study.isEmpty() ? textOf(file, seriesDate) : study);
+    const auto recorded = RecordingTime::of(file);
+    const auto joined = [](const QString& day, const QString& time) { return (day + ' ' + time).trimmed(); };
+    if (recorded.time.isEmpty() || recorded.date.isEmpty() || recorded.date == date)
+        return {joined(date, recorded.time)};
+    QStringList lines;
+    add(lines, date);
+    return lines << joined(recorded.date, recorded.time);
+}
+
+QString runWords(const dicom::DicomFile& file) {
+    const bool isRun = file.announcedFrameCount() > 1;
+    const QString which = named(isRun ? "Run" : "Image", harmless(textOf(file, instanceNumber)));
+    const double rate = isRun ? recordedFrameRate(file) : 0;
+    if (rate == 0) return which;
+    return (which + "  " + translated("%1 frames/s").arg(QString::number(rate, 'g', 3))).trimmed();
+}
+
 QString lossyWords(const dicom::DicomFile& file) {
     static const QStringList lossySyntaxes{"1.2.840.10008.1.2.4.50", "1.2.840.10008.1.2.4.51"};
     const bool said = file.header().string(lossyCompression) == "01";
@@ -57,7 +79,7 @@ QString lossyWords(const dicom::DicomFile& file) {
     for (const double ratio : file.header().decimals(lossyRatio)) {
         if (std::isfinite(ratio) && ratio > 1) ratios.append(QString::number(ratio, 'g', 3) + ":1");
     }
-    return (say("Lossy") + ' ' + ratios.join(", ")).trimmed();
+    return (translated("Lossy") + ' ' + ratios.join(", ")).trimmed();
 }
 
 }  // namespace
@@ -67,12 +89,11 @@ HeaderFacts HeaderFacts::of(const dicom::DicomFile& file) {
     facts.patient = personNameLines(textOf(file, patientName));
     add(facts.patient, named("ID", harmless(textOf(file, patientId))));
     add(facts.patient, named("Born", readableDate(textOf(file, birthDate))));
-    const QString date = textOf(file, studyDate).trimmed();
-    add(facts.study, readableDate(date.isEmpty() ? textOf(file, seriesDate) : date));
+    for (const QString& line : dateLines(file)) add(facts.study, line);
     add(facts.study, QString(named("Series", harmless(textOf(file, seriesNumber))) + ' ' +
                              harmless(textOf(file, seriesDescription)))
                          .trimmed());
-    add(facts.study, named("Run", harmless(textOf(file, instanceNumber))));
+    add(facts.study, runWords(file));
     add(facts.study, projection(file));
     facts.lossy = lossyWords(file);
     return facts;

@@ -10,7 +10,7 @@ namespace cinedisc {
 /// What a file says about itself in the corners of the main view: whose picture it is, and which.
 struct HeaderFacts {
     QStringList patient;  ///< name, one line a component group; ID; birth date
-    QStringList study;    ///< date, series, run, projection
+    QStringList study;    ///< date and time of day, series, run or image, projection
     QString lossy;        ///< how much was given up in compression, "" when nothing
 
     static HeaderFacts of(const dicom::DicomFile& file);

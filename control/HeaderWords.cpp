@@ -43,6 +43,17 @@ QString readableDate(const QString& value) {
     return match.captured(1) + '-' + match.captured(2) + '-' + match.captured(3);
 }
 
+QString readableTime(const QString& value) {
+    static const QRegularExpression time(
+        R"(^([01]\d|2[0-3])(?::?([0-5]\d)(?::?([0-5]\d|60)(?:[.]\d{1,6})?)?)?$)");
+    const auto match = time.match(value.trimmed());
+    if (!match.hasMatch()) return {};
+    QString text = match.captured(1);
+    if (match.capturedLength(2) == 0) return text + " h";
+    text += ':' + match.captured(2);
+    return match.capturedLength(3) == 0 ? text : text + ':' + match.captured(3);
+}
+
 QString harmless(const QString& text) {
     QString result = text;
     for (QChar& c : result) {

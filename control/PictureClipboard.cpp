@@ -1,21 +1,15 @@
 #include "control/PictureClipboard.h"
 
-#include <QBuffer>
+#include "control/PictureMimeData.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QMimeData>
 
 namespace cinedisc {
 
 bool copyPicture(const QImage& picture) {
     if (picture.isNull()) return false;
-    QByteArray png;
-    QBuffer buffer(&png);
-    if (!buffer.open(QIODevice::WriteOnly) || !picture.save(&buffer, "PNG")) return false;
-    auto* data = new QMimeData;
-    data->setImageData(picture);
-    data->setData("image/png", png);
-    QGuiApplication::clipboard()->setMimeData(data);
+    QGuiApplication::clipboard()->setMimeData(new PictureMimeData(picture));
     return true;
 }
 

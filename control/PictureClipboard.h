@@ -5,8 +5,8 @@
 
 namespace cinedisc {
 
-/// Puts a picture on the clipboard, as a bitmap and as PNG. False, and the clipboard untouched, when it is
-/// null.
+/// Puts a picture on the clipboard: without loss as PNG and BMP, and as the JPEG that an export writes.
+/// False, and the clipboard untouched, when it is null. Returns before the picture is compressed.
 bool copyPicture(const QImage& picture);
 /// Puts plain text on the clipboard.
 bool copyText(const QString& text);

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QImage>
+#include "control/PictureEncoding.h"
+
 #include <QString>
 
 namespace cinedisc {
-
-enum class PictureFormat { Jpeg, Bmp };
 
 /// The format that a name's extension asks for, in any case, or `otherwise` when it asks for none that is
 /// known.

@@ -41,7 +41,7 @@ void fillAround(QPainter& painter, const QRect& view, const QRectF& covered, dou
     painter.restore();
 }
 
-QString say(const char* text) { return QCoreApplication::translate("ViewPainter", text); }
+QString cornerWord(const char* text) { return QCoreApplication::translate("ViewPainter", text); }
 
 QString number(double value) {
     return std::abs(value) >= 100 ? QString::number(value, 'f', 0) : QString::number(value, 'g', 4);
@@ -76,7 +76,7 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
     }
     if (look.role == ViewRole::Main && state.picture.file()) {
         const QRectF picture = notice ? QRectF() : state.pictureRect();
-        corners_.paint(painter, area, picture, cornerLines(state),
+        corners_.paint(painter, area.adjusted(0, look.coveredAtTop, 0, 0), picture, cornerLines(state),
                        white ? CornerText::Ground::White : CornerText::Ground::Dark);
     }
     painter.restore();
@@ -104,15 +104,17 @@ CornerText::Lines ViewPainter::cornerLines(const ViewState& state) {
     const QString cutOff = cutOffWords(picture.frameCount(), picture.file()->dicom().announcedFrameCount());
     if (!cutOff.isEmpty()) lines.bottomLeft.append(cutOff);
     if (!facts_.lossy.isEmpty()) lines.bottomLeft.append(facts_.lossy);
-    lines.bottomLeft.append(say("Frame %1 / %2").arg(picture.currentFrame()).arg(picture.frameCount()));
+    lines.bottomLeft.append(
+        cornerWord("Frame %1 / %2").arg(picture.currentFrame()).arg(picture.frameCount()));
 
+    if (picture.polarity < 0) lines.bottomRight.append(cornerWord("Inverted"));
     if (!picture.isColor()) {
         const auto window = picture.drawnWindow().window;
-        lines.bottomRight.append(say("C %1  W %2").arg(number(window.center), number(window.width)));
+        lines.bottomRight.append(cornerWord("C %1  W %2").arg(number(window.center), number(window.width)));
     }
-    if (picture.coarse()) lines.bottomRight.append(say("Coarse, being refined"));
+    if (picture.coarse()) lines.bottomRight.append(cornerWord("Coarse, being refined"));
     const double scale = state.placement().scale(state.renderer.squareSize());
-    lines.bottomRight.append(say("Zoom %1 %").arg(std::lround(scale * 100)));
+    lines.bottomRight.append(cornerWord("Zoom %1 %").arg(std::lround(scale * 100)));
     return lines;
 }
 

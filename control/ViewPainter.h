@@ -27,6 +27,7 @@ class ViewPainter {
         bool whiteFill = false;
         bool sunkenBorder = false;
         bool highlighted = false;  ///< has the keyboard
+        int coveredAtTop = 0;      ///< of the content, by what lies over the view; logical pixels
         QColor accent;
     };
 

@@ -5,6 +5,8 @@
 #include "control/ezDICOMXParts.h"
 #include "control/picture/DisplayedPicture.h"
 
+#include <exception>
+#include <functional>
 #include <utility>
 
 namespace cinedisc {
@@ -12,6 +14,15 @@ namespace cinedisc {
 namespace {
 
 constexpr int noticeAfter = 500;  // milliseconds
+
+/// Whether a copy was made: one that memory does not suffice for is not.
+bool succeeds(const std::function<bool()>& copy) {
+    try {
+        return copy();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
 
 }  // namespace
 
@@ -46,6 +57,8 @@ void ezDICOMX::putFileName(const QString& path) {
     parts_->tools.leaveFile();
     view.labels.clear();
     const auto loaded = view.picture.load(path);
+    parts_->judgePatient();
+    if (BestFit()) putBestFit(true);
     // The strip puts all its previews anew whenever it moves.
     if (loaded == LoadedPicture::Loaded::AsItWas && parts_->role == ViewRole::Preview) return;
     // Whether the first frame can be shown is found out when it is looked at: a probe never does.
@@ -84,14 +97,15 @@ bool ezDICOMX::BestFit() const { return parts_->view.zoom.bestFit(); }
 bool ezDICOMX::Smooth() const { return parts_->view.smoothing == Smoothing::Smooth; }
 
 void ezDICOMX::putZoomPercent(qint32 percent) {
-    parts_->view.zoom.putPercent(percent);
-    update();
+    auto zoom = parts_->view.zoom;
+    zoom.putPercent(percent);
+    parts_->putZoom(zoom);
 }
 
 void ezDICOMX::putBestFit(bool on) {
-    const bool fitted = BestFit();
-    parts_->view.zoom.putBestFit(on);
-    if (!on || !fitted) update();
+    auto zoom = parts_->view.zoom;
+    zoom.putBestFit(on);
+    parts_->putZoom(zoom);
 }
 
 void ezDICOMX::putSmooth(bool on) {
@@ -119,12 +133,14 @@ void ezDICOMX::putPolarity(qint32 polarity) {
 void ezDICOMX::putWindowCenter(double center) {
     parts_->awaitWindow();
     parts_->view.picture.putWindowCenter(center);
+    parts_->tools.startAnew();
     update();
 }
 
 void ezDICOMX::putWindowWidth(double width) {
     parts_->awaitWindow();
     parts_->view.picture.putWindowWidth(width);
+    parts_->tools.startAnew();
     update();
 }
 
@@ -162,21 +178,23 @@ void ezDICOMX::putShowHeader(bool on) {
 
 bool ezDICOMX::CopyToClipboard() {
     parts_->settle(Patience::Answer);
+    parts_->tools.finish();
     // What stands in the view may have been coarse until now.
     update();
-    return copyPicture(displayedPicture(parts_->view));
+    return succeeds([this] { return copyPicture(displayedPicture(parts_->view)); });
 }
 
 bool ezDICOMX::CopyHeaderToClipboard() {
     parts_->settle(Patience::Answer);
-    const auto header = parts_->view.picture.headerText();
+    const auto header = parts_->view.picture.headerText(dicom::LongValues::Whole);
     return header && parts_->view.picture.waitFor(*header, Patience::Answer) &&
-           copyText(QString::fromStdString(header->text()));
+           succeeds([&] { return copyText(QString::fromStdString(header->text())); });
 }
 
 void ezDICOMX::putExportFile(const QString& path) {
     parts_->plain.exportFile = path;
     parts_->settle(Patience::Answer);
+    parts_->tools.finish();
     update();
     const auto otherwise = parts_->plain.exportFormat == "BMP" ? PictureFormat::Bmp : PictureFormat::Jpeg;
     exportPicture(displayedPicture(parts_->view), path, formatFor(path, otherwise));
@@ -195,6 +213,11 @@ void ezDICOMX::putThumbStyle(qint32 style) {
     if (style == parts_->thumbStyle) return;
     parts_->thumbStyle = style;
     update();
+}
+
+void ezDICOMX::putNamedPatientFolder(const QString& folder) {
+    parts_->namedPatientFolder = folder;
+    parts_->judgePatient();
 }
 
 void ezDICOMX::setNeighbour(Neighbour neighbour) { parts_->neighbour = std::move(neighbour); }

@@ -2,6 +2,7 @@
 
 #include "control/ViewRole.h"
 #include "control/frames/ImageLibrary.h"
+#include "viewer/NamedPatientView.h"
 #include "viewer/ViewerControl.h"
 
 #include <QPoint>
@@ -17,7 +18,7 @@ namespace cinedisc {
 ///
 /// Decodes nothing that is not looked at or asked about, and paints when the message loop comes to it: many
 /// puts make one drawing. On the user-interface thread.
-class ezDICOMX : public QWidget, public ViewerControl {
+class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
     Q_OBJECT
     Q_PROPERTY(QString FileName READ FileName WRITE putFileName)
     Q_PROPERTY(int FrameCount READ FrameCount)
@@ -110,6 +111,9 @@ class ezDICOMX : public QWidget, public ViewerControl {
     void putThumbStyle(qint32 style) override;
     QString Tag() const override;
     void putTag(const QString& tag) override;
+
+    /// The main view warns across its top while its file does not lie below this folder.
+    void putNamedPatientFolder(const QString& folder) override;
 
     /// The disc has not given the frame shown yet. Stepping on would only leave pictures out.
     bool isReading() const override;

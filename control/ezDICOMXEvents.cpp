@@ -24,6 +24,7 @@ void ezDICOMX::paintEvent(QPaintEvent*) {
     look.whiteFill = parts_->backgroundColor == 0;
     look.sunkenBorder = parts_->thumbStyle == 2;
     look.highlighted = parts_->role == ViewRole::Preview && hasFocus();
+    look.coveredAtTop = parts_->coveredAtTop;
     look.accent = palette().color(QPalette::Highlight);
     QPainter painter(this);
     parts_->painter.paint(painter, rect(), parts_->content(), parts_->view, parts_->tools, look);
@@ -32,7 +33,7 @@ void ezDICOMX::paintEvent(QPaintEvent*) {
 
 void ezDICOMX::resizeEvent(QResizeEvent*) {
     parts_->layOut();
-    if (parts_->headerPage) parts_->headerPage->setGeometry(parts_->content());
+    parts_->placeChildren();
 }
 
 void ezDICOMX::mousePressEvent(QMouseEvent* event) {

@@ -91,6 +91,12 @@ void ezDICOMX::Parts::lookAhead() {
     picture.lookAhead(direction, next);
 }
 
+void ezDICOMX::Parts::putZoom(const ViewZoom& zoom) {
+    if (std::exchange(view.zoom, zoom) == zoom) return;
+    tools.startAnew();
+    owner.update();
+}
+
 void ezDICOMX::Parts::refreshHeaderPage() {
     const bool wanted = showHeader && view.picture.file() && role != ViewRole::Probe;
     if (!wanted) {
@@ -102,13 +108,29 @@ void ezDICOMX::Parts::refreshHeaderPage() {
     if (!headerPage) headerPage = new HeaderPage(owner);
     if (headerPageOf != view.picture.fileRevision()) {
         headerPageOf = view.picture.fileRevision();
-        headerText = view.picture.headerText();
+        headerText = view.picture.headerText(dicom::LongValues::Cut);
         headerPage->setPlainText(Notice::ofReading().heading);
         fillHeaderPage();
     }
-    headerPage->setGeometry(content());
+    placeChildren();
     headerPage->show();
     headerPage->raise();
+    if (wrongPatient) wrongPatient->raise();
+}
+
+void ezDICOMX::Parts::judgePatient() {
+    if (role != ViewRole::Main || (!wrongPatient && namedPatientFolder.isEmpty())) return;
+    if (!wrongPatient) wrongPatient = new WrongPatientBar(owner);
+    const bool warned = !wrongPatient->isHidden();
+    wrongPatient->judge(view.picture.path(), namedPatientFolder);
+    if (warned == !wrongPatient->isHidden()) return;
+    placeChildren();
+    owner.update();
+}
+
+void ezDICOMX::Parts::placeChildren() {
+    coveredAtTop = wrongPatient ? wrongPatient->layOut(content()) : 0;
+    if (headerPage) headerPage->setGeometry(content().adjusted(0, coveredAtTop, 0, 0));
 }
 
 void ezDICOMX::Parts::fillHeaderPage() {

@@ -3,6 +3,7 @@
 #include "control/HeaderPage.h"
 #include "control/PlainMembers.h"
 #include "control/ViewPainter.h"
+#include "control/WrongPatientBar.h"
 #include "control/ezDICOMX.h"
 #include "control/mouse/MouseTools.h"
 #include "control/picture/ViewState.h"
@@ -36,8 +37,14 @@ struct ezDICOMX::Parts {
     void noteStep(qint32 from, qint32 to);
     /// Has what may follow read ahead; done when the frame shown has been drawn.
     void lookAhead();
+    /// The strip fits its previews anew whenever it moves: what is as it was is not drawn again.
+    void putZoom(const ViewZoom& zoom);
     void refreshHeaderPage();
     void fillHeaderPage();
+    /// Warns, or no longer warns, for the file shown and the patient named beside it.
+    void judgePatient();
+    /// Gives the children their places.
+    void placeChildren();
     void chooseTool();
 
     ezDICOMX& owner;
@@ -45,9 +52,12 @@ struct ezDICOMX::Parts {
     ViewState view;
     MouseTools tools;
     ViewPainter painter;
-    HeaderPage* headerPage = nullptr;        ///< a child, made when first shown
-    std::uint64_t headerPageOf = 0;          ///< the file whose header it holds
-    std::shared_ptr<HeaderText> headerText;  ///< while it is awaited
+    HeaderPage* headerPage = nullptr;         ///< a child, made when first shown
+    std::uint64_t headerPageOf = 0;           ///< the file whose header it holds
+    std::shared_ptr<HeaderText> headerText;   ///< while it is awaited
+    QString namedPatientFolder;               ///< "" when nobody's name is shown
+    WrongPatientBar* wrongPatient = nullptr;  ///< a child, made when first needed
+    int coveredAtTop = 0;                     ///< by the warning, logical pixels of the content
     PlainMembers plain;
     Neighbour neighbour;
     PlayDirection direction = PlayDirection::Forward;

@@ -5,6 +5,7 @@
 #include "dicom/DataSet.h"
 #include "dicom/Frame.h"
 #include "dicom/FrameBytes.h"
+#include "dicom/LongValues.h"
 #include "dicom/PixelFormat.h"
 #include "dicom/Presentation.h"
 #include "dicom/Result.h"
@@ -97,12 +98,12 @@ struct HeaderLine {
     Tag tag;
     std::string vr;
     std::string keyword;
-    std::string value;  ///< UTF-8, one line, shortened for binary values
+    std::string value;  ///< UTF-8, one line
 };
 
 /// All elements in file order, nested sequences after their element.
-std::vector<HeaderLine> describeHeader(const DicomFile& file);
+std::vector<HeaderLine> describeHeader(const DicomFile& file, LongValues longValues = LongValues::Cut);
 /// The same as plain text, one line an element, columns aligned, for the header page and the clipboard.
-std::string headerText(const DicomFile& file);
+std::string headerText(const DicomFile& file, LongValues longValues = LongValues::Cut);
 
 }  // namespace cinedisc::dicom

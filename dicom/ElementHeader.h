@@ -3,6 +3,7 @@
 #include "dicom/DataSet.h"
 #include "dicom/TransferSyntax.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -22,6 +23,9 @@ struct ElementHeader {
 
     bool isOpen() const { return length == undefinedLength; }
 };
+
+/// Bytes of the header of an item, in any encoding (PS3.5 section 7.5).
+inline constexpr std::size_t itemHeader = 8;
 
 /// Reads an element header from the next bytes, up to 12 of them; nothing when they are too few. `room` is
 /// how many bytes the value may take at most, header included: where letters that are no representation stand

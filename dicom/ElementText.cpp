@@ -14,6 +14,7 @@ namespace cinedisc::dicom {
 
 namespace {
 
+constexpr std::size_t all = SIZE_MAX;
 constexpr std::size_t mostLetters = 1024;
 constexpr std::size_t mostNumbers = 16;
 constexpr std::size_t mostBytes = 16;
@@ -50,10 +51,10 @@ std::string joined(const std::vector<Number>& numbers, std::size_t most) {
     return text;
 }
 
-std::string attributeTags(const Element& element) {
+std::string attributeTags(const Element& element, std::size_t most) {
     std::string text;
     for (const std::int64_t tag : integersIn(element.value, vr("AT"))) {
-        if (text.size() >= mostLetters) return text + ellipsis;
+        if (text.size() >= most) return text + ellipsis;
         const auto bits = static_cast<unsigned>(tag);
         text += (text.empty() ? "(" : "\\(") + hex(bits >> 16, 4) + "," + hex(bits & 0xFFFF, 4) + ")";
     }
@@ -61,7 +62,7 @@ std::string attributeTags(const Element& element) {
 }
 
 std::string numbersText(const Element& element, Vr kind, std::size_t most) {
-    if (kind == vr("AT")) return attributeTags(element);
+    if (kind == vr("AT")) return attributeTags(element, most == all ? all : mostLetters);
     if (isRealVr(kind)) {
         std::vector<double> numbers = decimalsIn(element.value, kind);
         if (unitSize(kind) == 8) return joined(numbers, most);
@@ -70,22 +71,22 @@ std::string numbersText(const Element& element, Vr kind, std::size_t most) {
     return joined(integersIn(element.value, kind), most);
 }
 
-/// On one line, at most `mostLetters` bytes of it.
-std::string singleLine(std::string text) {
+/// On one line, at most so many bytes of it.
+std::string singleLine(std::string text, std::size_t most) {
     std::replace_if(
         text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; },
         ' ');
-    if (text.size() <= mostLetters) return text;
-    std::size_t end = mostLetters;
+    if (text.size() <= most) return text;
+    std::size_t end = most;
     while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
     return text.substr(0, end) + ellipsis;
 }
 
-std::string firstBytes(const Element& element) {
+std::string bytesText(const Element& element, std::size_t most) {
     std::string text;
-    for (std::size_t i = 0; i < std::min(element.value.size(), mostBytes); ++i)
+    for (std::size_t i = 0; i < std::min(element.value.size(), most); ++i)
         text += (i > 0 ? " " : "") + hex(std::to_integer<unsigned>(element.value[i]), 2);
-    if (element.value.size() > mostBytes)
+    if (element.value.size() > most)
         text += std::string(" ") + ellipsis + " (" + std::to_string(element.value.size()) + " bytes)";
     return text;
 }
@@ -99,7 +100,6 @@ bool isPrintable(std::string_view text) {
 
 std::string elementText(const Element& element, const CharacterSet& characterSet) {
     const Vr kind = effectiveVr(element);
-    constexpr std::size_t all = SIZE_MAX;
     if (isText(kind)) return decodedText(element, kind, characterSet);
     const bool isNumeric = kind == vr("AT") || isRealVr(kind) || (isWholeNumberVr(kind) && kind != vr("OB"));
     if (isNumeric) return numbersText(element, kind, all);
@@ -107,15 +107,18 @@ std::string elementText(const Element& element, const CharacterSet& characterSet
                                                        : std::string();
 }
 
-std::string describeValue(const Element& element, Vr kind, const CharacterSet& characterSet) {
+std::string describeValue(const Element& element, Vr kind, const CharacterSet& characterSet,
+                          LongValues longValues) {
+    const auto most = [longValues](std::size_t cut) { return longValues == LongValues::Cut ? cut : all; };
     if (kind == vr("SQ") || !element.items.empty())
         return std::to_string(element.items.size()) + (element.items.size() == 1 ? " item" : " items");
     if (!element.held || tags::isPixelData(element.tag)) return std::to_string(element.length) + " bytes";
-    if (isText(kind)) return singleLine(decodedText(element, kind, characterSet));
+    if (isText(kind)) return singleLine(decodedText(element, kind, characterSet), most(mostLetters));
     const bool isBytes = kind == vr("OB") || kind == vr("UN") || !isKnownVr(kind);
-    if (!isBytes) return numbersText(element, kind, mostNumbers);
+    if (!isBytes) return numbersText(element, kind, most(mostNumbers));
     const auto text = trimmed(textOf(element.value));
-    return kind != vr("OB") && isPrintable(text) ? singleLine(std::string(text)) : firstBytes(element);
+    return kind != vr("OB") && isPrintable(text) ? singleLine(std::string(text), most(mostLetters))
+                                                 : bytesText(element, most(mostBytes));
 }
 
 }  // namespace cinedisc::dicom

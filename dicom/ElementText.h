@@ -2,6 +2,7 @@
 
 #include "dicom/CharacterSet.h"
 #include "dicom/DataSet.h"
+#include "dicom/LongValues.h"
 
 #include <string>
 
@@ -11,8 +12,9 @@ namespace cinedisc::dicom {
 /// for others.
 std::string elementText(const Element& element, const CharacterSet& characterSet);
 
-/// An element's value for a line of the header page: one line, shortened, binary values as their first bytes.
-/// `kind` is what the value is to be read as.
-std::string describeValue(const Element& element, Vr kind, const CharacterSet& characterSet);
+/// An element's value on one line of a described header; binary values byte by byte. `kind` is what the value
+/// is to be read as.
+std::string describeValue(const Element& element, Vr kind, const CharacterSet& characterSet,
+                          LongValues longValues);
 
 }  // namespace cinedisc::dicom

@@ -1,6 +1,7 @@
 #include "dicom/EncapsulatedFrames.h"
 
 #include "dicom/CodeStream.h"
+#include "dicom/ElementHeader.h"
 #include "dicom/FragmentJoining.h"
 #include "dicom/Notices.h"
 
@@ -11,7 +12,6 @@ namespace cinedisc::dicom {
 
 namespace {
 
-constexpr std::uint64_t itemHeader = 8;
 /// A compressed frame of noise is hardly larger than its pixels; the rest is room for what some encoders put
 /// in.
 constexpr std::uint64_t compressedSlack = 64 << 10;

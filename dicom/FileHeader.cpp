@@ -50,7 +50,7 @@ void parseBody(FileHeader& header, ForwardBuffer& buffer, Encoding declared) {
 /// Reads on over the offset table to the beginning of the first fragment, so that they need no read of their
 /// own.
 void fetchOffsetTable(const FileHeader& header, ForwardBuffer& buffer) {
-    constexpr std::size_t itemHeader = 8, firstFragment = itemHeader + codeStreamSignatureBytes;
+    constexpr std::size_t firstFragment = itemHeader + codeStreamSignatureBytes;
     if (!header.pixels || !header.pixels->isOpen) return;
     const auto item = readElementHeader(buffer.peek(itemHeader), implicitLittle, buffer.remaining());
     if (!item || item->tag != tags::Item || item->length > mostOffsetTableBytes) return;

@@ -8,7 +8,6 @@
 namespace cinedisc::dicom {
 
 Joining joinItems(std::vector<std::byte> bytes, FrameBytes& into) {
-    constexpr std::size_t itemHeader = 8;
     std::size_t at = 0;
     into.begin = itemHeader;
     into.length = 0;

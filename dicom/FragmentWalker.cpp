@@ -7,12 +7,6 @@
 
 namespace cinedisc::dicom {
 
-namespace {
-
-constexpr std::size_t itemHeader = 8;
-
-}  // namespace
-
 std::size_t FragmentWalker::readAt(std::uint64_t offset, std::span<std::byte> into) const {
     if (offset >= shownOffset_ && offset + into.size() <= shownOffset_ + shown_.size()) {
         std::copy_n(shown_.begin() + static_cast<std::ptrdiff_t>(offset - shownOffset_), into.size(),

@@ -17,6 +17,8 @@ bool isPrivateCreator(Tag tag) { return isPrivate(tag) && tag.element >= 0x0010 
 
 class Describer {
   public:
+    explicit Describer(LongValues longValues) : longValues_(longValues) {}
+
     std::vector<HeaderLine> lines;
 
     void describe(const DataSet& data, int depth, CharacterSet characterSet) {
@@ -36,8 +38,8 @@ class Describer {
         const bool isStated =
             element.valueRepresentation != vr("UN") && isKnownVr(element.valueRepresentation);
         const Vr kind = isStated ? element.valueRepresentation : known.valueRepresentation;
-        lines.push_back(
-            {depth, element.tag, lettersOf(kind), known.keyword, describeValue(element, kind, characterSet)});
+        lines.push_back({depth, element.tag, lettersOf(kind), known.keyword,
+                         describeValue(element, kind, characterSet, longValues_)});
         int number = 0;
         for (const DataSet& item : element.items) {
             lines.push_back({depth + 1, tags::Item, "", "Item", std::to_string(++number)});
@@ -62,6 +64,7 @@ class Describer {
         return {static_cast<char>(kind >> 8), static_cast<char>(kind & 0xFF)};
     }
 
+    LongValues longValues_;
     Dictionary dictionary_;
 };
 
@@ -79,18 +82,18 @@ void padTo(std::string& line, std::size_t column) {
 
 }  // namespace
 
-std::vector<HeaderLine> describeHeader(const DicomFile& file) {
-    Describer describer;
+std::vector<HeaderLine> describeHeader(const DicomFile& file, LongValues longValues) {
+    Describer describer(longValues);
     describer.describe(file.header(), 0, CharacterSet());
     const CharacterSet characterSet(file.header().strings(tags::SpecificCharacterSet));
     describer.describe(file.elementsBehindPixels(), 0, characterSet);
     return std::move(describer.lines);
 }
 
-std::string headerText(const DicomFile& file) {
+std::string headerText(const DicomFile& file, LongValues longValues) {
     constexpr std::size_t tagWidth = 11, vrWidth = 3, keywordWidth = 34, indent = 2;
     std::string text;
-    for (const HeaderLine& line : describeHeader(file)) {
+    for (const HeaderLine& line : describeHeader(file, longValues)) {
         std::string row(indent * static_cast<std::size_t>(line.depth), ' ');
         const std::size_t start = row.size();
         row += "(" + hexadecimal(line.tag.group) + "," + hexadecimal(line.tag.element) + ")";

@@ -29,7 +29,6 @@ std::vector<std::uint64_t> numbersIn(std::span<const std::byte> bytes, int size)
 }  // namespace
 
 OffsetTable readOffsetTable(const ByteSource& source, std::uint64_t offset, const DataSet& header) {
-    constexpr std::size_t itemHeader = 8;
     OffsetTable table;
     table.firstItem = offset;
     std::array<std::byte, itemHeader + codeStreamSignatureBytes> start{};

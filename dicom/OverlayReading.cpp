@@ -13,7 +13,7 @@ namespace cinedisc::dicom {
 
 namespace {
 
-constexpr int largestSide = 65535;
+constexpr int largestPlaneSide = 65535;
 constexpr std::uint64_t mostPlanePixels = 64ull << 20;
 
 constexpr Tag inGroup(int group, std::uint16_t element) {
@@ -49,8 +49,8 @@ bool readOverlay(const DataSet& header, const PixelFormat& format, int group, Ov
         return header.integer(inGroup(group, element));
     };
     overlay.group = group;
-    overlay.rows = bounded(number(0x0010), 0, largestSide, 0);
-    overlay.columns = bounded(number(0x0011), 0, largestSide, 0);
+    overlay.rows = bounded(number(0x0010), 0, largestPlaneSide, 0);
+    overlay.columns = bounded(number(0x0011), 0, largestPlaneSide, 0);
     const std::uint64_t pixels = planePixels(overlay);
     if (pixels == 0 || pixels > mostPlanePixels) return false;
     const auto origin = header.integers(inGroup(group, 0x0050));

@@ -3,15 +3,24 @@
 #include "discmaker/DemoDisc.h"
 #include "discmaker/DiscMaker.h"
 
+#include <QCommandLineParser>
+
 #include <exception>
 #include <iostream>
-#include <optional>
 
 namespace cinedisc::discmaker {
 
 namespace {
 
 enum ExitStatus { Done = 0, NoDisc = 1, WrongArguments = 2, FilesLeftOut = 3 };
+
+constexpr const char* description =
+    "Makes a disc for Cine Disc Viewer in the folder dir: the catalogue CD.xml and the folder Dicom.\n"
+    "Every DICOM file that is named or lies below a named folder is copied unchanged, sorted by patient,\n"
+    "study and series. dir must be empty, missing, or a disc that makedisc wrote, which is then replaced.\n"
+    "\n"
+    "Exit status: 0 done; 1 no disc was written; 2 wrong arguments; 3 the disc was written, but without\n"
+    "files that seem to be DICOM and cannot be read.";
 
 void tell(const std::string& message) { std::cerr << "makedisc: " << message << "\n"; }
 
@@ -34,54 +43,44 @@ int make(const MakeRequest& request) {
 
 }  // namespace
 
-std::string helpText() {
-    return "Usage: makedisc [OPTION]... DIR FILE-OR-FOLDER...\n"
-           "       makedisc [OPTION]... --demo DIR\n"
-           "\n"
-           "Makes a disc for Cine Disc Viewer in the folder DIR: the catalogue CD.xml and the folder Dicom.\n"
-           "Every DICOM file that is named or lies below a named folder is copied unchanged, sorted by "
-           "patient,\n"
-           "study and series. DIR must be empty, missing, or a disc that makedisc wrote, which is then "
-           "replaced.\n"
-           "\n"
-           "  --demo          make a disc of simulated coronary angiograms\n"
-           "  --title TEXT    name of the disc, kept in the catalogue\n"
-           "  --program PATH  copy the viewer beside the catalogue\n"
-           "  --license FILE  copy this file as license.txt beside the catalogue\n"
-           "  --help          show this text\n"
-           "\n"
-           "Exit status: 0 done; 1 no disc was written; 2 wrong arguments; 3 the disc was written, but "
-           "without\n"
-           "files that seem to be DICOM and cannot be read.\n";
-}
+std::variant<MakeRequest, Answer, UsageError> parseCommandLine(std::span<const std::string> arguments) {
+    // Names of files are any bytes; each goes through the parser as one letter.
+    QStringList letters{"makedisc"};
+    for (const auto& argument : arguments)
+        letters << QString::fromLatin1(argument.data(), static_cast<qsizetype>(argument.size()));
+    const QCommandLineOption help({"h", "help"}, "Show this text.");
+    const QCommandLineOption version({"v", "version"}, "Show the version.");
+    const QCommandLineOption demo("demo",
+                                  "Make a disc of simulated coronary angiograms; no files are named.");
+    const QCommandLineOption title("title", "Name of the disc, kept in the catalogue.", "text");
+    const QCommandLineOption program("program", "Copy the viewer beside the catalogue.", "path");
+    const QCommandLineOption license("license", "Copy this file as license.txt beside the catalogue.",
+                                     "file");
+    QCommandLineParser parser;
+    parser.setApplicationDescription(description);
+    parser.addOptions({demo, title, program, license, help, version});
+    parser.addPositionalArgument("dir", "The folder that becomes the disc.");
+    parser.addPositionalArgument("files", "DICOM files, and folders that hold some.", "[file-or-folder...]");
 
-std::variant<MakeRequest, HelpRequest, UsageError> parseCommandLine(std::span<const std::string> arguments) {
+    const bool understood = parser.parse(letters);
+    if (parser.isSet(help))
+        return Answer{parser.helpText().replace("<executable_name>", "makedisc").toStdString()};
+    if (parser.isSet(version)) return Answer{"makedisc " CINEDISC_VERSION "\n"};
+    if (!understood) return UsageError{parser.errorText().toLatin1().toStdString()};
+
+    const auto value = [&parser](const QCommandLineOption& option) {
+        return parser.value(option).toLatin1().toStdString();
+    };
     MakeRequest request;
-    std::vector<std::filesystem::path> places;
-    bool optionsEnded = false;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const auto& argument = arguments[i];
-        if (optionsEnded || !argument.starts_with("-") || argument == "-") {
-            places.emplace_back(argument);
-            continue;
-        }
-        if (argument == "--help" || argument == "-h") return HelpRequest{};
-        if (argument == "--") {
-            optionsEnded = true;
-        } else if (argument == "--demo") {
-            request.demo = true;
-        } else if (argument == "--title" || argument == "--program" || argument == "--license") {
-            if (++i == arguments.size()) return UsageError{argument + " wants a value"};
-            if (argument == "--title") request.title = arguments[i];
-            if (argument == "--program") request.enclosures.program = arguments[i];
-            if (argument == "--license") request.enclosures.license = arguments[i];
-        } else {
-            return UsageError{"there is no option " + argument};
-        }
-    }
-    if (places.empty()) return UsageError{"the folder of the disc is missing"};
-    request.disc = places.front();
-    request.named.assign(places.begin() + 1, places.end());
+    request.demo = parser.isSet(demo);
+    request.title = value(title);
+    if (parser.isSet(program)) request.enclosures.program = value(program);
+    if (parser.isSet(license)) request.enclosures.license = value(license);
+    for (const auto& place : parser.positionalArguments())
+        request.named.emplace_back(place.toLatin1().toStdString());
+    if (request.named.empty()) return UsageError{"the folder of the disc is missing"};
+    request.disc = request.named.front();
+    request.named.erase(request.named.begin());
     if (request.demo && !request.named.empty())
         return UsageError{"the demo disc takes one folder and no files"};
     if (!request.demo && request.named.empty()) return UsageError{"no DICOM files or folders are named"};
@@ -95,8 +94,8 @@ int runCommandLine(std::span<const std::string> arguments) {
         tell(error->message + "\nmakedisc --help tells more.");
         return WrongArguments;
     }
-    if (std::holds_alternative<HelpRequest>(parsed)) {
-        std::cout << helpText();
+    if (const auto* answer = std::get_if<Answer>(&parsed)) {
+        std::cout << answer->text;
         return Done;
     }
     try {

@@ -1,19 +1,13 @@
 #include "discmaker/DemoFile.h"
 
 #include "discmaker/CatalogueText.h"
-#include "discmaker/DiscError.h"
-#include "discmaker/encoding/DicomWriter.h"
-#include "discmaker/encoding/JpegLosslessEncoder.h"
-#include "discmaker/encoding/UidFactory.h"
+#include "discmaker/LosslessFile.h"
 
-#include <fstream>
+#include <cmath>
 
 namespace cinedisc::discmaker {
 
 namespace {
-
-constexpr const char* xRayAngiographicImage = "1.2.840.10008.5.1.4.1.1.12.1";
-constexpr const char* jpegLossless = "1.2.840.10008.1.2.4.70";
 
 std::string studyName(const DemoImage& image) {
     return image.patient.id + "/" + std::to_string(image.study.number);
@@ -33,91 +27,77 @@ std::string timeOf(const DemoImage& image, int number) {
     return two(minutes / 60 % 24) + two(minutes % 60) + image.study.time.substr(4, 2);
 }
 
-void putPatientAndStudy(DicomWriter& writer, const DemoImage& image) {
-    writer.putText(attribute::specificCharacterSet, "ISO_IR 192");
-    writer.putText(attribute::sopClassUid, xRayAngiographicImage);
-    writer.putText(attribute::sopInstanceUid, uidFor(instanceName(image)));
-    writer.putText(attribute::patientName, image.patient.name);
-    writer.putText(attribute::patientId, image.patient.id);
-    writer.putText(attribute::patientBirthDate, image.patient.birthDate);
-    writer.putText(attribute::patientSex, image.patient.sex);
-    writer.putText(attribute::studyInstanceUid, uidFor(studyName(image)));
-    writer.putText(attribute::studyDate, image.study.date);
-    writer.putText(attribute::studyTime, image.study.time);
-    writer.putText(attribute::studyId, std::to_string(image.study.number));
-    writer.putText(attribute::studyDescription, image.study.description);
-    writer.putText(attribute::accessionNumber, "");
-    writer.putText(attribute::referringPhysicianName, "");
-    writer.putText(attribute::modality, "XA");
-    writer.putText(attribute::manufacturer, "Cine Disc Viewer");
-    writer.putText(attribute::institutionName, "Simulated patient");
-    writer.putText(attribute::seriesInstanceUid, uidFor(seriesName(image)));
-    writer.putText(attribute::seriesNumber, std::to_string(image.series.number));
-    writer.putText(attribute::seriesDescription, image.series.description);
-    writer.putText(attribute::seriesDate, image.study.date);
-    writer.putText(attribute::seriesTime, timeOf(image, 0));
-    writer.putText(attribute::contentDate, image.study.date);
-    writer.putText(attribute::contentTime, timeOf(image, image.number));
-    writer.putText(attribute::instanceNumber, std::to_string(image.number));
+void putPatientAndStudy(LosslessFile& file, const DemoImage& image) {
+    file.put(DCM_SOPInstanceUID, EVR_UI, uidFor(instanceName(image)));
+    file.put(DCM_PatientName, EVR_PN, image.patient.name);
+    file.put(DCM_PatientID, EVR_LO, image.patient.id);
+    file.put(DCM_PatientBirthDate, EVR_DA, image.patient.birthDate);
+    file.put(DCM_PatientSex, EVR_CS, image.patient.sex);
+    file.put(DCM_StudyInstanceUID, EVR_UI, uidFor(studyName(image)));
+    file.put(DCM_StudyDate, EVR_DA, image.study.date);
+    file.put(DCM_StudyTime, EVR_TM, image.study.time);
+    file.put(DCM_StudyID, EVR_SH, std::to_string(image.study.number));
+    file.put(DCM_StudyDescription, EVR_LO, image.study.description);
+    file.put(DCM_AccessionNumber, EVR_SH, "");
+    file.put(DCM_ReferringPhysicianName, EVR_PN, "");
+    file.put(DCM_Modality, EVR_CS, "XA");
+    file.put(DCM_Manufacturer, EVR_LO, "Cine Disc Viewer");
+    file.put(DCM_InstitutionName, EVR_LO, "Simulated patient");
+    file.put(DCM_SeriesInstanceUID, EVR_UI, uidFor(seriesName(image)));
+    file.put(DCM_SeriesNumber, EVR_IS, std::to_string(image.series.number));
+    file.put(DCM_SeriesDescription, EVR_LO, image.series.description);
+    file.put(DCM_SeriesDate, EVR_DA, image.study.date);
+    file.put(DCM_SeriesTime, EVR_TM, timeOf(image, 0));
+    file.put(DCM_ContentDate, EVR_DA, image.study.date);
+    file.put(DCM_ContentTime, EVR_TM, timeOf(image, image.number));
+    file.put(DCM_InstanceNumber, EVR_IS, std::to_string(image.number));
 }
 
-void putAcquisition(DicomWriter& writer, const DemoImage& image, const Angiogram& angiogram) {
+void putAcquisition(LosslessFile& file, const DemoImage& image, const Angiogram& angiogram) {
     const auto& setup = image.setup;
-    writer.putText(attribute::imageType, "ORIGINAL\\PRIMARY\\SINGLE PLANE");
-    writer.putText(attribute::imageComments,
-                   viewName(setup.view.primaryAngle, setup.view.secondaryAngle) + ", simulated angiogram");
-    writer.putText(attribute::contrastBolusAgent, "Iodinated contrast medium");
-    writer.putText(attribute::bodyPartExamined, "HEART");
-    writer.putNumbers(attribute::kvp, {76});
-    writer.putNumbers(attribute::tubeCurrent, {640});
-    writer.putNumbers(attribute::exposureTime, {7.0 * image.frames});
-    writer.putText(attribute::radiationSetting, "GR");
-    writer.putNumbers(attribute::distanceSourceToDetector, {Projection::sourceToDetector});
-    writer.putNumbers(attribute::distanceSourceToPatient, {Projection::sourceToPatient});
-    writer.putNumbers(attribute::imagerPixelSpacing, {angiogram.pixelSpacing(), angiogram.pixelSpacing()});
-    writer.putText(attribute::positionerMotion, "STATIC");
-    writer.putNumbers(attribute::positionerPrimaryAngle, {setup.view.primaryAngle});
-    writer.putNumbers(attribute::positionerSecondaryAngle, {setup.view.secondaryAngle});
+    file.put(DCM_ImageType, EVR_CS, "ORIGINAL\\PRIMARY\\SINGLE PLANE");
+    file.put(DCM_ImageComments, EVR_LT,
+             viewName(setup.view.primaryAngle, setup.view.secondaryAngle) + ", simulated angiogram");
+    file.put(DCM_ContrastBolusAgent, EVR_LO, "Iodinated contrast medium");
+    file.put(DCM_BodyPartExamined, EVR_CS, "HEART");
+    file.put(DCM_KVP, EVR_DS, {76});
+    file.put(DCM_XRayTubeCurrent, EVR_IS, {640});
+    file.put(DCM_ExposureTime, EVR_IS, {7.0 * image.frames});
+    file.put(DCM_RadiationSetting, EVR_CS, "GR");
+    file.put(DCM_DistanceSourceToDetector, EVR_DS, {Projection::sourceToDetector});
+    file.put(DCM_DistanceSourceToPatient, EVR_DS, {Projection::sourceToPatient});
+    file.put(DCM_ImagerPixelSpacing, EVR_DS, {angiogram.pixelSpacing(), angiogram.pixelSpacing()});
+    file.put(DCM_PositionerMotion, EVR_CS, "STATIC");
+    file.put(DCM_PositionerPrimaryAngle, EVR_DS, {setup.view.primaryAngle});
+    file.put(DCM_PositionerSecondaryAngle, EVR_DS, {setup.view.secondaryAngle});
+    file.put(DCM_PixelIntensityRelationship, EVR_CS, "DISP");
+    file.put(DCM_BurnedInAnnotation, EVR_CS, "NO");
+    file.put(DCM_LossyImageCompression, EVR_CS, "00");
+    const double step = (1 << setup.bits) / 256;
+    file.put(DCM_WindowCenter, EVR_DS, {136 * step});
+    file.put(DCM_WindowWidth, EVR_DS, {196 * step});
     if (image.frames == 1) return;
-    writer.putNumbers(attribute::frameTime, {1000 / setup.frameRate});
-    writer.putNumbers(attribute::cineRate, {std::round(setup.frameRate)});
-    writer.putNumbers(attribute::recommendedDisplayFrameRate, {std::round(setup.frameRate)});
-    writer.putText(attribute::numberOfFrames, std::to_string(image.frames));
-    writer.putPointer(attribute::frameIncrementPointer, attribute::frameTime);
+    file.put(DCM_FrameTime, EVR_DS, {1000 / setup.frameRate});
+    file.put(DCM_CineRate, EVR_IS, {std::round(setup.frameRate)});
+    file.put(DCM_RecommendedDisplayFrameRate, EVR_IS, {std::round(setup.frameRate)});
+    file.put(DCM_NumberOfFrames, EVR_IS, std::to_string(image.frames));
+    file.put(DCM_FrameIncrementPointer, EVR_AT, "(0018,1063)");
 }
 
-void putShutter(DicomWriter& writer, const Collimator& collimator) {
+void putShutter(LosslessFile& file, const Collimator& collimator) {
     const auto& opening = collimator.opening();
     if (opening.shape == Collimator::Shape::Circular) {
-        writer.putText(attribute::shutterShape, "CIRCULAR");
-        writer.putNumbers(attribute::centerOfCircularShutter,
-                          {double(collimator.centerRow()), double(collimator.centerColumn())});
-        writer.putNumbers(attribute::radiusOfCircularShutter, {double(collimator.radius())});
+        file.put(DCM_ShutterShape, EVR_CS, "CIRCULAR");
+        file.put(DCM_CenterOfCircularShutter, EVR_IS,
+                 {double(collimator.centerRow()), double(collimator.centerColumn())});
+        file.put(DCM_RadiusOfCircularShutter, EVR_IS, {double(collimator.radius())});
         return;
     }
-    writer.putText(attribute::shutterShape, "RECTANGULAR");
-    writer.putNumbers(attribute::shutterLeftVerticalEdge, {double(opening.left)});
-    writer.putNumbers(attribute::shutterRightVerticalEdge, {double(opening.right)});
-    writer.putNumbers(attribute::shutterUpperHorizontalEdge, {double(opening.upper)});
-    writer.putNumbers(attribute::shutterLowerHorizontalEdge, {double(opening.lower)});
-}
-
-void putPixelDescription(DicomWriter& writer, const Angiogram::Setup& setup) {
-    const auto bits = static_cast<std::uint16_t>(setup.bits);
-    writer.putShort(attribute::samplesPerPixel, 1);
-    writer.putText(attribute::photometricInterpretation, "MONOCHROME2");
-    writer.putShort(attribute::rows, static_cast<std::uint16_t>(setup.size));
-    writer.putShort(attribute::columns, static_cast<std::uint16_t>(setup.size));
-    writer.putShort(attribute::bitsAllocated, bits > 8 ? 16 : 8);
-    writer.putShort(attribute::bitsStored, bits);
-    writer.putShort(attribute::highBit, static_cast<std::uint16_t>(bits - 1));
-    writer.putShort(attribute::pixelRepresentation, 0);
-    writer.putText(attribute::pixelIntensityRelationship, "DISP");
-    writer.putText(attribute::burnedInAnnotation, "NO");
-    writer.putText(attribute::lossyImageCompression, "00");
-    const double step = (1 << setup.bits) / 256;
-    writer.putNumbers(attribute::windowCenter, {136 * step});
-    writer.putNumbers(attribute::windowWidth, {196 * step});
+    file.put(DCM_ShutterShape, EVR_CS, "RECTANGULAR");
+    file.put(DCM_ShutterLeftVerticalEdge, EVR_IS, {double(opening.left)});
+    file.put(DCM_ShutterRightVerticalEdge, EVR_IS, {double(opening.right)});
+    file.put(DCM_ShutterUpperHorizontalEdge, EVR_IS, {double(opening.upper)});
+    file.put(DCM_ShutterLowerHorizontalEdge, EVR_IS, {double(opening.lower)});
 }
 
 }  // namespace
@@ -142,23 +122,15 @@ ImageRecord demoRecord(const DemoImage& image) {
 }
 
 void writeDemoFile(const DemoImage& image, const std::filesystem::path& path) {
-    const auto& setup = image.setup;
-    Angiogram angiogram(setup);
-    const JpegLosslessEncoder encoder(setup.size, setup.size, setup.bits);
-    DicomWriter writer(jpegLossless);
-    putPatientAndStudy(writer, image);
-    putAcquisition(writer, image, angiogram);
-    putShutter(writer, angiogram.collimator());
-    putPixelDescription(writer, setup);
-    std::vector<DicomWriter::Bytes> frames;
+    Angiogram angiogram(image.setup);
+    const LosslessFile::Format format{image.setup.size, image.setup.size, image.setup.bits};
+    LosslessFile file(format);
+    putPatientAndStudy(file, image);
+    putAcquisition(file, image, angiogram);
+    putShutter(file, angiogram.collimator());
     for (int i = 0; i < image.frames; ++i)
-        frames.push_back(encoder.encode(angiogram.frame(image.firstFrame + i)));
-    writer.putFrames(std::move(frames));
-
-    std::ofstream stream(path, std::ios::binary);
-    writer.write(stream);
-    stream.close();
-    if (!stream) throw DiscError("cannot write " + path.string());
+        file.addFrame(LosslessFile::encoded(format, angiogram.frame(image.firstFrame + i)));
+    file.write(path);
 }
 
 }  // namespace cinedisc::discmaker

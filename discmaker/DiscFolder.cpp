@@ -23,7 +23,7 @@ bool bearsMark(const fs::path& catalogue) {
     std::string head(256, '\0');
     stream.read(head.data(), static_cast<std::streamsize>(head.size()));
     head.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
-    return head.find(catalogueMark) != std::string::npos;
+    return head.find("<!--" + std::string(catalogueMark) + "-->") != std::string::npos;
 }
 
 /// "Series07" is `prefix` "Series" and digits.

@@ -1,7 +1,10 @@
 #include "discmaker/HeaderReader.h"
 
 #include "dicom/DicomFile.h"
-#include "discmaker/encoding/Attribute.h"
+
+#include <dcmtk/config/osconfig.h>
+#include <dcmtk/dcmdata/dcdeftag.h>
+#include <dcmtk/dcmdata/dctagkey.h>
 
 #include <algorithm>
 
@@ -9,12 +12,11 @@ namespace cinedisc::discmaker {
 
 namespace {
 
-constexpr dicom::Tag mediaStorageSopClass{0x0002, 0x0002};
-constexpr dicom::Tag directoryRecords{0x0004, 0x1220};
+dicom::Tag tagOf(const DcmTagKey& key) { return {key.getGroup(), key.getElement()}; }
 
 bool isDirectory(const dicom::DataSet& header) {
-    return header.string(mediaStorageSopClass) == "1.2.840.10008.1.3.10" ||
-           header.find(directoryRecords) != nullptr;
+    return header.string(tagOf(DCM_MediaStorageSOPClassUID)) == "1.2.840.10008.1.3.10" ||
+           header.find(tagOf(DCM_DirectoryRecordSequence)) != nullptr;
 }
 
 bool holdsData(const dicom::DataSet& header) {
@@ -39,22 +41,22 @@ std::variant<ImageRecord, Skipped> readRecord(const std::filesystem::path& path)
         return Skipped{Skipped::Reason::Unreadable, "the file ends before its data begin"};
 
     ImageRecord record;
-    record.patientName = file.text(attribute::patientName.tag);
-    record.patientId = file.text(attribute::patientId.tag);
-    record.studyUid = header.string(attribute::studyInstanceUid.tag);
-    record.studyDate = header.string(attribute::studyDate.tag);
-    record.studyTime = header.string(attribute::studyTime.tag);
-    record.studyId = file.text(attribute::studyId.tag);
-    record.studyDescription = file.text(attribute::studyDescription.tag);
-    record.seriesUid = header.string(attribute::seriesInstanceUid.tag);
-    record.seriesDescription = file.text(attribute::seriesDescription.tag);
-    record.modality = header.string(attribute::modality.tag);
-    record.seriesNumber = header.integer(attribute::seriesNumber.tag);
-    record.instanceNumber = header.integer(attribute::instanceNumber.tag);
+    record.patientName = file.text(tagOf(DCM_PatientName));
+    record.patientId = file.text(tagOf(DCM_PatientID));
+    record.studyUid = header.string(tagOf(DCM_StudyInstanceUID));
+    record.studyDate = header.string(tagOf(DCM_StudyDate));
+    record.studyTime = header.string(tagOf(DCM_StudyTime));
+    record.studyId = file.text(tagOf(DCM_StudyID));
+    record.studyDescription = file.text(tagOf(DCM_StudyDescription));
+    record.seriesUid = header.string(tagOf(DCM_SeriesInstanceUID));
+    record.seriesDescription = file.text(tagOf(DCM_SeriesDescription));
+    record.modality = header.string(tagOf(DCM_Modality));
+    record.seriesNumber = header.integer(tagOf(DCM_SeriesNumber));
+    record.instanceNumber = header.integer(tagOf(DCM_InstanceNumber));
     record.frames = file.announcedFrameCount();
     if (record.modality == "XA") {
-        record.primaryAngle = header.decimal(attribute::positionerPrimaryAngle.tag);
-        record.secondaryAngle = header.decimal(attribute::positionerSecondaryAngle.tag);
+        record.primaryAngle = header.decimal(tagOf(DCM_PositionerPrimaryAngle));
+        record.secondaryAngle = header.decimal(tagOf(DCM_PositionerSecondaryAngle));
     }
     return record;
 }

@@ -5,7 +5,8 @@ namespace cinedisc {
 void frmViewBehaviour::cmdOpen_Click() {
     trapErrors([this] {
         const QString chosen = dialogs_.browseForFolder("Dicom");
-        if (chosen.isEmpty() || !form.File1.moveTo(chosen)) return;
+        if (chosen.isEmpty() || form.File1.filesIn(chosen).isEmpty()) return;
+        form.File1.putPath(chosen);
         strip.clear();
         strip.initialFill(FitPreview::AfterLoad);
         strip.ChkThumb();

@@ -1,25 +1,26 @@
 #include "navigation/PatientStepper.h"
 
-#include <QRegularExpression>
+#include "catalogue/CatalogueLoader.h"
 
 namespace cinedisc {
 
 namespace {
 
-/// Position in the catalogue: the number in the folder's name, for a disc may lack a folder; otherwise the
-/// folder's own position.
-Int16 cataloguePosition(const Folder& patient, int folderPosition) {
-    static const QRegularExpression numbered("^patient([0-9]+)$", QRegularExpression::CaseInsensitiveOption);
+/// The catalogue position of which this is the folder's name, as the tree's tags are written; nothing for any
+/// other name.
+std::optional<Int16> cataloguePosition(const QString& title) {
     bool isNumber = false;
-    const int number = numbered.match(patient.Title()).captured(1).toInt(&isNumber);
-    return isNumber ? number : folderPosition;
+    const short number = title.mid(QLatin1String("Patient").size()).toShort(&isNumber);
+    if (!isNumber || number < 0) return std::nullopt;
+    const bool isTag = CatalogueLoader::tagOf(number).compare(title, Qt::CaseInsensitive) == 0;
+    return isTag ? std::optional<Int16>(number) : std::nullopt;
 }
 
 }  // namespace
 
 void PatientStepper::step(Direction direction) {
     trapErrors([&] {
-        DiscPosition& position = disc_.position;
+        const DiscPosition& position = place_.position();
         if (!position.PatientsFolder.isSet()) return;
         const FolderItems patients = position.PatientsFolder.Items().subFolders();
         const QString title = position.CurrentFolder.Title();
@@ -27,19 +28,23 @@ void PatientStepper::step(Direction direction) {
         while (current < patients.Count() && patients.Item(current.value()).GetFolder().Title() != title)
             ++current;
         if (current == patients.Count()) throw RunTimeError::objectNotSet();
-        const int target = wrappedStep(current.value(), patients.Count(), direction);
-        position.CurrentFolder = patients.Item(target).GetFolder();
-        position.HasStudyFolders = true;
-        if (details_.PatDisplay(cataloguePosition(position.CurrentFolder, target)) ==
-            DetailPanels::Patient::Shown) {
-            details_.SerDisplay(0, 0);
-        } else {
-            // A folder that the catalogue does not list: the names of the patient before must not stay over
-            // its pictures.
-            disc_.resetNames();
-        }
+        const Folder target =
+            patients.Item(wrappedStep(current.value(), patients.Count(), direction)).GetFolder();
+        if (!target.isSet()) throw RunTimeError::objectNotSet();
+        place_.enterPatient(target);
+        showNames(target);
         opener_.openCurrentPatient();
     });
+}
+
+void PatientStepper::showNames(const Folder& patient) {
+    try {
+        const auto number = cataloguePosition(patient.Title());
+        if (number) details_.PatDisplay(*number, patient.pathOrEmpty());
+        if (place_.position().patient == DiscPosition::Patient::Listed) details_.SerDisplay(0, 0);
+    } catch (const RunTimeError&) {
+        place_.showNobody();
+    }
 }
 
 }  // namespace cinedisc

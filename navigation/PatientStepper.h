@@ -1,8 +1,8 @@
 #pragma once
 
 #include "catalogue/DetailPanels.h"
-#include "catalogue/DiscControls.h"
 #include "catalogue/PatientOpener.h"
+#include "catalogue/PlaceMover.h"
 #include "navigation/Direction.h"
 
 namespace cinedisc {
@@ -10,16 +10,17 @@ namespace cinedisc {
 /// Steps the patients of the disc by the titles of their folders, wrapping. Errors end a step quietly.
 class PatientStepper {
   public:
-    PatientStepper(DiscControls& disc, DetailPanels& details, PatientOpener& opener)
-        : disc_(disc), details_(details), opener_(opener) {}
+    PatientStepper(PlaceMover& place, DetailPanels& details, PatientOpener& opener)
+        : place_(place), details_(details), opener_(opener) {}
 
     void Command2_Click() { step(Direction::Next); }
     void cmdPatBack_Click() { step(Direction::Previous); }
 
   private:
     void step(Direction direction);
+    void showNames(const Folder& patient);
 
-    DiscControls& disc_;
+    PlaceMover& place_;
     DetailPanels& details_;
     PatientOpener& opener_;
 };

@@ -16,15 +16,15 @@ Int16 positionOf(const FolderItems& folders, const QString& path) {
 
 void SeriesStepper::step(Direction direction) {
     trapErrors([&] {
-        const DiscPosition& position = disc_.position;
-        if (!position.CurrentFolder.isSet()) return;
+        const DiscPosition& position = place_.position();
+        if (!position.CurrentFolder.isSet() || position.patient == DiscPosition::Patient::None) return;
         const Target target =
             position.HasStudyFolders ? targetAmongStudies(direction) : targetAmongSeries(direction);
         const QString path = target.folder.Path();
+        const bool isListed = position.patient == DiscPosition::Patient::Listed;
         // A folder opened by hand is nobody's in the catalogue.
-        if (position.HasStudyFolders) details_.SerDisplay(target.study, target.series);
-        form_.File1.putPath(path);
-        form_.File1.Refresh();
+        if (position.HasStudyFolders && isListed) details_.SerDisplay(target.study, target.series);
+        place_.listSeries(path);
         if (position.StillsMode) {
             openStills();
         } else {
@@ -34,7 +34,7 @@ void SeriesStepper::step(Direction direction) {
 }
 
 SeriesStepper::Target SeriesStepper::targetAmongSeries(Direction direction) const {
-    const FolderItems series = disc_.position.CurrentFolder.Items().subFolders();
+    const FolderItems series = place_.position().CurrentFolder.Items().subFolders();
     const Int16 current = positionOf(series, form_.File1.Path());
     if (current < 0) throw RunTimeError::objectNotSet();
     const Int16 target = wrappedStep(current.value(), series.Count(), direction);
@@ -42,7 +42,7 @@ SeriesStepper::Target SeriesStepper::targetAmongSeries(Direction direction) cons
 }
 
 SeriesStepper::Target SeriesStepper::targetAmongStudies(Direction direction) const {
-    const FolderItems studies = disc_.position.CurrentFolder.Items().subFolders();
+    const FolderItems studies = place_.position().CurrentFolder.Items().subFolders();
     const auto seriesOf = [&](Int16 study) {
         return studies.Item(study.value()).GetFolder().Items().subFolders();
     };
@@ -69,7 +69,6 @@ void SeriesStepper::openRuns() {
     if (form_.File1.ListCount() == 0) {
         // Nothing of the series before may stand under this one's name.
         strip_.clear();
-        form_.ezDicom.putFileName("");
     }
     for (Int16 i = 0; i < form_.File1.ListCount(); ++i) strip_.fillPreview(i, FitPreview::BeforeAndAfterLoad);
     strip_.putRange();
@@ -79,10 +78,10 @@ void SeriesStepper::openRuns() {
 }
 
 void SeriesStepper::openStills() {
+    if (form_.File1.ListCount() == 0) return;
     form_.ezDicom.putFileName(form_.File1.fullPath(0));
     form_.ezDicom.putBestFit(true);
-    form_.File1.putListIndex(0);
-    loader_.showStillPosition();
+    stills_.show(0);
 }
 
 }  // namespace cinedisc

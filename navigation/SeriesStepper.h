@@ -1,7 +1,8 @@
 #pragma once
 
 #include "catalogue/DetailPanels.h"
-#include "catalogue/DiscControls.h"
+#include "catalogue/PlaceMover.h"
+#include "catalogue/StillsSeries.h"
 #include "navigation/Direction.h"
 #include "thumbnails/ThumbnailStrip.h"
 #include "viewer/ImageLoader.h"
@@ -12,9 +13,14 @@ namespace cinedisc {
 /// that equals File1.Path. Errors end a step quietly.
 class SeriesStepper {
   public:
-    SeriesStepper(ViewerControls& controls, DiscControls& disc, DetailPanels& details, ThumbnailStrip& strip,
-                  ImageLoader& loader)
-        : form_(controls), disc_(disc), details_(details), strip_(strip), loader_(loader) {}
+    SeriesStepper(ViewerControls& controls, PlaceMover& place, DetailPanels& details, ThumbnailStrip& strip,
+                  StillsSeries& stills, ImageLoader& loader)
+        : form_(controls),
+          place_(place),
+          details_(details),
+          strip_(strip),
+          stills_(stills),
+          loader_(loader) {}
 
     void cmdSerNext_Click() { step(Direction::Next); }
     void cmdSerBack_Click() { step(Direction::Previous); }
@@ -33,9 +39,10 @@ class SeriesStepper {
     void openStills();
 
     ViewerControls& form_;
-    DiscControls& disc_;
+    PlaceMover& place_;
     DetailPanels& details_;
     ThumbnailStrip& strip_;
+    StillsSeries& stills_;
     ImageLoader& loader_;
 };
 

@@ -22,7 +22,7 @@ void StillStepper::step(Direction direction) {
             view.putWindowWidth(width.value());
         }
         view.putPolarity(polarity.value());
-        loader_.showStillPosition();
+        stills_.show(File1.ListIndex());
     });
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "navigation/Direction.h"
-#include "viewer/ImageLoader.h"
+#include "viewer/StillsPosition.h"
 #include "viewer/ViewerControls.h"
 
 namespace cinedisc {
@@ -9,7 +9,7 @@ namespace cinedisc {
 /// Steps the files of a stills series, wrapping, with window and polarity kept. Errors end a step quietly.
 class StillStepper {
   public:
-    StillStepper(ViewerControls& controls, ImageLoader& loader) : form_(controls), loader_(loader) {}
+    StillStepper(ViewerControls& controls, StillsPosition& stills) : form_(controls), stills_(stills) {}
 
     void cmdNextSeries_Click() { step(Direction::Next); }
     void cmdPreviousSeries_Click() { step(Direction::Previous); }
@@ -18,7 +18,7 @@ class StillStepper {
     void step(Direction direction);
 
     ViewerControls& form_;
-    ImageLoader& loader_;
+    StillsPosition& stills_;
 };
 
 }  // namespace cinedisc

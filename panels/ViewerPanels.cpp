@@ -1,5 +1,6 @@
 #include "panels/ViewerPanels.h"
 
+#include "control/CornerText.h"
 #include "control/ezDICOMX.h"
 #include "panels/BackgroundPopUp.h"
 #include "panels/PanelParts.h"
@@ -53,6 +54,7 @@ ViewerPanels::ViewerPanels(QMainWindow& window, const ViewerDesign& design)
     window.setCentralWidget(surface);
     // The size of what is shown must never move the window's panels.
     ezDicom->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    ezDicom->setMinimumWidth(CornerText::leastWidth());
 }
 
 void ViewerPanels::stack(QWidget& picture, QWidget& steps) {

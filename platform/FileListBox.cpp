@@ -8,24 +8,27 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 
 namespace cinedisc {
 
 void FileListBox::putPath(const QString& path) {
-    if (!path.isEmpty() && !QFileInfo(path).isDir()) throw RunTimeError::pathNotFound();
+    list_ = filesIn(path);
     path_ = path.isEmpty() ? path : folderPath(path);
-    Refresh();
+    listIndex_ = -1;
 }
 
-bool FileListBox::moveTo(const QString& path) {
-    const QString rememberedPath = path_;
-    const int rememberedIndex = listIndex_;
-    putPath(path);
-    Refresh();
-    if (ListCount() > 0) return true;
-    putPath(rememberedPath);
-    putListIndex(rememberedIndex);
-    return false;
+QStringList FileListBox::filesIn(const QString& path) const {
+    if (path.isEmpty()) return {};
+    const QDir folder(path);
+    if (!folder.exists()) throw RunTimeError::pathNotFound();
+    QStringList files =
+        folder.entryList(pattern_.split(u';', Qt::SkipEmptyParts), QDir::Files, QDir::Unsorted);
+    // The position behind the last file must be a number, too.
+    if (files.size() >= std::numeric_limits<std::int16_t>::max()) throw RunTimeError::overflow();
+    std::sort(files.begin(), files.end(), naturalLess);
+    return files;
 }
 
 void FileListBox::putPattern(const QString& pattern) {
@@ -36,9 +39,7 @@ void FileListBox::putPattern(const QString& pattern) {
 void FileListBox::Refresh() {
     listIndex_ = -1;
     list_.clear();
-    if (path_.isEmpty()) return;
-    list_ = QDir(path_).entryList(pattern_.split(u';', Qt::SkipEmptyParts), QDir::Files, QDir::Unsorted);
-    std::sort(list_.begin(), list_.end(), naturalLess);
+    if (QFileInfo(path_).isDir()) list_ = filesIn(path_);
 }
 
 void FileListBox::putListIndex(int index) {

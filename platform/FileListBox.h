@@ -22,12 +22,12 @@ class FileListBox : public QObject {
 
     /// Folder shown, "" before the first.
     QString Path() const { return path_; }
-    /// Lists another folder; no file is selected then. A folder that is not there raises run-time error 76;
-    /// "" empties the list.
+    /// Lists another folder; no file is selected then. "" empties the list. A folder that cannot be listed
+    /// raises the errors of filesIn and changes nothing.
     void putPath(const QString& path);
-    /// Lists another folder, read afresh, unless it holds no file: then the former folder and selection come
-    /// back. Answers whether it moved there.
-    bool moveTo(const QString& path);
+    /// The files that it would list for a folder, in its order. A folder that is not there raises run-time
+    /// error 76, one of more files than a 16-bit position can follow run-time error 6.
+    QStringList filesIn(const QString& path) const;
     /// File patterns, separated by ";", letter case ignored.
     QString Pattern() const { return pattern_; }
     void putPattern(const QString& pattern);

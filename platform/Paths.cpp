@@ -31,6 +31,10 @@ QString findIgnoringCase(const QString& folder, const QStringList& names) {
 
 QString folderPath(const QString& path) { return QDir::toNativeSeparators(QDir::cleanPath(path)); }
 
+bool isBelow(const QString& path, const QString& folder) {
+    return !folder.isEmpty() && folderPath(path).startsWith(folderPath(folder) + QDir::separator());
+}
+
 QString programFolder() {
     const QFileInfo running(QCoreApplication::applicationFilePath());
     const QString called = QCoreApplication::arguments().value(0);

@@ -16,6 +16,10 @@ QString findIgnoringCase(const QString& folder, const QStringList& names);
 /// A folder's path as the rest of the program writes it: native separators, no separator at its end.
 QString folderPath(const QString& path);
 
+/// Whether the file or folder at `path` lies below `folder`, in whatever depth. Compares the paths only;
+/// nothing lies below "".
+bool isBelow(const QString& path, const QString& folder);
+
 /// The folder of the running executable. A link to the executable counts where the link lies.
 QString programFolder();
 

@@ -39,12 +39,13 @@ class RunTimeError : public std::exception {
     QByteArray what_;
 };
 
-/// Runs a handler whose errors end it quietly, keeping what was already done.
+/// Runs a handler whose errors end it quietly, keeping what was already done: run-time errors, and what the
+/// libraries raise in their place, as when memory or threads run out.
 template <typename Handler>
 void trapErrors(Handler&& handler) {
     try {
         std::forward<Handler>(handler)();
-    } catch (const RunTimeError&) {
+    } catch (const std::exception&) {
     }
 }
 

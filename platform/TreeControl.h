@@ -18,6 +18,8 @@ class TreeControl {
     virtual QString tag(int node) const = 0;
     virtual QString text(int node) const = 0;
     virtual void putExpanded(int node, bool expanded) = 0;
+    /// Words above the nodes, or in their place when there are none; "" for none.
+    virtual void putRemark(const QString& words) = 0;
     /// Index of the selected node, 0 when none.
     virtual int selectedNode() const = 0;
 };

@@ -95,6 +95,7 @@ void CinePlayer::continueReverse() {
         return;
     }
     if (form_.File1.ListCount() == 0) {
+        raiseSeekRange();
         showFrame(view.FrameCount());
         return;
     }
@@ -108,7 +109,7 @@ void CinePlayer::continueReverse() {
 void CinePlayer::loadNeighbour(Int16 position) {
     form_.ezDicom.putFileName(form_.File1.fullPath(position));
     raiseSeekRange();
-    form_.sb1.putValue((position + 1).value());
+    form_.moveToImage(position);
 }
 
 void CinePlayer::showFrame(qint32 frame) {

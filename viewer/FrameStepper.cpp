@@ -1,7 +1,5 @@
 #include "viewer/FrameStepper.h"
 
-#include <algorithm>
-
 namespace cinedisc {
 
 template <typename Handler>
@@ -33,10 +31,10 @@ void FrameStepper::showStep() {
 
 void FrameStepper::cmdNextImage_Click() {
     whenLoaded([this](ViewerControl& view) {
-        Int16 next = std::max(form_.File1.positionOf(view.FileName()), Int16(0)) + 1;
-        if (next == form_.File1.ListCount()) next = 0;
+        if (form_.File1.ListCount() == 0) return;
+        const Int16 next = form_.neighbourOf(view.FileName(), 1);
         openImage(next);
-        form_.sb1.putValue((next + 1).value());
+        form_.moveToImage(next);
         form_.showImagePosition();
         form_.showFramePosition();
     });
@@ -44,11 +42,11 @@ void FrameStepper::cmdNextImage_Click() {
 
 void FrameStepper::cmdPrevImage_Click() {
     whenLoaded([this](ViewerControl& view) {
-        Int16 previous = std::max(form_.File1.positionOf(view.FileName()), Int16(0)) - 1;
-        if (previous == -1) previous = form_.File1.ListCount() - 1;
+        if (form_.File1.ListCount() == 0) return;
+        const Int16 previous = form_.neighbourOf(view.FileName(), -1);
         openImage(previous);
         if (form_.isReverseContinuous()) view.putCurrentFrame(view.FrameCount());
-        form_.sb1.putValue((previous + 1).value());
+        form_.moveToImage(previous);
         form_.showImagePosition();
         form_.showFramePosition();
     });

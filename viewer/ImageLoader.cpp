@@ -6,7 +6,7 @@ void ImageLoader::LoadImage(Int16 index) {
     trapErrors([&] {
         const ViewerControl& preview = form_.thumb(index);
         if (preview.FileName().isEmpty()) return;
-        if (position_.StillsMode) {
+        if (stills_.isInForce()) {
             loadStill(preview);
         } else {
             loadRun(preview);
@@ -31,14 +31,8 @@ void ImageLoader::loadStill(const ViewerControl& preview) {
     form_.ezDicom.putBestFit(true);
     form_.File1.putPath(preview.Tag());
     form_.File1.Refresh();
-    form_.File1.putListIndex(0);
     Label1_.putCaption(form_.File1.Path());
-    showStillPosition();
-}
-
-void ImageLoader::showStillPosition() const {
-    const FileListBox& File1 = form_.File1;
-    lblSeries_.putCaption(QString("Image :%1/%2").arg(File1.ListIndex() + 1).arg(File1.ListCount()));
+    stills_.show(0);
 }
 
 }  // namespace cinedisc

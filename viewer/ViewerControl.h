@@ -24,8 +24,7 @@ class ViewerControl {
 
     /// 0 also when the disc has not given an answer for seconds.
     virtual qint32 FrameCount() const = 0;
-    /// The disc has not given the file, or the frame shown, yet: a FrameCount of 0 is no answer then. No
-    /// member of the component that this one stands in for.
+    /// The disc has not given the file, or the frame shown, yet: a FrameCount of 0 is no answer then.
     virtual bool isReading() const { return false; }
     /// Counted from 1. Putting a number outside 1 ... FrameCount changes nothing.
     virtual qint32 CurrentFrame() const = 0;

@@ -4,8 +4,18 @@
 
 namespace cinedisc {
 
+void ViewerControls::moveToImage(Int16 index) const {
+    if (stills && stills->isInForce()) {
+        stills->show(index);
+    } else {
+        sb1.putValue((index + 1).value());
+    }
+}
+
 void ViewerControls::showImagePosition() const {
-    lblImg.putCaption(QString("Image : %1/%2").arg(sb1.Value()).arg(File1.ListCount()));
+    const bool countsSeries = stills && stills->isInForce();
+    const int position = countsSeries ? File1.ListIndex() + 1 : sb1.Value();
+    lblImg.putCaption(QString("Image : %1/%2").arg(position).arg(File1.ListCount()));
 }
 
 void ViewerControls::showFramePosition() const {

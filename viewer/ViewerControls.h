@@ -7,6 +7,7 @@
 #include "platform/RangeControl.h"
 #include "platform/TimerControl.h"
 #include "viewer/Previews.h"
+#include "viewer/StillsPosition.h"
 
 namespace cinedisc {
 
@@ -28,8 +29,12 @@ struct ViewerControls {
     TimerControl& Timer1;
     TimerControl& Timer4;  ///< cine clock
     MessageLoop& messages;
+    StillsPosition* stills = nullptr;  ///< of the main window; the folder viewer has none
 
-    /// "Image : 7/20" from the strip's position.
+    /// Brings the window's position to the file at `index` of File1, which the main view shows: the strip's
+    /// scroll bar, or the place in a stills series, whose strip counts series.
+    void moveToImage(Int16 index) const;
+    /// "Image : 7/20" from the position.
     void showImagePosition() const;
     /// "Frame :12" from the frame slider.
     void showFramePosition() const;

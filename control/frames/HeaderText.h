@@ -14,16 +14,18 @@ namespace cinedisc {
 class HeaderText : public Errand {
   public:
     /// `written` is called by the reader when the text is there.
-    HeaderText(std::shared_ptr<const ImageFile> file, std::function<void()> written)
-        : file_(std::move(file)), written_(std::move(written)) {}
+    HeaderText(std::shared_ptr<const ImageFile> file, dicom::LongValues longValues,
+               std::function<void()> written)
+        : file_(std::move(file)), longValues_(longValues), written_(std::move(written)) {}
     /// Once it is done, as UTF-8.
     const std::string& text() const { return text_; }
 
   private:
-    void work() override { text_ = dicom::headerText(file_->dicom()); }
+    void work() override { text_ = dicom::headerText(file_->dicom(), longValues_); }
     void tell() override { written_(); }
 
     const std::shared_ptr<const ImageFile> file_;
+    const dicom::LongValues longValues_;
     const std::function<void()> written_;
     std::string text_;
 };

@@ -96,8 +96,9 @@ ImageLibrary::Sight ImageLibrary::glance(const void* view, Asker asker,
     return {frame(view, asker, file, index, Patience::Glance), nullptr};
 }
 
-std::shared_ptr<HeaderText> ImageLibrary::headerText(std::shared_ptr<const ImageFile> file) {
-    auto text = std::make_shared<HeaderText>(std::move(file), [this] { arrivals_.tell(); });
+std::shared_ptr<HeaderText> ImageLibrary::headerText(std::shared_ptr<const ImageFile> file,
+                                                     dicom::LongValues longValues) {
+    auto text = std::make_shared<HeaderText>(std::move(file), longValues, [this] { arrivals_.tell(); });
     if (ahead_)
         ahead_->send(text, Asker::MainView);
     else

@@ -55,7 +55,8 @@ class ImageLibrary {
     /// done. Nothing is opened that nobody holds any more when its turn comes.
     std::shared_ptr<Opening> request(const QString& path, Asker asker);
     /// The header of an open file as text; likewise.
-    std::shared_ptr<HeaderText> headerText(std::shared_ptr<const ImageFile> file);
+    std::shared_ptr<HeaderText> headerText(std::shared_ptr<const ImageFile> file,
+                                           dicom::LongValues longValues);
     /// Whether it is done by then.
     bool waitFor(const Errand& errand, Patience patience);
 

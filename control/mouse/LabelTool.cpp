@@ -30,7 +30,7 @@ void LabelTool::press(QPointF at) {
     if (!view_.picture.frame()) return;
     selected_ = view_.labels.at(view_.picture.currentFrame(), at, view_.pictureRect());
     opens_ = selected_ < 0;
-    if (const auto* label = selected()) before_ = label->at;
+    if (const auto* label = selected()) before_ = PictureLabels::place(*label, view_.pictureRect());
 }
 
 void LabelTool::move(QPointF at) {
@@ -38,7 +38,8 @@ void LabelTool::move(QPointF at) {
     if (opens_ || !label) return;
     const QRectF picture = view_.pictureRect();
     const QPointF by((at.x() - start_.x()) / picture.width(), (at.y() - start_.y()) / picture.height());
-    label->at = {std::clamp(before_.x() + by.x(), 0.0, 1.0), std::clamp(before_.y() + by.y(), 0.0, 1.0)};
+    label->at = before_ + by;
+    label->at = PictureLabels::place(*label, picture);
 }
 
 void LabelTool::release() {
@@ -97,7 +98,7 @@ void LabelTool::useKey(int key) {
 }
 
 void LabelTool::leaveFrame() {
-    editor_->handOver();
+    finish();
     selected_ = -1;
     opens_ = false;
 }

@@ -22,6 +22,7 @@ class LabelTool : public MouseTool {
     void doubleClick(QPointF at) override;
     bool takesKey(int key) const override;
     void useKey(int key) override;
+    void finish() override { editor_->handOver(); }
     void leaveFrame() override;
     bool outlivesFile() const override { return false; }
     void paint(QPainter& painter) override;

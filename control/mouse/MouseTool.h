@@ -23,6 +23,11 @@ class MouseTool {
     /// Whether the tool has a use for a key outside a drag; then it has been used.
     virtual bool takesKey(int) const { return false; }
     virtual void useKey(int) {}
+    /// What the drag changes was put by someone else meanwhile: it goes on from there, the pointer being
+    /// `at`.
+    virtual void startAnew(QPointF) {}
+    /// The picture is about to be copied: what is being put on it counts as done.
+    virtual void finish() {}
     /// Another frame or file is about to be shown, or another tool to be chosen.
     virtual void leaveFrame() {}
     /// Whether a drag goes on when another file is loaded meanwhile.

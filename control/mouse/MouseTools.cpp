@@ -52,11 +52,11 @@ void MouseTools::choose(qint32 mode) {
 void MouseTools::press(QPointF at) {
     if (dragged_ || !chosen_) return;
     dragged_ = chosen_;
-    dragged_->press(at);
+    dragged_->press(pointer_ = at);
 }
 
 void MouseTools::move(QPointF at) {
-    if (dragged_) dragged_->move(at);
+    if (dragged_) dragged_->move(pointer_ = at);
 }
 
 void MouseTools::release(QPointF at) {
@@ -74,6 +74,14 @@ void MouseTools::doubleClick(QPointF at) {
 
 void MouseTools::cancel() {
     if (dragged_) std::exchange(dragged_, nullptr)->cancel();
+}
+
+void MouseTools::startAnew() {
+    if (dragged_) dragged_->startAnew(pointer_);
+}
+
+void MouseTools::finish() {
+    if (chosen_) chosen_->finish();
 }
 
 void MouseTools::leaveFrame() {

@@ -24,6 +24,10 @@ class MouseTools {
     void release(QPointF at);
     void doubleClick(QPointF at);
     void cancel();
+    /// Called after zoom, place or window have been put.
+    void startAnew();
+    /// Called before the picture is copied.
+    void finish();
     /// Called before another frame, or another file, is shown.
     void leaveFrame();
     void leaveFile();
@@ -37,6 +41,7 @@ class MouseTools {
     std::map<qint32, std::unique_ptr<MouseTool>> tools_;
     MouseTool* chosen_ = nullptr;
     MouseTool* dragged_ = nullptr;
+    QPointF pointer_;  ///< where the drag has come to
 };
 
 }  // namespace cinedisc

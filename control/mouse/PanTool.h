@@ -19,6 +19,7 @@ class PanTool : public MouseTool {
         view_.panBy((at - start_) * view_.pixelRatio);
     }
     void cancel() override { view_.zoom = before_; }
+    void startAnew(QPointF at) override { press(at); }
     QCursor cursor() const override { return Qt::OpenHandCursor; }
 
   private:

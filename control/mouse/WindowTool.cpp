@@ -5,24 +5,33 @@
 
 namespace cinedisc {
 
+namespace {
+
+constexpr double leastWholeSpan = 64;    // values that lie closer take windows between whole numbers
+constexpr double slowestWhole = 1. / 8;  // units a pixel
+
+}  // namespace
+
 void WindowTool::press(QPointF at) {
     start_ = at;
     before_ = view_.picture.windowChoice();
     window_ = view_.picture.drawnWindow().window;
-    span_ = view_.picture.valueRange().span();
+    if (view_.picture.isColor()) return;
+    const double used = view_.picture.usedRange().span();
+    inWholeNumbers_ = view_.picture.rangeOfBits().span() >= leastWholeSpan;
     // In proportion to the window, so that narrow ones can be set finely, but never too slow to leave them.
-    gain_ = std::max(window_.width / 256, span_ / 2048);
+    const double slowest = inWholeNumbers_ ? slowestWhole : 0;
+    gain_ = std::max({window_.width / 256, used / 2048, slowest});
+    const bool isLinear = window_.function == dicom::Window::Function::Linear;
+    narrowest_ = isLinear || inWholeNumbers_ ? 1 : gain_ / 2;
 }
 
 void WindowTool::move(QPointF at) {
     view_.picture.putWindowChoice(before_);
     const QPointF by = at - start_;
-    if (by.isNull()) return;
-    const bool whole = span_ >= 64;
-    const auto rounded = [&](double value) { return whole ? std::round(value) : value; };
-    const double narrowest = window_.function == dicom::Window::Function::Linear || whole ? 1 : span_ / 4096;
+    const auto rounded = [this](double value) { return inWholeNumbers_ ? std::round(value) : value; };
     if (by.x() != 0) {
-        view_.picture.putWindowWidth(std::max(narrowest, rounded(window_.width + by.x() * gain_)));
+        view_.picture.putWindowWidth(std::max(narrowest_, rounded(window_.width + by.x() * gain_)));
     }
     if (by.y() != 0) view_.picture.putWindowCenter(rounded(window_.center + by.y() * gain_));
 }

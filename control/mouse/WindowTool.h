@@ -13,6 +13,7 @@ class WindowTool : public MouseTool {
     void press(QPointF at) override;
     void move(QPointF at) override;
     void cancel() override { view_.picture.putWindowChoice(before_); }
+    void startAnew(QPointF at) override { press(at); }
     bool outlivesFile() const override { return false; }
 
   private:
@@ -21,7 +22,8 @@ class WindowTool : public MouseTool {
     WindowChoice before_;
     dicom::Window window_;
     double gain_ = 1;  ///< window units a pixel
-    double span_ = 255;
+    bool inWholeNumbers_ = true;
+    double narrowest_ = 1;
 };
 
 }  // namespace cinedisc

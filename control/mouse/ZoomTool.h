@@ -13,6 +13,7 @@ class ZoomTool : public MouseTool {
     void press(QPointF at) override;
     void move(QPointF at) override;
     void cancel() override { view_.zoom = before_; }
+    void startAnew(QPointF at) override { press(at); }
     QCursor cursor() const override { return Qt::SizeVerCursor; }
 
   private:

@@ -2,8 +2,6 @@
 
 #include <QPainter>
 
-#include <utility>
-
 namespace cinedisc {
 
 QImage displayedPicture(ViewState& view) {
@@ -11,13 +9,10 @@ QImage displayedPicture(ViewState& view) {
     QImage picture = view.renderer.wholePicture();
     const int frame = view.picture.currentFrame();
     if (picture.isNull() || !view.labels.any(frame)) return picture;
-    const auto format = picture.format();
-    QImage labelled = std::move(picture).convertToFormat(QImage::Format_RGB32);
-    QPainter painter(&labelled);
+    QPainter painter(&picture);
     painter.setRenderHint(QPainter::TextAntialiasing);
-    view.labels.paint(painter, frame, labelled.rect());
-    painter.end();
-    return std::move(labelled).convertToFormat(format);
+    view.labels.paint(painter, frame, picture.rect());
+    return picture;
 }
 
 }  // namespace cinedisc

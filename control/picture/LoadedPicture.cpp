@@ -209,13 +209,17 @@ void LoadedPicture::putWindowWidth(double width) {
     if (!isColor()) choice_.putWidth(drawnFileWindow(), width);
 }
 
-ValueRange LoadedPicture::valueRange() const {
+ValueRange LoadedPicture::usedRange() const {
+    const auto* shown = frame();
+    if (!shown) return rangeOfBits();
+    const auto grey = file_->dicom().greyTransform(currentFrame_ - 1);
+    return modalityRange(grey, storedRange(*shown, grey.padding));
+}
+
+ValueRange LoadedPicture::rangeOfBits() const {
     if (frameCount() == 0) return {0, 255};
-    const auto& format = file_->dicom().pixelFormat();
-    const bool integer = format.sampleKind == dicom::SampleKind::Integer && format.bitsStored <= 16;
-    if (!integer) learnRange(Patience::Glance);
-    const auto stored = integer ? expressibleRange(format) : firstFrameRange();
-    return modalityRange(file_->dicom().greyTransform(currentFrame_ - 1), stored);
+    return modalityRange(file_->dicom().greyTransform(currentFrame_ - 1),
+                         expressibleRange(file_->dicom().pixelFormat()));
 }
 
 }  // namespace cinedisc

@@ -38,7 +38,9 @@ class LoadedPicture {
     /// The open file, null when there is none or it could not be read.
     const ImageFile* file() const { return file_.get(); }
     /// Its header as text, null without a file.
-    std::shared_ptr<HeaderText> headerText() const { return file_ ? library_.headerText(file_) : nullptr; }
+    std::shared_ptr<HeaderText> headerText(dicom::LongValues longValues) const {
+        return file_ ? library_.headerText(file_, longValues) : nullptr;
+    }
     /// Whether that, or another errand, is done within the patience.
     bool waitFor(const Errand& errand, Patience patience) const { return library_.waitFor(errand, patience); }
     int frameCount() const { return file_ ? file_->dicom().frameCount() : 0; }
@@ -82,8 +84,10 @@ class LoadedPicture {
     void putWindowWidth(double width);
     const WindowChoice& windowChoice() const { return choice_; }
     void putWindowChoice(const WindowChoice& choice) { choice_ = choice; }
-    /// All modality values that the stored bits can express; what a drag of the window moves over.
-    ValueRange valueRange() const;
+    /// The modality values that the frame shown has, padding aside.
+    ValueRange usedRange() const;
+    /// All modality values that the stored bits can express.
+    ValueRange rangeOfBits() const;
 
     /// As put; the sign selects.
     qint32 polarity = 1;

@@ -11,7 +11,7 @@ namespace {
 constexpr QRgb darkInk = qRgb(32, 33, 36);
 
 void drawRim(QPainter& painter, QPointF baseline, const QString& text) {
-    const double rim = std::max(1.0, QFontMetricsF(painter.font()).height() / 20);
+    const double rim = rimAround(painter.font());
     painter.setPen(QColor(0, 0, 0));
     for (const double dy : {-rim, 0.0, rim}) {
         for (const double dx : {-rim, 0.0, rim}) {
@@ -21,6 +21,8 @@ void drawRim(QPainter& painter, QPointF baseline, const QString& text) {
 }
 
 }  // namespace
+
+double rimAround(const QFont& font) { return std::max(1.0, QFontMetricsF(font).height() / 20); }
 
 void drawLayer(QPainter& painter, QPointF baseline, const QString& text, TextLayer layer) {
     if (layer == TextLayer::Rim) return drawRim(painter, baseline, text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QPainter>
 #include <QPointF>
 #include <QString>
@@ -11,6 +12,9 @@ enum class TextInk { OutlinedLight, PlainDark };
 
 /// The layers that a line is painted in, one over the other.
 enum class TextLayer { Rim, Light, Dark };
+
+/// How far the dark rim reaches beyond the letters.
+double rimAround(const QFont& font);
 
 /// One layer of a line in the painter's font. `baseline` is its left end. Never interpreted as markup.
 void drawLayer(QPainter& painter, QPointF baseline, const QString& text, TextLayer layer);

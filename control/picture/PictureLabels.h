@@ -5,6 +5,7 @@
 #include <QPointF>
 #include <QRectF>
 #include <QString>
+#include <QStringList>
 
 #include <map>
 #include <vector>
@@ -31,12 +32,22 @@ class PictureLabels {
     void paint(QPainter& painter, int frame, const QRectF& picture) const;
     /// What labels are written with on a picture of this size.
     static QFont font(const QRectF& picture);
-    /// The place that a label takes.
-    static QRectF box(const PictureLabel& label, const QRectF& picture);
+    /// The place that a label takes: inside the picture, wherever it was put.
+    static QRectF box(const PictureLabel& label, const QRectF& picture) { return layout(label, picture).box; }
+    /// Where a label is seen to be, in PictureLabel::at's terms.
+    static QPointF place(const PictureLabel& label, const QRectF& picture);
     /// The label under a point, the topmost first; -1 when there is none.
     int at(int frame, QPointF point, const QRectF& picture) const;
 
   private:
+    struct Layout {
+        QFont font;
+        QStringList rows;
+        QRectF box;
+    };
+    /// A text that is too wide is broken into rows, and written smaller when these are too many.
+    static Layout layout(const PictureLabel& label, const QRectF& picture);
+
     std::map<int, std::vector<PictureLabel>> frames_;
 };
 

@@ -13,8 +13,6 @@ namespace cinedisc {
 /// What lies over the pixels of a frame: what shutters hide, in one grey, and on it overlays in white. Holds
 /// two bits for a pixel at most.
 struct CoverPlane {
-    static constexpr std::size_t bitsPerPixel = 2;
-
     BitPlane hidden;        ///< by shutters; empty for nothing
     BitPlane white;         ///< of overlays; empty for none
     std::uint8_t grey = 0;  ///< of what is hidden

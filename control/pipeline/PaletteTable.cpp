@@ -12,13 +12,13 @@ namespace {
 // Bits that an entry has more than a displayed colour. Some writers announce 16-bit entries and fill them
 // with 8-bit colours.
 int surplusBits(const dicom::Palette& palette) {
-    std::uint32_t white = 255;
+    std::uint32_t brightest = 255;
     std::uint16_t largest = 0;
     for (const auto* table : {&palette.red, &palette.green, &palette.blue}) {
-        white = std::max(white, highestEntry(*table));
+        brightest = std::max(brightest, highestEntry(*table));
         for (const std::uint16_t entry : table->entries) largest = std::max(largest, entry);
     }
-    return largest < 256 ? 0 : std::bit_width(white) - 8;
+    return largest < 256 ? 0 : std::bit_width(brightest) - 8;
 }
 
 }  // namespace

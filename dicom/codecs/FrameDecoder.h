@@ -24,14 +24,17 @@ enum class CellBits { OfValues, All };
 ///
 /// Code streams are told by their own first bytes, whatever `compression` says; only native pixels and RLE
 /// have none to tell. The frame always has the rows, columns and samples a pixel of `format`; grey samples
-/// are 8, 16 or 32 bits wide as BitsAllocated asks, wider when the stream's precision does. Native, RLE and
-/// lossless streams of whole cells keep to BitsStored. In other streams their own precision wins when it
-/// differs: samples are left as they stand there, unshifted, and may then exceed BitsStored. So a look-up
-/// table must cover the sample type, not only BitsStored.
+/// are 8, 16 or 32 bits wide as BitsAllocated asks, wider when the stream's precision does. Native, RLE,
+/// JPEG-LS, JPEG 2000 and lossless streams of whole cells keep to BitsStored: values that a loss has carried
+/// beyond become the end of the range. In other streams their own precision wins when it differs: samples are
+/// left as they stand there, unshifted, and may then exceed BitsStored. So a look-up table must cover the
+/// sample type, not only BitsStored.
 ///
-/// Sizes are those of `format`, checked against the code stream before anything is allocated; never throws,
-/// never reads outside `bytes`, safe to call from several threads at once. A frame whose data end early is a
-/// DecodeError.
+/// Sizes are those of `format`. They and the work that a stream announces (scans, packets, code blocks,
+/// tiles) are checked against its length, and what decoding takes against a ceiling, before anything is
+/// allocated or a library is called. Never throws, never reads outside `bytes`, safe to call from several
+/// threads at once. A frame whose data end early is a DecodeError; what a library merely warns of and does
+/// not touch the picture is none.
 Result<Frame> decodeFrame(std::span<const std::byte> bytes, const PixelFormat& format,
                           Compression compression, bool bigEndian = false, int firstBit = 0,
                           CellBits wanted = CellBits::OfValues);

@@ -1,5 +1,7 @@
 #include "discmaker/angiogram/Angiogram.h"
 
+#include "discmaker/angiogram/QuantumNoise.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -16,7 +18,7 @@ Projection aimed(const Angiogram::Setup& setup, const VesselTree& tree) {
     Projection projection(setup.view, setup.size, setup.fieldOfView);
     const HeartMotion::Moment middle{0.4, 0};
     double left = 1e9, right = -1e9, top = 1e9, bottom = -1e9;
-    for (const auto& vessel : tree.vessels()) {
+    for (const auto& vessel : tree) {
         for (const auto& sample : vessel.samples) {
             const auto point = projection.project(HeartMotion::position(sample.place, middle));
             left = std::min(left, point.column), right = std::max(right, point.column);
@@ -31,13 +33,7 @@ Projection aimed(const Angiogram::Setup& setup, const VesselTree& tree) {
 }
 
 VesselTree treeOf(const Angiogram::Setup& setup) {
-    return setup.side == Catheter::Side::Left ? VesselTree::left(setup.anatomy)
-                                              : VesselTree::right(setup.anatomy);
-}
-
-double smooth(double low, double high, double value) {
-    const double t = std::clamp((value - low) / (high - low), 0.0, 1.0);
-    return t * t * (3 - 2 * t);
+    return setup.side == Catheter::Side::Left ? leftCoronary(setup.anatomy) : rightCoronary(setup.anatomy);
 }
 
 TubePoint tubePoint(const Projection::Point& point, double radius, double density) {
@@ -55,7 +51,6 @@ Angiogram::Angiogram(const Setup& setup)
       catheter_(setup.side, setup.access),
       collimator_(setup.shutter, setup.margins, setup.size),
       thorax_(projection_, setup.anatomy.seed),
-      noise_(setup.noise),
       tubes_(setup.size),
       muscle_(),
       brightness_(0) {
@@ -76,11 +71,12 @@ std::vector<TubePoint> Angiogram::cast(const Vessel& vessel, double time, HeartM
     const double start = vessel.samples.front().distance;
     Vector3 before;
     for (std::size_t i = 0; i < vessel.samples.size(); ++i) {
+        if (i % 2 == 1 && i + 1 < vessel.samples.size()) continue;  // pieces of two mm are straight enough
         const auto& sample = vessel.samples[i];
         const auto place = HeartMotion::position(sample.place, moment);
         double density = iodine * flow_.concentration(sample.distance, time, beat);
         // A branch is inside the vessel that it leaves for the first part of its way.
-        density *= smooth(0.4 * vessel.originRadius, 1.5 * vessel.originRadius, sample.distance - start);
+        density *= smoothStep(0.4 * vessel.originRadius, 1.5 * vessel.originRadius, sample.distance - start);
         // Rays along a vessel are longer inside it.
         if (i > 0) {
             const Vector3 course = place - before;
@@ -94,13 +90,13 @@ std::vector<TubePoint> Angiogram::cast(const Vessel& vessel, double time, HeartM
 }
 
 void Angiogram::castVessels(Plane& shadow, double time, HeartMotion::Moment moment) {
-    for (const auto& vessel : tree_.vessels()) tubes_.add(shadow, cast(vessel, time, moment));
+    for (const auto& vessel : tree_) tubes_.add(shadow, cast(vessel, time, moment));
 }
 
 void Angiogram::castCatheter(Plane& shadow, double time, HeartMotion::Moment moment) {
     std::vector<TubePoint> wall, bore;
     const double filled = iodine * 0.9 * flow_.inCatheter(time);
-    for (const auto& place : catheter_.course(tree_.vessels().front(), moment)) {
+    for (const auto& place : catheter_.course(tree_.front(), moment)) {
         const auto point = projection_.project(place);
         wall.push_back(tubePoint(point, Catheter::radius, catheterWall));
         bore.push_back(tubePoint(point, Catheter::radius * 0.68, filled));
@@ -112,7 +108,7 @@ void Angiogram::castCatheter(Plane& shadow, double time, HeartMotion::Moment mom
 void Angiogram::addPuff(Plane& shadow, double time, HeartMotion::Moment moment) const {
     const double amount = flow_.inAorta(time);
     if (amount < 0.01) return;
-    const auto ostium = HeartMotion::position(tree_.vessels().front().samples.front().place, moment);
+    const auto ostium = HeartMotion::position(tree_.front().samples.front().place, moment);
     for (int part = 0; part < 4; ++part) {
         // Each heart beat tears the cloud along.
         const double swirl = time * 5 + part * 1.7;
@@ -147,11 +143,11 @@ void Angiogram::stainMuscle() {
             muscle_.row(y / cell)[x / cell] += std::min(filled.row(y)[x], 14.0f);
     for (int times = 0; times < 5; ++times) soften(muscle_);
     const float most = std::max(*std::max_element(muscle_.values.begin(), muscle_.values.end()), 1.0f);
-    for (auto& value : muscle_.values) value *= 9 / most;
+    for (auto& value : muscle_.values) value *= 15 / most;
 }
 
 double Angiogram::brightness() const {
-    const Plane shadow = thorax_.shadows(momentAt(0));
+    const Plane shadow = thorax_.shadows(momentAt(0), Plane(1, 1));
     Plane open(setup_.size, setup_.size);
     std::fill(open.values.begin(), open.values.end(), 1.0f);
     collimator_.cover(open);
@@ -173,18 +169,16 @@ std::vector<std::uint16_t> Angiogram::frame(int number) {
     // The focal spot and the detector blur by about half a mm.
     for (int size = 256; size < setup_.size; size *= 2) soften(shadow);
     // Hard rays come through even where contrast is deep.
-    constexpr float depth = 105;
-    for (auto& value : shadow.values) value = depth * (1 - std::exp(-value / depth));
+    saturate(shadow, 105);
     addPuff(shadow, time, moment);
     Plane stain = muscle_;
     for (auto& value : stain.values) value *= static_cast<float>(flow_.inMuscle(time));
-    addEnlarged(shadow, stain);
 
-    Plane picture = thorax_.shadows(moment);
+    Plane picture = thorax_.shadows(moment, stain);
     for (std::size_t i = 0; i < picture.values.size(); ++i)
         picture.values[i] =
             std::max(static_cast<float>(brightness_) - picture.values[i] - shadow.values[i], 12.0f);
-    noise_.addTo(picture, setup_.seed * 4096 + static_cast<std::uint64_t>(number));
+    addQuantumNoise(picture, setup_.noise, setup_.seed * 4096 + static_cast<std::uint64_t>(number));
     collimator_.cover(picture);
 
     std::vector<std::uint16_t> samples(picture.values.size());

@@ -4,7 +4,6 @@
 #include "discmaker/angiogram/Collimator.h"
 #include "discmaker/angiogram/ContrastFlow.h"
 #include "discmaker/angiogram/Projection.h"
-#include "discmaker/angiogram/QuantumNoise.h"
 #include "discmaker/angiogram/Thorax.h"
 #include "discmaker/angiogram/TubeRenderer.h"
 #include "discmaker/angiogram/VesselTree.h"
@@ -61,7 +60,6 @@ class Angiogram {
     Catheter catheter_;
     Collimator collimator_;
     Thorax thorax_;
-    QuantumNoise noise_;
     TubeRenderer tubes_;
     Plane muscle_;  ///< coarse: where the muscle that these arteries feed lies
     double brightness_;

@@ -4,14 +4,6 @@
 
 namespace cinedisc::discmaker {
 
-namespace {
-
-Vector3 spline(Vector3 a, Vector3 b, Vector3 c, Vector3 d, double t) {
-    return b + ((c - a) + ((a * 2 - b * 5 + c * 4 - d) + ((b - c) * 3 + d - a) * t) * t) * (0.5 * t);
-}
-
-}  // namespace
-
 std::vector<Vector3> Catheter::course(const Vessel& trunk, HeartMotion::Moment moment) const {
     const auto& ostium = trunk.samples.front().place;
     const auto& inside = trunk.samples[std::min<std::size_t>(5, trunk.samples.size() - 1)].place;

@@ -1,5 +1,7 @@
 #include "discmaker/angiogram/ContrastFlow.h"
 
+#include "discmaker/angiogram/Vector3.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -8,10 +10,7 @@ namespace cinedisc::discmaker {
 
 namespace {
 
-double rise(double time, double duration) {
-    const double t = std::clamp(time / duration, 0.0, 1.0);
-    return t * t * (3 - 2 * t);
-}
+double rise(double time, double duration) { return smoothStep(0, duration, time); }
 
 }  // namespace
 

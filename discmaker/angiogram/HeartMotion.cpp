@@ -5,15 +5,6 @@
 
 namespace cinedisc::discmaker {
 
-namespace {
-
-double smoothStep(double low, double high, double value) {
-    const double t = std::clamp((value - low) / (high - low), 0.0, 1.0);
-    return t * t * (3 - 2 * t);
-}
-
-}  // namespace
-
 Vector3 HeartMotion::axis() { return normalized({0.62, -0.56, -0.55}); }
 Vector3 HeartMotion::forward() {
     const Vector3 up{0, 0, 1};

@@ -10,6 +10,14 @@ struct HeartPlace {
     double azimuth =
         0;  ///< degrees around the axis: 0 front groove, 90 left side, 180 lower groove, -90 right side
     double depth = 1;  ///< distance from the axis as a part of the outer surface's
+
+    friend HeartPlace operator+(HeartPlace a, HeartPlace b) {
+        return {a.height + b.height, a.azimuth + b.azimuth, a.depth + b.depth};
+    }
+    friend HeartPlace operator*(HeartPlace a, double factor) {
+        return {a.height * factor, a.azimuth * factor, a.depth * factor};
+    }
+    friend HeartPlace operator-(HeartPlace a, HeartPlace b) { return a + b * -1; }
 };
 
 /// The beating, breathing heart: where its places lie in the patient at a moment. Its middle rests near the

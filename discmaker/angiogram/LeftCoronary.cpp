@@ -7,7 +7,7 @@ namespace cinedisc::discmaker {
 
 // Places are height (mm), azimuth (degrees) and depth on the resting heart. Courses are those of a textbook
 // heart, shifted a little from patient to patient.
-VesselTree VesselTree::left(const Anatomy& anatomy) {
+VesselTree leftCoronary(const Anatomy& anatomy) {
     VesselGrower grower(anatomy);
     Random vary(anatomy.seed ^ 0x1EF7);
     const auto mm = [&](double place) { return place + vary.between(-3, 3); };
@@ -79,7 +79,7 @@ VesselTree VesselTree::left(const Anatomy& anatomy) {
     for (auto vessel : {diagonal1, diagonal2, marginal1, marginal2}) grower.twigs(vessel, 8, 19);
     for (auto vessel : {diagonal3, marginal3, atrial}) grower.twigs(vessel, 7, 12);
     for (auto vessel : {lad, circumflex}) grower.twigs(vessel, 9, 17);
-    return VesselTree(grower.take());
+    return grower.take();
 }
 
 }  // namespace cinedisc::discmaker

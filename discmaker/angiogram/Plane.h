@@ -23,6 +23,13 @@ struct Plane {
     }
 };
 
+/// Bends values towards `depth`, which they never pass: close to depth * (1 - exp(-value / depth)).
+inline void saturate(Plane& plane, float depth) {
+    for (float& value : plane.values) {
+        const float x = value / depth;
+        value = depth - depth / (1 + x * (1 + x * (1.0f / 2 + x * (1.0f / 6 + x / 24))));
+    }
+}
 /// Softens with the weights 1 4 6 4 1 across and down (a standard deviation of one pixel).
 void soften(Plane& plane);
 /// Adds `small`, enlarged to the plane's size with linear interpolation.

@@ -3,7 +3,9 @@
 #include "discmaker/angiogram/Random.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <vector>
 
 namespace cinedisc::discmaker {
 
@@ -11,57 +13,47 @@ namespace {
 
 constexpr int side = 1024;
 
-/// Weights w 1 w along rows or columns (`step` 1 or the row length), wrapping around.
-void smear(std::vector<float>& tile, int step, float weight) {
-    std::vector<float> line(static_cast<std::size_t>(side));
-    const int other = step == 1 ? side : 1;
-    const float norm = 1 / std::sqrt(1 + 2 * weight * weight);
-    for (int i = 0; i < side; ++i) {
-        float* start = tile.data() + static_cast<std::ptrdiff_t>(i) * other;
-        for (int k = 0; k < side; ++k)
-            line[static_cast<std::size_t>(k)] = start[static_cast<std::ptrdiff_t>(k) * step];
-        for (int k = 0; k < side; ++k) {
-            const float before = line[static_cast<std::size_t>((k + side - 1) % side)];
-            const float after = line[static_cast<std::size_t>((k + 1) % side)];
-            start[static_cast<std::ptrdiff_t>(k) * step] =
-                (line[static_cast<std::size_t>(k)] + weight * (before + after)) * norm;
-        }
-    }
+std::size_t placeIn(int row, int column) {
+    return static_cast<std::size_t>(row & (side - 1)) * side + static_cast<std::size_t>(column & (side - 1));
 }
 
-/// Standard deviation 1, repeats in both directions. Made once, as it takes longer than a frame.
+/// Standard deviation 1, smeared by the weights 1/2 1 1/2 across and down, repeats in both directions. Made
+/// once, as it takes longer than a frame.
 const std::vector<float>& grainTile() {
     static const std::vector<float> tile = [] {
-        std::vector<float> values(std::size_t{side} * side);
+        std::vector<float> white(std::size_t{side} * side), smeared(white.size());
         Random random(0x0153);
-        for (auto& value : values) value = static_cast<float>(random.normal());
-        for (int step : {1, side}) smear(values, step, 0.5f);
-        return values;
+        for (auto& value : white) value = static_cast<float>(random.normal());
+        for (int y = 0; y < side; ++y) {
+            for (int x = 0; x < side; ++x) {
+                float sum = 0;
+                for (int i = -1; i <= 1; ++i)
+                    for (int k = -1; k <= 1; ++k)
+                        sum += white[placeIn(y + i, x + k)] / static_cast<float>((1 + i * i) * (1 + k * k));
+                smeared[placeIn(y, x)] = sum / 1.5f;
+            }
+        }
+        return smeared;
     }();
     return tile;
 }
 
 }  // namespace
 
-QuantumNoise::QuantumNoise(double strength) : strengths_(256) {
-    for (std::size_t grey = 0; grey < strengths_.size(); ++grey)
-        strengths_[grey] =
-            static_cast<float>(strength * std::exp((150.0 - static_cast<double>(grey)) / 150.0));
-}
-
-void QuantumNoise::addTo(Plane& plane, std::uint64_t number) const {
-    Random random(number);
-    const auto offset = random.next();
+void addQuantumNoise(Plane& plane, double strength, std::uint64_t number) {
+    std::array<float, 256> strengths;
+    for (std::size_t grey = 0; grey < strengths.size(); ++grey)
+        strengths[grey] = static_cast<float>(strength * std::exp(1 - static_cast<double>(grey) / 150));
+    const auto offset = Random(number).next();
     const int across = static_cast<int>(offset & (side - 1)),
               down = static_cast<int>(offset >> 20 & (side - 1));
     const auto& tile = grainTile();
     const float sign = (offset >> 40 & 1) != 0 ? 1.0f : -1.0f;
     for (int y = 0; y < plane.height; ++y) {
-        const float* line = tile.data() + static_cast<std::ptrdiff_t>((y + down) & (side - 1)) * side;
         float* row = plane.row(y);
         for (int x = 0; x < plane.width; ++x) {
             const auto grey = static_cast<std::size_t>(std::clamp(row[x], 0.0f, 255.0f));
-            row[x] += sign * line[(x + across) & (side - 1)] * strengths_[grey];
+            row[x] += sign * tile[placeIn(y + down, x + across)] * strengths[grey];
         }
     }
 }

@@ -5,7 +5,7 @@
 
 namespace cinedisc::discmaker {
 
-VesselTree VesselTree::right(const Anatomy& anatomy) {
+VesselTree rightCoronary(const Anatomy& anatomy) {
     VesselGrower grower(anatomy);
     Random vary(anatomy.seed ^ 0x819);
     const auto mm = [&](double place) { return place + vary.between(-3, 3); };
@@ -57,7 +57,7 @@ VesselTree VesselTree::right(const Anatomy& anatomy) {
     for (auto vessel : {descending, acute, backWall}) grower.twigs(vessel, 7, 17);
     for (auto vessel : {conus, sinusNode, ventricular, lower}) grower.twigs(vessel, 7, 12);
     grower.twigs(rca, 12, 14);
-    return VesselTree(grower.take());
+    return grower.take();
 }
 
 }  // namespace cinedisc::discmaker

@@ -1,11 +1,12 @@
 #include "discmaker/angiogram/Thorax.h"
 
 #include "discmaker/angiogram/Random.h"
-#include "discmaker/angiogram/SoftBody.h"
 #include "discmaker/angiogram/TubeRenderer.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <span>
 #include <vector>
 
 namespace cinedisc::discmaker {
@@ -13,6 +14,52 @@ namespace cinedisc::discmaker {
 namespace {
 
 constexpr int lungMargin = 16;  // coarse rows above and below the picture
+
+/// An ellipsoid of even tissue.
+struct SoftBody {
+    Vector3 center;
+    std::array<Vector3, 3> axes;  ///< half axes, at right angles to each other, mm
+    double density = 0;           ///< grey steps that a ray loses for each mm of its way
+};
+
+/// A body in coordinates in which it is the unit ball around the origin.
+struct Ball {
+    std::array<Vector3, 3> to;
+    Vector3 source;
+    double density;
+
+    Ball(const SoftBody& body, Vector3 raySource) : to(body.axes), source(), density(body.density) {
+        for (auto& axis : to) axis = axis * (1 / dot(axis, axis));
+        source = map(raySource - body.center);
+    }
+    Vector3 map(Vector3 v) const { return {dot(to[0], v), dot(to[1], v), dot(to[2], v)}; }
+
+    /// Way of a ray of direction `ray` (length 1) through the ball, mm.
+    double wayThrough(Vector3 ray) const {
+        const Vector3 direction = map(ray);
+        const double a = dot(direction, direction), b = dot(direction, source), c = dot(source, source) - 1;
+        const double inside = b * b - a * c;
+        return inside > 0 ? 2 * std::sqrt(inside) / a : 0;
+    }
+};
+
+/// What the rays lose in the bodies together. The plane may be coarser than the projection's picture; it
+/// covers the same field.
+Plane castShadows(std::span<const SoftBody> bodies, const Projection& projection, int size) {
+    Plane plane(size, size);
+    const double step = static_cast<double>(projection.size()) / size;
+    std::vector<Ball> balls;
+    for (const auto& body : bodies) balls.emplace_back(body, projection.source());
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
+            const auto ray = projection.ray((x + 0.5) * step, (y + 0.5) * step);
+            double lost = 0;
+            for (const auto& ball : balls) lost += ball.density * ball.wayThrough(ray);
+            plane.row(y)[x] = static_cast<float>(lost);
+        }
+    }
+    return plane;
+}
 
 std::vector<SoftBody> organs(HeartMotion::Moment moment) {
     const double c = moment.contraction, breath = -moment.breath;
@@ -100,15 +147,15 @@ void Thorax::addLungs(Plane& coarse, double breath) const {
     }
 }
 
-Plane Thorax::shadows(HeartMotion::Moment moment) const {
+Plane Thorax::shadows(HeartMotion::Moment moment, const Plane& stain) const {
     Plane coarse = castShadows(organs(moment), projection_, coarseSize_);
     soften(coarse);
     addLungs(coarse, moment.breath);
+    addEnlarged(coarse, stain);
     Plane result = bones_;
     addEnlarged(result, coarse);
     // Scattered radiation flattens what lies deep in the shadow.
-    constexpr float depth = 150;
-    for (auto& value : result.values) value = depth * (1 - std::exp(-value / depth));
+    saturate(result, 150);
     return result;
 }
 

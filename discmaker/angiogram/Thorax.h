@@ -14,8 +14,9 @@ class Thorax {
   public:
     Thorax(const Projection& projection, std::uint64_t seed);
 
-    /// What the rays lose at a moment, in grey steps, one value a pixel.
-    Plane shadows(HeartMotion::Moment moment) const;
+    /// What the rays lose at a moment, in grey steps, one value a pixel. `stain` is lost besides; it may be
+    /// coarser.
+    Plane shadows(HeartMotion::Moment moment, const Plane& stain) const;
 
   private:
     void castBones();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 
 namespace cinedisc::discmaker {
@@ -21,5 +22,16 @@ constexpr Vector3 cross(Vector3 a, Vector3 b) {
 }
 inline double length(Vector3 a) { return std::sqrt(dot(a, a)); }
 inline Vector3 normalized(Vector3 a) { return a * (1 / length(a)); }
+
+/// 0 up to `low`, 1 from `high` on, smooth between.
+inline double smoothStep(double low, double high, double value) {
+    const double t = std::clamp((value - low) / (high - low), 0.0, 1.0);
+    return t * t * (3 - 2 * t);
+}
+/// A point between `b` (t = 0) and `c` (t = 1) on the smooth curve through a, b, c and d.
+template <typename Point>
+Point spline(Point a, Point b, Point c, Point d, double t) {
+    return b + ((c - a) + ((a * 2 - b * 5 + c * 4 - d) + ((b - c) * 3 + d - a) * t) * t) * (0.5 * t);
+}
 
 }  // namespace cinedisc::discmaker

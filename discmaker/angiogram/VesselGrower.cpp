@@ -10,19 +10,6 @@ namespace {
 
 constexpr double degreesPerRadian = 180 / std::numbers::pi;
 
-double spline(double before, double from, double to, double after, double t) {
-    return from + 0.5 * t *
-                      ((to - before) + t * ((2 * before - 5 * from + 4 * to - after) +
-                                            t * (3 * (from - to) + after - before)));
-}
-
-HeartPlace spline(const HeartPlace& a, const HeartPlace& b, const HeartPlace& c, const HeartPlace& d,
-                  double t) {
-    return {spline(a.height, b.height, c.height, d.height, t),
-            spline(a.azimuth, b.azimuth, c.azimuth, d.azimuth, t),
-            spline(a.depth, b.depth, c.depth, d.depth, t)};
-}
-
 double apart(const HeartPlace& a, const HeartPlace& b) {
     return length(HeartMotion::position(a, {}) - HeartMotion::position(b, {}));
 }

@@ -36,19 +36,9 @@ struct Anatomy {
     std::vector<Lesion> lesions;
 };
 
-/// The left or right coronary arteries of one patient, on the resting heart.
-class VesselTree {
-  public:
-    static VesselTree left(const Anatomy& anatomy);
-    static VesselTree right(const Anatomy& anatomy);
-
-    /// The vessel that begins at the ostium comes first.
-    const std::vector<Vessel>& vessels() const { return vessels_; }
-
-  private:
-    explicit VesselTree(std::vector<Vessel> vessels) : vessels_(std::move(vessels)) {}
-
-    std::vector<Vessel> vessels_;
-};
+/// The vessels of one patient on the resting heart, the one that begins at the ostium first.
+using VesselTree = std::vector<Vessel>;
+VesselTree leftCoronary(const Anatomy& anatomy);
+VesselTree rightCoronary(const Anatomy& anatomy);
 
 }  // namespace cinedisc::discmaker

@@ -4,9 +4,13 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QSettings>
 #include <QStandardPaths>
+
+#include <memory>
 
 namespace cinedisc {
 
@@ -19,6 +23,26 @@ void keepNoSettings() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, "/dev/null");
 #endif
 }
+
+/// Answers the name as it is typed. The toolkit takes quotation marks for a list of names.
+class SaveDialog : public QFileDialog {
+  public:
+    using QFileDialog::QFileDialog;
+    QString name() const { return quoted_.isEmpty() ? selectedFiles().value(0) : quoted_; }
+
+  protected:
+    void accept() override {
+        const QString typed = findChild<QLineEdit*>("fileNameEdit")->text();
+        if (!typed.contains('"')) return QFileDialog::accept();
+        const QString path = directory().absoluteFilePath(typed);
+        if (QFileInfo(path).isDir()) return setDirectory(path);
+        quoted_ = path;
+        QDialog::accept();
+    }
+
+  private:
+    QString quoted_;
+};
 
 struct Discard {
     void operator()(QFileDialog* dialog) const {
@@ -33,11 +57,10 @@ struct Discard {
     }
 };
 
-using FileDialog = std::unique_ptr<QFileDialog, Discard>;
-
-FileDialog fileDialog(QWidget* window, const QString& title, const QString& folder) {
+template <typename Dialog>
+std::unique_ptr<Dialog, Discard> fileDialog(QWidget* window, const QString& title, const QString& folder) {
     keepNoSettings();
-    FileDialog dialog(new QFileDialog(window, title, folder));
+    std::unique_ptr<Dialog, Discard> dialog(new Dialog(window, title, folder));
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     return dialog;
 }
@@ -45,10 +68,6 @@ FileDialog fileDialog(QWidget* window, const QString& title, const QString& fold
 QString picturesFolder() {
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     return QDir(pictures).exists() ? pictures : QDir::homePath();
-}
-
-QString chosen(QFileDialog& dialog) {
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 }  // namespace
@@ -64,20 +83,23 @@ bool QtDialogs::askYesNo(const QString& question) {
 }
 
 QString QtDialogs::browseForFolder(const QString& title) {
-    const FileDialog dialog = fileDialog(window_, title, QDir::homePath());
+    const auto dialog = fileDialog<QFileDialog>(window_, title, QDir::homePath());
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setOption(QFileDialog::ReadOnly);
-    return chosen(*dialog);
+    return dialog->exec() == QDialog::Accepted ? dialog->selectedFiles().value(0) : QString();
 }
 
 QString QtDialogs::saveFileName(const QString& title, const QString& filter) {
-    const FileDialog dialog = fileDialog(window_, title, picturesFolder());
+    const bool isKnown = !saveFolder_.isEmpty() && QDir(saveFolder_).exists();
+    const auto dialog = fileDialog<SaveDialog>(window_, title, isKnown ? saveFolder_ : picturesFolder());
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setOption(QFileDialog::DontConfirmOverwrite);
     dialog->setNameFilters(nameFilters(filter));
-    return chosen(*dialog);
+    if (dialog->exec() != QDialog::Accepted) return {};
+    saveFolder_ = QFileInfo(dialog->name()).absolutePath();
+    return dialog->name();
 }
 
 QStringList nameFilters(const QString& filter) {

@@ -14,11 +14,13 @@ class QtDialogs final : public Dialogs {
     explicit QtDialogs(QWidget* window);
     bool askYesNo(const QString& question) override;
     QString browseForFolder(const QString& title) override;
-    /// Starts in the pictures folder, or at home; appends no extension and asks nothing about existing files.
+    /// Starts where the last name was, at first in the pictures folder or at home; appends no extension and
+    /// asks nothing about existing files.
     QString saveFileName(const QString& title, const QString& filter) override;
 
   private:
     QPointer<QWidget> window_;
+    QString saveFolder_;  ///< of the name answered last
 };
 
 /// "(*.jpg)|*.jpg" and several such pairs, as the toolkit's name filters.

@@ -3,6 +3,7 @@
 #include "platform/widgets/EventGuard.h"
 #include "platform/widgets/PatientTreeView.h"
 
+#include <QLabel>
 #include <QStandardItemModel>
 
 #include <utility>
@@ -16,8 +17,8 @@ constexpr int numberRole = Qt::UserRole + 1;
 
 }  // namespace
 
-TreeAdapter::TreeAdapter(PatientTreeView& view, std::vector<QIcon> pictures)
-    : view_(view), model_(new QStandardItemModel(&view)), pictures_(std::move(pictures)) {
+TreeAdapter::TreeAdapter(PatientTreeView& view, QLabel& remark, std::vector<QIcon> pictures)
+    : view_(view), remark_(remark), model_(new QStandardItemModel(&view)), pictures_(std::move(pictures)) {
     view_.setModel(model_);
 }
 
@@ -45,6 +46,11 @@ QString TreeAdapter::tag(int node) const { return item(node).data(tagRole).toStr
 QString TreeAdapter::text(int node) const { return item(node).text(); }
 
 void TreeAdapter::putExpanded(int node, bool expanded) { view_.setExpanded(item(node).index(), expanded); }
+
+void TreeAdapter::putRemark(const QString& words) {
+    remark_.setText(words);
+    remark_.setVisible(!words.isEmpty());
+}
 
 int TreeAdapter::selectedNode() const { return numberOf(view_.currentIndex()); }
 

@@ -7,6 +7,7 @@
 #include <functional>
 #include <vector>
 
+class QLabel;
 class QModelIndex;
 class QStandardItem;
 class QStandardItemModel;
@@ -19,8 +20,8 @@ class PatientTreeView;
 /// display role, the tag in Qt::UserRole, the picture in the decoration role.
 class TreeAdapter final : public TreeControl {
   public:
-    /// `pictures` are counted from 1.
-    TreeAdapter(PatientTreeView& view, std::vector<QIcon> pictures);
+    /// `remark` is where words about the tree stand. `pictures` are counted from 1.
+    TreeAdapter(PatientTreeView& view, QLabel& remark, std::vector<QIcon> pictures);
 
     int nodeCount() const override;
     int addNode(int parent, const QString& text) override;
@@ -29,6 +30,7 @@ class TreeAdapter final : public TreeControl {
     QString tag(int node) const override;
     QString text(int node) const override;
     void putExpanded(int node, bool expanded) override;
+    void putRemark(const QString& words) override;
     int selectedNode() const override;
 
     /// Runs `handler` with the node that was clicked or opened with Return, under EventGuard. The node is
@@ -40,6 +42,7 @@ class TreeAdapter final : public TreeControl {
     int numberOf(const QModelIndex& index) const;
 
     PatientTreeView& view_;
+    QLabel& remark_;
     QStandardItemModel* model_;
     std::vector<QIcon> pictures_;
     std::vector<QStandardItem*> nodes_;

@@ -1,6 +1,7 @@
 #include "app/Form1Layout.h"
 #include "app/StillsPanel.h"
 #include "app/TreePanel.h"
+#include "control/CornerText.h"
 #include "control/ezDICOMX.h"
 #include "panels/BackgroundPopUp.h"
 #include "panels/CinePanel.h"
@@ -16,6 +17,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSet>
+#include <QSplitter>
 #include <gtest/gtest.h>
 
 namespace cinedisc {
@@ -226,6 +228,11 @@ TEST_F(LayoutTest, ThePictureTakesTheTreesPlaceAndDoesNotMoveWithTheMode) {
     EXPECT_EQ(placeOf(layout.ezDicom), alone) << "long texts move nothing";
     for (const QWidget* preview : layout.strip->thumb)
         EXPECT_NEAR(preview->width(), preview->height(), 2) << qPrintable(preview->objectName());
+    // However the two share the room, the corner words have theirs.
+    layout.FraTree->show();
+    window.findChild<QSplitter*>()->setSizes({100000, 0});
+    QCoreApplication::processEvents();
+    EXPECT_GE(layout.ezDicom->width(), CornerText::leastWidth());
 }
 
 TEST_F(LayoutTest, PopUpsOpenUnderTheirButtonsOnTopOfThePicture) {

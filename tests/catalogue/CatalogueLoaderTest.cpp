@@ -98,13 +98,17 @@ TEST_F(CatalogueLoaderTest, NumbersHaveThreeCharactersAtLeast) {
 
 TEST_F(CatalogueLoaderTest, DetailsByPosition) {
     const QByteArray second =
-        "<q><n>B</n><x><n>s1</n><y><n>t1</n></y><y><n>t2</n></y></x><x><n>s2</n><y><n>t3</n></y></x><x/></q>";
-    DiscBuilder::write(disc.path({"CD.xml"}), "<cd>" + onePatient + second + onePatient + "</cd>");
+        "<q><n>B</n><x><n>s1</n><!-- - --><y><n>t1</n></y><y/><y><n>t2</n></y></x><x/>"
+        "<x><n>s2</n><y><n>t3</n></y></x><x/></q>";
+    DiscBuilder::write(disc.path({"CD.xml"}),
+                       "<cd><p/>" + onePatient + "<!-- takes no place -->" + second + onePatient + "</cd>");
     DetailPanels& details = form.behaviour.details;
-    details.PatDisplay(1);
+    details.PatDisplay(1, "folder");
+    EXPECT_EQ(form.namedPatientFolder, "folder");
     EXPECT_EQ(form.Label5.Caption(), "B");
     EXPECT_EQ(form.Label13.Caption(), "B");
-    details.PatDisplay(3);
+    details.PatDisplay(3, "other");
+    EXPECT_EQ(form.namedPatientFolder, "folder");
     EXPECT_EQ(form.Label5.Caption(), "B");
     struct Case {
         int study, series;
@@ -118,9 +122,13 @@ TEST_F(CatalogueLoaderTest, DetailsByPosition) {
     }
     form.Label5.putCaption("b");
     EXPECT_THROW(details.SerDisplay(0, 0), RunTimeError);
+    // One that is no longer well-formed counts as missing.
+    DiscBuilder::write(disc.path({"CD.xml"}), "<cd>");
+    details.SerDisplay(0, 0);
+    details.PatDisplay(0, "other");
     QFile::remove(disc.path({"CD.xml"}));
     details.SerDisplay(0, 0);
-    details.PatDisplay(0);
+    details.PatDisplay(0, "other");
     EXPECT_EQ(form.Label5.Caption(), "b");
 }
 

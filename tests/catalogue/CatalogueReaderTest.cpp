@@ -37,7 +37,12 @@ TEST_F(CatalogueReaderTest, Encodings) {
                           {"ISO-8859-7", "\xC3\xE9\xFE\xF1\xE3\xEF\xF2", u"Γιώργος"},
                           {"windows-1251", "\xC8\xE2\xE0\xED", u"Иван"},
                           {"windows-1252", "\x8Aim\x9Cn", u"Šimœn"},
-                          {"GB18030", "\xCD\xF5\xD0\xA1\xB6\xAB", u"王小东"}}) {
+                          {"GB18030", "\xCD\xF5\xD0\xA1\xB6\xAB", u"王小东"},
+                          // Characters that only the successors of the declared encodings have.
+                          {"gb2312", "\xFD\x50\xE9\x46", u"齈镕"},
+                          {"GBK", "\x81\x30\x84\x36\xE9\x46", u"\u00A5镕"},
+                          {"Shift_JIS", "\xFB\xFC\x8B\xB4\x87\x40", u"髙橋①"},
+                          {"euc-kr", "\x8C\x63\xB1\xE8", u"똠김"}}) {
         const auto root = read(QByteArray("<?xml version=\"1.0\" encoding=\"") + c.declared + "\"?><a><b>" +
                                c.name + "</b></a>");
         ASSERT_TRUE(root) << c.declared;

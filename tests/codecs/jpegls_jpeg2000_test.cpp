@@ -216,9 +216,6 @@ TEST(Jpeg2000, CutsAndLiesAboutSizesAreErrors) {
             << length;
     EXPECT_FALSE(decoded(stream, greyFormat(63, 64, 12), Compression::Jpeg2000).ok());
 
-    auto tiny = stream;
-    for (const std::size_t at : {26, 30}) tiny[at] = 0, tiny[at + 1] = 1;  // tiles of one pixel
-    EXPECT_FALSE(decoded(tiny, greyFormat(64, 64, 12), Compression::Jpeg2000).ok());
     auto huge = stream;
     huge[8] = huge[12] = 0x7F;
     EXPECT_FALSE(decoded(huge, greyFormat(64, 64, 12), Compression::Jpeg2000).ok());

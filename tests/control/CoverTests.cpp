@@ -140,7 +140,7 @@ TEST(Cover, IsAskedForFrameByFrameOnlyWhenItChanges) {
     EXPECT_EQ(image.decodedFrameBytes(), 48U);
     EXPECT_EQ(image.frame(1)->byteSize(), sizeof(DecodedFrame) + 48);
     EXPECT_TRUE(image.frame(0)->cover->empty());
-    EXPECT_TRUE(image.frame(1)->cover->white.at(0, 0));
+    EXPECT_EQ(image.frame(1)->cover->white.at(0, 0), true);
     EXPECT_TRUE(image.frame(2)->cover->empty());
 }
 

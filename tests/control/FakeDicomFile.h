@@ -3,6 +3,7 @@
 #include "control/frames/ImageLibrary.h"
 #include "dicom/DicomFile.h"
 
+#include <QRgb>
 #include <QTemporaryDir>
 
 #include <atomic>
@@ -80,6 +81,24 @@ class FakeDicomFile : public dicom::DicomFile {
     }
 };
 
+/// Frames whose samples are value(x, y, f, s): pixel, frame from 0, sample of the pixel.
+template <typename Sample, typename Value>
+std::function<dicom::Frame(int)> pictureOf(int columns, int rows, int samplesPerPixel, Value value) {
+    return [=](int f) {
+        dicom::Frame frame;
+        frame.rows = rows;
+        frame.columns = columns;
+        frame.samplesPerPixel = samplesPerPixel;
+        std::vector<Sample> samples;
+        for (int y = 0; y < rows; ++y)
+            for (int x = 0; x < columns; ++x)
+                for (int s = 0; s < samplesPerPixel; ++s)
+                    samples.push_back(static_cast<Sample>(value(x, y, f, s)));
+        frame.samples = std::move(samples);
+        return frame;
+    };
+}
+
 /// An 8-bit grey run; pixel (x, y) of frame f, counted from 0, is value(x, y, f).
 inline std::shared_ptr<FakeDicomFile> greyRun(
     int columns, int rows, int frames, std::function<int(int, int, int)> value = [](int x, int y, int f) {
@@ -89,17 +108,8 @@ inline std::shared_ptr<FakeDicomFile> greyRun(
     file->format.rows = rows;
     file->format.columns = columns;
     file->frames = file->announced = frames;
-    file->picture = [=](int f) {
-        dicom::Frame frame;
-        frame.rows = rows;
-        frame.columns = columns;
-        std::vector<std::uint8_t> samples;
-        for (int y = 0; y < rows; ++y) {
-            for (int x = 0; x < columns; ++x) samples.push_back(static_cast<std::uint8_t>(value(x, y, f)));
-        }
-        frame.samples = std::move(samples);
-        return frame;
-    };
+    file->picture =
+        pictureOf<std::uint8_t>(columns, rows, 1, [=](int x, int y, int f, int) { return value(x, y, f); });
     return file;
 }
 
@@ -110,17 +120,18 @@ inline std::shared_ptr<FakeDicomFile> wideRun(int columns, int rows, int bitsSto
     file->format.bitsAllocated = 16;
     file->format.bitsStored = bitsStored;
     file->format.highBit = bitsStored - 1;
-    file->picture = [=](int) {
-        dicom::Frame frame;
-        frame.rows = rows;
-        frame.columns = columns;
-        std::vector<std::uint16_t> samples;
-        for (int y = 0; y < rows; ++y) {
-            for (int x = 0; x < columns; ++x) samples.push_back(static_cast<std::uint16_t>(value(x, y)));
-        }
-        frame.samples = std::move(samples);
-        return frame;
-    };
+    file->picture =
+        pictureOf<std::uint16_t>(columns, rows, 1, [=](int x, int y, int, int) { return value(x, y); });
+    return file;
+}
+
+/// One frame of 8-bit colour.
+inline std::shared_ptr<FakeDicomFile> colourRun(int columns, int rows, std::function<QRgb(int, int)> value) {
+    auto file = greyRun(columns, rows, 1);
+    file->format.samplesPerPixel = 3;
+    file->format.photometric = dicom::Photometric::Rgb;
+    file->picture = pictureOf<std::uint8_t>(
+        columns, rows, 3, [=](int x, int y, int, int s) { return value(x, y) >> (16 - 8 * s); });
     return file;
 }
 

@@ -28,47 +28,86 @@ TEST(PersonName, ReadsAsPeopleWriteIt) {
     for (const auto& c : cases) EXPECT_EQ(personNameLines(c.value), c.lines) << qPrintable(c.value);
 }
 
-TEST(ReadableDate, TurnsBothSpellingsOfADateAndKeepsTheRest) {
-    EXPECT_EQ(readableDate("20240131"), "2024-01-31");
-    EXPECT_EQ(readableDate("1993.08.22 "), "1993-08-22");
-    EXPECT_EQ(readableDate("2024"), "2024");
-    EXPECT_EQ(readableDate("unknown"), "unknown");
-    EXPECT_EQ(readableDate(""), "");
+TEST(ReadableDateAndTime, AreTurnedFromBothSpellings) {
+    const std::pair<QString, QString> dates[] = {{"20240131", "2024-01-31"},
+                                                 {"1993.08.22 ", "1993-08-22"},
+                                                 {"2024", "2024"},
+                                                 {"unknown", "unknown"},
+                                                 {"", ""}};
+    for (const auto& [value, shown] : dates) EXPECT_EQ(readableDate(value), shown);
+    const std::pair<QString, QString> times[] = {{"140509", "14:05:09"},
+                                                 {"14:05:09", "14:05:09"},
+                                                 {"235960.123456 ", "23:59:60"},
+                                                 {"1405", "14:05"},
+                                                 {"07", "07 h"},
+                                                 {"240000", ""},
+                                                 {"1460", ""},
+                                                 {"noon", ""}};
+    for (const auto& [value, shown] : times) EXPECT_EQ(readableTime(value), shown) << qPrintable(value);
 }
 
-TEST(HeaderFacts, NameThePatientTheSeriesTheRunAndTheProjection) {
+/// Both what is read as text and what is read as a number.
+void put(test::FakeDicomFile& file, dicom::Tag tag, const std::string& value) {
+    file.texts[tag] = value;
+    std::erase_if(file.headerData.elements, [&](const auto& element) { return element.tag == tag; });
+    dicom::Element added;
+    added.tag = tag;
+    added.valueRepresentation = dicom::vr("DS");
+    for (const char c : value) added.value.push_back(static_cast<std::byte>(c));
+    added.length = added.value.size();
+    file.headerData.elements.push_back(std::move(added));
+}
+
+TEST(HeaderFacts, TellWhatTheFileSays) {
     test::FakeDicomFile file;
-    file.texts = {{{0x0010, 0x0010}, "DOE^JANE"}, {{0x0010, 0x0020}, "4711"}, {{0x0010, 0x0030}, "19500102"},
-                  {{0x0008, 0x0020}, "20240131"}, {{0x0020, 0x0011}, "3"},    {{0x0008, 0x103E}, "LCA"},
-                  {{0x0020, 0x0013}, "12"}};
-    const auto element = [&](dicom::Tag tag, const std::string& value) {
-        dicom::Element added;
-        added.tag = tag;
-        added.valueRepresentation = dicom::vr("DS");
-        for (const char c : value) added.value.push_back(static_cast<std::byte>(c));
-        added.length = added.value.size();
-        file.headerData.elements.push_back(std::move(added));
+    EXPECT_TRUE(HeaderFacts::of(file).patient.isEmpty());
+    // One change after the other, the frames it is looked at with, and what is told then.
+    struct Case {
+        dicom::Tag tag;
+        const char* value;
+        int frames;
+        const char* study;
     };
-    element({0x0008, 0x0060}, "XA");
-    element({0x0018, 0x1510}, "-30.4");
-    element({0x0018, 0x1511}, "20 ");
-    element({0x0028, 0x2110}, "01");
-    element({0x0028, 0x2112}, "12.5");
-    const auto facts = HeaderFacts::of(file);
-    EXPECT_EQ(facts.patient, (QStringList{"DOE, JANE", "ID 4711", "Born 1950-01-02"}));
-    EXPECT_EQ(facts.study,
-              (QStringList{"2024-01-31", "Series 3 LCA", "Run 12", "RAO\u00A030\u00B0  CRAN\u00A020\u00B0"}));
-    EXPECT_EQ(facts.lossy, "Lossy 12.5:1");
-
-    for (dicom::Element& angle : file.headerData.elements) {
-        if (angle.tag == dicom::Tag{0x0018, 0x1510}) angle.value = {std::byte{'0'}};
+    const Case cases[] = {
+        {{0x0008, 0x0020}, "20240131", 1, "2024-01-31"},
+        {{0x0020, 0x0011}, "3", 1, "2024-01-31|Series 3"},
+        {{0x0020, 0x0013}, "12", 1, "2024-01-31|Series 3|Image 12"},
+        {{0x0018, 0x1065}, "0\\100\\60", 1, "2024-01-31|Series 3|Image 12"},
+        {{0x0008, 0x103E}, "LCA", 3, "2024-01-31|Series 3 LCA|Run 12  12.5 frames/s"},
+        {{0x0018, 0x1063}, "33.333", 3, "2024-01-31|Series 3 LCA|Run 12  30 frames/s"},
+        {{0x0018, 0x0040}, "7.5", 3, "2024-01-31|Series 3 LCA|Run 12  7.5 frames/s"},
+        {{0x0008, 0x2144}, "99999", 3, "2024-01-31|Series 3 LCA|Run 12  7.5 frames/s"},
+        {{0x0008, 0x2144}, "25", 3, "2024-01-31|Series 3 LCA|Run 12  25 frames/s"},
+        {{0x0020, 0x0011}, "", 3, "2024-01-31|LCA|Run 12  25 frames/s"},
+        {{0x0020, 0x0013}, "", 3, "2024-01-31|LCA|25 frames/s"},
+        {{0x0008, 0x0030}, "080910", 1, "2024-01-31 08:09:10|LCA"},
+        {{0x0008, 0x0031}, "0811", 1, "2024-01-31 08:11|LCA"},
+        {{0x0008, 0x0033}, "0812", 1, "2024-01-31 08:12|LCA"},
+        {{0x0008, 0x0023}, "20240201", 1, "2024-01-31|2024-02-01 08:12|LCA"},
+        {{0x0008, 0x0032}, "0813", 1, "2024-01-31 08:13|LCA"},
+        {{0x0008, 0x0022}, "20240131", 1, "2024-01-31 08:13|LCA"},
+        {{0x0008, 0x002A}, "20240201000159.5+0100", 1, "2024-01-31|2024-02-01 00:01:59|LCA"},
+        {{0x0008, 0x002A}, "20240201", 1, "2024-01-31 08:13|LCA"},
+        {{0x0008, 0x0020}, "", 1, "2024-01-31 08:13|LCA"},
+        {{0x0008, 0x0060}, "XA", 1, "2024-01-31 08:13|LCA"},
+        {{0x0018, 0x1510}, "-30.4", 1, "2024-01-31 08:13|LCA"},
+        {{0x0018, 0x1511}, "20 ", 1, "2024-01-31 08:13|LCA|RAO\u00A030\u00B0  CRAN\u00A020\u00B0"},
+        {{0x0018, 0x1510}, "0", 1, "2024-01-31 08:13|LCA|AP  CRAN\u00A020\u00B0"},
+        // Other angles than a catheter laboratory's.
+        {{0x0008, 0x0060}, "MG", 1, "2024-01-31 08:13|LCA"},
+    };
+    for (const auto& c : cases) {
+        put(file, c.tag, c.value);
+        file.announced = c.frames;
+        EXPECT_EQ(HeaderFacts::of(file).study.join('|').toStdString(), c.study);
     }
-    EXPECT_EQ(HeaderFacts::of(file).study.back(), "AP  CRAN\u00A020\u00B0");
-
-    file.headerData.elements.front().value = {std::byte{'M'}, std::byte{'G'}};
-    EXPECT_EQ(HeaderFacts::of(file).study.size(), 3) << "other angles than a catheter laboratory's";
-
-    EXPECT_TRUE(HeaderFacts::of(test::FakeDicomFile()).patient.isEmpty());
+    put(file, {0x0010, 0x0010}, "DOE^JANE");
+    put(file, {0x0010, 0x0020}, "4711");
+    put(file, {0x0010, 0x0030}, "19500102");
+    put(file, {0x0028, 0x2110}, "01");
+    put(file, {0x0028, 0x2112}, "12.5");
+    EXPECT_EQ(HeaderFacts::of(file).patient, (QStringList{"DOE, JANE", "ID 4711", "Born 1950-01-02"}));
+    EXPECT_EQ(HeaderFacts::of(file).lossy, "Lossy 12.5:1");
 }
 
 TEST(Notice, SaysWhatCannotBeShownAndWhy) {

@@ -1,6 +1,4 @@
-#include "control/pipeline/DisplayTables.h"
 #include "control/pipeline/RowKernels.h"
-#include "tests/control/FakeDicomFile.h"
 
 #include <gtest/gtest.h>
 
@@ -92,70 +90,6 @@ TEST_F(RowKernelSets, DrawTheSameRows) {
                        [&](const auto& k, auto* to) { k.mix(rows.data(), weights.data(), taps, to, count); });
         }
     }
-}
-
-TEST_F(RowKernelSets, ScaleTheSame) {
-    for (int round = 0; round < 4000; ++round) {
-        const int source = 1 + upTo(120), scaled = 1 + upTo(round % 2 ? 120 : 700);
-        const int from = upTo(scaled - 1), to = from + 1 + upTo(scaled - from - 1);
-        const AxisTable columns(source, scaled, from, to,
-                                random() % 8 ? Smoothing::Smooth : Smoothing::Nearest);
-        const auto used = static_cast<std::size_t>(columns.sourceTo() - columns.sourceFrom());
-        const Bytes row = noise(used + RowKernels::slack);
-        std::vector<std::uint16_t> byPlain(static_cast<std::size_t>(columns.size() + RowKernels::slack));
-        auto byFast = byPlain;
-        plain.scale(row.data(), columns, byPlain.data());
-        fast->scale(row.data(), columns, byFast.data());
-        for (int x = 0; x < columns.size(); ++x) {
-            const auto i = static_cast<std::size_t>(x);
-            ASSERT_EQ(byPlain[i], byFast[i]) << source << " to " << scaled << " from " << from << " at " << x;
-        }
-        Bytes pickedPlain(static_cast<std::size_t>(columns.size())), pickedFast = pickedPlain;
-        plain.pick(row.data(), columns, pickedPlain.data());
-        fast->pick(row.data(), columns, pickedFast.data());
-        ASSERT_EQ(pickedPlain, pickedFast);
-    }
-}
-
-struct LineCase {
-    int bits;
-    bool isSigned;
-    dicom::Window window;
-    double slope = 1, intercept = 0;
-};
-
-GreyTable tableFor(const LineCase& from, const dicom::GreyTransform& grey) {
-    dicom::PixelFormat format;
-    format.bitsStored = from.bits;
-    format.isSigned = from.isSigned;
-    return GreyTable(GreyRule(grey, {false, from.window}, Polarity::Inverted), format, from.bits > 8);
-}
-
-TEST(GreyTable, IsAStraightLineForTheWindowsOfAngiograms) {
-    using enum dicom::Window::Function;
-    const LineCase cases[] = {{8, false, {127.5, 255, LinearExact}},    {8, false, {128, 256, Linear}},
-                              {8, false, {100, 180, Linear}},           {8, true, {0, 200, Linear}},
-                              {12, false, {2048, 4096, Linear}},        {12, false, {1800, 2900, Linear}},
-                              {12, false, {2047.5, 4095, LinearExact}}, {10, false, {512, 1024, Linear}},
-                              {12, true, {40, 400, Linear}, 1, -1024},  {16, false, {32768, 65536, Linear}}};
-    for (const auto& c : cases) {
-        dicom::GreyTransform grey;
-        grey.rescale = dicom::Rescale{c.slope, c.intercept};
-        EXPECT_TRUE(tableFor(c, grey).linear())
-            << c.bits << " bits " << c.window.center << "/" << c.window.width;
-    }
-}
-
-TEST(GreyTable, IsNoLineWhereAStoredValueWouldShowAnotherGrey) {
-    const LineCase usual{12, false, {2048, 4096}};
-    dicom::GreyTransform padded, tabled;
-    padded.padding = {{4000, 4000}};
-    tabled.modalityLut = dicom::LookupTable{0, 16, {0, 4095}};
-    EXPECT_FALSE(tableFor(usual, padded).linear());
-    EXPECT_FALSE(tableFor(usual, tabled).linear());
-    EXPECT_FALSE(tableFor({12, false, {2048, 4096, dicom::Window::Function::Sigmoid}}, {}).linear());
-    EXPECT_FALSE(tableFor({12, false, {2048, 1}}, {}).linear());
-    EXPECT_FALSE(tableFor({16, false, {0, 1e-9, dicom::Window::Function::LinearExact}}, {}).linear());
 }
 
 }  // namespace

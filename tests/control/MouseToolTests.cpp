@@ -1,12 +1,16 @@
 #include "control/picture/PictureLabels.h"
 #include "tests/control/ViewFixture.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLineEdit>
+#include <QTemporaryDir>
 
 namespace cinedisc {
 namespace {
 
 using test::greyRun;
+using test::wideRun;
 
 class MouseTools : public test::ViewFixture {
   protected:
@@ -27,6 +31,28 @@ TEST_F(MouseTools, DragTheWindow) {
     EXPECT_EQ(view.WindowWidth(), 80);
     drag({130, 40}, {-4000, 40});
     EXPECT_GE(view.WindowWidth(), 1);
+}
+
+TEST_F(MouseTools, MoveTheWindowByWhatTheFrameHasNotByWhatItsBitsCouldHold) {
+    struct Case {
+        int bits, highest, padding;
+        double wider;
+    };
+    for (const Case& c : {Case{8, 255, 255, 6},
+                          {14, 200, 200, 6},
+                          {16, 200, 60000, 6},
+                          {16, 4000, 60000, 39},
+                          {16, 60000, 60001, 586}}) {
+        const auto file = wideRun(140, 120, c.bits, [&c](int x, int y) {
+            return x == 0 ? 0 : x == 1 ? c.highest : x == 2 ? c.padding : (x + y) % 200;
+        });
+        file->grey.windows = {{100, 80, dicom::Window::Function::Linear}};
+        if (c.padding > c.highest) file->grey.padding = {{c.padding, 65535}};
+        load(file, QString("/%1 %2").arg(c.bits).arg(c.highest));
+        drag({40, 40}, {60, 60});
+        EXPECT_EQ(view.WindowWidth(), 80 + c.wider) << c.bits << " bits up to " << c.highest;
+        EXPECT_EQ(view.WindowCenter(), 100 + c.wider);
+    }
 }
 
 TEST_F(MouseTools, RestoreEverythingOnEscape) {
@@ -76,6 +102,35 @@ TEST_F(MouseTools, PanThePictureButDoNotLoseIt) {
     EXPECT_EQ(seen().copy(20, 0, 100, 100), before.copy(0, 10, 100, 100));
     for (int i = 0; i < 5; ++i) drag({60, 60}, {5000, 5000});
     EXPECT_EQ(seen().copy(71, 61, 60, 50), before.copy(1, 1, 60, 50)) << "half of it stays";
+}
+
+TEST_F(MouseTools, GoOnFromWhatIsPutMeanwhile) {
+    view.putBestFit(true);
+    const QImage fitted = seen();
+    view.putMouseMode(ViewerControl::MousePan);
+    for (const auto& fit : std::initializer_list<std::function<void()>>{[&] { view.putBestFit(true); },
+                                                                        [&] { view.putFileName("/run"); }}) {
+        QTest::mousePress(&view, Qt::LeftButton, {}, {60, 60});
+        QTest::mouseMove(&view, {80, 50});
+        ASSERT_TRUE(QTest::qWaitFor([&] { return onScreen() == seen(); }));
+        EXPECT_NE(onScreen(), fitted);
+        fit();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() == fitted; }));
+        QTest::mouseMove(&view, {81, 50});
+        EXPECT_EQ(seen().copy(1, 0, 139, 120), fitted.copy(0, 0, 139, 120));
+        QTest::mouseRelease(&view, Qt::LeftButton, {}, {80, 50});
+    }
+    for (const int mode : {ViewerControl::MouseWindow, ViewerControl::MouseZoom}) {
+        view.putMouseMode(mode);
+        QTest::mousePress(&view, Qt::LeftButton, {}, {60, 60});
+        QTest::mouseMove(&view, {100, 20});
+        view.putWindowWidth(240);
+        view.putZoomPercent(50);
+        QTest::mouseMove(&view, {101, 19});
+        QTest::mouseRelease(&view, Qt::LeftButton, {}, {101, 19});
+        EXPECT_NEAR(view.WindowWidth(), 240, 1);
+        EXPECT_NEAR(view.ZoomPercent(), 50, 1);
+    }
 }
 
 TEST_F(MouseTools, MagnifyUnderThePointerWhilePressed) {
@@ -150,23 +205,17 @@ class LabelTool : public MouseTools {
     QImage clean;
 };
 
-TEST_F(LabelTool, PlacesTheTypedTextAtReturn) {
+TEST_F(LabelTool, PlacesTheTypedTextAtReturnOnThatFrame) {
     write({30, 50}, "LAD");
     EXPECT_TRUE(place().contains(35, 50)) << place().x() << "," << place().y();
     view.putCurrentFrame(2);
+    const QImage second = seen();
     view.putCurrentFrame(1);
     EXPECT_FALSE(place().isEmpty()) << "the frame keeps it";
     view.putFileName("/run");
     EXPECT_EQ(seen(), clean) << "gone with its file";
-}
-
-TEST_F(LabelTool, BelongsToOneFrame) {
     view.putCurrentFrame(2);
-    const QImage second = seen();
-    view.putCurrentFrame(1);
-    write({30, 50}, "LAD");
-    view.putCurrentFrame(2);
-    EXPECT_EQ(seen(), second);
+    EXPECT_EQ(seen(), second) << "which never had it";
 }
 
 TEST_F(LabelTool, DropsTheTextOnEscapeAndPlacesNoEmptyOne) {
@@ -186,6 +235,10 @@ TEST_F(LabelTool, MovesALabelWithADragAndBackOnEscape) {
     EXPECT_EQ(place(), before.translated(30, 30));
     dragAndEscape({70, 80}, {40, 20});
     EXPECT_EQ(place(), before.translated(30, 30));
+    drag({70, 80}, {400, 300});
+    const QRect atEdge = place();
+    drag(atEdge.center(), atEdge.center() - QPoint(20, 10));
+    EXPECT_EQ(place().topLeft(), atEdge.topLeft() - QPoint(20, 10)) << "no way to go first";
 }
 
 TEST_F(LabelTool, RemovesALabelWithDeleteOrAnEmptyText) {
@@ -214,17 +267,53 @@ TEST_F(LabelTool, ShowsALabelInItsEditorOnlyWhileItIsTyped) {
     EXPECT_EQ(place(), before);
 }
 
-TEST_F(LabelTool, PlacesWhatWasTypedWhenAnotherToolIsChosen) {
-    QTest::mouseClick(&view, Qt::LeftButton, {}, {30, 50});
-    QTest::keyClicks(editor(), "RCA");
-    view.putMouseMode(ViewerControl::MouseWindow);
-    EXPECT_FALSE(editor()->isVisible());
-    EXPECT_FALSE(place().isEmpty());
+TEST_F(LabelTool, CountsWhatIsStillTypedWhenSomethingElseIsDone) {
+    const auto copied = [this] {
+        view.CopyToClipboard();
+        return QGuiApplication::clipboard()->image();
+    };
+    const QImage bare = copied();
+    QTemporaryDir folder;
+    for (const auto& done : std::initializer_list<std::function<void()>>{
+             [&] { view.putMouseMode(ViewerControl::MouseWindow); }, [&] { view.CopyToClipboard(); },
+             [&] { view.putExportFile(folder.filePath("a.bmp")); }, [&] { view.putCurrentFrame(2); }}) {
+        view.putFileName("/run");
+        view.putMouseMode(ViewerControl::MouseLabel);
+        QTest::mouseClick(&view, Qt::LeftButton, {}, {30, 50});
+        QTest::keyClicks(editor(), "RCA");
+        done();
+        EXPECT_FALSE(editor()->isVisible());
+        view.putCurrentFrame(1);
+        EXPECT_FALSE(place().isEmpty());
+        EXPECT_NE(copied(), bare);
+    }
+    EXPECT_NE(QImage(folder.filePath("a.bmp")).convertToFormat(bare.format()), bare);
 }
 
-TEST_F(LabelTool, ShowsTextAsItStands) {
-    write({5, 50}, "<b>A</b>");
-    EXPECT_GT(place().width(), 35) << "not interpreted as markup";
+TEST_F(LabelTool, KeepsTheWholeTextInsideThePictureAndItsCopies) {
+    view.putBestFit(true);
+    load(greyRun(280, 90, 1, [](int, int, int) { return 90; }), "/plain");
+    const auto copied = [this](const QString& text, QPoint at) {
+        view.putFileName("/plain");
+        write(at, text);
+        view.CopyToClipboard();
+        return QGuiApplication::clipboard()->image();
+    };
+    const auto inkOf = [&](const QString& text, QPoint at) {
+        const QImage with = copied(text, at);
+        double ink = 0;
+        for (int y = 0; y < with.height(); ++y)
+            for (int x = 0; x < with.width(); ++x) ink += std::abs(qRed(with.pixel(x, y)) - 90);
+        return ink;
+    };
+    for (const char* text : {"LAD stenosis", "<b>A</b>"}) {
+        const double whole = inkOf(text, {70, 60});
+        EXPECT_GT(whole, 10000);
+        for (const QPoint at : {QPoint(1, 1), {139, 119}, {139, 1}, {1, 119}})
+            EXPECT_NEAR(inkOf(text, at), whole, 0.1 * whole) << text << " at " << at.x() << "," << at.y();
+    }
+    const QString longer = QString("a very long text that one row cannot hold ").repeated(4);
+    EXPECT_NE(copied(longer + "i", {139, 119}), copied(longer + "W", {139, 119})) << "its end is seen";
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "tests/control/FakeDicomFile.h"
 
 #include <QImage>
+#include <QScreen>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -26,6 +27,11 @@ class ViewFixture : public testing::Test {
     }
 
     QImage seen() { return view.grab().toImage().convertToFormat(QImage::Format_RGB32); }
+    /// What the window has on the screen, drawn when it last was.
+    QImage onScreen() const {
+        const QPixmap shown = view.screen()->grabWindow(view.winId());
+        return shown.copy(view.rect()).toImage().convertToFormat(QImage::Format_RGB32);
+    }
     int greyAt(int x, int y) { return qRed(seen().pixel(x, y)); }
 
     void drag(QPoint from, QPoint to) {

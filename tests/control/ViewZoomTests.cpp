@@ -12,8 +12,9 @@ TEST(SquareSize, StretchesTheSideThatLosesNothing) {
         double aspect;
         QSize size;
     };
-    const Case cases[] = {{1, {100, 50}},   {2, {200, 50}},  {0.5, {100, 100}},        {0, {100, 50}},
-                          {1e9, {100, 50}}, {-1, {100, 50}}, {std::nan(""), {100, 50}}};
+    const Case cases[] = {{1, {100, 50}},  {2, {200, 50}},    {0.5, {100, 100}},
+                          {0, {100, 50}},  {0.95, {100, 53}}, {16, {1600, 50}},
+                          {17, {100, 50}}, {-1, {100, 50}},   {std::nan(""), {100, 50}}};
     for (const auto& c : cases) EXPECT_EQ(squareSize(100, 50, c.aspect), c.size) << c.aspect;
 }
 
@@ -23,6 +24,9 @@ TEST(ViewZoom, FitsThePictureIntoTheMiddleOfTheView) {
     EXPECT_EQ(zoom.place({512, 512}, {1024, 768}).picture, QRect(128, 0, 768, 768));
     EXPECT_EQ(zoom.place({100, 50}, {50, 50}).picture, QRect(0, 12, 50, 25));
     EXPECT_EQ(zoom.place({65535, 1}, {200, 100}).picture.size(), QSize(200, 1));
+    EXPECT_EQ(zoom.place({65535, 1}, {200, 100}).scale({65535, 1}), 200.0 / 65535);
+    EXPECT_EQ(zoom.place({1, 600}, {200, 300}).scale({1, 600}), 0.5);
+    EXPECT_EQ(zoom.place({}, {10, 10}).scale({}), 1);
     EXPECT_TRUE(zoom.place({512, 512}, {0, 10}).visible().isEmpty());
     EXPECT_TRUE(zoom.place({}, {10, 10}).visible().isEmpty());
 }
@@ -49,6 +53,7 @@ TEST(ViewZoom, StaysAddressableWhateverIsPut) {
             EXPECT_FALSE(visible.isEmpty()) << percent;
             EXPECT_TRUE(QRect(0, 0, 300, 200).contains(visible));
         }
+        EXPECT_TRUE(percent > 1 || zoom.place({500, 400}, {300, 200}).picture.size() == QSize(5, 4));
     }
 }
 

@@ -253,6 +253,25 @@ TEST(EncapsulatedFrames, NotEncapsulatedAtAllIsUnderstood) {
     EXPECT_EQ(samplesOf(sniffed.value()), pixelsOfFrame(0, pixelCount));
 }
 
+TEST(EncapsulatedFrames, AreWholeWhenTheSyntaxOrElseTheHeaderVouchesForIt) {
+    struct Case {
+        const char *syntax, *loss;  ///< LossyImageCompression
+        bool mayBeLossy;
+    };
+    const Case cases[] = {
+        {"1.2.840.10008.1.2.4.90", "", false},   {"1.2.840.10008.1.2.4.90", "00", false},
+        {"1.2.840.10008.1.2.4.90", "01", true},  {"1.2.840.10008.1.2.4.91", "", true},
+        {"1.2.840.10008.1.2.4.91", "00", false}, {"1.2.840.10008.1.2.4.91", "01", true},
+        {"1.2.840.10008.1.2.4.201", "", false},  {"1.2.840.10008.1.2.4.202", "", false},
+        {"1.2.840.10008.1.2.4.203", "", true},   {"1.2.3.4 nobody knows", "", true},
+    };
+    for (const Case& c : cases) {
+        DicomBuilder builder = rleRun(rows, columns, 1, OffsetTable::Empty);
+        builder.transferSyntax(c.syntax).text(tags::LossyImageCompression, "CS", c.loss);
+        EXPECT_EQ(opened(builder)->pixelFormat().mayBeLossy, c.mayBeLossy) << c.syntax << " " << c.loss;
+    }
+}
+
 TEST(EncapsulatedFrames, CanBeReadFromSeveralThreads) {
     constexpr int many = 60;
     for (const auto table : {OffsetTable::Empty, OffsetTable::Filled}) {

@@ -10,7 +10,7 @@ namespace {
 
 using namespace dicom;
 
-DicomBuilder picture(int frames = 1) {
+DicomBuilder greyPicture(int frames = 1) {
     DicomBuilder builder = DicomBuilder::image(2, 2, frames, 16, 12);
     builder.gradientPixels();
     return builder;
@@ -24,7 +24,7 @@ DicomItem lut(std::vector<std::int64_t> descriptor, const std::vector<std::int64
 }
 
 TEST(GreyRules, FirstWindowsComeFirstAndImpossibleOnesAreLeftOut) {
-    DicomBuilder builder = picture();
+    DicomBuilder builder = greyPicture();
     builder.text(tags::WindowCenter, "DS", "40\\300\\7\\8").text(tags::WindowWidth, "DS", "400\\0.5\\1500");
     const auto windows = opened(builder)->greyTransform(0).windows;
     ASSERT_EQ(windows.size(), 2u);
@@ -51,7 +51,7 @@ TEST(GreyRules, ModalityStepIsLeftOutForProjectionsOfXRayOnly) {
          {Row{"XA", "1.2.840.10008.5.1.4.1.1.12.1", false}, Row{"RF", "1.2.840.10008.5.1.4.1.1.12.2", false},
           Row{"", "1.2.840.10008.5.1.4.1.1.12.1.1", false}, Row{"XA", "1.2.840.10008.5.1.4.1.1.7", false},
           Row{"CT", "1.2.840.10008.5.1.4.1.1.2", true}, Row{"XA", "1.2.840.10008.5.1.4.1.1.13.1.1", true}}) {
-        DicomBuilder builder = picture();
+        DicomBuilder builder = greyPicture();
         builder.text(tags::Modality, "CS", row.modality).text(tags::SOPClassUID, "UI", row.object);
         builder.text(tags::RescaleSlope, "DS", "2").text(tags::RescaleIntercept, "DS", "-1024");
         const auto grey = opened(builder)->greyTransform(0);
@@ -102,7 +102,7 @@ TEST(GreyRules, FirstMappedValueIsSignedWhenTheInputIs) {
     };
     for (const Row& row : {Row{"US", 0, "0", 0xFC00}, Row{"US", 1, "0", -1024}, Row{"SS", 0, "0", -1024},
                            Row{"US", 0, "-1024", -1024}}) {
-        DicomBuilder builder = picture();
+        DicomBuilder builder = greyPicture();
         builder.text(tags::Modality, "CS", "CT").text(tags::SOPClassUID, "UI", "1.2.840.10008.5.1.4.1.1.2");
         builder.numbers(tags::PixelRepresentation, "US", {row.pixelRepresentation});
         builder.text(tags::RescaleIntercept, "DS", row.intercept);
@@ -123,7 +123,7 @@ TEST(GreyRules, EnhancedObjectsHaveTheirRulesFrameByFrame) {
         if (*slope) frame.sequence(tags::PixelValueTransformationSequence, {values});
         return frame;
     };
-    DicomBuilder builder = picture(3);
+    DicomBuilder builder = greyPicture(3);
     builder.text(tags::Modality, "CS", "CT").text(tags::SOPClassUID, "UI", "1.2.840.10008.5.1.4.1.1.2.1");
     builder.sequence(tags::SharedFunctionalGroups, {group("1", "5")});
     builder.sequence(tags::PerFrameFunctionalGroups, {group("10", "2"), group("20", "")});
@@ -143,7 +143,7 @@ TEST(GreyRules, EnhancedObjectsHaveTheirVoiTablesFrameByFrame) {
         voi.sequence(tags::VOILUTSequence, {table});
         return frame.sequence(tags::FrameVOILUTSequence, {voi});
     };
-    DicomBuilder builder = picture(2);
+    DicomBuilder builder = greyPicture(2);
     builder.text(tags::SOPClassUID, "UI", "1.2.840.10008.5.1.4.1.1.12.1.1").text(tags::Modality, "CS", "XA");
     builder.sequence(tags::PerFrameFunctionalGroups, {group(40000), group(50000)});
     const auto file = opened(builder);
@@ -152,7 +152,7 @@ TEST(GreyRules, EnhancedObjectsHaveTheirVoiTablesFrameByFrame) {
 }
 
 TEST(GreyRules, InversionAndPadding) {
-    DicomBuilder builder = picture();
+    DicomBuilder builder = greyPicture();
     EXPECT_FALSE(opened(builder)->greyTransform(0).inverse);
     EXPECT_FALSE(opened(builder)->greyTransform(0).padding.has_value());
     builder.text(tags::PresentationLUTShape, "CS", "INVERSE");

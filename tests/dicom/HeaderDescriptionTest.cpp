@@ -90,7 +90,7 @@ TEST(HeaderDescription, IsAlignedValidTextOfOneLineAnElement) {
         << text;
 }
 
-TEST(HeaderDescription, LongTextIsShortenedBetweenCharacters) {
+TEST(HeaderDescription, LongValuesAreCutBetweenCharactersUnlessWanted) {
     DicomBuilder builder;
     std::string cyrillic;
     for (int i = 0; i < 3000; ++i) cyrillic += "ю";
@@ -100,6 +100,15 @@ TEST(HeaderDescription, LongTextIsShortenedBetweenCharacters) {
     EXPECT_LT(value.size(), 1100u);
     EXPECT_TRUE(isValidUtf8(value));
     EXPECT_TRUE(value.ends_with("…"));
+
+    builder.binary({0x0009, 0x1001}, "OB", Bytes(100))
+        .numbers({0x0028, 0x0009}, "AT", std::vector<std::int64_t>(500, 0x00181063))
+        .numbers({0x0028, 0x3002}, "US", std::vector<std::int64_t>(40, 7));
+    const auto file = opened(builder);
+    EXPECT_NE(headerText(*file).find("…"), std::string::npos);
+    const std::string whole = headerText(*file, LongValues::Whole);
+    EXPECT_EQ(whole.find("…"), std::string::npos);
+    EXPECT_NE(whole.find(cyrillic + "\n"), std::string::npos);
 }
 
 }  // namespace

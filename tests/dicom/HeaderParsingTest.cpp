@@ -1,3 +1,4 @@
+#include "dicom/DataSetParser.h"
 #include "dicom/DicomFile.h"
 #include "dicom/MemoryByteSource.h"
 #include "dicom/Tags.h"
@@ -218,6 +219,44 @@ TEST(HeaderParsing, BottomlessNestingEndsInANoticeOrIsSkipped) {
     const auto file = opened(withInserted(picture().build(), tail));
     EXPECT_EQ(file->frameCount(), 0);
     EXPECT_TRUE(file->pictureError().has_value());
+}
+
+TEST(HeaderParsing, KeepsWithinItsBoundsAndUsesThemUp) {
+    const auto parsed = [](const Bytes& bytes, DataSet& into) {
+        const MemoryByteSource source(bytes);
+        ForwardBuffer buffer(source);
+        return DataSetParser(buffer).parse(into, implicitLittle);
+    };
+    const auto elements = [](int count, std::uint32_t length) {
+        DicomWriter writer(Encoding::ImplicitLittle);
+        for (int i = 0; i < count; ++i) {
+            writer.writeNumber(0x00090009, 4);
+            writer.writeNumber(length, 4);
+            for (std::uint32_t at = 0; at < length; at += 8)
+                writer.writeNumber(1, static_cast<int>(std::min(8u, length - at)));
+        }
+        return writer.take();
+    };
+    DataSet many, tooMany, large, held, levels;
+    EXPECT_FALSE(parsed(elements(500'000, 0), many));
+    EXPECT_EQ(parsed(elements(500'001, 0), tooMany).value().kind, DecodeError::Kind::TooLarge);
+    EXPECT_FALSE(parsed(elements(1, (64 << 10) + 2), large));
+    EXPECT_FALSE(large.elements.front().held);
+    EXPECT_FALSE(parsed(elements(1025, 64 << 10), held));
+    EXPECT_TRUE(held.elements[1023].held) << "64 MiB";
+    EXPECT_FALSE(held.elements[1024].held);
+
+    Bytes chain = nested(100, LengthForm::Explicit);
+    DicomWriter writer(Encoding::ImplicitLittle);
+    writer.writeNumber(0x11400008, 4);
+    writer.writeNumber(chain.size(), 4);
+    Bytes bytes = writer.take();
+    bytes.insert(bytes.end(), chain.begin(), chain.end());
+    EXPECT_FALSE(parsed(bytes, levels));
+    int depth = 0;
+    for (const DataSet* level = &levels; !level->elements.front().items.empty(); ++depth)
+        level = &level->elements.front().items.front();
+    EXPECT_EQ(depth, 64);
 }
 
 struct Notice {

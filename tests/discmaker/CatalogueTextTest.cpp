@@ -26,9 +26,9 @@ TEST(CatalogueText, TellsTheView) {
         double primary, secondary;
         const char* name;
     };
-    const Case cases[] = {{-30, -20, "RAO 30 CAUD 20"}, {45.2, 0.3, "LAO 45"},
-                          {0, 35, "AP CRAN 35"},        {0, 0, "AP"},
-                          {-0.4, -0.4, "AP"},           {90, -0.6, "LAO 90 CAUD 1"}};
+    const Case cases[] = {
+        {-30, -20, "RAO 30 CAUD 20"}, {45.2, 0.3, "LAO 45"},       {0, 35, "AP CRAN 35"}, {0, 0, "AP"},
+        {-0.4, -0.4, "AP"},           {90, -0.6, "LAO 90 CAUD 1"}, {0.5, 0.4, "LAO 1"}};
     for (const auto& example : cases) EXPECT_EQ(viewName(example.primary, example.secondary), example.name);
 }
 
@@ -48,18 +48,30 @@ TEST(CatalogueText, StandsInForWhatIsMissing) {
     EXPECT_EQ(studyText(some), "2024-05-22  Study 17");
     EXPECT_EQ(seriesText(some, {2, 1, 0}), "Series 0: XA (2 runs, 1 image)");
     EXPECT_EQ(entryText(some, 1), "Run 1: 12 frames");
-    some.studyDate = "last May";
+    some.primaryAngle = -30;
+    EXPECT_EQ(entryText(some, 1), "Run 1: 12 frames") << "half a view is none";
+    some.secondaryAngle = 20;
+    EXPECT_EQ(entryText(some, 1), "Run 1: RAO 30 CRAN 20, 12 frames");
+    some.frames = 2;
+    EXPECT_EQ(entryText(some, 3), "Run 3: RAO 30 CRAN 20, 2 frames");
+    some.frames = 1;
+    EXPECT_EQ(entryText(some, 2), "Image 2: RAO 30 CRAN 20");
     some.studyId = "";
-    EXPECT_EQ(studyText(some), "last May  XA study");
+    for (const char* noDate : {"last May", "2024052", "202405222", "2024O522"}) {
+        some.studyDate = noDate;
+        EXPECT_EQ(studyText(some), noDate + std::string("  XA study"));
+    }
+    some.studyDescription = "Follow-up";
+    EXPECT_EQ(studyText(some), "2024O522  Follow-up");
 }
 
 TEST(CatalogueText, BecomesOneLineThatXmlCanHold) {
     const std::pair<std::string, std::string> cases[] = {
         {"  a \t\r\n b ", "a b"},
         {std::string("a\0b\x1B$Bc\x7F", 8), "a b $Bc"},
-        {"\xC3\x28 \xEF\xBF\xBE", "\xEF\xBF\xBD( \xEF\xBF\xBD"},
+        {"\xC3\x28 \xEF\xBF\xBE\xEF\xBF\xBF", "\xEF\xBF\xBD( \xEF\xBF\xBD\xEF\xBF\xBD"},
         {"𝄞 <&>\"", "𝄞 <&>\""},
-        {std::string(5000, 'x'), std::string(256, 'x')},
+        {std::string(257, 'x'), std::string(256, 'x')},
     };
     for (const auto& [raw, line] : cases) EXPECT_EQ(oneLine(raw), line);
 }

@@ -31,7 +31,10 @@ class DiscFolderTest : public testing::Test {
 TEST_F(DiscFolderTest, ReplacesItsOwnDiscAndLeavesWhatElseLiesThere) {
     makeDisc("old");
     writeFile(disc_ / "viewer", "program");
+    for (const auto& [name, content] : filesBelow(disc_))
+        fs::permissions(disc_ / name, fs::perms::owner_read);
     makeDisc("new");
+    EXPECT_EQ(std::distance(fs::directory_iterator(disc_), {}), 3) << "nothing is left aside";
     const auto files = filesBelow(disc_);
     EXPECT_EQ(files.size(), 3u);
     EXPECT_EQ(files.at("Dicom/Patient000/Study01/Series01/IM00001.dcm"), "new");
@@ -40,12 +43,19 @@ TEST_F(DiscFolderTest, ReplacesItsOwnDiscAndLeavesWhatElseLiesThere) {
 }
 
 TEST_F(DiscFolderTest, RefusesWhatItDidNotWrite) {
+    const std::string mark = catalogueXml({"", {}});
     const std::map<std::string, std::string> foreign[] = {
         {{"letter.txt", "dear"}},
         {{"CD.xml", "<disc/>"}},
-        {{"CD.xml", catalogueMark}, {"Dicom/Patient000/mine.txt", "x"}},
-        {{"CD.xml", catalogueMark}, {"Dicom/Patient000/Study01/Series01/photo.dcm", "x"}},
-        {{"CD.xml", catalogueMark}, {"Dicom/Patient000/Study01/Series01/IM00001.dcm/IM00001.dcm", "x"}},
+        {{"CD.xml", "<disc/>"}, {".makedisc-new/CD.xml", mark}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/mine.txt", "x"}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/photo.dcm", "x"}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/IM.dcm", "x"}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/IM00001.dcm.txt", "x"}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/IM00001.dcm/IM00001.dcm", "x"}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series0:/IM00001.dcm", "x"}},
+        {{"CD.xml", mark}, {"Dicom/Patient000/Study/Series01/IM00001.dcm", "x"}},
+        {{".makedisc-old/x", "x"}, {"Dicom/Name000/Study01/Series01/IM00001.dcm", "x"}},
     };
     for (const auto& files : foreign) {
         fs::remove_all(disc_);
@@ -70,14 +80,40 @@ TEST_F(DiscFolderTest, LeavesTheOldDiscWhenTheNewOneIsGivenUp) {
     fs::remove_all(disc_);
     { DiscFolder folder(disc_); }
     EXPECT_FALSE(fs::exists(disc_)) << "a folder made for nothing is taken away";
+    fs::create_directories(disc_);
+    { DiscFolder folder(disc_); }
+    EXPECT_TRUE(fs::is_empty(disc_)) << "one that was there stays";
 }
 
 TEST_F(DiscFolderTest, TakesUpAfterARunThatWasBrokenOff) {
-    writeFile(disc_ / ".makedisc-new/CD.xml", "half");
-    writeFile(disc_ / ".makedisc-old/Dicom/Patient000/Study01/Series01/IM00001.dcm", "old");
-    writeFile(disc_ / "Dicom/Patient000/Study01/Series01/IM00001.dcm", "half");
+    for (const char* left : {".makedisc-new/stray", ".makedisc-old/Dicom/Patient000"}) {
+        fs::remove_all(disc_);
+        writeFile(disc_ / left, "half");
+        writeFile(disc_ / "Dicom/Patient000/Study01/Series01/IM00001.dcm", "half");
+        makeDisc("new");
+        EXPECT_EQ(filesBelow(disc_).size(), 2u) << left;
+    }
+}
+
+TEST_F(DiscFolderTest, NeitherFollowsLinksNorEmptiesWhatTheyPointTo) {
+    const auto elsewhere = disc_.parent_path() / "elsewhere";
+    const std::string folder = "Dicom/Patient000/Study01/Series01", file = folder + "/IM00001.dcm";
+    for (const auto& linked : {folder, file}) {
+        makeDisc("old");
+        writeFile(elsewhere / "IM00001.dcm", "kept");
+        fs::remove_all(disc_ / linked);
+        fs::create_symlink(linked == file ? elsewhere / "IM00001.dcm" : elsewhere, disc_ / linked);
+        EXPECT_THROW(makeDisc("new"), DiscError) << linked;
+        fs::remove(disc_ / linked);
+    }
+    EXPECT_EQ(filesBelow(elsewhere).size(), 1u);
+
+    makeDisc("old");
+    fs::rename(disc_ / "Dicom", elsewhere / "Dicom");
+    fs::create_directory_symlink(elsewhere / "Dicom", disc_ / "Dicom");
     makeDisc("new");
-    EXPECT_EQ(filesBelow(disc_).size(), 2u);
+    EXPECT_EQ(filesBelow(elsewhere).at(file), "old");
+    EXPECT_EQ(filesBelow(disc_).at(file), "new");
 }
 
 }  // namespace

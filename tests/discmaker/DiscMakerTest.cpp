@@ -1,7 +1,7 @@
+#include "catalogue/CatalogueReader.h"
 #include "discmaker/CommandLine.h"
 #include "discmaker/DiscError.h"
 #include "discmaker/DiscMaker.h"
-#include "discmaker/encoding/Attribute.h"
 #include "tests/discmaker/DiscFiles.h"
 #include "tests/support/DicomBuilder.h"
 
@@ -22,12 +22,12 @@ using testing::HasSubstr;
 DicomBuilder image(const std::string& patient, int instance, int frames = 1) {
     auto builder = DicomBuilder::image(4, 4, frames);
     builder.text({0x0008, 0x0005}, "CS", "ISO_IR 144")
-        .text(attribute::patientName.tag, "PN", patient)
-        .text(attribute::patientId.tag, "LO", "7")
-        .text(attribute::studyInstanceUid.tag, "UI", "1.2")
-        .text(attribute::seriesInstanceUid.tag, "UI", "1.2.3")
-        .text(attribute::seriesNumber.tag, "IS", "4")
-        .text(attribute::instanceNumber.tag, "IS", std::to_string(instance));
+        .text({0x0010, 0x0010}, "PN", patient)
+        .text({0x0010, 0x0020}, "LO", "7")
+        .text({0x0020, 0x000D}, "UI", "1.2")
+        .text({0x0020, 0x000E}, "UI", "1.2.3")
+        .text({0x0020, 0x0011}, "IS", "4")
+        .text({0x0020, 0x0013}, "IS", std::to_string(instance));
     builder.gradientPixels();
     return builder;
 }
@@ -53,8 +53,7 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
     image("\xB8\xD2\xD0\xDD\xDE\xD2", 2, 3).writeTo(input_ / "x10");  // Cyrillic in ISO 8859-5
     image("\xB8\xD2\xD0\xDD\xDE\xD2", 1).writeTo(input_ / "deep/down/last.bin");
     DicomBuilder document;
-    document.text({0x0008, 0x0016}, "UI", "1.2.840.10008.5.1.4.1.1.88.11")
-        .text(attribute::patientId.tag, "LO", "8");
+    document.text({0x0008, 0x0016}, "UI", "1.2.840.10008.5.1.4.1.1.88.11").text({0x0010, 0x0020}, "LO", "8");
     document.writeTo(input_ / "deep/report.dcm");
     DicomBuilder directory;
     directory.sequence({0x0004, 0x1220}, {});
@@ -63,6 +62,12 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
               "Not a picture, but long enough to hold a preamble." + std::string(400, '.'));
     writeFile(input_ / "empty", "");
     fs::create_symlink(input_, input_ / "deep/loop");
+    fs::create_symlink(input_ / "x10", input_ / "again");
+    fs::create_symlink(input_ / "nowhere", input_ / "dangling");
+    fs::create_symlink("/dev/null", input_ / "device");
+    fs::create_directories(root_ / "elsewhere");
+    image("A", 1).writeTo(root_ / "elsewhere/not.dcm");
+    fs::create_directory_symlink(root_ / "elsewhere", input_ / "deep/elsewhere");
 
     const auto summary = make({input_, input_ / "x10"});
     EXPECT_EQ(summary.patients, 2u);
@@ -85,6 +90,36 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
         EXPECT_THAT(catalogue, HasSubstr(text));
 }
 
+TEST_F(DiscMakerTest, TakesFilesInNaturalOrderWhateverTheirNamesAndRights) {
+    // Without instance numbers the order is that of the files.
+    for (const char* name : {"b/x", "a10 > a9.dcm", "a9", "A1"}) {
+        auto file = DicomBuilder::image(4, 4);
+        file.text({0x0010, 0x0010}, "PN", "A]]>B^<i>&\"").text({0x0008, 0x0060}, "CS", "RF");
+        file.text({0x0018, 0x1510}, "DS", "30").text({0x0018, 0x1511}, "DS", "20");
+        file.text({0x0020, 0x000D}, "UI", "1.2").text({0x0020, 0x000E}, "UI", "1.2.3");
+        file.text({0x0008, 0x103E}, "LO", name);
+        file.gradientPixels();
+        fs::create_directories((input_ / name).parent_path());
+        file.writeTo(input_ / name);
+        fs::permissions(input_ / name, fs::perms::owner_read);
+    }
+    fs::rename(input_, root_ / "output");  // begins like the disc's own folder
+    fs::create_directory_symlink(root_ / "output", root_ / "link");
+    EXPECT_EQ(make({root_ / "link"}).files, 4u);
+
+    const auto series = disc_ / "Dicom/Patient000/Study01/Series01";
+    const char* order[] = {"A1", "a9", "a10 > a9.dcm", "b/x"};
+    for (int i = 0; i < 4; ++i) {
+        const auto copy = series / ("IM0000" + std::to_string(i + 1) + ".dcm");
+        EXPECT_TRUE(contentOf(copy) == contentOf(root_ / "output" / order[i])) << order[i];
+        EXPECT_NE(fs::status(copy).permissions() & fs::perms::owner_write, fs::perms::none);
+    }
+    const auto catalogue = readCatalogue(QString::fromStdString((disc_ / "CD.xml").string()));
+    ASSERT_TRUE(catalogue);
+    EXPECT_EQ(catalogue->children()[0].first().text(), "A]]>B, <i>&\"  (P-1)");
+    EXPECT_THAT(contentOf(disc_ / "CD.xml"), HasSubstr("<text>Image 4</text>")) << "only XA tells its view";
+}
+
 TEST_F(DiscMakerTest, RefusesWhatWouldDestroyOrRepeatItsInput) {
     image("A", 1).writeTo(input_ / "a.dcm");
     make({input_});
@@ -104,6 +139,10 @@ TEST_F(DiscMakerTest, TellsOfFilesThatCannotBeRead) {
     writeFile(input_ / "cut.dcm", bytes);
     EXPECT_EQ(run({disc_.string(), input_.string()}), 3);
     EXPECT_EQ(filesBelow(disc_ / "Dicom").size(), 1u);
+    make({input_});
+    EXPECT_THAT(notices_, HasSubstr("cut.dcm: "));
+    EXPECT_EQ(run({}), 2);
+    EXPECT_EQ(run({"--version"}), 0);
 }
 
 TEST_F(DiscMakerTest, LaysProgramAndLicenceBesideTheCatalogue) {
@@ -128,21 +167,27 @@ TEST(CommandLine, SaysWhatIsWrongWithTheArguments) {
         {{"disc"}, "no DICOM files or folders"},
         {{"--demo"}, "folder of the disc is missing"},
         {{"--demo", "disc", "file"}, "one folder and no files"},
-        {{"disc", "file", "--title"}, "--title wants a value"},
-        {{"--fast", "disc", "file"}, "no option --fast"},
+        {{"disc", "file", "--title"}, "Missing value after '--title'"},
+        {{"--fast", "disc", "file"}, "Unknown option 'fast'"},
     };
     for (const auto& [arguments, message] : cases) {
         const auto parsed = parseCommandLine(arguments);
         ASSERT_TRUE(std::holds_alternative<UsageError>(parsed)) << message;
         EXPECT_THAT(std::get<UsageError>(parsed).message, HasSubstr(message));
     }
-    const std::vector<std::string> dashed{"disc", "--title", "T", "--", "--demo"};
+    const std::vector<std::string> dashed{"disc\xE9", "--title", "Ł", "--", "--demo"};
     const auto request = std::get<MakeRequest>(parseCommandLine(dashed));
     EXPECT_FALSE(request.demo);
-    EXPECT_EQ(request.title, "T");
+    EXPECT_EQ(request.title, "Ł");
+    EXPECT_EQ(request.disc, "disc\xE9") << "names are bytes, not letters";
     EXPECT_EQ(request.named, std::vector<fs::path>{"--demo"});
-    EXPECT_TRUE(
-        std::holds_alternative<HelpRequest>(parseCommandLine(std::vector<std::string>{"disc", "--help"})));
+    EXPECT_FALSE(request.enclosures.program || request.enclosures.license);
+    const auto answer = [](std::vector<std::string> arguments) {
+        return std::get<Answer>(parseCommandLine(arguments)).text;
+    };
+    for (const char* option : {"--demo", "--title", "--program", "--license", "Exit status"})
+        EXPECT_THAT(answer({"disc", "--fast", "--help"}), HasSubstr(option));
+    EXPECT_THAT(answer({"--version"}), testing::MatchesRegex("makedisc [0-9.]+\n"));
 }
 
 }  // namespace

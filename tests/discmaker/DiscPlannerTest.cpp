@@ -48,6 +48,22 @@ TEST(DiscPlanner, SortsByNameDateSeriesAndInstance) {
     EXPECT_EQ(planDisc(records, "", PatientOrder::AsGiven).patients[0].text, "zeta  (1)");
 }
 
+TEST(DiscPlanner, BreaksTiesByTimeAndIdentifier) {
+    std::vector<ImageRecord> records{
+        record("A", "1", "s5", "20240101", "a", 1, 1), record("A", "1", "s4", "20240101", "c", 1, 1),
+        record("A", "1", "s4", "20240101", "b", 1, 1), record("A", "1", "s3", "20240101", "d", 1, 1),
+        record("A", "1", "s2", "20240101", "e", 1, 1), record("", "0", "s1", "", "f", 1, 1)};
+    records[1].studyTime = records[2].studyTime = "0900";
+    records[3].studyTime = "0900";
+    records[4].studyTime = "1000";
+    EXPECT_THAT(
+        files(planDisc(records, "", PatientOrder::ByName)),
+        ElementsAre("Patient000/Study01/Series01/IM00001.dcm 3", "Patient000/Study02/Series01/IM00001.dcm 2",
+                    "Patient000/Study02/Series02/IM00001.dcm 1", "Patient000/Study03/Series01/IM00001.dcm 4",
+                    "Patient000/Study04/Series01/IM00001.dcm 0",
+                    "Patient001/Study01/Series01/IM00001.dcm 5"));
+}
+
 TEST(DiscPlanner, KeepsPatientsApartWhoShareNameOrId) {
     const std::vector<ImageRecord> records{
         record("A", "1", "s1", "", "a", 1, 1),  record("A", "2", "s2", "", "b", 1, 1),

@@ -193,34 +193,5 @@ TEST_F(StepsTest, FolderOfSeriesWithoutACatalogueEntry) {
     EXPECT_EQ(form.Label6.Caption(), "Series Scroll Bar");
 }
 
-TEST_F(StepsTest, EmptySeriesShowsNothingOfTheOneBefore) {
-    const QString second = disc.path({"Dicom", "Patient000", "Study1", "Series2"});
-    for (int i = 1; i <= 4; ++i) QFile::remove(second + QString("/%1.dcm").arg(i));
-    form.clickPatient(0);
-    press("SerNext");
-    EXPECT_EQ(form.Label6.Caption(), "Cine Study1 Series2");
-    EXPECT_EQ(form.ezDicom.FileName(), "");
-    EXPECT_EQ(form.stripNames(), QStringList({"", "", "", "", ""}));
-    press("SerNext");
-    EXPECT_EQ(onDisc(form.ezDicom.FileName()), "Patient000/Study1/Series10/2");
-}
-
-TEST_F(StepsTest, MissingPatientFolderDoesNotShiftTheNames) {
-    form.clickPatient(0);
-    ASSERT_TRUE(QDir(disc.path({"Dicom", "Patient001"})).removeRecursively());
-    press("PatNext");
-    EXPECT_EQ(form.Label5.Caption(), "One");
-    EXPECT_EQ(onDisc(form.ezDicom.FileName()), "Patient002/Study1/Series1/1");
-}
-
-TEST_F(StepsTest, PatientMissingFromTheCatalogueHasNobodysName) {
-    form.clickPatient(0);
-    ASSERT_TRUE(QDir().rename(disc.path({"Dicom", "Patient002"}), disc.path({"Dicom", "Patient007"})));
-    press("PatBack");
-    EXPECT_EQ(onDisc(form.ezDicom.FileName()), "Patient007/Study1/Series1/1");
-    EXPECT_EQ(form.Label5.Caption(), "Study Scroll Bar");
-    EXPECT_EQ(form.Label6.Caption(), "Series Scroll Bar");
-}
-
 }  // namespace
 }  // namespace cinedisc::test

@@ -66,35 +66,39 @@ TEST_F(QtDialogsTest, TheFolderBrowserAnswersTheFolderOrNothing) {
     EXPECT_EQ(dialogs.browseForFolder("Dicom"), "");
 }
 
-TEST_F(QtDialogsTest, TheSaveDialogPassesTheNameOnAsTypedAndAsksNothing) {
-    makeFolder("exports");
-    QFile existing(home().filePath("exports/there.jpg"));
-    ASSERT_TRUE(existing.open(QFile::WriteOnly));
-    for (const char* name : {"no extension", "there.jpg", "other.bmp"}) {
-        ModalDialog<QFileDialog> save([&](QFileDialog& shown) {
+TEST_F(QtDialogsTest, TheSaveDialogPassesTheNameOnAsTypedAndStartsWhereTheLastOneWas) {
+    QString startsIn = home().path();
+    QString answered;
+    const auto save = [&](const QString& typed) {
+        ModalDialog<QFileDialog> drive([&](QFileDialog& shown) {
             EXPECT_EQ(shown.windowTitle(), "Save as");
             EXPECT_EQ(shown.acceptMode(), QFileDialog::AcceptSave);
             EXPECT_EQ(shown.nameFilters(), QStringList{"(*.jpg)"});
-            EXPECT_EQ(shown.directory().path(), home().path());
-            type(shown, home().filePath(QString("exports/") + name));
+            EXPECT_EQ(shown.directory().path(), startsIn);
+            if (typed.isEmpty()) return shown.reject();
+            type(shown, typed);
         });
-        EXPECT_EQ(dialogs.saveFileName("Save as", "(*.jpg)|*.jpg"),
-                  home().filePath(QString("exports/") + name));
-    }
-}
-
-TEST_F(QtDialogsTest, CancellingTheSaveDialogNamesNothing) {
-    ModalDialog<QFileDialog> save([](QFileDialog& shown) { shown.reject(); });
-    EXPECT_EQ(dialogs.saveFileName("Save as", "(*.bmp)|*.bmp"), "");
-}
-
-TEST_F(QtDialogsTest, TheSaveDialogStartsWithThePicturesWhereThereAreSome) {
+        return dialogs.saveFileName("Save as", "(*.jpg)|*.jpg");
+    };
+    EXPECT_EQ(save(""), "");
     makeFolder("Pictures");
-    ModalDialog<QFileDialog> save([&](QFileDialog& shown) {
-        EXPECT_EQ(shown.directory().path(), home().filePath("Pictures"));
-        shown.reject();
-    });
-    dialogs.saveFileName("Save as", "(*.bmp)|*.bmp");
+    startsIn = home().filePath("Pictures");
+    EXPECT_EQ(save(""), "");
+    makeFolder("exports");
+    const QDir exports(home().filePath("exports"));
+    QFile existing(exports.filePath("there.jpg"));
+    ASSERT_TRUE(existing.open(QFile::WriteOnly));
+    EXPECT_EQ(save(exports.filePath("there.jpg")), exports.filePath("there.jpg"));
+    startsIn = exports.path();
+    for (const char* name : {"no extension", "there.jpg", "other.bmp", "Left \"prox\".jpg", "\"a\" \"b.jpg",
+                             "100%41 #1? ;&.jpg", " blanks "}) {
+        EXPECT_EQ(save(name), exports.filePath(name));
+        EXPECT_EQ(save(""), "") << "cancelled";
+        EXPECT_EQ(save(exports.filePath(name)), exports.filePath(name));
+    }
+    QDir(exports).removeRecursively();
+    startsIn = home().filePath("Pictures");
+    EXPECT_EQ(save(""), "") << "that folder is gone";
 }
 
 TEST(NameFiltersTest, PairsBecomeTheToolkitsFilters) {

@@ -3,6 +3,7 @@
 #include "platform/widgets/PlainTextDelegate.h"
 #include "platform/widgets/TreeAdapter.h"
 
+#include <QLabel>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -12,7 +13,8 @@ namespace {
 class TreeAdapterTest : public testing::Test {
   protected:
     PatientTreeView view;
-    TreeAdapter tree{view, {pictureIcon(Picture::Patient)}};
+    QLabel remark;
+    TreeAdapter tree{view, remark, {pictureIcon(Picture::Patient)}};
     QList<int> clicked;
 
     void SetUp() override {

@@ -16,6 +16,7 @@ DiscBuilder::DiscBuilder(const QList<PatientPlan>& patients, const FileMaker& ma
         const QString patient = path({"Dicom", QString("Patient%1").arg(number, 3, 10, QChar(u'0'))});
         QDir().mkpath(patient);
         for (const StudyPlan& study : patients[number].studies) {
+            QDir().mkpath(joinPath(patient, study.folder));
             for (const SeriesPlan& series : study.series) {
                 const QString folder = joinPath(joinPath(patient, study.folder), series.folder);
                 QDir().mkpath(folder);

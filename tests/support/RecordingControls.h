@@ -163,8 +163,10 @@ class RecordingTree : public TreeControl {
     QString tag(int node) const override { return nodes.at(std::size_t(node - 1)).tag; }
     QString text(int node) const override { return nodes.at(std::size_t(node - 1)).text; }
     void putExpanded(int node, bool expanded) override { at(node).expanded = expanded; }
+    void putRemark(const QString& words) override { remark = words; }
     int selectedNode() const override { return selected; }
 
+    QString remark;
     std::vector<Node> nodes;
     int selected = 0;
 

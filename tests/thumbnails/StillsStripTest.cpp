@@ -68,9 +68,10 @@ TEST(StillsStrip, OnlyThePreviewBehindTheLastIsCleared) {
 TEST(StillsStrip, FolderWithoutStudiesCountsItemsFromZero) {
     StillsForm stillsForm(stills({1, 1, 1, 1, 1, 1, 1, 1}, {}));
     RecordingForm1& form = stillsForm.form;
-    form.disc.position.CurrentFolder =
-        Folder::NameSpace(stillsForm.disc.path({"Dicom", "Patient000", "Study1"}));
-    form.disc.position.HasStudyFolders = false;
+    const QString study = stillsForm.disc.path({"Dicom", "Patient000", "Study1"});
+    DiscBuilder::write(study + "/0.dcm", "1");
+    form.dialogs.folder = study;
+    form.behaviour.opener.mnuOpen_Click();
     form.sb1.putValue(7);
     EXPECT_EQ(shownSeries(form), "S3 S4 S5 S6 S7");
     EXPECT_EQ(form.Label1.Caption(), form.thumb[4]->Tag());

@@ -46,13 +46,13 @@ class ExportDialogTest : public WindowTest {
         const char* button = "CmdOk";
         QString name;  ///< typed into the save dialog; "" cancels it
         bool askedFormat = false, askedName = false;
-        QList<int> framesShown{};
-        bool clockRan = false;
+        int frame = 0;  ///< shown meanwhile
     };
     void exportWith(Session& session) {
         const auto look = [&] {
-            session.framesShown += view("CurrentFrame").toInt();
-            session.clockRan |= clock().isActive();
+            EXPECT_FALSE(clock().isActive());
+            if (session.frame == 0) session.frame = view("CurrentFrame").toInt();
+            EXPECT_EQ(view("CurrentFrame"), session.frame);
         };
         ModalDialog<frmdicom> format([&](frmdicom& shown) {
             look();
@@ -68,6 +68,8 @@ class ExportDialogTest : public WindowTest {
         ModalDialog<QFileDialog> save([&](QFileDialog& shown) {
             look();
             EXPECT_EQ(shown.windowTitle(), "Save as");
+            EXPECT_EQ(shown.nameFilters(),
+                      QStringList{QString(session.option) == "optBMP" ? "(*.bmp)" : "(*.jpg)"});
             if (session.name.isEmpty()) return shown.reject();
             shown.findChild<QLineEdit*>()->setText(session.name);
             static_cast<QDialog&>(shown).accept();
@@ -104,11 +106,8 @@ TEST_F(ExportDialogTest, WritesTheShownFrameUnderTheNameAsTyped) {
     };
     constexpr int jpegLoss = 3;
     QStringList names;
-    for (const Case& c : {Case{"OptJPEG", "a", "jpeg"},
-                          {"OptJPEG", "b.jpg", "jpeg"},
-                          {"optBMP", "c", "bmp"},
-                          {"optBMP", "d.bmp", "bmp"},
-                          {"OptJPEG", "e.bmp", "bmp"}}) {
+    for (const Case& c :
+         {Case{"OptJPEG", "a", "jpeg"}, {"optBMP", "d.bmp", "bmp"}, {"OptJPEG", "e.bmp", "bmp"}}) {
         click("cmdNext");
         Session session{c.option, "CmdOk", target(c.name)};
         exportWith(session);
@@ -139,22 +138,13 @@ TEST_F(ExportDialogTest, NothingIsWrittenUnlessBothDialogsAreAnswered) {
     for (Case c : {Case{{"optBMP", "CmdCancel", target("b.bmp")}, false},
                    {{nullptr, "CmdOk", target("c.bmp")}, false},
                    {{"OptJPEG", nullptr, target("d.jpg")}, false},
-                   {{"optBMP", "CmdOk", ""}, true}}) {
+                   {{"optBMP", "CmdOk", ""}, true},
+                   {{"optBMP", "CmdOk", target("no such folder/a.bmp")}, true}}) {
         exportWith(c.session);
         EXPECT_TRUE(c.session.askedFormat);
         EXPECT_EQ(c.session.askedName, c.askedName);
         EXPECT_EQ(written(), QStringList{"done.jpg"});
     }
-}
-
-TEST_F(ExportDialogTest, AFailureIsQuietAndLeavesNothing) {
-    openFile();
-    Session session{"optBMP", "CmdOk", target("no such folder/a.bmp")};
-    exportWith(session);
-    EXPECT_TRUE(session.askedName);
-    EXPECT_EQ(written(), QStringList());
-    click("cmdNext");
-    EXPECT_EQ(view("CurrentFrame"), 2);
 }
 
 TEST_F(ExportDialogTest, TheCinePausesForTheDialogsAndGoesOn) {
@@ -163,11 +153,8 @@ TEST_F(ExportDialogTest, TheCinePausesForTheDialogsAndGoesOn) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return view("CurrentFrame").toInt() >= 2; }));
     Session session{"optBMP", "CmdOk", target("a.bmp")};
     exportWith(session);
-    EXPECT_FALSE(session.clockRan);
     EXPECT_TRUE(clock().isActive());
-    ASSERT_EQ(session.framesShown.size(), 2);
-    EXPECT_EQ(session.framesShown[0], session.framesShown[1]);
-    expectFrame(QImage(target("a.bmp")), session.framesShown[0], 0);
+    expectFrame(QImage(target("a.bmp")), session.frame, 0);
     const int frame = view("CurrentFrame").toInt();
     EXPECT_TRUE(QTest::qWaitFor([&] { return view("CurrentFrame").toInt() != frame; }));
 }

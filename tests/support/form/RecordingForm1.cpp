@@ -4,7 +4,7 @@ namespace cinedisc::test {
 
 RecordingForm1::RecordingForm1(const QString& programFolder)
     : disc{programFolder, TreeView1, FraTree, Frame8,    Frame9, Label1, Label5,
-           Label13,       Label6,    Label15, lblSeries, ezTest, dialogs},
+           Label13,       Label6,    Label15, lblSeries, ezTest, *this,  dialogs},
       behaviour(controls, disc, {ezDicom, Frame5, Frame6, Option1, Option2, Option3},
                 {*this, [this](const QString& format) { journal.put("ezDicom", "ExportFormat", format); }},
                 *this) {
@@ -15,7 +15,9 @@ RecordingForm1::RecordingForm1(const QString& programFolder)
     Option1.selectedHandler = [this] { behaviour.tools.Option1_Click(); };
     Option2.selectedHandler = [this] { behaviour.tools.Option2_Click(); };
     Option3.selectedHandler = [this] { behaviour.tools.Option3_Click(); };
-    disc.resetNames();
+    disc.showDesignNames();
+    lblImg.putCaption("Image");
+    lblFra.putCaption("Frame");
     journal.clear();
 }
 

@@ -7,7 +7,10 @@
 namespace cinedisc::test {
 
 /// The main window's behaviour with every control a stand-in, wired as the window wires them.
-class RecordingForm1 : public RecordingWindow, private MouseWheelHook, private ExportFormatDialog {
+class RecordingForm1 : public RecordingWindow,
+                       private MouseWheelHook,
+                       private ExportFormatDialog,
+                       private NamedPatientView {
   public:
     explicit RecordingForm1(const QString& programFolder);
 
@@ -30,8 +33,15 @@ class RecordingForm1 : public RecordingWindow, private MouseWheelHook, private E
     AnsweringDialogs dialogs;
     DiscControls disc;
     QString exportFormat;
+    QString namedPatientFolder;
     Form1Behaviour behaviour;
 
+    /// Whether a view that is told so would warn that its picture is not the named patient's.
+    bool warns() const {
+        const QString shown = ezDicom.FileName();
+        return !namedPatientFolder.isEmpty() && !shown.isEmpty() &&
+               !shown.startsWith(namedPatientFolder + '/');
+    }
     /// Selects a node of the tree as a click does and runs the click handler.
     void clickNode(int node);
     /// Clicks the patient of this number, counted from 0.
@@ -41,6 +51,7 @@ class RecordingForm1 : public RecordingWindow, private MouseWheelHook, private E
     void MouseHook() override { journal.call("MouseHook"); }
     void MouseUnhook() override { journal.call("MouseUnhook"); }
     QString chooseFormat() override { return exportFormat; }
+    void putNamedPatientFolder(const QString& folder) override { namedPatientFolder = folder; }
 };
 
 }  // namespace cinedisc::test

@@ -1,0 +1,250 @@
+#include "tests/support/form/DiscWalk.h"
+
+#include "app/CommandTable.h"
+#include "platform/Paths.h"
+#include "viewer/MouseWheel.h"
+#include "viewerwindow/ViewerCommands.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+namespace cinedisc::test {
+
+namespace {
+
+const QString designPatient = "Study Scroll Bar", designSeries = "Series Scroll Bar";
+
+QString tagOf(int number) { return "Patient" + QString::number(number).rightJustified(3, u'0'); }
+
+}  // namespace
+
+OddDisc::OddDisc(unsigned seed, const DiscBuilder::FileMaker& makeFile) : random_(seed) {
+    for (int p = 0; p < 2 + below(4); ++p) {
+        PatientPlan patient{QString::fromUtf8("Ünal %1").arg(p), {}};
+        const int kind = below(3);  // cine, stills, or both
+        for (int s = 0; s < 1 + below(3); ++s) {
+            StudyPlan study{QString("Study %1").arg(s + 1), {}};
+            for (int r = below(5) ? 1 + below(6) : 0; r > 0; --r) {
+                QList<int> frames;
+                constexpr int fileCounts[] = {0, 1, 2, 4, 5, 6, 12};
+                for (int f = fileCounts[below(7)]; f > 0; --f) {
+                    const bool still = kind == 1 || (kind == 2 && below(2));
+                    frames << (still ? 1 : 1 + below(9));
+                }
+                study.series.append({QString("Series%1").arg(study.series.size() + 1), frames});
+            }
+            patient.studies.append(study);
+        }
+        patients_.append(patient);
+    }
+    patients_[0].studies[0].series.prepend({"Series0", {2 * below(2) + 1}});
+    disc_ = std::make_unique<DiscBuilder>(patients_, makeFile);
+    for (int p = 0; p < patients_.size(); ++p) {
+        if (below(2)) spoil(disc_->path({"Dicom", tagOf(p)}), p);
+    }
+    if (below(3) == 0) {
+        QFile catalogue(disc_->path({"CD.xml"}));
+        if (!catalogue.open(QFile::ReadOnly)) throw std::runtime_error("no catalogue");
+        QByteArray text = catalogue.readAll();
+        const qsizetype gap = text.indexOf("<Patient>", text.size() * below(100) / 100);
+        DiscBuilder::write(catalogue.fileName(),
+                           text.insert(std::max<qsizetype>(gap, text.indexOf("<Patient>")),
+                                       below(2) ? "<!-- nobody -->" : "<Patient/>"));
+    }
+}
+
+void OddDisc::spoil(const QString& folder, int number) {
+    const QString beside = QFileInfo(folder).path() + "/";
+    const QString series = folder + "/Study 1/Series1";
+    switch (below(9)) {
+        case 0:
+            QDir(folder).removeRecursively();
+            break;
+        case 1:
+            QDir(folder).removeRecursively(), QDir().mkdir(folder);
+            break;
+        case 2:
+            QDir().rename(folder, beside + tagOf(number).toLower());
+            break;
+        case 3:
+            QDir().rename(folder, folder + " copy");
+            break;
+        case 4:
+            QDir().rename(folder, beside + QString("Patient%1").arg(number));
+            break;
+        case 5:
+            QDir().rename(folder, beside + tagOf(number + 20));
+            break;
+        case 6:
+            QDir(folder + "/Study 1").removeRecursively(), QDir().mkdir(folder + "/Study 1");
+            break;
+        case 7:
+            DiscBuilder::write(folder + "/loose.dcm", "2");
+            break;
+        case 8:
+            QDir(series).removeRecursively(), QDir().mkpath(series);
+            break;
+    }
+}
+
+QString OddDisc::nameOf(const QString& patientFolder) const {
+    for (int p = 0; p < patients_.size(); ++p) {
+        if (QFileInfo(patientFolder).fileName().compare(tagOf(p), Qt::CaseInsensitive) == 0)
+            return patients_[p].name;
+    }
+    return {};
+}
+
+QString OddDisc::seriesNameOf(const QString& seriesFolder) const {
+    const QString patient = nameOf(seriesFolder.section('/', 0, -3));
+    return patient.isEmpty() ? designSeries : patient + ' ' + seriesFolder.section('/', -2).replace('/', ' ');
+}
+
+QStringList OddDisc::folders() const {
+    QStringList all{disc_->path(), disc_->path({"Dicom"})};
+    for (int level = 0, from = 1; level < 3; ++level) {
+        const qsizetype to = all.size();
+        for (; from < to; ++from) {
+            for (const auto& entry : QDir(all[from]).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+                all << joinPath(all[from], entry);
+        }
+    }
+    return all;
+}
+
+DiscWalk::DiscWalk(OddDisc& disc, Form1Behaviour& window, Hands hands)
+    : disc_(disc), window_(window), form_(window.form), controls_(window.disc), hands_(std::move(hands)) {
+    addCommands();
+    window_.opener.Open_Click();
+}
+
+void DiscWalk::addCommands() {
+    for (const auto& row : discCommands()) {
+        if (qstrcmp(row.name, "mnuOpen") != 0) steps_.append({row.name, [this, &row] { row.run(window_); }});
+    }
+    for (const auto& row : viewerCommands()) {
+        // Dialogs and the clipboard have nothing to do with where the window is.
+        const QString name = row.name;
+        if (!name.contains("Export") && !name.contains("Copy"))
+            steps_.append({name, [this, &row] { row.run(window_); }});
+    }
+    const Step others[] = {
+        {"folder",
+         [this] {
+             if (hands_.openFolder)
+                 hands_.openFolder(disc_.folders()[disc_.below(int(disc_.folders().size()))]);
+         }},
+        {"tree",
+         [this] {
+             if (int n = controls_.TreeView1.nodeCount()) hands_.clickNode(1 + disc_.below(n));
+         }},
+        {"patient",
+         [this] {
+             QList<int> patients;
+             for (int n = 1; n <= controls_.TreeView1.nodeCount(); ++n)
+                 if (!controls_.TreeView1.tag(n).isEmpty()) patients << n;
+             if (!patients.isEmpty()) hands_.clickNode(patients[disc_.below(int(patients.size()))]);
+         }},
+        {"preview", [this] { window_.thumb_Click(disc_.below(5)); }},
+        {"wheel",
+         [this] {
+             wheel::roll(form_.sb1, disc_.below(2) ? WheelRoll::TowardsUser : WheelRoll::AwayFromUser);
+         }},
+        {"scroll", [this] { form_.sb1.putValue(1 + disc_.below(std::min(form_.sb1.Max(), 40))); }},
+        {"seek", [this] { form_.Slider2.putValue(1 + disc_.below(form_.Slider2.Max())); }},
+        {"continuous", [this] { form_.Option11.putValue(true); }},
+        {"loop", [this] { form_.Option4.putValue(true); }},
+        {"ticks",
+         [this] {
+             for (int n = disc_.below(12); n > 0 && form_.Timer4.Enabled(); --n) window_.cine.Timer4_Timer();
+         }},
+    };
+    for (const Step& other : others) {
+        for (int weight = 0; weight < 3; ++weight) steps_.append(other);
+    }
+}
+
+void DiscWalk::step() {
+    const auto& [name, run] = steps_[disc_.below(int(steps_.size()))];
+    trail_ << name;
+    if (trail_.size() > 14) trail_.removeFirst();
+    const bool failedBefore = testing::Test::HasFailure();
+    EXPECT_NO_THROW(run());
+    shown_.insert(form_.ezDicom.FileName());
+    checkOwner();
+    checkLabels();
+    checkControls();
+    if (!failedBefore && testing::Test::HasFailure())
+        ADD_FAILURE() << "after " << qPrintable(trail_.join(", ")) << "\nshown "
+                      << qPrintable(form_.ezDicom.FileName()) << "\nlist " << qPrintable(form_.File1.Path())
+                      << "\nnamed " << qPrintable(window_.place.position().namedFolder) << "\nnames "
+                      << qPrintable(controls_.Label5.Caption() + " | " + controls_.Label6.Caption());
+}
+
+void DiscWalk::checkOwner() const {
+    const QString owner = window_.place.position().namedFolder;
+    const QString shown = form_.ezDicom.FileName();
+    if (owner.isEmpty()) {
+        EXPECT_EQ(controls_.Label5.Caption().toStdString(), designPatient.toStdString());
+        EXPECT_EQ(controls_.Label6.Caption().toStdString(), designSeries.toStdString());
+        EXPECT_FALSE(hands_.warns());
+        return;
+    }
+    EXPECT_EQ(controls_.Label5.Caption().toStdString(), disc_.nameOf(owner).toStdString());
+    const auto isTheOwners = [&](const QString& path) {
+        return path.isEmpty() || path == owner || path.startsWith(owner + "/");
+    };
+    EXPECT_TRUE(isTheOwners(form_.File1.Path()));
+    for (const ViewerControl* preview : form_.thumb) {
+        EXPECT_TRUE(isTheOwners(preview->FileName())) << qPrintable(preview->FileName());
+        EXPECT_TRUE(isTheOwners(preview->Tag())) << qPrintable(preview->Tag());
+    }
+    // Only a patient whose folder is missing leaves another's picture, and the view tells so.
+    EXPECT_TRUE(isTheOwners(shown) || !QFileInfo::exists(owner));
+    EXPECT_EQ(hands_.warns(), !isTheOwners(shown));
+}
+
+void DiscWalk::checkLabels() const {
+    EXPECT_EQ(controls_.Label5.Caption(), controls_.Label13.Caption());
+    EXPECT_EQ(controls_.Label6.Caption(), controls_.Label15.Caption());
+    const DiscPosition& position = window_.place.position();
+    const QString shown = form_.ezDicom.FileName(), series = controls_.Label6.Caption();
+    const bool isListed = position.patient == DiscPosition::Patient::Listed;
+    EXPECT_TRUE(series == designSeries || series.startsWith(controls_.Label5.Caption() + " "))
+        << qPrintable(series);
+    if (shown.isEmpty()) {
+        EXPECT_EQ(form_.lblImg.Caption(), "Image");
+        EXPECT_EQ(form_.lblFra.Caption(), "Frame");
+        EXPECT_EQ(controls_.lblSeries.Caption(), "");
+    } else if (isListed && position.HasStudyFolders && QFileInfo::exists(position.namedFolder)) {
+        // Stills are named after the shown file, which the strip's walk may have left; runs after the list.
+        const QString named = position.StillsMode ? shown.section('/', 0, -2) : form_.File1.Path();
+        EXPECT_EQ(series.toStdString(), disc_.seriesNameOf(named).toStdString());
+    }
+    const Int16 index = form_.File1.positionOf(shown);
+    if (position.StillsMode && index >= 0 && index == form_.File1.ListIndex()) {
+        EXPECT_EQ(controls_.lblSeries.Caption(),
+                  QString("Image :%1/%2").arg(index.value() + 1).arg(form_.File1.ListCount()));
+    }
+    const QString& command = trail_.last();
+    if (command.contains("Image") && index >= 0) {
+        EXPECT_EQ(form_.lblImg.Caption(),
+                  QString("Image : %1/%2").arg(index.value() + 1).arg(form_.File1.ListCount()));
+    }
+}
+
+void DiscWalk::checkControls() const {
+    const QString folder = form_.File1.Path();
+    EXPECT_TRUE(folder.isEmpty() || QFileInfo(folder).isDir()) << qPrintable(folder);
+    EXPECT_LT(form_.File1.ListIndex(), form_.File1.ListCount());
+    EXPECT_GE(form_.sb1.Value(), 1);
+    EXPECT_LE(form_.sb1.Value(), form_.sb1.Max());
+    EXPECT_NE(controls_.Frame8.Visible(), controls_.Frame9.Visible());
+    EXPECT_EQ(controls_.Frame8.Visible(), window_.place.position().StillsMode);
+    EXPECT_FALSE(form_.ezDicom.FileName().isEmpty() && form_.Timer4.Enabled());
+    EXPECT_LE(form_.ezDicom.CurrentFrame(), std::max(1, form_.ezDicom.FrameCount()));
+    EXPECT_EQ(form_.Option4.Value(), !form_.Option11.Value());
+}
+
+}  // namespace cinedisc::test
