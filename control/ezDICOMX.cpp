@@ -187,8 +187,8 @@ bool ezDICOMX::CopyToClipboard() {
 bool ezDICOMX::CopyHeaderToClipboard() {
     parts_->settle(Patience::Answer);
     const auto header = parts_->view.picture.headerText(dicom::LongValues::Whole);
-    return header && parts_->view.picture.waitFor(*header, Patience::Answer) &&
-           succeeds([&] { return copyText(QString::fromStdString(header->text())); });
+    return header && parts_->view.picture.waitFor(*header, Patience::Answer) && header->text() &&
+           succeeds([&] { return copyText(QString::fromStdString(*header->text())); });
 }
 
 void ezDICOMX::putExportFile(const QString& path) {

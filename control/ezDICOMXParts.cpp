@@ -135,7 +135,9 @@ void ezDICOMX::Parts::placeChildren() {
 
 void ezDICOMX::Parts::fillHeaderPage() {
     if (!headerText || !view.picture.waitFor(*headerText, Patience::Glance)) return;
-    headerPage->setPlainText(QString::fromStdString(std::exchange(headerText, nullptr)->text()));
+    const auto header = std::exchange(headerText, nullptr);
+    headerPage->setPlainText(header->text() ? QString::fromStdString(*header->text())
+                                            : HeaderPage::tr("The header is too large to be shown."));
 }
 
 void ezDICOMX::Parts::chooseTool() {

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -17,8 +18,8 @@ class HeaderText : public Errand {
     HeaderText(std::shared_ptr<const ImageFile> file, dicom::LongValues longValues,
                std::function<void()> written)
         : file_(std::move(file)), longValues_(longValues), written_(std::move(written)) {}
-    /// Once it is done, as UTF-8.
-    const std::string& text() const { return text_; }
+    /// Once it is done, as UTF-8; null when there was no memory for it.
+    const std::string* text() const { return text_ ? &*text_ : nullptr; }
 
   private:
     void work() override { text_ = dicom::headerText(file_->dicom(), longValues_); }
@@ -27,7 +28,7 @@ class HeaderText : public Errand {
     const std::shared_ptr<const ImageFile> file_;
     const dicom::LongValues longValues_;
     const std::function<void()> written_;
-    std::string text_;
+    std::optional<std::string> text_;
 };
 
 }  // namespace cinedisc

@@ -50,8 +50,8 @@ ImageFile::~ImageFile() { frames_->drop(this); }
 std::size_t ImageFile::decodedFrameBytes() const {
     const auto& format = dicom_->pixelFormat();
     const auto pixels = static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns);
-    // A cover holds two bits a pixel at most.
-    const std::size_t cover = coverKind_ == CoverKind::FrameByFrame ? pixels / 4 : 0;
+    const bool ownCover = coverKind_ == CoverKind::FrameByFrame;
+    const std::size_t cover = ownCover ? CoverPlane::mostBytes(format.rows, format.columns) : 0;
     const auto samples = static_cast<std::size_t>(format.samplesPerPixel);
     return std::max<std::size_t>(1, pixels * sampleBytes(format) * samples + cover);
 }

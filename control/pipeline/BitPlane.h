@@ -12,10 +12,13 @@ class BitPlane {
   public:
     BitPlane() = default;
     BitPlane(int rows, int columns)
-        : wordsInRow_((static_cast<std::size_t>(columns) + wordBits - 1) / wordBits),
-          words_(wordsInRow_ * static_cast<std::size_t>(rows)) {}
+        : wordsInRow_(wordsFor(columns)), words_(wordsInRow_ * static_cast<std::size_t>(rows)) {}
 
     bool empty() const { return words_.empty(); }
+    /// What a plane of this size takes.
+    static std::size_t byteSize(int rows, int columns) {
+        return wordsFor(columns) * static_cast<std::size_t>(rows) * sizeof(std::uint64_t);
+    }
     std::size_t byteSize() const { return words_.size() * sizeof(words_[0]); }
     bool at(int y, int x) const {
         return row(y)[static_cast<std::size_t>(x) / wordBits] >> (x % wordBits) & 1;
@@ -30,6 +33,9 @@ class BitPlane {
   private:
     static constexpr int wordBits = 64;
 
+    static std::size_t wordsFor(int columns) {
+        return (static_cast<std::size_t>(columns) + wordBits - 1) / wordBits;
+    }
     const std::uint64_t* row(int y) const {
         return words_.data() + static_cast<std::size_t>(y) * wordsInRow_;
     }

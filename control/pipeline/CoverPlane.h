@@ -17,6 +17,8 @@ struct CoverPlane {
     BitPlane white;         ///< of overlays; empty for none
     std::uint8_t grey = 0;  ///< of what is hidden
 
+    /// The most that the cover of a frame takes.
+    static std::size_t mostBytes(int rows, int columns) { return 2 * BitPlane::byteSize(rows, columns); }
     bool empty() const { return hidden.empty() && white.empty(); }
     std::size_t byteSize() const { return hidden.byteSize() + white.byteSize(); }
     /// Covers displayed values of the columns [from, to) of row y.
