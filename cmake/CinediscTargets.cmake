@@ -20,8 +20,6 @@ function(cinedisc_settings target)
     target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                                              -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=address,undefined)
-    # Instrumented code makes the compiler see sizes that cannot be; the other builds keep the warning.
-    target_compile_options(${target} PRIVATE -Wno-stringop-overflow)
   endif()
   target_compile_definitions(${target} PRIVATE QT_NO_FOREACH)
 endfunction()
