@@ -32,7 +32,7 @@ struct CoarsePicture : dicom::CoarseFrame {
 enum class DecodingWork {
     Little,
     Much,           ///< one processor, for long
-    AllProcessors,  ///< even so for long, and much memory: such frames are decoded one at a time
+    AllProcessors,  ///< even so for long: such frames are decoded one at a time
 };
 
 /// Who wants something of the disc: what the user looks at comes before the previews, and an answer that a
@@ -49,6 +49,9 @@ class FrameSteps {
     /// Decodes what was read.
     virtual DecodedFrame decodeRead(int index, const dicom::FrameBytes& bytes) const = 0;
     virtual DecodingWork decodingWork() const { return DecodingWork::Little; }
+    /// Bytes that decoding a frame may take for its time, where that is much: such frames are decoded one at
+    /// a time, and others make room for them.
+    virtual std::size_t decodingRoom() const { return 0; }
     /// A coarse picture of what was read, in time to be drawn; null where there is none.
     virtual std::shared_ptr<const CoarsePicture> decodeCoarse(int, const dicom::FrameBytes&, Asker) const {
         return nullptr;

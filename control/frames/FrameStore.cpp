@@ -159,8 +159,10 @@ void FrameStore::readNow(Lock& lock, Entries::iterator entry) {
     if (waiting_ > 0) changed_.notify_all();
 }
 
-bool FrameStore::mayBegin(const FrameSteps& run) const {
-    return onAllProcessors_ == 0 || run.decodingWork() != DecodingWork::AllProcessors;
+bool FrameStore::mayBegin(const FrameSteps& run) const { return decodedAlone_ == 0 || !decodesAlone(run); }
+
+bool FrameStore::decodesAlone(const FrameSteps& run) {
+    return run.decodingWork() == DecodingWork::AllProcessors || run.decodingRoom() > 0;
 }
 
 FrameStore::Decoded FrameStore::decodeNow(Lock& lock, Entries::iterator entry) {
@@ -168,13 +170,17 @@ FrameStore::Decoded FrameStore::decodeNow(Lock& lock, Entries::iterator entry) {
     const FrameKey key = entry->first;
     read_.erase(key);
     const Bytes bytes = entry->second.bytes;
-    const int wholeMachine = key.run->decodingWork() == DecodingWork::AllProcessors ? 1 : 0;
-    onAllProcessors_ += wholeMachine;
+    const int alone = decodesAlone(*key.run) ? 1 : 0;
+    const std::size_t room = key.run->decodingRoom();
+    decodedAlone_ += alone;
+    decodingRoom_ += room;
+    if (room > 0) makeRoom();
     lock.unlock();
     auto frame =
         std::make_shared<const DecodedFrame>(safely([&] { return key.run->decodeRead(key.index, *bytes); }));
     lock.lock();
-    onAllProcessors_ -= wholeMachine;
+    decodedAlone_ -= alone;
+    decodingRoom_ -= room;
     keepDecoded(entry, frame);
     if (waiting_ > 0) changed_.notify_all();
     makeRoom();
@@ -272,7 +278,7 @@ bool FrameStore::wantsBytes(const FrameKey& key, const dicom::FrameBytes& bytes)
 }
 
 void FrameStore::makeRoom() {
-    while (frameBytes_ + compressedBytes_ > ceiling_) {
+    while (frameBytes_ + compressedBytes_ + decodingRoom_ > ceiling_) {
         const auto least = leastWanted();
         if (least == entries_.end()) return;
         if (least->second.stage == Stage::Decoded) {

@@ -96,6 +96,7 @@ class FrameStore {
 
     void readNow(Lock& lock, Entries::iterator entry);
     Decoded decodeNow(Lock& lock, Entries::iterator entry);
+    static bool decodesAlone(const FrameSteps& run);
     bool mayBegin(const FrameSteps& run) const;
     void keepDecoded(Entries::iterator entry, Decoded frame);
     void letGoOfBytes(Entry& entry);
@@ -120,7 +121,8 @@ class FrameStore {
     std::size_t compressedBytes_ = 0;
     std::size_t playedFrameBytes_ = 0;                    ///< of one decoded frame of the run that is played
     std::map<const FrameSteps*, std::size_t> decodedOf_;  ///< decoded frames by run
-    int onAllProcessors_ = 0;                             ///< frames being decoded by all of them
+    int decodedAlone_ = 0;          ///< frames being decoded, of those that go one at a time
+    std::size_t decodingRoom_ = 0;  ///< what they may take
     PlayOrder order_;
 };
 

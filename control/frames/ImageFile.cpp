@@ -56,6 +56,13 @@ std::size_t ImageFile::decodedFrameBytes() const {
     return std::max<std::size_t>(1, pixels * sampleBytes(format) * samples + cover);
 }
 
+std::size_t ImageFile::decodingRoom() const {
+    // Coefficients, parts of the frame in other forms, and its bytes. Small frames fit in beside the rest.
+    constexpr std::size_t smallFrame = 16u << 20, timesFrame = 12;
+    const std::size_t frame = decodedFrameBytes();
+    return frame <= smallFrame ? 0 : std::min(frame * timesFrame, FrameStore::programCeiling);
+}
+
 DecodedFrame ImageFile::decodeRead(int index, const dicom::FrameBytes& bytes) const {
     DecodedFrame frame = dicom_->decodeRead(index, bytes);
     if (!frame) return frame;

@@ -37,6 +37,7 @@ class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFi
     dicom::Result<dicom::FrameBytes> readFrame(int index) const override { return dicom_->readFrame(index); }
     DecodedFrame decodeRead(int index, const dicom::FrameBytes& bytes) const override;
     DecodingWork decodingWork() const override { return work_; }
+    std::size_t decodingRoom() const override;
     std::shared_ptr<const CoarsePicture> decodeCoarse(int index, const dicom::FrameBytes& bytes,
                                                       Asker asker) const override;
     /// Range of the stored values in the first frame, without padding; what the bits can express when it

@@ -172,33 +172,49 @@ TEST_F(CoarsePictureTest, LetsACineGoOn) {
     EXPECT_THAT(view.accessibleDescription().toStdString(), testing::HasSubstr("damaged"));
 }
 
-TEST(FrameStore, DecodesFramesThatTakeAllProcessorsOneAtATime) {
+TEST(FrameStore, DecodesFramesThatTakeTheWholeMachineOneAtATime) {
     struct Run : FrameSteps {
         FrameStore* store = nullptr;
         DecodingWork work = DecodingWork::Much;
         mutable bool isNested = false;
+        std::size_t room = 0;
         mutable std::optional<bool> another;
+        mutable std::size_t heldMeanwhile = 0;
         dicom::Result<dicom::FrameBytes> readFrame(int) const override { return dicom::FrameBytes{}; }
         DecodedFrame decodeRead(int, const dicom::FrameBytes&) const override {
+            heldMeanwhile = store->bytesHeld();
             if (!std::exchange(isNested, true))
                 another = store->decodeWanted() || store->decodeNextDue(this, nullptr);
             return dicom::Frame{1, 1, 1, std::vector<std::uint8_t>(1)};
         }
         DecodingWork decodingWork() const override { return work; }
+        std::size_t decodingRoom() const override { return room; }
     };
-    for (const auto work : {DecodingWork::Much, DecodingWork::AllProcessors}) {
-        FrameStore store;
+    struct Case {
+        DecodingWork work;
+        std::size_t room;
+    };
+    constexpr std::size_t ceiling = 10000;
+    for (const auto& [work, room] :
+         {Case{DecodingWork::Much, 0}, {DecodingWork::AllProcessors, 0}, {DecodingWork::Little, ceiling}}) {
+        const bool isAlone = work == DecodingWork::AllProcessors || room > 0;
+        FrameStore store(ceiling);
+        const auto other = std::make_shared<Run>();
+        other->store = &store;
+        store.frame({other.get(), 0});
         const auto run = std::make_shared<Run>();
         run->store = &store;
         run->work = work;
+        run->room = room;
         int views[2];
         for (int i = 0; i < 2; ++i) {
             EXPECT_EQ(store.want({&views[i], Asker::Preview, run, i}), nullptr);
             EXPECT_TRUE(store.read({run.get(), i}));
         }
         EXPECT_TRUE(store.decodeWanted());
-        EXPECT_EQ(run->another, work == DecodingWork::Much);
-        EXPECT_EQ(store.decodeWanted(), work == DecodingWork::AllProcessors) << "the other's turn";
+        EXPECT_EQ(run->another, !isAlone);
+        EXPECT_EQ(run->heldMeanwhile == 0, room > 0) << "what was held makes room";
+        EXPECT_EQ(store.decodeWanted(), isAlone) << "the other's turn";
         for (auto& each : views) store.forget(&each);
     }
 }
