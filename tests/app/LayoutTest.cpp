@@ -10,13 +10,13 @@
 #include "panels/Theme.h"
 #include "panels/ToolBarPanel.h"
 #include "panels/ZoomPopUp.h"
+#include "tests/support/Captions.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QSet>
 #include <QSplitter>
 #include <gtest/gtest.h>
 
@@ -45,98 +45,41 @@ class LayoutTest : public testing::Test {
     Form1Layout layout{window};
 };
 
-TEST_F(LayoutTest, ButtonsAndOptionsCarryTheirCaptionsAndTooltips) {
-    struct Row {
-        const char* name;
-        const char* caption;
-        const char* toolTip = nullptr;  ///< null: any
-    };
-    for (const Row& row : std::initializer_list<Row>{{"Open", ""},
-                                                     {"cmdExit", "Exit"},
-                                                     {"cmdExport", "Export.."},
-                                                     {"cmdOverlay", "Overlay"},
-                                                     {"cmdZoom", "Zoom"},
-                                                     {"cmdFit(0)", "Best Fit"},
-                                                     {"cmdFit(1)", "100%"},
-                                                     {"cmdFit(2)", "50%"},
-                                                     {"cmdFit(3)", "150%"},
-                                                     {"cmdFit(4)", "200%"},
-                                                     {"cmdWindow", ""},
-                                                     {"cmdMagnify", ""},
-                                                     {"cmdLabel", ""},
-                                                     {"cmdHeader", "Header"},
-                                                     {"cmdInvert", "Invert"},
-                                                     {"cmdSmooth", "Smooth"},
-                                                     {"cmdPanning", "Panning"},
-                                                     {"cmdPlay", ""},
-                                                     {"cmdReverse", ""},
-                                                     {"cmdStop", "Stop"},
-                                                     {"cmdNext", ""},
-                                                     {"cmdPrev", ""},
-                                                     {"cmdNextImage", ""},
-                                                     {"cmdPrevImage", ""},
-                                                     {"Command3", "Command3"},
-                                                     {"cmdPatBack", "", "Previous Patient"},
-                                                     {"Command2", "", "Next Patient"},
-                                                     {"cmdSerBack", "", "Previous Series"},
-                                                     {"cmdSerNext", "", "Next Series"},
-                                                     {"cmdPreviousSeries", "", "Previous Frame"},
-                                                     {"cmdNextSeries", "", "Next Frame"},
-                                                     {"CmdStudyBack", "", "Previous Patient"},
-                                                     {"cmdStudyNext", "", "Next Patient"},
-                                                     {"cmdSeriesBack", "", "Previous Series"},
-                                                     {"cmNext", "", "Next Series"},
-                                                     {"Option1", "None", ""},
-                                                     {"Option2", "Black", ""},
-                                                     {"Option3", "White", ""},
-                                                     {"Option4", "Continuos"},
-                                                     {"Option11", "Continuos"},
-                                                     {"Option9", "Forward", ""},
-                                                     {"Option10", "Reverse", ""}}) {
-        const auto* button = window.findChild<QAbstractButton*>(row.name);
-        ASSERT_NE(button, nullptr) << row.name;
-        EXPECT_EQ(button->text(), row.caption) << row.name;
-        if (row.toolTip) {
-            EXPECT_EQ(button->toolTip(), row.toolTip) << row.name;
-        }
-        if (button->text().isEmpty()) {
-            EXPECT_FALSE(button->icon().isNull()) << row.name;
-            EXPECT_FALSE(button->toolTip().isEmpty()) << row.name;
-        }
-        EXPECT_FALSE(button->isCheckable() && button->isChecked()) << row.name;
-    }
-}
-
-TEST_F(LayoutTest, LabelsCarryTheirDesignTexts) {
-    const std::pair<const char*, const char*> texts[] = {{"Label1", ""},
-                                                         {"Label2", "Loop"},
-                                                         {"Label3", "Continuous"},
-                                                         {"lblImg", "Image"},
-                                                         {"lblFra", "Frame"},
-                                                         {"Label8", "Frame Scroll Bar"},
-                                                         {"lblSeries", ""},
-                                                         {"Label9", "Image Scroll Bar"},
-                                                         {"Label5", "Study Scroll Bar"},
-                                                         {"Label6", "Series Scroll Bar"},
-                                                         {"Label13", "Study Scroll Bar"},
-                                                         {"Label15", "Series Scroll Bar"}};
-    for (const auto& [name, text] : texts) {
-        const auto* label = window.findChild<QLabel*>(name);
-        ASSERT_NE(label, nullptr) << name;
-        EXPECT_EQ(label->text(), text) << name;
-        EXPECT_FALSE(label->textFormat() == Qt::AutoText && *name == 'l') << name;
-    }
+TEST_F(LayoutTest, ControlsCarryTheirCaptionsAndTooltips) {
+    EXPECT_EQ(test::captionsOf<QAbstractButton>(window),
+              "CmdStudyBack=|Command2=|Command3=Command3|Open=|Option10=Reverse|Option11=Continuos|"
+              "Option1=None|Option2=Black|Option3=White|Option4=Continuos|Option9=Forward|cmNext=|"
+              "cmdExit=Exit|cmdExport=Export..|cmdFit(0)=Best Fit|cmdFit(1)=100%|cmdFit(2)=50%|"
+              "cmdFit(3)=150%|cmdFit(4)=200%|cmdHeader=Header|cmdInvert=Invert|cmdLabel=|cmdMagnify=|"
+              "cmdNext=|cmdNextImage=|cmdNextSeries=|cmdOverlay=Overlay|cmdPanning=Panning|cmdPatBack=|"
+              "cmdPlay=|cmdPrev=|cmdPrevImage=|cmdPreviousSeries=|cmdReverse=|cmdSerBack=|cmdSerNext=|"
+              "cmdSeriesBack=|cmdSmooth=Smooth|cmdStop=Stop|cmdStudyNext=|cmdWindow=|cmdZoom=Zoom");
+    EXPECT_EQ(test::captionsOf<QLabel>(window),
+              "Label13=Study Scroll Bar|Label15=Series Scroll Bar|Label1=|Label2=Loop|Label3=Continuous|"
+              "Label5=Study Scroll Bar|Label6=Series Scroll Bar|Label8=Frame Scroll Bar|"
+              "Label9=Image Scroll Bar|lblFra=Frame|lblImg=Image|lblRemark=|lblSeries=");
+    for (const char* plain : {"lblImg", "lblFra", "lblSeries"})
+        EXPECT_NE(window.findChild<QLabel*>(plain)->textFormat(), Qt::AutoText) << plain;
     EXPECT_EQ(layout.FraTree->title(), "Patient List..");
-}
-
-TEST_F(LayoutTest, EveryNameIsUniqueInTheWindow) {
-    QSet<QString> seen;
-    for (const QWidget* widget : window.findChildren<QWidget*>()) {
-        const QString name = widget->objectName();
-        if (name.isEmpty() || name.startsWith("qt_")) continue;
-        EXPECT_FALSE(seen.contains(name)) << qPrintable(name);
-        seen += name;
+    for (const auto* button : window.findChildren<QAbstractButton*>()) {
+        if (!button->text().isEmpty() || button->objectName().startsWith("qt_")) continue;
+        EXPECT_FALSE(button->icon().isNull()) << qPrintable(button->objectName());
+        EXPECT_FALSE(button->toolTip().isEmpty()) << qPrintable(button->objectName());
     }
+    for (const auto& [name, toolTip] : {std::pair{"cmdPatBack", "Previous Patient"},
+                                        {"Command2", "Next Patient"},
+                                        {"cmdSerBack", "Previous Series"},
+                                        {"cmdSerNext", "Next Series"},
+                                        {"cmdPreviousSeries", "Previous Frame"},
+                                        {"cmdNextSeries", "Next Frame"},
+                                        {"CmdStudyBack", "Previous Patient"},
+                                        {"cmdStudyNext", "Next Patient"},
+                                        {"cmdSeriesBack", "Previous Series"},
+                                        {"cmNext", "Next Series"},
+                                        {"Option3", ""},
+                                        {"Option9", ""}})
+        EXPECT_EQ(window.findChild<QWidget*>(name)->toolTip(), toolTip) << name;
+    test::expectUniqueNames(window);
 }
 
 TEST_F(LayoutTest, RangesTimersAndPanelsStartAsDesigned) {
