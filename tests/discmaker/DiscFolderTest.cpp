@@ -44,15 +44,16 @@ TEST_F(DiscFolderTest, ReplacesItsOwnDiscAndLeavesWhatElseLiesThere) {
 
 TEST_F(DiscFolderTest, RefusesWhatItDidNotWrite) {
     const std::string mark = catalogueXml({"", {}});
+    const std::string series = "Dicom/Patient000/Study01/Series01/";
     const std::map<std::string, std::string> foreign[] = {
         {{"letter.txt", "dear"}},
         {{"CD.xml", "<disc/>"}},
         {{"CD.xml", "<disc/>"}, {".makedisc-new/CD.xml", mark}},
         {{"CD.xml", mark}, {"Dicom/Patient000/mine.txt", "x"}},
-        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/photo.dcm", "x"}},
-        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/IM.dcm", "x"}},
-        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/IM00001.dcm.txt", "x"}},
-        {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series01/IM00001.dcm/IM00001.dcm", "x"}},
+        {{"CD.xml", mark}, {series + "photo.dcm", "x"}},
+        {{"CD.xml", mark}, {series + "IM.dcm", "x"}},
+        {{"CD.xml", mark}, {series + "IM00001.dcm.txt", "x"}},
+        {{"CD.xml", mark}, {series + "IM00001.dcm/IM00001.dcm", "x"}},
         {{"CD.xml", mark}, {"Dicom/Patient000/Study01/Series0:/IM00001.dcm", "x"}},
         {{"CD.xml", mark}, {"Dicom/Patient000/Study/Series01/IM00001.dcm", "x"}},
         {{".makedisc-old/x", "x"}, {"Dicom/Name000/Study01/Series01/IM00001.dcm", "x"}},

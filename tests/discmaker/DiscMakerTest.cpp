@@ -19,13 +19,18 @@ using test::filesBelow;
 using test::writeFile;
 using testing::HasSubstr;
 
-DicomBuilder image(const std::string& patient, int instance, int frames = 1) {
+DicomBuilder plainImage(const std::string& patient, int frames = 1) {
     auto builder = DicomBuilder::image(4, 4, frames);
-    builder.text({0x0008, 0x0005}, "CS", "ISO_IR 144")
-        .text({0x0010, 0x0010}, "PN", patient)
-        .text({0x0010, 0x0020}, "LO", "7")
+    builder.text({0x0010, 0x0010}, "PN", patient)
         .text({0x0020, 0x000D}, "UI", "1.2")
-        .text({0x0020, 0x000E}, "UI", "1.2.3")
+        .text({0x0020, 0x000E}, "UI", "1.2.3");
+    return builder;
+}
+
+DicomBuilder image(const std::string& patient, int instance, int frames = 1) {
+    auto builder = plainImage(patient, frames);
+    builder.text({0x0008, 0x0005}, "CS", "ISO_IR 144")
+        .text({0x0010, 0x0020}, "LO", "7")
         .text({0x0020, 0x0011}, "IS", "4")
         .text({0x0020, 0x0013}, "IS", std::to_string(instance));
     builder.gradientPixels();
@@ -93,10 +98,9 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
 TEST_F(DiscMakerTest, TakesFilesInNaturalOrderWhateverTheirNamesAndRights) {
     // Without instance numbers the order is that of the files.
     for (const char* name : {"b/x", "a10 > a9.dcm", "a9", "A1"}) {
-        auto file = DicomBuilder::image(4, 4);
-        file.text({0x0010, 0x0010}, "PN", "A]]>B^<i>&\"").text({0x0008, 0x0060}, "CS", "RF");
+        auto file = plainImage("A]]>B^<i>&\"");
+        file.text({0x0008, 0x0060}, "CS", "RF");
         file.text({0x0018, 0x1510}, "DS", "30").text({0x0018, 0x1511}, "DS", "20");
-        file.text({0x0020, 0x000D}, "UI", "1.2").text({0x0020, 0x000E}, "UI", "1.2.3");
         file.text({0x0008, 0x103E}, "LO", name);
         file.gradientPixels();
         fs::create_directories((input_ / name).parent_path());

@@ -20,15 +20,18 @@ ImageRecord record(const std::string& name, const std::string& id, const std::st
     return result;
 }
 
-/// "Patient000/Study01/Series01/IM00001.dcm 7": every file and the record that it comes from.
-std::vector<std::string> files(const DiscPlan& plan) {
-    std::vector<std::string> result;
-    for (const auto& patient : plan.patients)
+/// "000/01/01/00001=7": every file's place by the numbers of its folders, and the record that it comes from.
+std::string files(const std::vector<ImageRecord>& records) {
+    std::string result;
+    for (const auto& patient : planDisc(records, "", PatientOrder::ByName).patients)
         for (const auto& study : patient.studies)
             for (const auto& series : study.series)
                 for (const auto& file : series.files)
-                    result.push_back(patient.folder + "/" + study.folder + "/" + series.folder + "/" +
-                                     file.name + " " + std::to_string(file.content));
+                    result += patient.folder + "/" + study.folder + "/" + series.folder + "/" + file.name +
+                              "=" + std::to_string(file.content) + " ";
+    for (const std::string word : {"Patient", "Study", "Series", "IM", ".dcm"})
+        for (auto at = result.find(word); at != std::string::npos; at = result.find(word))
+            result.erase(at, word.size());
     return result;
 }
 
@@ -39,13 +42,14 @@ TEST(DiscPlanner, SortsByNameDateSeriesAndInstance) {
         record("zeta", "1", "s0", "20230101", "c", {}, 1), record("Alpha", "2", "s2", "", "d", 1, 1),
         record("Alpha", "2", "s3", "20200101", "e", 1, 1),
     };
-    EXPECT_THAT(
-        files(planDisc(records, "", PatientOrder::ByName)),
-        ElementsAre("Patient000/Study01/Series01/IM00001.dcm 6", "Patient000/Study02/Series01/IM00001.dcm 5",
-                    "Patient001/Study01/Series01/IM00001.dcm 4", "Patient001/Study02/Series01/IM00001.dcm 3",
-                    "Patient001/Study02/Series01/IM00002.dcm 2", "Patient001/Study02/Series02/IM00001.dcm 1",
-                    "Patient001/Study02/Series02/IM00002.dcm 0"));
-    EXPECT_EQ(planDisc(records, "", PatientOrder::AsGiven).patients[0].text, "zeta  (1)");
+    EXPECT_EQ(files(records),
+              "000/01/01/00001=6 000/02/01/00001=5 001/01/01/00001=4 001/02/01/00001=3 "
+              "001/02/01/00002=2 001/02/02/00001=1 001/02/02/00002=0 ");
+    const auto first = planDisc(records, "", PatientOrder::AsGiven).patients[0];
+    EXPECT_EQ(first.text, "zeta  (1)");
+    EXPECT_EQ(first.folder + first.studies[0].folder + first.studies[0].series[0].folder,
+              "Patient000Study01Series01");
+    EXPECT_EQ(first.studies[0].series[0].files[0].name, "IM00001.dcm");
 }
 
 TEST(DiscPlanner, BreaksTiesByTimeAndIdentifier) {
@@ -53,15 +57,11 @@ TEST(DiscPlanner, BreaksTiesByTimeAndIdentifier) {
         record("A", "1", "s5", "20240101", "a", 1, 1), record("A", "1", "s4", "20240101", "c", 1, 1),
         record("A", "1", "s4", "20240101", "b", 1, 1), record("A", "1", "s3", "20240101", "d", 1, 1),
         record("A", "1", "s2", "20240101", "e", 1, 1), record("", "0", "s1", "", "f", 1, 1)};
-    records[1].studyTime = records[2].studyTime = "0900";
-    records[3].studyTime = "0900";
+    records[1].studyTime = records[2].studyTime = records[3].studyTime = "0900";
     records[4].studyTime = "1000";
-    EXPECT_THAT(
-        files(planDisc(records, "", PatientOrder::ByName)),
-        ElementsAre("Patient000/Study01/Series01/IM00001.dcm 3", "Patient000/Study02/Series01/IM00001.dcm 2",
-                    "Patient000/Study02/Series02/IM00001.dcm 1", "Patient000/Study03/Series01/IM00001.dcm 4",
-                    "Patient000/Study04/Series01/IM00001.dcm 0",
-                    "Patient001/Study01/Series01/IM00001.dcm 5"));
+    EXPECT_EQ(files(records),
+              "000/01/01/00001=3 000/02/01/00001=2 000/02/02/00001=1 000/03/01/00001=4 "
+              "000/04/01/00001=0 001/01/01/00001=5 ");
 }
 
 TEST(DiscPlanner, KeepsPatientsApartWhoShareNameOrId) {
@@ -87,14 +87,10 @@ TEST(DiscPlanner, GroupsFilesWithoutIdentifiersByWhatTheyTell) {
         result.modality = modality;
         return result;
     };
-    const std::vector<ImageRecord> records{loose("20240101", 1, "XA"), loose("20240102", 1, "XA"),
-                                           loose("20240101", 2, "XA"), loose("20240101", 1, "XA"),
-                                           loose("20240101", 1, "US")};
-    EXPECT_THAT(
-        files(planDisc(records, "", PatientOrder::ByName)),
-        ElementsAre("Patient000/Study01/Series01/IM00001.dcm 0", "Patient000/Study01/Series01/IM00002.dcm 3",
-                    "Patient000/Study01/Series02/IM00001.dcm 4", "Patient000/Study01/Series03/IM00001.dcm 2",
-                    "Patient000/Study02/Series01/IM00001.dcm 1"));
+    EXPECT_EQ(files({loose("20240101", 1, "XA"), loose("20240102", 1, "XA"), loose("20240101", 2, "XA"),
+                     loose("20240101", 1, "XA"), loose("20240101", 1, "US")}),
+              "000/01/01/00001=0 000/01/01/00002=3 000/01/02/00001=4 000/01/03/00001=2 "
+              "000/02/01/00001=1 ");
 }
 
 TEST(DiscPlanner, PadsNumbersSoThatEveryListingAgrees) {
