@@ -49,40 +49,28 @@ class MainWindowTest : public WindowTest {
 TEST_F(MainWindowTest, StartsWithItsDefaults) {
     EXPECT_EQ(form.windowTitle(), "Cine Disc Viewer");
     EXPECT_EQ(find<QSlider>("Slider1").value(), 5);
-    EXPECT_EQ(find<QTimer>("Timer4").interval(), 50);
-    EXPECT_FALSE(find<QTimer>("Timer4").isActive());
-    for (const char* selected : {"Option4", "Option9", "Option3"}) {
+    for (const char* selected : {"Option4", "Option9", "Option3"})
         EXPECT_TRUE(find<QRadioButton>(selected).isChecked()) << selected;
-    }
     EXPECT_EQ(view("MouseMode"), 1);
     EXPECT_EQ(view("BackgroundFill"), true);
     EXPECT_EQ(view("BackgroundColor"), 0);
     EXPECT_EQ(view("FileName"), "");
-    EXPECT_TRUE(find("FraTree").isVisible());
-    EXPECT_TRUE(find("Frame9").isVisible());
-    EXPECT_FALSE(find("Frame8").isVisible());
     EXPECT_TRUE(form.property("WheelPresent").toBool());
     EXPECT_EQ(form.property("CurrentFolder"), "");
     EXPECT_EQ(form.findChild<QObject*>("File1")->property("Pattern"), "*.dcm");
 }
 
 TEST_F(MainWindowTest, EveryButtonAndMenuCommandHasAHandler) {
-    QStringList names;
-    for (const auto& row : windowCommands()) names << row.name;
-    for (const auto& row : discCommands()) names << row.name;
-    for (const auto& row : viewerCommands()) names << row.name;
-    int commands = 0;
-    for (const QAction* action : form.findChildren<QAction*>()) {
-        if (action->objectName().startsWith("mnu") && !action->menu()) {
-            ++commands;
-            EXPECT_TRUE(names.contains(action->objectName())) << action->objectName().toStdString();
-        }
-    }
-    for (const QPushButton* button : form.findChildren<QPushButton*>()) {
-        ++commands;
-        EXPECT_TRUE(names.contains(button->objectName())) << button->objectName().toStdString();
-    }
-    EXPECT_EQ(commands, names.size());
+    QStringList handled, commands;
+    for (const auto& row : windowCommands()) handled << row.name;
+    for (const auto& row : discCommands()) handled << row.name;
+    for (const auto& row : viewerCommands()) handled << row.name;
+    for (const QAction* action : form.findChildren<QAction*>())
+        if (action->objectName().startsWith("mnu") && !action->menu()) commands << action->objectName();
+    for (const QPushButton* button : form.findChildren<QPushButton*>()) commands << button->objectName();
+    handled.sort();
+    commands.sort();
+    EXPECT_EQ(commands.join(' ').toStdString(), handled.join(' ').toStdString());
 }
 
 TEST_F(MainWindowTest, OpensAPatientPlaysStepsAndShowsStills) {

@@ -95,9 +95,7 @@ TEST_F(CatalogueReaderTest, HostileOrBrokenFilesAreNotWellFormed) {
 
     const auto external = read("<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e SYSTEM 'file://" +
                                secret.toUtf8() + "'>]><a><b>&e;</b></a>");
-    if (external) {
-        EXPECT_EQ(texts(*external), QStringList(""));
-    }
+    EXPECT_TRUE(!external || texts(*external) == QStringList(""));
     const auto externalSubset = read("<!DOCTYPE a SYSTEM 'file://" + secret.toUtf8() + "'><a><b>x</b></a>");
     ASSERT_TRUE(externalSubset);
     EXPECT_EQ(texts(*externalSubset), QStringList("x"));

@@ -75,12 +75,10 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
     fs::create_directory_symlink(root_ / "elsewhere", input_ / "deep/elsewhere");
 
     const auto summary = make({input_, input_ / "x10"});
-    EXPECT_EQ(summary.patients, 2u);
-    EXPECT_EQ(summary.files, 3u) << "a file that is named twice goes on the disc once";
-    EXPECT_EQ(summary.notDicom, 2u) << notices_;
-    EXPECT_EQ(summary.directories, 1u);
-    EXPECT_EQ(summary.unreadable, 0u) << notices_;
-
+    EXPECT_EQ(std::tuple(summary.patients, summary.files, summary.notDicom, summary.directories,
+                         summary.unreadable),
+              std::tuple(2u, 3u, 2u, 1u, 0u))
+        << "a file that is named twice goes on the disc once; " << notices_;
     const auto files = filesBelow(disc_);
     ASSERT_EQ(files.size(), 4u);
     EXPECT_EQ(files.at("Dicom/Patient000/Study01/Series01/IM00001.dcm"),
