@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <span>
 #include <stdexcept>
 
 namespace cinedisc::test {
@@ -20,14 +22,12 @@ std::shared_ptr<const DicomFile> opened(const Bytes& bytes) {
 std::shared_ptr<const DicomFile> opened(const DicomBuilder& builder) { return opened(builder.build()); }
 
 Bytes rleFrame(const Bytes& pixels) {
-    Bytes stream(64);
-    stream[0] = std::byte{1};
-    stream[4] = std::byte{64};
     constexpr std::size_t longestRun = 128;
+    Bytes stream = bytesOf({1, 0, 0, 0, 64}) + Bytes(59);
     for (std::size_t at = 0; at < pixels.size(); at += longestRun) {
         const std::size_t run = std::min(longestRun, pixels.size() - at);
         stream.push_back(static_cast<std::byte>(run - 1));
-        for (std::size_t i = 0; i < run; ++i) stream.push_back(pixels[at + i]);
+        stream.insert(stream.end(), &pixels[at], &pixels[at] + run);
     }
     if (stream.size() % 2) stream.push_back(std::byte{0x80});
     return stream;
@@ -52,10 +52,18 @@ DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table, int fr
 
 Bytes samplesOf(const Frame& frame) {
     const auto* samples = std::get_if<std::vector<std::uint8_t>>(&frame.samples);
-    Bytes bytes;
-    if (samples)
-        for (const std::uint8_t sample : *samples) bytes.push_back(std::byte{sample});
-    return bytes;
+    if (!samples) return {};
+    const auto bytes = std::as_bytes(std::span(*samples));
+    return {bytes.begin(), bytes.end()};
+}
+
+std::vector<std::filesystem::path> samplePaths() {
+    std::vector<std::filesystem::path> paths;
+    const char* folder = std::getenv("CINEDISC_SAMPLES");
+    if (!folder || !std::filesystem::is_directory(folder)) return paths;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        if (entry.path().extension() == ".dcm") paths.push_back(entry.path());
+    return paths;
 }
 
 Bytes fakeJpeg(std::size_t size, int mark) {

@@ -3,6 +3,7 @@
 #include "dicom/DicomFile.h"
 #include "tests/support/DicomBuilder.h"
 
+#include <filesystem>
 #include <memory>
 
 namespace cinedisc::test {
@@ -19,6 +20,9 @@ Bytes pixelsOfFrame(int frame, std::size_t count);
 DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table, int fragmentsPerFrame = 1);
 /// Native 8-bit samples of a decoded frame.
 Bytes samplesOf(const dicom::Frame& frame);
+
+/// The sample files of the environment, none when there are not any.
+std::vector<std::filesystem::path> samplePaths();
 
 /// Bytes that begin like a JPEG stream and hold `size` in all, recognisable by `mark`.
 Bytes fakeJpeg(std::size_t size, int mark);

@@ -25,7 +25,7 @@ DicomBuilder described() {
         .binary({0x0009, 0x1001}, "UN", bytesOf({1, 2, 255}))
         .binary({0x0009, 0x1002}, "UN", bytesOf(std::string("readable")))
         .binary({0x0042, 0x0011}, "OB", Bytes(100))
-        .numbers({0x0028, 0x0009}, "AT", {0x00181063})
+        .numbers({0x0028, 0x0009}, "AT", {0x0018, 0x1063})
         .reals({0x0018, 0x9073}, "FD", {0.1})
         .binary({0xFFFC, 0xFFFC}, "OB", Bytes(4));
     return builder;
@@ -102,7 +102,7 @@ TEST(HeaderDescription, LongValuesAreCutBetweenCharactersUnlessWanted) {
     EXPECT_TRUE(value.ends_with("…"));
 
     builder.binary({0x0009, 0x1001}, "OB", Bytes(100))
-        .numbers({0x0028, 0x0009}, "AT", std::vector<std::int64_t>(500, 0x00181063))
+        .numbers({0x0028, 0x0009}, "AT", std::vector<std::int64_t>(1000, 0x1063))
         .numbers({0x0028, 0x3002}, "US", std::vector<std::int64_t>(40, 7));
     const auto file = opened(builder);
     EXPECT_NE(headerText(*file).find("…"), std::string::npos);

@@ -1,26 +1,15 @@
 #include "dicom/DicomFile.h"
 #include "dicom/Utf8.h"
+#include "tests/dicom/Fixtures.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <map>
 
 namespace cinedisc::test {
 namespace {
 
 using namespace dicom;
-
-/// The sample files of the environment, none when there are not any.
-std::vector<std::filesystem::path> samples() {
-    std::vector<std::filesystem::path> paths;
-    const char* folder = std::getenv("CINEDISC_SAMPLES");
-    if (!folder || !std::filesystem::is_directory(folder)) return paths;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        if (entry.path().extension() == ".dcm") paths.push_back(entry.path());
-    return paths;
-}
 
 /// What is told in place of a picture, for those that show none.
 const std::map<std::string, std::string> notices{
@@ -32,7 +21,7 @@ const std::map<std::string, std::string> notices{
 };
 
 TEST(SampleFiles, ShowTheirFirstAndLastFrameOrSayWhyNot) {
-    for (const auto& path : samples()) {
+    for (const auto& path : samplePaths()) {
         SCOPED_TRACE(path.filename().string());
         const auto expected = notices.find(path.filename().string());
         const auto file = DicomFile::open(path.string());
@@ -92,7 +81,7 @@ TEST(SampleFiles, AreUnderstoodInTheirPeculiarities) {
          [](const DicomFile& file) { return std::to_string(file.palette()->red.entries.size()); }, "256"},
     };
     for (const Fact& fact : facts) {
-        for (const auto& path : samples()) {
+        for (const auto& path : samplePaths()) {
             if (path.filename() != fact.file) continue;
             EXPECT_EQ(fact.of(*DicomFile::open(path.string()).value()), fact.value) << fact.file;
         }

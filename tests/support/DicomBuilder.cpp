@@ -1,11 +1,10 @@
 #include "tests/support/DicomBuilder.h"
 
-#include "tests/support/DicomWriter.h"
-
 #include <algorithm>
 #include <bit>
 #include <fstream>
 #include <stdexcept>
+#include <zlib.h>
 
 namespace cinedisc::test {
 
@@ -13,12 +12,69 @@ using dicom::Tag;
 
 namespace {
 
-constexpr Tag pixelDataTag{0x7FE0, 0x0010};
+constexpr std::uint32_t itemTag = 0xE000FFFE, itemEnd = 0xE00DFFFE, sequenceEnd = 0xE0DDFFFE;
+constexpr std::uint32_t undefinedLength = 0xFFFFFFFF;
 
-int sizeOfNumber(const std::string& vr) {
-    if (vr == "US" || vr == "SS") return 2;
-    return vr == "UV" || vr == "SV" || vr == "OV" || vr == "FD" ? 8 : 4;
+bool isAmong(std::string_view list, std::string_view vr) { return list.find(vr) != std::string_view::npos; }
+
+/// Size of what is swapped in big endian.
+std::size_t unitOf(std::string_view vr) {
+    if (isAmong("US SS OW AT", vr)) return 2;
+    if (isAmong("UL SL FL OF OL", vr)) return 4;
+    return isAmong("FD OD SV UV OV", vr) ? 8 : 1;
 }
+
+void append(Bytes& to, const Bytes& bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
+
+Bytes swapped(Bytes bytes, std::size_t unit) {
+    const auto step = static_cast<std::ptrdiff_t>(unit);
+    for (auto at = bytes.begin(); bytes.end() - at >= step; at += step) std::reverse(at, at + step);
+    return bytes;
+}
+
+class Writer {
+  public:
+    explicit Writer(Encoding encoding) : encoding_(encoding) {}
+
+    Bytes write(const DicomItem& item) const {
+        Bytes out;
+        for (const auto& element : item.elements) {
+            const Bytes value = element.vr == "SQ" ? items(element) : ordered(element.value, element.vr);
+            const bool isOpen = element.form == LengthForm::Undefined;
+            append(out, header(element, isOpen ? undefinedLength : value.size()));
+            append(out, value);
+        }
+        return out;
+    }
+
+  private:
+    Bytes ordered(const Bytes& bytes, std::string_view vr) const {
+        return encoding_ == Encoding::ExplicitBig ? swapped(bytes, unitOf(vr)) : bytes;
+    }
+    Bytes tag(std::uint32_t groupLast) const { return ordered(numberBytes(groupLast, 4), "AT"); }
+    Bytes length(std::size_t value) const { return ordered(numberBytes(value, 4), "UL"); }
+
+    Bytes header(const DicomItem::Element& element, std::size_t bytes) const {
+        const Bytes head = tag(element.tag.group | std::uint32_t{element.tag.element} << 16);
+        if (encoding_ == Encoding::ImplicitLittle) return head + length(bytes);
+        if (isAmong("OB OD OF OL OV OW SQ SV UC UN UR UT UV", element.vr))
+            return head + bytesOf(element.vr) + Bytes(2) + length(bytes);
+        return head + bytesOf(element.vr) + ordered(numberBytes(bytes, 2), "US");
+    }
+
+    Bytes items(const DicomItem::Element& sequence) const {
+        Bytes out;
+        const bool isOpen = sequence.form == LengthForm::Undefined;
+        for (const DicomItem& item : sequence.items) {
+            const Bytes content = write(item);
+            append(out, tag(itemTag) + length(isOpen ? undefinedLength : content.size()) + content);
+            if (isOpen) append(out, tag(itemEnd) + length(0));
+        }
+        return isOpen ? out + tag(sequenceEnd) + length(0) : out;
+    }
+
+    Encoding encoding_;
+};
 
 }  // namespace
 
@@ -28,78 +84,84 @@ Bytes bytesOf(std::initializer_list<int> values) {
     return bytes;
 }
 
-Bytes bytesOf(const std::string& text) {
+Bytes bytesOf(std::string_view text) {
     Bytes bytes;
     for (const char letter : text) bytes.push_back(static_cast<std::byte>(letter));
     return bytes;
 }
 
-DicomItem::Element& DicomItem::place(Element element) {
-    const auto at = std::lower_bound(elements_.begin(), elements_.end(), element.tag,
-                                     [](const Element& each, Tag tag) { return each.tag < tag; });
-    if (at != elements_.end() && at->tag == element.tag) return *at = std::move(element);
-    return *elements_.insert(at, std::move(element));
+Bytes numberBytes(std::uint64_t value, std::size_t size) {
+    Bytes bytes;
+    for (; bytes.size() < size; value >>= 8) bytes.push_back(static_cast<std::byte>(value & 0xFF));
+    return bytes;
 }
 
-DicomItem& DicomItem::text(Tag tag, const char* vr, const std::string& value) {
+Bytes operator+(Bytes first, const Bytes& second) {
+    append(first, second);
+    return first;
+}
+
+Bytes wrappedDeflate(const Bytes& content) {
+    uLongf length = compressBound(content.size());
+    Bytes out(length);
+    compress(reinterpret_cast<Bytef*>(out.data()), &length, reinterpret_cast<const Bytef*>(content.data()),
+             content.size());
+    out.resize(length);
+    return out;
+}
+
+Bytes encoded(const DicomItem& item, Encoding encoding) {
+    if (encoding != Encoding::Deflated) return Writer(encoding).write(item);
+    const Bytes wrapped = wrappedDeflate(encoded(item, Encoding::ExplicitLittle));
+    return {wrapped.begin() + 2, wrapped.end() - 4};
+}
+
+DicomItem& DicomItem::put(Element element) {
+    const auto at = std::lower_bound(elements.begin(), elements.end(), element.tag,
+                                     [](const Element& each, Tag tag) { return each.tag < tag; });
+    if (at != elements.end() && at->tag == element.tag)
+        *at = std::move(element);
+    else
+        elements.insert(at, std::move(element));
+    return *this;
+}
+
+DicomItem& DicomItem::text(Tag tag, const char* vr, std::string_view value) {
     Bytes bytes = bytesOf(value);
-    if (bytes.size() % 2) bytes.push_back(std::string(vr) == "UI" ? std::byte{0} : std::byte{' '});
+    if (bytes.size() % 2) bytes.push_back(std::string_view(vr) == "UI" ? std::byte{0} : std::byte{' '});
     return binary(tag, vr, std::move(bytes));
 }
 
 DicomItem& DicomItem::numbers(Tag tag, const char* vr, const std::vector<std::int64_t>& values) {
-    DicomWriter writer(Encoding::ExplicitLittle);
-    for (const std::int64_t value : values) {
-        // An attribute tag is two numbers of 16 bits, the group first.
-        const bool isTag = std::string(vr) == "AT";
-        const auto bits = static_cast<std::uint64_t>(value);
-        writer.writeNumber(isTag ? (bits >> 16 & 0xFFFF) | (bits & 0xFFFF) << 16 : bits, sizeOfNumber(vr));
-    }
-    return binary(tag, vr, writer.take());
+    Bytes bytes;
+    for (const std::int64_t value : values)
+        append(bytes, numberBytes(static_cast<std::uint64_t>(value), unitOf(vr)));
+    return binary(tag, vr, std::move(bytes));
 }
 
 DicomItem& DicomItem::reals(Tag tag, const char* vr, const std::vector<double>& values) {
-    DicomWriter writer(Encoding::ExplicitLittle);
-    for (const double value : values) {
-        const bool wide = sizeOfNumber(vr) == 8;
-        writer.writeNumber(wide ? std::bit_cast<std::uint64_t>(value)
-                                : std::bit_cast<std::uint32_t>(static_cast<float>(value)),
-                           wide ? 8 : 4);
-    }
-    return binary(tag, vr, writer.take());
+    Bytes bytes;
+    for (const double value : values)
+        append(bytes, unitOf(vr) == 8 ? numberBytes(std::bit_cast<std::uint64_t>(value), 8)
+                                      : numberBytes(std::bit_cast<std::uint32_t>(float(value)), 4));
+    return binary(tag, vr, std::move(bytes));
 }
 
 DicomItem& DicomItem::binary(Tag tag, const char* vr, Bytes value) {
-    Element element;
-    element.tag = tag;
-    element.vr = vr;
-    element.value = std::move(value);
-    place(std::move(element));
-    return *this;
+    return put({tag, vr, std::move(value), {}});
 }
 
 DicomItem& DicomItem::sequence(Tag tag, std::vector<DicomItem> items, LengthForm form) {
-    Element element;
-    element.tag = tag;
-    element.vr = "SQ";
-    element.items = std::move(items);
-    element.form = form;
-    place(std::move(element));
-    return *this;
+    return put({tag, "SQ", {}, std::move(items), form});
 }
 
 DicomItem& DicomItem::remove(Tag tag) {
-    std::erase_if(elements_, [tag](const Element& each) { return each.tag == tag; });
+    std::erase_if(elements, [tag](const Element& each) { return each.tag == tag; });
     return *this;
 }
 
 DicomBuilder DicomBuilder::image(int rows, int columns, int frames, int bitsAllocated, int bitsStored) {
-    DicomBuilder builder;
-    builder.rows_ = rows;
-    builder.columns_ = columns;
-    builder.frames_ = frames;
-    builder.bitsAllocated_ = bitsAllocated;
-    builder.bitsStored_ = bitsStored;
+    DicomBuilder builder{{}, {}, rows, columns, frames, bitsAllocated, bitsStored};
     builder.text({0x0008, 0x0016}, "UI", "1.2.840.10008.5.1.4.1.1.12.1")
         .text({0x0008, 0x0018}, "UI", "1.2.3.4.5.6.7.8")
         .text({0x0008, 0x0060}, "CS", "XA")
@@ -118,133 +180,87 @@ DicomBuilder DicomBuilder::image(int rows, int columns, int frames, int bitsAllo
 }
 
 DicomBuilder& DicomBuilder::transferSyntax(const std::string& uid) {
-    syntax_ = uid;
-    encoding_ = uid == "1.2.840.10008.1.2"        ? Encoding::ImplicitLittle
-                : uid == "1.2.840.10008.1.2.2"    ? Encoding::ExplicitBig
-                : uid == "1.2.840.10008.1.2.1.99" ? Encoding::Deflated
-                                                  : Encoding::ExplicitLittle;
-    return *this;
-}
-
-DicomBuilder& DicomBuilder::encoding(Encoding encoding) {
-    encoding_ = encoding;
-    return *this;
-}
-
-DicomBuilder& DicomBuilder::preamble(FilePart part) {
-    preamble_ = part;
-    return *this;
-}
-
-DicomBuilder& DicomBuilder::metaHeader(FilePart part) {
-    metaHeader_ = part;
-    return *this;
-}
-
-DicomBuilder& DicomBuilder::metaLength(std::uint32_t wrong) {
-    metaLength_ = wrong;
-    return *this;
-}
-
-DicomBuilder& DicomBuilder::trailing(Bytes bytes) {
-    trailing_ = std::move(bytes);
+    form.syntax = uid;
+    form.encoding = uid == "1.2.840.10008.1.2"        ? Encoding::ImplicitLittle
+                    : uid == "1.2.840.10008.1.2.2"    ? Encoding::ExplicitBig
+                    : uid == "1.2.840.10008.1.2.1.99" ? Encoding::Deflated
+                                                      : Encoding::ExplicitLittle;
     return *this;
 }
 
 DicomBuilder& DicomBuilder::pixels(Bytes value, const char* vr) {
-    binary(pixelDataTag, vr, std::move(value));
+    binary({0x7FE0, 0x0010}, vr, std::move(value));
     return *this;
 }
 
 DicomBuilder& DicomBuilder::gradientPixels() {
-    DicomWriter writer(Encoding::ExplicitLittle);
-    const std::uint64_t mask = (std::uint64_t{1} << bitsStored_) - 1;
-    for (int frame = 0; frame < frames_; ++frame)
-        for (int row = 0; row < rows_; ++row)
-            for (int column = 0; column < columns_; ++column)
-                writer.writeNumber(static_cast<std::uint64_t>(frame * 7 + row * 3 + column) & mask,
-                                   bitsAllocated_ / 8);
-    return pixels(writer.take(), bitsAllocated_ > 8 ? "OW" : "OB");
+    Bytes cells;
+    const std::uint64_t mask = (std::uint64_t{1} << bitsStored) - 1;
+    for (int frame = 0; frame < frames; ++frame)
+        for (int row = 0; row < rows; ++row)
+            for (int column = 0; column < columns; ++column)
+                for (int bit = 0; bit + 8 <= bitsAllocated; bit += 8)
+                    cells.push_back(static_cast<std::byte>(
+                        (static_cast<std::uint64_t>(frame * 7 + row * 3 + column) & mask) >> bit & 0xFF));
+    return pixels(std::move(cells), bitsAllocated > 8 ? "OW" : "OB");
 }
 
 DicomBuilder& DicomBuilder::encapsulatedFrames(const std::vector<Bytes>& frames, OffsetTable table,
                                                int fragmentsPerFrame) {
     std::vector<Bytes> fragments;
-    std::vector<std::uint32_t> offsets;
-    std::vector<std::int64_t> extendedOffsets, extendedLengths;
-    std::uint32_t position = 0;
+    std::vector<std::int64_t> offsets, lengths;
+    const auto count = static_cast<std::size_t>(fragmentsPerFrame);
+    std::size_t position = 0;
     for (Bytes frame : frames) {
-        if (frame.size() % 2) frame.push_back(std::byte{0});
-        offsets.push_back(position);
-        extendedOffsets.push_back(position);
-        extendedLengths.push_back(static_cast<std::int64_t>(frame.size()));
-        std::size_t piece = (frame.size() / static_cast<std::size_t>(fragmentsPerFrame) + 1) / 2 * 2;
-        piece = std::max<std::size_t>(piece, 2);
-        for (int i = 0; i < fragmentsPerFrame; ++i) {
-            const std::size_t from = std::min(frame.size(), piece * static_cast<std::size_t>(i));
-            const std::size_t to =
-                i + 1 == fragmentsPerFrame ? frame.size() : std::min(frame.size(), from + piece);
-            fragments.emplace_back(frame.begin() + static_cast<std::ptrdiff_t>(from),
-                                   frame.begin() + static_cast<std::ptrdiff_t>(to));
-            position += static_cast<std::uint32_t>(to - from) + 8;
+        frame.resize((frame.size() + 1) / 2 * 2);
+        offsets.push_back(static_cast<std::int64_t>(position));
+        lengths.push_back(static_cast<std::int64_t>(frame.size()));
+        position += frame.size() + 8 * count;
+        const std::size_t piece = std::max<std::size_t>((frame.size() / count + 1) / 2 * 2, 2);
+        auto from = frame.begin();
+        for (std::size_t i = 1; i <= count; ++i) {
+            const std::size_t end = i == count ? frame.size() : std::min(frame.size(), i * piece);
+            const auto to = frame.begin() + static_cast<std::ptrdiff_t>(end);
+            fragments.emplace_back(from, to);
+            from = to;
         }
     }
     if (table == OffsetTable::Extended) {
-        numbers({0x7FE0, 0x0001}, "OV", extendedOffsets);
-        numbers({0x7FE0, 0x0002}, "OV", extendedLengths);
+        numbers({0x7FE0, 0x0001}, "OV", offsets);
+        numbers({0x7FE0, 0x0002}, "OV", lengths);
     }
     if (table != OffsetTable::Filled) offsets.clear();
-    return encapsulated(fragments, offsets);
+    return encapsulated(fragments, {offsets.begin(), offsets.end()});
 }
 
 DicomBuilder& DicomBuilder::encapsulated(const std::vector<Bytes>& fragments,
                                          const std::vector<std::uint32_t>& offsets, FilePart delimiter) {
-    DicomWriter writer(Encoding::ExplicitLittle);
-    const auto writeItem = [&writer](std::uint16_t element, std::size_t length) {
-        writer.writeNumber(0xFFFE, 2);
-        writer.writeNumber(element, 2);
-        writer.writeNumber(length, 4);
+    Bytes table, value;
+    for (const std::uint32_t offset : offsets) append(table, numberBytes(offset, 4));
+    const auto putItem = [&value](const Bytes& content) {
+        append(value, numberBytes(itemTag, 4) + numberBytes(content.size(), 4));
+        append(value, content);
     };
-    writeItem(0xE000, offsets.size() * 4);
-    for (const std::uint32_t offset : offsets) writer.writeNumber(offset, 4);
-    for (const Bytes& fragment : fragments) {
-        writeItem(0xE000, fragment.size());
-        writer.append(fragment);
-    }
-    if (delimiter == FilePart::Present) writeItem(0xE0DD, 0);
-    Element element;
-    element.tag = pixelDataTag;
-    element.vr = "OB";
-    element.value = writer.take();
-    element.encapsulated = true;
-    place(std::move(element));
+    putItem(table);
+    for (const Bytes& fragment : fragments) putItem(fragment);
+    if (delimiter == FilePart::Present) append(value, numberBytes(sequenceEnd, 8));
+    put({{0x7FE0, 0x0010}, "OB", std::move(value), {}, LengthForm::Undefined});
     return *this;
 }
 
 Bytes DicomBuilder::build() const {
-    DicomWriter file(Encoding::ExplicitLittle);
-    if (preamble_ == FilePart::Present) {
-        file.append(Bytes(128));
-        file.append(bytesOf("DICM"));
-    }
-    if (metaHeader_ == FilePart::Present) {
-        DicomItem meta;
+    Bytes file;
+    if (form.preamble == FilePart::Present) file = Bytes(128) + bytesOf("DICM");
+    if (form.metaHeader == FilePart::Present) {
+        DicomItem meta, length;
         meta.binary({0x0002, 0x0001}, "OB", bytesOf({0, 1})).text({0x0002, 0x0003}, "UI", "1.2.3.4.5.6.7.8");
-        if (!syntax_.empty()) meta.text({0x0002, 0x0010}, "UI", syntax_);
-        DicomWriter content(Encoding::ExplicitLittle);
-        content.write(meta);
-        const Bytes bytes = content.take();
-        DicomItem length;
-        length.numbers({0x0002, 0x0000}, "UL",
-                       {metaLength_ < 0 ? static_cast<std::int64_t>(bytes.size()) : metaLength_});
-        file.write(length);
-        file.append(bytes);
+        if (!form.syntax.empty()) meta.text({0x0002, 0x0010}, "UI", form.syntax);
+        const Bytes content = encoded(meta, Encoding::ExplicitLittle);
+        const auto size = static_cast<std::uint32_t>(content.size());
+        length.numbers({0x0002, 0x0000}, "UL", {form.metaLength.value_or(size)});
+        append(file, encoded(length, Encoding::ExplicitLittle) + content);
     }
-    DicomWriter dataSet(encoding_);
-    dataSet.write(*this);
-    file.append(encoding_ == Encoding::Deflated ? deflateStored(dataSet.take()) : dataSet.take());
-    file.append(trailing_);
-    return file.take();
+    return std::move(file) + encoded(*this, form.encoding);
 }
 
 void DicomBuilder::writeTo(const std::filesystem::path& path) const {

@@ -1,0 +1,172 @@
+#include "dicom/DataSetParser.h"
+#include "dicom/MemoryByteSource.h"
+#include "dicom/Tags.h"
+#include "tests/support/DicomBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace cinedisc::test {
+namespace {
+
+using namespace dicom;
+
+constexpr Tag privateTag{0x0009, 0x1001};
+
+struct Parsed {
+    Parsed(const Bytes& bytes, dicom::Encoding encoding) {
+        const MemoryByteSource source(bytes);
+        ForwardBuffer buffer(source);
+        error = DataSetParser(buffer).parse(data, encoding);
+    }
+
+    DataSet data;
+    std::optional<DecodeError> error;
+};
+
+DicomItem randomItem(std::mt19937& random, int depth) {
+    constexpr const char* kinds[] = {"LO", "UI", "US", "SS", "UL", "SL", "FL", "FD", "UV", "SV", "AT",
+                                     "OB", "OW", "OL", "OF", "OD", "OV", "UN", "UT", "UC", "UR", "IS"};
+    DicomItem item;
+    for (auto count = random() % 7; count > 0; --count) {
+        const auto element = static_cast<std::uint16_t>(0x1000 + random() % 0xEFFF);
+        const Tag tag{static_cast<std::uint16_t>(9 + random() % 40 * 2), element};
+        if (random() % 3 > 0) {
+            Bytes value(random() % 6 * 8);
+            for (std::byte& byte : value) byte = static_cast<std::byte>(random());
+            item.binary(tag, kinds[random() % std::size(kinds)], value);
+        } else if (depth > 0) {
+            std::vector<DicomItem> items(random() % 3);
+            for (DicomItem& each : items) each = randomItem(random, depth - 1);
+            item.sequence(tag, items, random() % 2 ? LengthForm::Undefined : LengthForm::Explicit);
+        }
+    }
+    return item;
+}
+
+/// Whether the first elements are those that were written.
+bool areSame(const DataSet& read, const DicomItem& written, std::size_t count, bool isExplicit) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const Element& element = read.elements.at(i);
+        const DicomItem::Element& original = written.elements.at(i);
+        const auto kind = element.valueRepresentation;
+        if (element.tag != original.tag || element.value != original.value) return false;
+        if (isExplicit && (kind >> 8 != original.vr[0] || (kind & 0xFF) != original.vr[1])) return false;
+        if (element.items.size() != original.items.size()) return false;
+        for (std::size_t k = 0; k < original.items.size(); ++k) {
+            const DicomItem& item = original.items[k];
+            if (element.items[k].elements.size() != item.elements.size()) return false;
+            if (!areSame(element.items[k], item, item.elements.size(), isExplicit)) return false;
+        }
+    }
+    return true;
+}
+
+TEST(DataSetParsing, ReadsWhatWasWrittenUpToWhereItIsCut) {
+    std::mt19937 random(4711);
+    for (int i = 0; i < 1000; ++i) {
+        const DicomItem written = randomItem(random, 4);
+        for (const auto& [form, encoding] :
+             {std::pair(Encoding::ImplicitLittle, implicitLittle),
+              {Encoding::ExplicitLittle, explicitLittle},
+              {Encoding::ExplicitBig, dicom::Encoding{ByteOrder::Big, true}}}) {
+            const Bytes bytes = encoded(written, form);
+            const Parsed whole(bytes, encoding);
+            ASSERT_FALSE(whole.error);
+            ASSERT_EQ(whole.data.elements.size(), written.elements.size());
+            ASSERT_TRUE(areSame(whole.data, written, written.elements.size(), encoding.explicitVr)) << i;
+
+            const auto cut = static_cast<std::ptrdiff_t>(random() % (bytes.size() + 1));
+            const Parsed part({bytes.begin(), bytes.begin() + cut}, encoding);
+            const std::size_t count = part.data.elements.size();
+            ASSERT_TRUE(areSame(part.data, written, count - (part.error && count ? 1 : 0), false));
+            if (part.error) continue;
+            DicomItem found;
+            found.elements.assign(written.elements.begin(), written.elements.begin() + std::ptrdiff_t(count));
+            // A single zero byte may be padding.
+            ASSERT_LE(static_cast<std::size_t>(cut) - encoded(found, form).size(), 1u);
+        }
+    }
+}
+
+Bytes repeated(const Bytes& unit, std::size_t count) {
+    Bytes bytes;
+    bytes.reserve(unit.size() * count);
+    for (; count > 0; --count) bytes.insert(bytes.end(), unit.begin(), unit.end());
+    return bytes;
+}
+
+/// An element or an item, in implicit little endian; the tag's group in its lower half.
+Bytes element(std::uint32_t tag, std::size_t length, const Bytes& value) {
+    return numberBytes(tag, 4) + numberBytes(length, 4) + value;
+}
+
+TEST(DataSetParsing, BoundsTheNumberOfElementsItemsAndFragments) {
+    constexpr std::uint32_t privateElement = 0x10010009, open = 0xFFFFFFFF;
+    const auto error = [](const Bytes& bytes, dicom::Encoding encoding = implicitLittle) {
+        const auto found = Parsed(bytes, encoding).error;
+        return found ? found->message : "";
+    };
+    const Bytes empty = element(privateElement, 0, {}), item = element(0xE000FFFE, 0, {});
+    const Bytes fragments = bytesOf({9, 0, 1, 0x10, 'O', 'B', 0, 0, 255, 255, 255, 255});
+    const Bytes end = element(0xE0DDFFFE, 0, {});
+    EXPECT_EQ(error(repeated(empty, 500'000)), "");
+    EXPECT_EQ(error(repeated(empty, 500'001)), "The file's header is too large");
+    for (const bool isOpen : {false, true}) {
+        const auto sequence = [&](std::size_t count) {
+            const Bytes items = repeated(item, count) + (isOpen ? end : Bytes());
+            return element(privateElement, isOpen ? open : items.size(), items);
+        };
+        EXPECT_EQ(error(sequence(499'999)), "");
+        EXPECT_EQ(error(sequence(500'000)), "The file's header is too large");
+    }
+    EXPECT_EQ(error(fragments + repeated(item, 499'999) + end, explicitLittle), "");
+    EXPECT_EQ(error(fragments + repeated(item, 500'000) + end, explicitLittle),
+              "The file's header is damaged");
+    EXPECT_EQ(error(fragments + element(0xE000FFFE, 9, Bytes(8)), explicitLittle),
+              "The file's header is damaged");
+}
+
+TEST(DataSetParsing, BoundsNesting) {
+    for (const LengthForm form : {LengthForm::Undefined, LengthForm::Explicit}) {
+        for (const int depth : {64, 65}) {
+            DicomItem chain;
+            for (int level = 0; level < depth; ++level)
+                chain = DicomItem().sequence(privateTag, {chain}, form);
+            const Parsed parsed(encoded(chain, Encoding::ImplicitLittle), implicitLittle);
+            EXPECT_EQ(parsed.error.has_value(), depth == 65 && form == LengthForm::Undefined);
+            int levels = 0;
+            for (const DataSet* at = &parsed.data; !at->items(privateTag).empty(); ++levels)
+                at = &at->items(privateTag).front();
+            EXPECT_EQ(levels, 64);
+        }
+    }
+}
+
+TEST(DataSetParsing, BoundsTheBytesHeld) {
+    const std::pair<Tag, std::size_t> limits[] = {{privateTag, 64 << 10},
+                                                  {tags::LUTData, 256 << 10},
+                                                  {tags::RedPaletteData, 256 << 10},
+                                                  {{0x0028, 0x1223}, 256 << 10},
+                                                  {{0x0028, 0x1224}, 64 << 10},
+                                                  {{0x6000, 0x3000}, 256 << 10},
+                                                  {{0x601E, 0x3000}, 256 << 10},
+                                                  {tags::ExtendedOffsetTable, 16 << 20}};
+    for (const auto& [tag, limit] : limits) {
+        for (const std::size_t length : {limit, limit + 1}) {
+            DicomItem item;
+            item.binary(tag, "OW", Bytes(length));
+            const Parsed parsed(encoded(item, Encoding::ExplicitLittle), explicitLittle);
+            EXPECT_FALSE(parsed.error);
+            EXPECT_EQ(parsed.data.elements.at(0).held, length == limit) << tag.element << " " << length;
+        }
+    }
+    const Bytes longest = element(0x10010009, 64 << 10, Bytes(64 << 10));
+    const Parsed all(repeated(longest, 1025), implicitLittle);
+    EXPECT_TRUE(all.data.elements.at(1023).held) << "64 MiB";
+    EXPECT_FALSE(all.data.elements.at(1024).held);
+}
+
+}  // namespace
+}  // namespace cinedisc::test
