@@ -1,12 +1,9 @@
 #include "dicom/DicomFile.h"
-#include "dicom/EncapsulatedFrames.h"
-#include "dicom/MemoryByteSource.h"
 #include "dicom/Tags.h"
 #include "tests/dicom/Fixtures.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -17,109 +14,77 @@ using namespace dicom;
 
 constexpr int rows = 24, columns = 32, frames = 5;
 constexpr std::size_t pixelCount = rows * columns;
+constexpr OffsetTable tables[] = {OffsetTable::Empty, OffsetTable::Filled, OffsetTable::Extended};
 
-void expectAllFrames(const DicomBuilder& builder, const std::vector<int>& order) {
-    const auto file = opened(builder);
-    ASSERT_EQ(file->frameCount(), frames);
-    for (const int frame : order) {
-        const auto decoded = file->decode(frame);
-        ASSERT_TRUE(decoded.ok()) << frame << ": " << decoded.error().message;
-        EXPECT_EQ(samplesOf(decoded.value()), pixelsOfFrame(frame, pixelCount)) << frame;
+DicomBuilder run(OffsetTable table, int count = frames, int fragments = 1) {
+    return rleRun(rows, columns, count, table, fragments);
+}
+
+void expectFrame(const DicomFile& file, int frame, const Bytes& pixels) {
+    const auto decoded = file.decode(frame);
+    ASSERT_TRUE(decoded.ok()) << frame << ": " << decoded.error().message;
+    EXPECT_EQ(samplesOf(decoded.value()), pixels) << frame;
+}
+
+void expectAllFrames(const DicomBuilder& builder) {
+    for (const auto& order : {std::vector{0, 1, 2, 3, 4}, {4, 0, 3, 1, 2}, {3, 4, 0}, {2, 2, 1, 4}}) {
+        const auto file = opened(builder);
+        ASSERT_EQ(file->frameCount(), frames);
+        for (const int frame : order) expectFrame(*file, frame, pixelsOfFrame(frame, pixelCount));
     }
 }
 
 TEST(EncapsulatedFrames, AreFoundInAnyOrderWhateverTellsThem) {
-    for (const auto table : {OffsetTable::Empty, OffsetTable::Filled, OffsetTable::Extended}) {
+    for (const auto table : tables) {
         for (const int fragments : {1, 2, 5}) {
-            const auto builder = rleRun(rows, columns, frames, table, fragments);
-            for (const auto& order :
-                 {std::vector{0, 1, 2, 3, 4}, std::vector{4, 0, 3, 1, 2}, std::vector{2, 2, 1, 4}}) {
-                SCOPED_TRACE(std::to_string(static_cast<int>(table)) + " " + std::to_string(fragments));
-                expectAllFrames(builder, order);
-            }
+            SCOPED_TRACE(std::to_string(static_cast<int>(table)) + " " + std::to_string(fragments));
+            expectAllFrames(run(table, frames, fragments));
         }
+        expectFrame(*opened(run(table, 1, 40)), 0, pixelsOfFrame(0, pixelCount));
     }
 }
 
-/// A run of five frames, each of one fragment, with this offset table.
-DicomBuilder runWithTable(const std::vector<std::uint32_t>& offsets) {
-    DicomBuilder builder = rleRun(rows, columns, frames, OffsetTable::Empty);
-    std::vector<Bytes> fragments;
-    for (int frame = 0; frame < frames; ++frame)
-        fragments.push_back(rleFrame(pixelsOfFrame(frame, pixelCount)));
-    builder.encapsulated(fragments, offsets);
-    return builder;
-}
-
-TEST(EncapsulatedFrames, WrongOffsetTablesAreSeenThrough) {
-    const auto step = static_cast<std::uint32_t>(rleFrame(Bytes(pixelCount)).size() + 8);
-    const std::pair<const char*, std::vector<std::uint32_t>> tables[] = {
-        {"right", {0, step, 2 * step, 3 * step, 4 * step}},
-        {"behind the item header", {0, step + 8, 2 * step + 8, 3 * step + 8, 4 * step + 8}},
-        {"from the value's start", {28, 28 + step, 28 + 2 * step, 28 + 3 * step, 28 + 4 * step}},
-        {"without item headers", {0, step - 8, 2 * (step - 8), 3 * (step - 8), 4 * (step - 8)}},
-        {"all zero", {0, 0, 0, 0, 0}},
-        {"one entry", {0}},
-        {"too many entries", {0, step, 2 * step, 3 * step, 4 * step, 5 * step, 6 * step}},
-        {"falling", {4 * step, 3 * step, 2 * step, step, 0}},
-        {"beyond the file", {0, 0x10000000, 0x20000000, 0x30000000, 0x40000000}},
-        {"last beyond the file", {0, step, 2 * step, 3 * step, 0x40000000}},
-    };
-    for (const auto& [name, offsets] : tables) {
-        SCOPED_TRACE(name);
-        expectAllFrames(runWithTable(offsets), {0, 1, 2, 3, 4});
-        expectAllFrames(runWithTable(offsets), {3, 4, 0});
-    }
-}
-
-TEST(EncapsulatedFrames, SingleFrameTakesAllItsFragments) {
-    const Bytes stream = rleFrame(pixelsOfFrame(0, pixelCount));
-    for (const auto table : {OffsetTable::Empty, OffsetTable::Filled}) {
-        DicomBuilder builder = DicomBuilder::image(rows, columns);
-        builder.transferSyntax(rleSyntax).encapsulatedFrames({stream}, table, 40);
-        const auto decoded = opened(builder)->decode(0);
-        ASSERT_TRUE(decoded.ok()) << decoded.error().message;
-        EXPECT_EQ(samplesOf(decoded.value()), pixelsOfFrame(0, pixelCount));
-    }
-}
-
-TEST(EncapsulatedFrames, StrayFragmentsAndMissingEndsAreSurvived) {
+TEST(EncapsulatedFrames, AreFoundInSpiteOfWrongTablesAndStrayFragments) {
     std::vector<Bytes> streams;
     for (int frame = 0; frame < frames; ++frame)
         streams.push_back(rleFrame(pixelsOfFrame(frame, pixelCount)));
-    const std::vector<int> order{0, 4, 2};
-
-    DicomBuilder builder = rleRun(rows, columns, frames, OffsetTable::Empty);
+    const auto step = static_cast<std::uint32_t>(streams[0].size() + 8);
+    DicomBuilder builder = run(OffsetTable::Empty);
+    for (const auto& offsets : std::vector<std::vector<std::uint32_t>>{
+             {0, step, 2 * step, 3 * step, 4 * step},
+             {0, step + 8, 2 * step + 8, 3 * step + 8, 4 * step + 8},
+             {28, 28 + step, 28 + 2 * step, 28 + 3 * step, 28 + 4 * step},
+             {0, step - 8, 2 * (step - 8), 3 * (step - 8), 4 * (step - 8)},
+             {0, 0, 0, 0, 0},
+             {0, step, step, 3 * step, 4 * step},
+             {0},
+             {0, step, 2 * step, 3 * step, 4 * step, 5 * step, 6 * step},
+             {4 * step, 3 * step, 2 * step, step, 0},
+             {0, 0x10000000, 0x20000000, 0x30000000, 0x40000000},
+             {0, step, 2 * step, 3 * step, 0x40000000}}) {
+        SCOPED_TRACE(testing::PrintToString(offsets));
+        builder.encapsulated(streams, offsets);
+        expectAllFrames(builder);
+    }
     builder.encapsulated(streams, {}, FilePart::Absent);
-    expectAllFrames(builder, order);
-
-    auto withEmpty = streams;
+    expectAllFrames(builder);
+    auto odd = streams, withEmpty = streams;
+    odd[1].push_back(std::byte{0});
+    builder.encapsulated(odd, {});
+    expectAllFrames(builder);
     withEmpty.insert(withEmpty.begin() + 2, Bytes());
     withEmpty.emplace_back();
     builder.encapsulated(withEmpty, {});
-    expectAllFrames(builder, order);
-
-    auto odd = streams;
-    odd[1].push_back(std::byte{0});
-    builder.encapsulated(odd, {});
-    expectAllFrames(builder, order);
+    expectAllFrames(builder);
 }
-
-struct Cut {
-    const char* name;
-    OffsetTable table;
-    int countable;  ///< frames that the file's length leaves
-};
 
 TEST(EncapsulatedFrames, CutOffRunShowsTheFramesItHas) {
     const std::size_t frameBytes = rleFrame(Bytes(pixelCount)).size() + 8;
-    for (const Cut& cut : {Cut{"empty", OffsetTable::Empty, frames}, Cut{"filled", OffsetTable::Filled, 2},
-                           Cut{"extended", OffsetTable::Extended, 2}}) {
-        SCOPED_TRACE(cut.name);
-        Bytes bytes = rleRun(rows, columns, frames, cut.table).build();
+    for (const auto table : tables) {
+        Bytes bytes = run(table).build();
         bytes.resize(bytes.size() - 8 - 2 * frameBytes - frameBytes / 2);
         const auto file = opened(bytes);
-        EXPECT_EQ(file->frameCount(), cut.countable);
+        EXPECT_EQ(file->frameCount(), table == OffsetTable::Empty ? frames : 2);
         EXPECT_EQ(file->announcedFrameCount(), frames);
         EXPECT_TRUE(file->decode(1).ok());
         for (const int missing : {2, 3, 4}) {
@@ -132,151 +97,100 @@ TEST(EncapsulatedFrames, CutOffRunShowsTheFramesItHas) {
     }
 }
 
-TEST(EncapsulatedFrames, AnnouncedCountsBeyondTheFileAreBounded) {
-    DicomBuilder builder = rleRun(rows, columns, frames, OffsetTable::Empty);
-    builder.text(tags::NumberOfFrames, "IS", "2000000000");
-    const auto file = opened(builder);
+TEST(EncapsulatedFrames, AreCountedByTheFileWhereTheHeaderCannotTell) {
+    DicomBuilder endless = run(OffsetTable::Empty), unreadable = run(OffsetTable::Filled);
+    endless.text(tags::NumberOfFrames, "IS", "2000000000");
+    const auto file = opened(endless);
     EXPECT_LT(file->frameCount(), 1000);
     EXPECT_TRUE(file->decode(4).ok());
     EXPECT_FALSE(file->decode(5).ok());
 
-    DicomBuilder unreadable = rleRun(rows, columns, frames, OffsetTable::Filled);
     unreadable.text(tags::NumberOfFrames, "IS", "1A");
     EXPECT_EQ(opened(unreadable)->frameCount(), frames);
-}
-
-TEST(EncapsulatedFrames, OfHeadersWithoutACountAreThoseOfTheTable) {
-    DicomBuilder run = rleRun(rows, columns, frames, OffsetTable::Filled);
-    run.remove(tags::NumberOfFrames);
-    EXPECT_EQ(opened(run)->frameCount(), frames);
-    EXPECT_TRUE(opened(run)->decode(frames - 1).ok());
+    unreadable.remove(tags::NumberOfFrames);
+    expectAllFrames(unreadable);
 
     // A single picture with an entry for each of its fragments.
-    const Bytes pixels = pixelsOfFrame(0, rows * columns), stream = rleFrame(pixels);
+    const Bytes pixels = pixelsOfFrame(0, pixelCount), stream = rleFrame(pixels);
     const auto middle = stream.begin() + 70;
-    DicomBuilder single = rleRun(rows, columns, 1, OffsetTable::Empty);
+    DicomBuilder single = run(OffsetTable::Empty, 1);
     single.remove(tags::NumberOfFrames);
     single.encapsulated({{stream.begin(), middle}, {middle, stream.end()}}, {0, 78});
     EXPECT_EQ(opened(single)->frameCount(), 1);
-    EXPECT_EQ(samplesOf(opened(single)->decode(0).value()), pixels);
+    expectFrame(*opened(single), 0, pixels);
 }
 
-/// The frames of pixel data of these fragments, as bytes.
-class Fragments {
-  public:
-    Fragments(const std::vector<Bytes>& fragments, int announced) {
-        DicomBuilder builder = DicomBuilder::image(64, 64, announced);
-        builder.transferSyntax(jpegSyntax).encapsulated(fragments, {});
-        bytes_ = std::make_shared<MemoryByteSource>(builder.build());
-        const auto file = DicomFile::open(bytes_).value();
-        const Element* element = file->header().find(tags::PixelData);
-        const PixelElement pixels{element->tag, element->valueRepresentation, element->offset,
-                                  element->length, true};
-        frames_ = std::make_unique<EncapsulatedFrames>(
-            bytes_, pixels, file->header(),
-            EncapsulatedFrames::Expectation{announced, 4096, Compression::Jpeg});
+TEST(EncapsulatedFrames, AreToldApartByTheirBeginningsOrElseDealtOutEvenly) {
+    const Bytes a = fakeJpeg(100, 1), b = fakeJpeg(200, 2), c = fakeJpeg(60, 3);
+    const Bytes rest(50, std::byte{7}), part(40, std::byte{5}), other(40, std::byte{6});
+    struct Row {
+        std::vector<Bytes> fragments;
+        int frames;
+        std::vector<std::pair<int, Bytes>> asked;
+    };
+    const Row table[] = {
+        {{a, rest, rest, b, c, rest}, 3, {{2, c + rest}, {0, a + rest + rest}, {1, b}}},
+        // The first two begin streams, and only then is seen that not every fragment does.
+        {{a, b, rest, c, rest}, 3, {{0, a}, {2, c + rest}, {1, b + rest}}},
+        {{a, part, other, part}, 2, {{1, other + part}, {0, a + part}}},
+        // Seen only while the second frame, which seemed to begin a stream, is being read.
+        {{a, part, c, other, part, other, part, part, other}, 3, {{1, other + part + other}}},
+        // Streams without any known beginning: one fragment each.
+        {{part, other, part}, 3, {{1, other}}},
+        {{a, b}, 1, {{0, a}}},
+    };
+    for (const Row& row : table) {
+        DicomBuilder builder = DicomBuilder::image(64, 64, row.frames);
+        const auto file = opened(builder.transferSyntax(jpegSyntax).encapsulated(row.fragments, {}));
+        for (const auto& [frame, stream] : row.asked) {
+            const auto read = file->readFrame(frame);
+            ASSERT_TRUE(read.ok());
+            EXPECT_EQ(Bytes(read.value().bytes().begin(), read.value().bytes().end()), stream) << frame;
+        }
     }
-
-    Bytes read(int frame) const {
-        const auto bytes = frames_->read(frame);
-        if (!bytes) return {};
-        return {bytes.value().bytes().begin(), bytes.value().bytes().end()};
-    }
-
-  private:
-    std::shared_ptr<const ByteSource> bytes_;
-    std::unique_ptr<EncapsulatedFrames> frames_;
-};
-
-Bytes operator+(Bytes first, const Bytes& second) {
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
 }
 
-TEST(EncapsulatedFrames, BeginWhereCodeStreamsBeginWhenFragmentsOutnumberThem) {
-    const Bytes a = fakeJpeg(100, 1), b = fakeJpeg(200, 2), c = fakeJpeg(60, 3), rest(50, std::byte{7});
-    const Fragments uneven({a, rest, rest, b, c, rest}, 3);
-    EXPECT_EQ(uneven.read(2), c + rest);
-    EXPECT_EQ(uneven.read(0), a + rest + rest);
-    EXPECT_EQ(uneven.read(1), b);
-    // The first two begin streams, and only then is seen that not every fragment does.
-    const Fragments misleading({a, b, rest, c, rest}, 3);
-    EXPECT_EQ(misleading.read(0), a);
-    EXPECT_EQ(misleading.read(2), c + rest);
-    EXPECT_EQ(misleading.read(1), b + rest);
-}
-
-TEST(EncapsulatedFrames, AreDealtOutEvenlyWhenNothingTellsThemApart) {
-    const Bytes first = fakeJpeg(100, 1), part(40, std::byte{5}), other(40, std::byte{6});
-    const Fragments fragments({first, part, other, part}, 2);
-    EXPECT_EQ(fragments.read(1), other + part);
-    EXPECT_EQ(fragments.read(0), first + part);
-    // Seen only while the second frame, which seemed to begin a stream, is being read.
-    const Fragments late({first, part, fakeJpeg(30, 2), other, part, other, part, part, other}, 3);
-    EXPECT_EQ(late.read(1), other + part + other);
-    // Streams without any known beginning: one fragment each.
-    const Fragments unknown({part, other, part}, 3);
-    EXPECT_EQ(unknown.read(1), other);
-}
-
-TEST(EncapsulatedFrames, ASecondStreamEndsASingleFrame) {
-    const Bytes a = fakeJpeg(100, 1), b = fakeJpeg(200, 2);
-    EXPECT_EQ(Fragments({a, b}, 1).read(0), a);
-}
-
-TEST(EncapsulatedFrames, NotEncapsulatedAtAllIsUnderstood) {
-    Bytes stream(64);
-    stream[0] = std::byte{1};
-    stream[4] = std::byte{64};
+TEST(EncapsulatedFrames, NotEncapsulatedAtAllAreUnderstood) {
     // Six times 128 pixels of the value 9.
-    for (int i = 0; i < 6; ++i) stream.insert(stream.end(), {std::byte{0x81}, std::byte{9}});
-    DicomBuilder bare = DicomBuilder::image(rows, columns);
-    bare.transferSyntax(rleSyntax).pixels(stream, "OB");
-    const auto unwrapped = opened(bare)->decode(0);
-    ASSERT_TRUE(unwrapped.ok()) << unwrapped.error().message;
-    EXPECT_EQ(samplesOf(unwrapped.value()), Bytes(pixelCount, std::byte{9}));
+    Bytes stream = bytesOf({1, 0, 0, 0, 64}) + Bytes(59);
+    for (int i = 0; i < 6; ++i) stream = stream + bytesOf({0x81, 9});
+    DicomBuilder bare = DicomBuilder::image(rows, columns), native = bare,
+                 hidden = run(OffsetTable::Empty, 1);
+    expectFrame(*opened(bare.transferSyntax(rleSyntax).pixels(stream, "OB")), 0,
+                Bytes(pixelCount, std::byte{9}));
 
-    DicomBuilder native = DicomBuilder::image(rows, columns);
-    native.transferSyntax(jpegSyntax).pixels(pixelsOfFrame(0, pixelCount), "OB");
-    const auto frame = opened(native)->decode(0);
-    ASSERT_TRUE(frame.ok()) << frame.error().message;
-    EXPECT_EQ(samplesOf(frame.value()), pixelsOfFrame(0, pixelCount));
-
-    DicomBuilder hidden = rleRun(rows, columns, 1, OffsetTable::Empty);
-    Bytes bytes = hidden.build();
-    const Bytes named = bytesOf(std::string(rleSyntax) + '\0'),
-                plain = bytesOf(std::string("1.2.840.10008.1.2.1"));
-    auto at = std::search(bytes.begin(), bytes.end(), named.begin(), named.end());
-    std::copy(plain.begin(), plain.end(), at);
-    const auto sniffed = opened(bytes)->decode(0);
-    ASSERT_TRUE(sniffed.ok()) << sniffed.error().message;
-    EXPECT_EQ(samplesOf(sniffed.value()), pixelsOfFrame(0, pixelCount));
+    const Bytes pixels = pixelsOfFrame(0, pixelCount);
+    expectFrame(*opened(native.transferSyntax(jpegSyntax).pixels(pixels, "OB")), 0, pixels);
+    // The other way round: a syntax of native pixels is named.
+    expectFrame(*opened(hidden.transferSyntax("1.2.840.10008.1.2.1")), 0, pixels);
 }
 
 TEST(EncapsulatedFrames, AreWholeWhenTheSyntaxOrElseTheHeaderVouchesForIt) {
-    struct Case {
+    struct Row {
         const char *syntax, *loss;  ///< LossyImageCompression
         bool mayBeLossy;
     };
-    const Case cases[] = {
-        {"1.2.840.10008.1.2.4.90", "", false},   {"1.2.840.10008.1.2.4.90", "00", false},
-        {"1.2.840.10008.1.2.4.90", "01", true},  {"1.2.840.10008.1.2.4.91", "", true},
-        {"1.2.840.10008.1.2.4.91", "00", false}, {"1.2.840.10008.1.2.4.91", "01", true},
-        {"1.2.840.10008.1.2.4.201", "", false},  {"1.2.840.10008.1.2.4.202", "", false},
-        {"1.2.840.10008.1.2.4.203", "", true},   {"1.2.3.4 nobody knows", "", true},
-    };
-    for (const Case& c : cases) {
-        DicomBuilder builder = rleRun(rows, columns, 1, OffsetTable::Empty);
-        builder.transferSyntax(c.syntax).text(tags::LossyImageCompression, "CS", c.loss);
-        EXPECT_EQ(opened(builder)->pixelFormat().mayBeLossy, c.mayBeLossy) << c.syntax << " " << c.loss;
+    for (const Row& row : {Row{"1.2.840.10008.1.2.4.90", "", false},
+                           {"1.2.840.10008.1.2.4.90", "00", false},
+                           {"1.2.840.10008.1.2.4.90", "01", true},
+                           {"1.2.840.10008.1.2.4.91", "", true},
+                           {"1.2.840.10008.1.2.4.91", "00", false},
+                           {"1.2.840.10008.1.2.4.91", "01", true},
+                           {"1.2.840.10008.1.2.4.201", "", false},
+                           {"1.2.840.10008.1.2.4.202", "", false},
+                           {"1.2.840.10008.1.2.4.203", "", true},
+                           {"1.2.3.4 nobody knows", "", true}}) {
+        DicomBuilder builder = run(OffsetTable::Empty, 1);
+        builder.transferSyntax(row.syntax).text(tags::LossyImageCompression, "CS", row.loss);
+        EXPECT_EQ(opened(builder)->pixelFormat().mayBeLossy, row.mayBeLossy) << row.syntax << row.loss;
     }
 }
 
 TEST(EncapsulatedFrames, CanBeReadFromSeveralThreads) {
     constexpr int many = 60;
-    for (const auto table : {OffsetTable::Empty, OffsetTable::Filled}) {
-        const auto file = opened(rleRun(rows, columns, many, table, 2));
-        std::vector<std::thread> threads;
+    for (const auto table : tables) {
+        const auto file = opened(run(table, many, 2));
+        std::vector<std::jthread> threads;
         std::atomic<int> right = 0;
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([&file, &right, thread] {
@@ -287,7 +201,7 @@ TEST(EncapsulatedFrames, CanBeReadFromSeveralThreads) {
                 }
             });
         }
-        for (std::thread& thread : threads) thread.join();
+        threads.clear();
         EXPECT_EQ(right, 4 * many);
     }
 }
