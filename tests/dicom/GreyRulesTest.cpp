@@ -5,16 +5,20 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace cinedisc::test {
 namespace {
 
 using namespace dicom;
 
-DicomBuilder greyPicture(int frames = 1) {
-    DicomBuilder builder = DicomBuilder::image(2, 2, frames, 16, 12);
-    builder.gradientPixels();
+DicomBuilder greyPicture(const char* modality = "XA", const char* object = "1.2.840.10008.5.1.4.1.1.12.1") {
+    DicomBuilder builder = DicomBuilder::image(2, 2, 3, 16, 12);
+    builder.gradientPixels().text(tags::Modality, "CS", modality).text(tags::SOPClassUID, "UI", object);
     return builder;
 }
+
+GreyTransform greyOf(const DicomBuilder& builder) { return opened(builder)->greyTransform(0); }
 
 DicomItem lut(std::vector<std::int64_t> descriptor, const std::vector<std::int64_t>& entries,
               const char* kind = "US") {
@@ -24,21 +28,27 @@ DicomItem lut(std::vector<std::int64_t> descriptor, const std::vector<std::int64
 }
 
 TEST(GreyRules, FirstWindowsComeFirstAndImpossibleOnesAreLeftOut) {
-    DicomBuilder builder = greyPicture();
-    builder.text(tags::WindowCenter, "DS", "40\\300\\7\\8").text(tags::WindowWidth, "DS", "400\\0.5\\1500");
-    const auto windows = opened(builder)->greyTransform(0).windows;
-    ASSERT_EQ(windows.size(), 2u);
-    EXPECT_EQ(windows[0].center, 40);
-    EXPECT_EQ(windows[0].width, 400);
-    EXPECT_EQ(windows[1].width, 1500);
-    EXPECT_EQ(windows[0].function, Window::Function::Linear);
-
-    builder.text(tags::VOILUTFunction, "CS", "LINEAR_EXACT");
-    const auto exact = opened(builder)->greyTransform(0).windows;
-    ASSERT_EQ(exact.size(), 3u);
-    EXPECT_EQ(exact[1].function, Window::Function::LinearExact);
-    builder.text(tags::VOILUTFunction, "CS", "SIGMOID");
-    EXPECT_EQ(opened(builder)->greyTransform(0).windows[0].function, Window::Function::Sigmoid);
+    struct Row {
+        const char* name;
+        Window::Function function;
+        std::vector<double> widths;
+    };
+    using Function = Window::Function;
+    for (const Row& row : {Row{"", Function::Linear, {400, 1500}},
+                           {"LINEAR_EXACT", Function::LinearExact, {400, 0.5, 1500}},
+                           {"SIGMOID", Function::Sigmoid, {400, 0.5, 1500}}}) {
+        DicomBuilder builder = greyPicture();
+        builder.text(tags::WindowCenter, "DS", "40\\300\\7\\8")
+            .text(tags::WindowWidth, "DS", "400\\0.5\\1500")
+            .text(tags::VOILUTFunction, "CS", row.name);
+        const auto windows = greyOf(builder).windows;
+        ASSERT_EQ(windows.size(), row.widths.size());
+        EXPECT_EQ(windows[0].center, 40);
+        for (std::size_t i = 0; i < windows.size(); ++i) {
+            EXPECT_EQ(windows[i].width, row.widths[i]);
+            EXPECT_EQ(windows[i].function, row.function);
+        }
+    }
 }
 
 TEST(GreyRules, ModalityStepIsLeftOutForProjectionsOfXRayOnly) {
@@ -51,13 +61,12 @@ TEST(GreyRules, ModalityStepIsLeftOutForProjectionsOfXRayOnly) {
          {Row{"XA", "1.2.840.10008.5.1.4.1.1.12.1", false}, Row{"RF", "1.2.840.10008.5.1.4.1.1.12.2", false},
           Row{"", "1.2.840.10008.5.1.4.1.1.12.1.1", false}, Row{"XA", "1.2.840.10008.5.1.4.1.1.7", false},
           Row{"CT", "1.2.840.10008.5.1.4.1.1.2", true}, Row{"XA", "1.2.840.10008.5.1.4.1.1.13.1.1", true}}) {
-        DicomBuilder builder = greyPicture();
-        builder.text(tags::Modality, "CS", row.modality).text(tags::SOPClassUID, "UI", row.object);
+        DicomBuilder builder = greyPicture(row.modality, row.object);
         builder.text(tags::RescaleSlope, "DS", "2").text(tags::RescaleIntercept, "DS", "-1024");
-        const auto grey = opened(builder)->greyTransform(0);
+        const auto grey = greyOf(builder);
         EXPECT_EQ(grey.rescale.has_value(), row.applied) << row.modality << row.object;
         builder.sequence(tags::ModalityLUTSequence, {lut({4, 0, 16}, {1, 2, 3, 65535})});
-        const auto withLut = opened(builder)->greyTransform(0);
+        const auto withLut = greyOf(builder);
         EXPECT_EQ(withLut.modalityLut.has_value(), row.applied) << row.modality << row.object;
         EXPECT_FALSE(withLut.rescale.has_value());
     }
@@ -102,12 +111,11 @@ TEST(GreyRules, FirstMappedValueIsSignedWhenTheInputIs) {
     };
     for (const Row& row : {Row{"US", 0, "0", 0xFC00}, Row{"US", 1, "0", -1024}, Row{"SS", 0, "0", -1024},
                            Row{"US", 0, "-1024", -1024}}) {
-        DicomBuilder builder = greyPicture();
-        builder.text(tags::Modality, "CS", "CT").text(tags::SOPClassUID, "UI", "1.2.840.10008.5.1.4.1.1.2");
+        DicomBuilder builder = greyPicture("CT", "1.2.840.10008.5.1.4.1.1.2");
         builder.numbers(tags::PixelRepresentation, "US", {row.pixelRepresentation});
         builder.text(tags::RescaleIntercept, "DS", row.intercept);
         builder.sequence(tags::VOILUTSequence, {lut({2, 0xFC00, 12}, {0, 4095}, row.kind)});
-        const auto grey = opened(builder)->greyTransform(0);
+        const auto grey = greyOf(builder);
         ASSERT_EQ(grey.voiLuts.size(), 1u);
         EXPECT_EQ(grey.voiLuts[0].firstMapped, row.first)
             << row.kind << row.pixelRepresentation << row.intercept;
@@ -115,59 +123,45 @@ TEST(GreyRules, FirstMappedValueIsSignedWhenTheInputIs) {
 }
 
 TEST(GreyRules, EnhancedObjectsHaveTheirRulesFrameByFrame) {
-    const auto group = [](const char* center, const char* slope) {
-        DicomItem window, values, frame;
-        window.text(tags::WindowCenter, "DS", center).text(tags::WindowWidth, "DS", "100");
+    const auto group = [](const char* center, const char* slope, std::int64_t last) {
+        DicomItem voi, values, frame;
+        voi.text(tags::WindowCenter, "DS", center).text(tags::WindowWidth, "DS", "100");
+        voi.sequence(tags::VOILUTSequence, {lut({2, 0, 16}, {0, last})});
         values.text(tags::RescaleSlope, "DS", slope).text(tags::RescaleIntercept, "DS", "1");
-        frame.sequence(tags::FrameVOILUTSequence, {window});
+        frame.sequence(tags::FrameVOILUTSequence, {voi});
         if (*slope) frame.sequence(tags::PixelValueTransformationSequence, {values});
         return frame;
     };
-    DicomBuilder builder = greyPicture(3);
-    builder.text(tags::Modality, "CS", "CT").text(tags::SOPClassUID, "UI", "1.2.840.10008.5.1.4.1.1.2.1");
-    builder.sequence(tags::SharedFunctionalGroups, {group("1", "5")});
-    builder.sequence(tags::PerFrameFunctionalGroups, {group("10", "2"), group("20", "")});
+    DicomBuilder builder = greyPicture("CT", "1.2.840.10008.5.1.4.1.1.2.1");
+    builder.sequence(tags::SharedFunctionalGroups, {group("1", "5", 30000)});
+    builder.sequence(tags::PerFrameFunctionalGroups, {group("10", "2", 40000), group("20", "", 50000)});
     const auto file = opened(builder);
-    const std::pair<double, double> expected[] = {{10, 2}, {20, 5}, {1, 5}};
+    const std::array<double, 3> expected[] = {{10, 2, 40000}, {20, 5, 50000}, {1, 5, 30000}};
     for (int frame = 0; frame < 3; ++frame) {
         const auto grey = file->greyTransform(frame);
-        EXPECT_EQ(grey.windows.at(0).center, expected[frame].first);
-        EXPECT_EQ(grey.rescale.value().slope, expected[frame].second);
+        EXPECT_EQ(grey.windows.at(0).center, expected[frame][0]);
+        EXPECT_EQ(grey.rescale.value().slope, expected[frame][1]);
+        EXPECT_EQ(grey.voiLuts.at(0).entries.back(), expected[frame][2]);
     }
-}
-
-TEST(GreyRules, EnhancedObjectsHaveTheirVoiTablesFrameByFrame) {
-    const auto group = [](std::int64_t last) {
-        DicomItem table, voi, frame;
-        table.numbers(tags::LUTDescriptor, "US", {2, 0, 16}).numbers(tags::LUTData, "US", {0, last});
-        voi.sequence(tags::VOILUTSequence, {table});
-        return frame.sequence(tags::FrameVOILUTSequence, {voi});
-    };
-    DicomBuilder builder = greyPicture(2);
-    builder.text(tags::SOPClassUID, "UI", "1.2.840.10008.5.1.4.1.1.12.1.1").text(tags::Modality, "CS", "XA");
-    builder.sequence(tags::PerFrameFunctionalGroups, {group(40000), group(50000)});
-    const auto file = opened(builder);
-    EXPECT_EQ(file->greyTransform(0).voiLuts.at(0).entries.back(), 40000);
-    EXPECT_EQ(file->greyTransform(1).voiLuts.at(0).entries.back(), 50000);
 }
 
 TEST(GreyRules, InversionAndPadding) {
     DicomBuilder builder = greyPicture();
-    EXPECT_FALSE(opened(builder)->greyTransform(0).inverse);
-    EXPECT_FALSE(opened(builder)->greyTransform(0).padding.has_value());
+    EXPECT_FALSE(greyOf(builder).inverse);
+    EXPECT_FALSE(greyOf(builder).padding.has_value());
     builder.text(tags::PresentationLUTShape, "CS", "INVERSE");
-    EXPECT_TRUE(opened(builder)->greyTransform(0).inverse);
+    EXPECT_TRUE(greyOf(builder).inverse);
     builder.text(tags::PresentationLUTShape, "CS", "IDENTITY")
         .text(tags::PhotometricInterpretation, "CS", "MONOCHROME1");
-    EXPECT_TRUE(opened(builder)->greyTransform(0).inverse);
+    EXPECT_TRUE(greyOf(builder).inverse);
 
     using Range = std::pair<std::int64_t, std::int64_t>;
     builder.numbers(tags::PixelPaddingValue, "US", {0xF830});
-    EXPECT_EQ(opened(builder)->greyTransform(0).padding, Range(0xF830, 0xF830));
+    EXPECT_EQ(greyOf(builder).padding, Range(0xF830, 0xF830));
     builder.numbers(tags::PixelRepresentation, "US", {1});
-    EXPECT_EQ(opened(builder)->greyTransform(0).padding, Range(-2000, -2000));
+    EXPECT_EQ(greyOf(builder).padding, Range(-2000, -2000));
     builder.numbers(tags::PixelPaddingRangeLimit, "SS", {-2100});
-    EXPECT_EQ(opened(builder)->greyTransform(0).padding, Range(-2100, -2000));
+    EXPECT_EQ(greyOf(builder).padding, Range(-2100, -2000));
 }
 
 }  // namespace

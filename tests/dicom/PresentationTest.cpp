@@ -15,9 +15,11 @@ constexpr Tag forColour(Tag red, int colour) {
     return {red.group, static_cast<std::uint16_t>(red.element + colour)};
 }
 
+DicomBuilder picture(int frames = 1) { return DicomBuilder::image(4, 4, frames).gradientPixels(); }
+
 DicomBuilder palettePicture() {
-    DicomBuilder builder = DicomBuilder::image(2, 2);
-    builder.gradientPixels().text(tags::PhotometricInterpretation, "CS", "PALETTE COLOR");
+    DicomBuilder builder = picture();
+    builder.text(tags::PhotometricInterpretation, "CS", "PALETTE COLOR");
     return builder;
 }
 
@@ -66,8 +68,7 @@ TEST(Palette, SegmentedTablesReplaceThePlainOnes) {
 }
 
 TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
-    DicomBuilder builder = DicomBuilder::image(2, 2);
-    builder.gradientPixels();
+    DicomBuilder builder = picture();
     builder.text(tags::ShutterShape, "CS", "RECTANGULAR\\CIRCULAR\\POLYGONAL\\BITMAP")
         .text(tags::ShutterLeftVerticalEdge, "IS", "2")
         .text(tags::ShutterRightVerticalEdge, "IS", "99999999999")
@@ -95,19 +96,18 @@ TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
 }
 
 TEST(Shutters, OfEnhancedObjectsStandInTheirGroups) {
-    DicomItem shapes, groups;
-    shapes.text(tags::ShutterShape, "CS", "CIRCULAR").text(tags::CenterOfCircularShutter, "IS", "1\\1");
-    shapes.text(tags::RadiusOfCircularShutter, "IS", "6");
-    groups.sequence(tags::FrameDisplayShutterSequence, {shapes});
-    DicomBuilder builder = DicomBuilder::image(2, 2);
-    builder.gradientPixels().sequence(tags::SharedFunctionalGroups, {groups});
+    const auto group = [](const char* radius) {
+        DicomItem shapes;
+        shapes.text(tags::ShutterShape, "CS", "CIRCULAR")
+            .text(tags::CenterOfCircularShutter, "IS", "1\\1")
+            .text(tags::RadiusOfCircularShutter, "IS", radius);
+        return DicomItem().sequence(tags::FrameDisplayShutterSequence, {shapes});
+    };
+    DicomBuilder builder = picture();
+    builder.sequence(tags::SharedFunctionalGroups, {group("6")});
     EXPECT_EQ(opened(builder)->shutter(0).circle.value().radius, 6);
     EXPECT_FALSE(opened(builder)->hasShuttersByFrame());
-
-    shapes.text(tags::RadiusOfCircularShutter, "IS", "9");
-    DicomItem other;
-    other.sequence(tags::FrameDisplayShutterSequence, {shapes});
-    builder.sequence(tags::PerFrameFunctionalGroups, {other, DicomItem()});
+    builder.sequence(tags::PerFrameFunctionalGroups, {group("9"), DicomItem()});
     const auto file = opened(builder);
     EXPECT_TRUE(file->hasShuttersByFrame());
     EXPECT_EQ(file->shutter(0).circle.value().radius, 9);
@@ -138,14 +138,19 @@ constexpr Tag overlay(std::uint16_t element, int group = 0x6000) {
 DicomItem& withOverlay(DicomItem& item, int rows, int columns, const Bytes& data, int group = 0x6000) {
     item.numbers(overlay(0x0010, group), "US", {rows}).numbers(overlay(0x0011, group), "US", {columns});
     item.text(overlay(0x0040, group), "CS", "G").numbers(overlay(0x0050, group), "SS", {-3, 9});
-    item.numbers(overlay(0x0100, group), "US", {1}).numbers(overlay(0x0102, group), "US", {0});
     if (!data.empty()) item.binary(overlay(0x3000, group), "OW", data);
     return item;
 }
 
+using Bits = std::vector<std::uint8_t>;
+
+Bits bitsOf(const DicomBuilder& builder, int frame) {
+    const auto file = opened(builder);
+    return file->overlayBits(file->overlays().at(0), frame);
+}
+
 TEST(Overlays, AreReadFromSixteenGroups) {
-    DicomBuilder builder = DicomBuilder::image(4, 4);
-    builder.gradientPixels();
+    DicomBuilder builder = picture();
     for (int group = 0x6000; group <= 0x6020; group += 2)
         withOverlay(builder, 3, 3, bytesOf({0b11010101, 1}), group);
     const auto file = opened(builder);
@@ -154,102 +159,75 @@ TEST(Overlays, AreReadFromSixteenGroups) {
     EXPECT_EQ(last.group, 0x601E);
     EXPECT_EQ(last.originRow, -3);
     EXPECT_EQ(last.originColumn, 9);
-    EXPECT_EQ(last.bits, (std::vector<std::uint8_t>{1, 0, 1, 0, 1, 0, 1, 1, 1}));
+    EXPECT_EQ(last.bits, (Bits{1, 0, 1, 0, 1, 0, 1, 1, 1}));
     EXPECT_EQ(file->overlayBits(last, 77), last.bits);
 }
 
 TEST(Overlays, OfSeveralFramesGoWithTheirImageFrames) {
-    DicomBuilder builder = DicomBuilder::image(4, 4, 5);
-    builder.gradientPixels();
+    DicomBuilder builder = picture(5);
     withOverlay(builder, 1, 3, bytesOf({0b00101011, 0}));
     builder.text(overlay(0x0015), "IS", "2").numbers(overlay(0x0051), "US", {3});
-    const auto file = opened(builder);
-    const Overlay& plane = file->overlays().at(0);
-    EXPECT_EQ(plane.frames, 2);
-    EXPECT_TRUE(file->overlayBits(plane, 1).empty());
-    EXPECT_EQ(file->overlayBits(plane, 2), (std::vector<std::uint8_t>{1, 1, 0}));
-    EXPECT_EQ(file->overlayBits(plane, 3), (std::vector<std::uint8_t>{1, 0, 1}));
-    EXPECT_TRUE(file->overlayBits(plane, 4).empty());
+    const Bits expected[] = {{}, {}, {1, 1, 0}, {1, 0, 1}, {}};
+    for (int frame = 0; frame < 5; ++frame) EXPECT_EQ(bitsOf(builder, frame), expected[frame]) << frame;
 }
 
-TEST(Overlays, ThatAreLargeAreReadFrameByFrame) {
-    constexpr int side = 512, planes = 20;
-    Bytes data(side * side / 8 * planes);
-    data[side * side / 8 * 7] = std::byte{0b100};
-    DicomBuilder builder = DicomBuilder::image(side, side, planes);
-    builder.gradientPixels();
-    withOverlay(builder, side, side, data).text(overlay(0x0015), "IS", std::to_string(planes));
-    auto source = std::make_shared<CountingSource>(builder.build());
-    const auto file = DicomFile::open(source).value();
-    const Overlay& plane = file->overlays().at(0);
-    EXPECT_TRUE(plane.bits.empty());
-    source->forget();
-    const auto bits = file->overlayBits(plane, 7);
-    EXPECT_LE(source->bytes(), side * side / 8u + 2);
-    ASSERT_EQ(bits.size(), static_cast<std::size_t>(side * side));
-    EXPECT_EQ(bits[2], 1);
-    EXPECT_EQ(file->overlayBits(plane, 8)[2], 0);
-}
-
-TEST(Overlays, ThatAreLargeAreTheSameInAnyByteOrder) {
+TEST(Overlays, ThatAreLargeAreReadFrameByFrameInAnyByteOrder) {
     // Planes of an odd number of bytes, so that every other one begins within a word.
-    constexpr int rows = 301, columns = 1000, planes = 8;
-    Bytes data((rows * columns / 8 * planes));
-    for (std::size_t i = 0; i < data.size(); ++i) data[i] = static_cast<std::byte>(i * 7 % 251);
-    DicomBuilder builder = DicomBuilder::image(1, 1, planes);
-    builder.gradientPixels();
+    constexpr std::size_t rows = 301, columns = 1000, planes = 8, planeBytes = rows * columns / 8;
+    const Bytes data = pixelsOfFrame(0, planeBytes * planes);
+    DicomBuilder builder = picture(planes);
     withOverlay(builder, rows, columns, data).text(overlay(0x0015), "IS", std::to_string(planes));
-    const auto little = opened(builder);
-    const auto big = opened(builder.transferSyntax("1.2.840.10008.1.2.2"));
-    ASSERT_TRUE(big->overlays().at(0).bits.empty());
-    for (int frame = 0; frame < planes; ++frame) {
-        const auto bits = big->overlayBits(big->overlays().at(0), frame);
-        ASSERT_EQ(bits.size(), static_cast<std::size_t>(rows * columns));
-        EXPECT_EQ(bits, little->overlayBits(little->overlays().at(0), frame)) << frame;
-        const auto firstByte = static_cast<std::size_t>(rows * columns / 8 * frame);
-        EXPECT_EQ(bits[3], std::to_integer<int>(data[firstByte] >> 3 & std::byte{1})) << frame;
+    for (const char* syntax : {"1.2.840.10008.1.2.1", "1.2.840.10008.1.2.2"}) {
+        const auto source = std::make_shared<CountingSource>(builder.transferSyntax(syntax).build());
+        const auto file = DicomFile::open(source).value();
+        const Overlay& plane = file->overlays().at(0);
+        EXPECT_TRUE(plane.bits.empty());
+        for (std::size_t frame = 0; frame < planes; ++frame) {
+            source->forget();
+            const auto bits = file->overlayBits(plane, static_cast<int>(frame));
+            EXPECT_LE(source->bytes(), planeBytes + 2);
+            ASSERT_EQ(bits.size(), rows * columns);
+            std::size_t wrong = 0;
+            for (std::size_t i = 0; i < bits.size(); ++i)
+                wrong +=
+                    bits[i] != std::to_integer<int>(data[frame * planeBytes + i / 8] >> i % 8 & std::byte{1});
+            EXPECT_EQ(wrong, 0u) << syntax << " " << frame;
+        }
     }
 }
 
 TEST(Overlays, InUnusedBitsOfThePixelsAreTakenFromThem) {
+    const auto embedded = [](int bit, int frames = 2) {
+        DicomBuilder builder = DicomBuilder::image(1, 4, frames, 16, 12);
+        withOverlay(builder, 1, 4, {}).numbers(overlay(0x0102), "US", {bit});
+        builder.numbers(tags::HighBit, "US", {12});
+        return builder;
+    };
+    // Pixels in the bits from 1 to 12; those of the first and fourth pixel have bit 13, too.
+    const Bytes cells = bytesOf({3, 0x20, 2, 0, 3, 0x40, 4, 0x60, 0, 0, 0, 0x20, 1, 0, 0, 0x80});
     for (const char* syntax : {"1.2.840.10008.1.2.1", "1.2.840.10008.1.2.2"}) {
-        DicomBuilder builder = DicomBuilder::image(1, 4, 2, 16, 12);
-        builder.transferSyntax(syntax).pixels(
-            bytesOf({1, 0x10, 2, 0, 3, 0x20, 4, 0x30, 0, 0, 0, 0x10, 0, 0, 0, 0}));
-        withOverlay(builder, 1, 4, {});
-        builder.numbers(overlay(0x0100), "US", {16}).numbers(overlay(0x0102), "US", {12});
-        const auto file = opened(builder);
-        const Overlay& plane = file->overlays().at(0);
-        EXPECT_EQ(plane.embeddedBit, 12);
-        EXPECT_EQ(file->overlayBits(plane, 0), (std::vector<std::uint8_t>{1, 0, 0, 1}));
-        EXPECT_EQ(file->overlayBits(plane, 1), (std::vector<std::uint8_t>{0, 1, 0, 0}));
+        const auto bits = [&](int bit, int frame) {
+            return bitsOf(embedded(bit).pixels(cells).transferSyntax(syntax), frame);
+        };
+        EXPECT_EQ(bits(13, 0), (Bits{1, 0, 0, 1}));
+        EXPECT_EQ(bits(13, 1), (Bits{0, 1, 0, 0}));
+        EXPECT_EQ(bits(0, 0), (Bits{1, 0, 1, 0}));
+        EXPECT_EQ(bits(15, 1), (Bits{0, 0, 0, 1}));
     }
     // Compressed cells have them too, here a segment of upper bytes and one of lower ones.
-    DicomBuilder rle = DicomBuilder::image(1, 4, 1, 16, 12);
-    Bytes stream(64);
-    stream[0] = std::byte{2};
-    stream[4] = std::byte{64};
-    stream[8] = std::byte{70};
-    for (const std::byte byte : bytesOf({3, 0x10, 0, 0x20, 0x30, 0x80, 3, 1, 2, 3, 4, 0x80}))
-        stream.push_back(byte);
-    rle.transferSyntax(rleSyntax).encapsulatedFrames({stream}, OffsetTable::Empty);
-    withOverlay(rle, 1, 4, {});
-    rle.numbers(overlay(0x0100), "US", {16}).numbers(overlay(0x0102), "US", {12});
-    const auto compressed = opened(rle);
-    EXPECT_EQ(compressed->overlayBits(compressed->overlays().at(0), 0),
-              (std::vector<std::uint8_t>{1, 0, 0, 1}));
-
-    // A plane without data whose bit belongs to the pixels is only a remnant.
-    DicomBuilder builder = DicomBuilder::image(4, 4, 1, 16, 12);
-    builder.gradientPixels();
-    withOverlay(builder, 4, 4, {});
-    EXPECT_TRUE(opened(builder)->overlays().empty());
+    const Bytes stream = bytesOf({2, 0, 0, 0, 64, 0, 0, 0, 70}) + Bytes(55) +
+                         bytesOf({3, 0x20, 0, 0x40, 0x60, 0x80, 3, 1, 2, 3, 4, 0x80});
+    DicomBuilder rle = embedded(13, 1).transferSyntax(rleSyntax);
+    EXPECT_EQ(bitsOf(rle.encapsulatedFrames({stream}, OffsetTable::Empty), 0), (Bits{1, 0, 0, 1}));
+    // A plane without data whose bit belongs to the pixels, or to none, is only a remnant.
+    for (const int bit : {1, 12, 16, 40}) {
+        EXPECT_TRUE(opened(embedded(bit).pixels(cells))->overlays().empty()) << bit;
+    }
 }
 
 TEST(Overlays, OfImpossibleSizesAreLeftOut) {
     for (const auto& [rows, columns] : {std::pair(0, 4), {65535, 65535}, {40, 40}}) {
-        DicomBuilder builder = DicomBuilder::image(4, 4);
-        builder.gradientPixels();
+        DicomBuilder builder = picture();
         withOverlay(builder, rows, columns, bytesOf({1, 2}));
         EXPECT_TRUE(opened(builder)->overlays().empty()) << rows;
     }
