@@ -80,12 +80,11 @@ TEST(SampleFiles, AreUnderstoodInTheirPeculiarities) {
         {"TestPattern_Palette_16.dcm",
          [](const DicomFile& file) { return std::to_string(file.palette()->red.entries.size()); }, "256"},
     };
-    for (const Fact& fact : facts) {
-        for (const auto& path : samplePaths()) {
-            if (path.filename() != fact.file) continue;
-            EXPECT_EQ(fact.of(*DicomFile::open(path.string()).value()), fact.value) << fact.file;
-        }
-    }
+    for (const auto& path : samplePaths())
+        for (const Fact& fact : facts)
+            if (path.filename() == fact.file) {
+                EXPECT_EQ(fact.of(*DicomFile::open(path.string()).value()), fact.value) << fact.file;
+            }
 }
 
 }  // namespace
