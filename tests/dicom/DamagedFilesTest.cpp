@@ -1,6 +1,7 @@
 #include "dicom/DicomFile.h"
 #include "dicom/MemoryByteSource.h"
 #include "dicom/Tags.h"
+#include "tests/dicom/CountingSource.h"
 #include "tests/dicom/Fixtures.h"
 
 #include <gtest/gtest.h>
@@ -115,29 +116,12 @@ TEST(DamagedFiles, AreShownOrRefusedButNothingElseHappens) {
     }
 }
 
-/// A disc that cannot be read beyond a place.
-class ScratchedSource : public ByteSource {
-  public:
-    ScratchedSource(Bytes bytes, std::uint64_t readable) : memory_(std::move(bytes)), readable_(readable) {}
-    std::uint64_t size() const override { return memory_.size(); }
-    std::size_t readAt(std::uint64_t offset, std::span<std::byte> into) const override {
-        const std::uint64_t room = readable_ - std::min(readable_, offset);
-        return memory_.readAt(
-            offset, into.first(static_cast<std::size_t>(std::min<std::uint64_t>(into.size(), room))));
-    }
-
-  private:
-    MemoryByteSource memory_;
-    std::uint64_t readable_;
-};
-
 TEST(DamagedFiles, OnScratchedDiscsAreNotTakenForCutOffOnes) {
-    DicomBuilder native = DicomBuilder::image(128, 128, 4);
-    native.gradientPixels();
-    for (const Bytes& bytes : {native.build(), rleRun(128, 128, 4, OffsetTable::Filled).build(),
+    for (const Bytes& bytes : {DicomBuilder::image(128, 128, 4).gradientPixels().build(),
+                               rleRun(128, 128, 4, OffsetTable::Filled).build(),
                                rleRun(128, 128, 4, OffsetTable::Empty).build()}) {
         for (const std::uint64_t readable : {0u, 200u, 500u, 12'000u, 20'000u}) {
-            const auto result = DicomFile::open(std::make_shared<ScratchedSource>(bytes, readable));
+            const auto result = DicomFile::open(std::make_shared<CountingSource>(bytes, readable));
             const auto frame = result ? result.value()->decode(1) : Result<Frame>(result.error());
             ASSERT_FALSE(frame.ok()) << readable;
             EXPECT_EQ(frame.error().kind, DecodeError::Kind::CannotRead) << readable << frame.error().message;

@@ -6,15 +6,19 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <tuple>
 
 namespace cinedisc::test {
 namespace {
 
 using namespace dicom;
 
-DicomBuilder greyPicture(const char* modality = "XA", const char* object = "1.2.840.10008.5.1.4.1.1.12.1") {
+/// `object` is the end of its SOP class.
+DicomBuilder greyPicture(const char* modality = "XA", const std::string& object = "12.1") {
     DicomBuilder builder = DicomBuilder::image(2, 2, 3, 16, 12);
-    builder.gradientPixels().text(tags::Modality, "CS", modality).text(tags::SOPClassUID, "UI", object);
+    builder.gradientPixels()
+        .text(tags::Modality, "CS", modality)
+        .text(tags::SOPClassUID, "UI", "1.2.840.10008.5.1.4.1.1." + object);
     return builder;
 }
 
@@ -28,47 +32,36 @@ DicomItem lut(std::vector<std::int64_t> descriptor, const std::vector<std::int64
 }
 
 TEST(GreyRules, FirstWindowsComeFirstAndImpossibleOnesAreLeftOut) {
-    struct Row {
-        const char* name;
-        Window::Function function;
-        std::vector<double> widths;
-    };
     using Function = Window::Function;
-    for (const Row& row : {Row{"", Function::Linear, {400, 1500}},
-                           {"LINEAR_EXACT", Function::LinearExact, {400, 0.5, 1500}},
-                           {"SIGMOID", Function::Sigmoid, {400, 0.5, 1500}}}) {
+    using Windows = std::vector<std::tuple<double, double, Function>>;
+    for (const auto& [name, function] : {std::pair("", Function::Linear),
+                                         {"LINEAR_EXACT", Function::LinearExact},
+                                         {"SIGMOID", Function::Sigmoid}}) {
         DicomBuilder builder = greyPicture();
         builder.text(tags::WindowCenter, "DS", "40\\300\\7\\8")
             .text(tags::WindowWidth, "DS", "400\\0.5\\1500")
-            .text(tags::VOILUTFunction, "CS", row.name);
-        const auto windows = greyOf(builder).windows;
-        ASSERT_EQ(windows.size(), row.widths.size());
-        EXPECT_EQ(windows[0].center, 40);
-        for (std::size_t i = 0; i < windows.size(); ++i) {
-            EXPECT_EQ(windows[i].width, row.widths[i]);
-            EXPECT_EQ(windows[i].function, row.function);
-        }
+            .text(tags::VOILUTFunction, "CS", name);
+        Windows expected{{40, 400, function}, {300, 0.5, function}, {7, 1500, function}}, found;
+        if (function == Function::Linear) expected.erase(expected.begin() + 1);
+        for (const Window& each : greyOf(builder).windows)
+            found.emplace_back(each.center, each.width, each.function);
+        EXPECT_EQ(found, expected) << name;
     }
 }
 
 TEST(GreyRules, ModalityStepIsLeftOutForProjectionsOfXRayOnly) {
-    struct Row {
-        const char* modality;
-        const char* object;
-        bool applied;
-    };
-    for (const Row& row :
-         {Row{"XA", "1.2.840.10008.5.1.4.1.1.12.1", false}, Row{"RF", "1.2.840.10008.5.1.4.1.1.12.2", false},
-          Row{"", "1.2.840.10008.5.1.4.1.1.12.1.1", false}, Row{"XA", "1.2.840.10008.5.1.4.1.1.7", false},
-          Row{"CT", "1.2.840.10008.5.1.4.1.1.2", true}, Row{"XA", "1.2.840.10008.5.1.4.1.1.13.1.1", true}}) {
-        DicomBuilder builder = greyPicture(row.modality, row.object);
+    for (const auto& [modality, object, applied] : {std::tuple("XA", "12.1", false),
+                                                    {"RF", "12.2", false},
+                                                    {"", "12.1.1", false},
+                                                    {"XA", "7", false},
+                                                    {"CT", "2", true},
+                                                    {"XA", "13.1.1", true}}) {
+        DicomBuilder builder = greyPicture(modality, object);
         builder.text(tags::RescaleSlope, "DS", "2").text(tags::RescaleIntercept, "DS", "-1024");
-        const auto grey = greyOf(builder);
-        EXPECT_EQ(grey.rescale.has_value(), row.applied) << row.modality << row.object;
+        EXPECT_EQ(greyOf(builder).rescale.has_value(), applied) << modality << object;
         builder.sequence(tags::ModalityLUTSequence, {lut({4, 0, 16}, {1, 2, 3, 65535})});
-        const auto withLut = greyOf(builder);
-        EXPECT_EQ(withLut.modalityLut.has_value(), row.applied) << row.modality << row.object;
-        EXPECT_FALSE(withLut.rescale.has_value());
+        EXPECT_EQ(greyOf(builder).modalityLut.has_value(), applied) << modality << object;
+        EXPECT_FALSE(greyOf(builder).rescale.has_value());
     }
 }
 
@@ -78,21 +71,18 @@ TEST(GreyRules, LookUpTablesOfManyMakesAreUnderstood) {
         LutDescriptor descriptor;
         Bytes data;
         std::size_t entries;
-        int bits;
-        int last;
+        int bits, last;
     };
-    const Bytes full(2 * 65536, std::byte{0xFF});
-    for (const Row& row : {
-             Row{"bytes packed in words", {4, 0, 8}, bytesOf({1, 2, 3, 250}), 4, 8, 250},
-             Row{"odd number of bytes", {3, 0, 8}, bytesOf({1, 2, 250, 0}), 3, 8, 250},
-             Row{"8 bits in words", {2, 0, 8}, bytesOf({1, 0, 200, 0}), 2, 8, 200},
-             Row{"says 8, has 12", {2, 0, 8}, bytesOf({1, 0, 0xFF, 0x0F}), 2, 12, 4095},
-             Row{"says 16, has 8", {2, 0, 16}, bytesOf({1, 0, 200, 0}), 2, 8, 200},
-             Row{"says 16, has 15", {2, 0, 16}, bytesOf({1, 0, 0, 0x40}), 2, 16, 0x4000},
-             Row{"says 99", {2, 0, 99}, bytesOf({1, 0, 0xFF, 0x3F}), 2, 14, 0x3FFF},
-             Row{"too short", {8, 0, 16}, bytesOf({0, 0xFF, 0xFE, 0xFF}), 2, 16, 0xFFFE},
-             Row{"all 65536", {65536, 0, 16}, full, 65536, 16, 0xFFFF},
-         }) {
+    for (const Row& row :
+         {Row{"bytes packed in words", {4, 0, 8}, bytesOf({1, 2, 3, 250}), 4, 8, 250},
+          {"odd number of bytes", {3, 0, 8}, bytesOf({1, 2, 250, 0}), 3, 8, 250},
+          {"8 bits in words", {2, 0, 8}, bytesOf({1, 0, 200, 0}), 2, 8, 200},
+          {"says 8, has 12", {2, 0, 8}, bytesOf({1, 0, 0xFF, 0x0F}), 2, 12, 4095},
+          {"says 16, has 8", {2, 0, 16}, bytesOf({1, 0, 200, 0}), 2, 8, 200},
+          {"says 16, has 15", {2, 0, 16}, bytesOf({1, 0, 0, 0x40}), 2, 16, 0x4000},
+          {"says 99", {2, 0, 99}, bytesOf({1, 0, 0xFF, 0x3F}), 2, 14, 0x3FFF},
+          {"too short", {8, 0, 16}, bytesOf({0, 0xFF, 0xFE, 0xFF}), 2, 16, 0xFFFE},
+          {"all 65536", {65536, 0, 16}, Bytes(2 * 65536, std::byte{0xFF}), 65536, 16, 0xFFFF}}) {
         const auto table = makeLookupTable(row.descriptor, row.data);
         ASSERT_TRUE(table) << row.name;
         EXPECT_EQ(table->entries.size(), row.entries) << row.name;
@@ -103,22 +93,16 @@ TEST(GreyRules, LookUpTablesOfManyMakesAreUnderstood) {
 }
 
 TEST(GreyRules, FirstMappedValueIsSignedWhenTheInputIs) {
-    struct Row {
-        const char* kind;
-        int pixelRepresentation;
-        const char* intercept;
-        std::int64_t first;
-    };
-    for (const Row& row : {Row{"US", 0, "0", 0xFC00}, Row{"US", 1, "0", -1024}, Row{"SS", 0, "0", -1024},
-                           Row{"US", 0, "-1024", -1024}}) {
-        DicomBuilder builder = greyPicture("CT", "1.2.840.10008.5.1.4.1.1.2");
-        builder.numbers(tags::PixelRepresentation, "US", {row.pixelRepresentation});
-        builder.text(tags::RescaleIntercept, "DS", row.intercept);
-        builder.sequence(tags::VOILUTSequence, {lut({2, 0xFC00, 12}, {0, 4095}, row.kind)});
-        const auto grey = greyOf(builder);
-        ASSERT_EQ(grey.voiLuts.size(), 1u);
-        EXPECT_EQ(grey.voiLuts[0].firstMapped, row.first)
-            << row.kind << row.pixelRepresentation << row.intercept;
+    for (const auto& [kind, pixelRepresentation, intercept, first] : {std::tuple("US", 0, "0", 0xFC00),
+                                                                      {"US", 1, "0", -1024},
+                                                                      {"SS", 0, "0", -1024},
+                                                                      {"US", 0, "-1024", -1024}}) {
+        DicomBuilder builder = greyPicture("CT", "2");
+        builder.numbers(tags::PixelRepresentation, "US", {pixelRepresentation})
+            .text(tags::RescaleIntercept, "DS", intercept)
+            .sequence(tags::VOILUTSequence, {lut({2, 0xFC00, 12}, {0, 4095}, kind)});
+        EXPECT_EQ(greyOf(builder).voiLuts.at(0).firstMapped, first)
+            << kind << pixelRepresentation << intercept;
     }
 }
 
@@ -132,7 +116,7 @@ TEST(GreyRules, EnhancedObjectsHaveTheirRulesFrameByFrame) {
         if (*slope) frame.sequence(tags::PixelValueTransformationSequence, {values});
         return frame;
     };
-    DicomBuilder builder = greyPicture("CT", "1.2.840.10008.5.1.4.1.1.2.1");
+    DicomBuilder builder = greyPicture("CT", "2.1");
     builder.sequence(tags::SharedFunctionalGroups, {group("1", "5", 30000)});
     builder.sequence(tags::PerFrameFunctionalGroups, {group("10", "2", 40000), group("20", "", 50000)});
     const auto file = opened(builder);
