@@ -12,7 +12,7 @@ namespace {
 
 using namespace dicom;
 
-constexpr Tag privateTag{0x0009, 0x1001};
+constexpr Tag anyTag{0x0009, 0x1001};
 
 struct Parsed {
     Parsed(const Bytes& bytes, dicom::Encoding encoding) {
@@ -132,20 +132,19 @@ TEST(DataSetParsing, BoundsNesting) {
     for (const LengthForm form : {LengthForm::Undefined, LengthForm::Explicit}) {
         for (const int depth : {64, 65}) {
             DicomItem chain;
-            for (int level = 0; level < depth; ++level)
-                chain = DicomItem().sequence(privateTag, {chain}, form);
+            for (int level = 0; level < depth; ++level) chain = DicomItem().sequence(anyTag, {chain}, form);
             const Parsed parsed(encoded(chain, Encoding::ImplicitLittle), implicitLittle);
             EXPECT_EQ(parsed.error.has_value(), depth == 65 && form == LengthForm::Undefined);
             int levels = 0;
-            for (const DataSet* at = &parsed.data; !at->items(privateTag).empty(); ++levels)
-                at = &at->items(privateTag).front();
+            for (const DataSet* at = &parsed.data; !at->items(anyTag).empty(); ++levels)
+                at = &at->items(anyTag).front();
             EXPECT_EQ(levels, 64);
         }
     }
 }
 
 TEST(DataSetParsing, BoundsTheBytesHeld) {
-    const std::pair<Tag, std::size_t> limits[] = {{privateTag, 64 << 10},
+    const std::pair<Tag, std::size_t> limits[] = {{anyTag, 64 << 10},
                                                   {tags::LUTData, 256 << 10},
                                                   {tags::RedPaletteData, 256 << 10},
                                                   {{0x0028, 0x1223}, 256 << 10},

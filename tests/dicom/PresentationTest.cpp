@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace cinedisc::test {
 namespace {
 
@@ -15,10 +17,10 @@ constexpr Tag forColour(Tag red, int colour) {
     return {red.group, static_cast<std::uint16_t>(red.element + colour)};
 }
 
-DicomBuilder picture(int frames = 1) { return DicomBuilder::image(4, 4, frames).gradientPixels(); }
+DicomBuilder greyRun(int frames = 1) { return DicomBuilder::image(4, 4, frames).gradientPixels(); }
 
 DicomBuilder palettePicture() {
-    DicomBuilder builder = picture();
+    DicomBuilder builder = greyRun();
     builder.text(tags::PhotometricInterpretation, "CS", "PALETTE COLOR");
     return builder;
 }
@@ -68,7 +70,7 @@ TEST(Palette, SegmentedTablesReplaceThePlainOnes) {
 }
 
 TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
-    DicomBuilder builder = picture();
+    DicomBuilder builder = greyRun();
     builder.text(tags::ShutterShape, "CS", "RECTANGULAR\\CIRCULAR\\POLYGONAL\\BITMAP")
         .text(tags::ShutterLeftVerticalEdge, "IS", "2")
         .text(tags::ShutterRightVerticalEdge, "IS", "99999999999")
@@ -81,11 +83,10 @@ TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
         .numbers(tags::ShutterPresentationValue, "US", {300});
     const Shutter shutter = opened(builder)->shutter(0);
     ASSERT_TRUE(shutter.rectangle && shutter.circle);
-    EXPECT_EQ(shutter.rectangle->left, 2);
-    EXPECT_EQ(shutter.rectangle->right, 1'000'000);
-    EXPECT_EQ(shutter.rectangle->upper, -5);
-    EXPECT_EQ(shutter.circle->row, 3);
-    EXPECT_EQ(shutter.circle->column, 4);
+    const auto& [left, right, upper, lower] = *shutter.rectangle;
+    EXPECT_EQ((std::array{left, right, upper, lower}), (std::array{2, 1'000'000, -5, 7}));
+    const auto& [row, column, radius] = *shutter.circle;
+    EXPECT_EQ((std::array{row, column, radius}), (std::array{3, 4, 10}));
     EXPECT_EQ(shutter.polygon, (std::vector<std::pair<int, int>>{{1, 1}, {1, 9}, {9, 9}}));
     EXPECT_EQ(shutter.bitmapGroup, 0x6002);
     EXPECT_EQ(shutter.presentationValue, 300);
@@ -103,7 +104,7 @@ TEST(Shutters, OfEnhancedObjectsStandInTheirGroups) {
             .text(tags::RadiusOfCircularShutter, "IS", radius);
         return DicomItem().sequence(tags::FrameDisplayShutterSequence, {shapes});
     };
-    DicomBuilder builder = picture();
+    DicomBuilder builder = greyRun();
     builder.sequence(tags::SharedFunctionalGroups, {group("6")});
     EXPECT_EQ(opened(builder)->shutter(0).circle.value().radius, 6);
     EXPECT_FALSE(opened(builder)->hasShuttersByFrame());
@@ -150,7 +151,7 @@ Bits bitsOf(const DicomBuilder& builder, int frame) {
 }
 
 TEST(Overlays, AreReadFromSixteenGroups) {
-    DicomBuilder builder = picture();
+    DicomBuilder builder = greyRun();
     for (int group = 0x6000; group <= 0x6020; group += 2)
         withOverlay(builder, 3, 3, bytesOf({0b11010101, 1}), group);
     const auto file = opened(builder);
@@ -164,7 +165,7 @@ TEST(Overlays, AreReadFromSixteenGroups) {
 }
 
 TEST(Overlays, OfSeveralFramesGoWithTheirImageFrames) {
-    DicomBuilder builder = picture(5);
+    DicomBuilder builder = greyRun(5);
     withOverlay(builder, 1, 3, bytesOf({0b00101011, 0}));
     builder.text(overlay(0x0015), "IS", "2").numbers(overlay(0x0051), "US", {3});
     const Bits expected[] = {{}, {}, {1, 1, 0}, {1, 0, 1}, {}};
@@ -175,7 +176,7 @@ TEST(Overlays, ThatAreLargeAreReadFrameByFrameInAnyByteOrder) {
     // Planes of an odd number of bytes, so that every other one begins within a word.
     constexpr std::size_t rows = 301, columns = 1000, planes = 8, planeBytes = rows * columns / 8;
     const Bytes data = pixelsOfFrame(0, planeBytes * planes);
-    DicomBuilder builder = picture(planes);
+    DicomBuilder builder = greyRun(planes);
     withOverlay(builder, rows, columns, data).text(overlay(0x0015), "IS", std::to_string(planes));
     for (const char* syntax : {"1.2.840.10008.1.2.1", "1.2.840.10008.1.2.2"}) {
         const auto source = std::make_shared<CountingSource>(builder.transferSyntax(syntax).build());
@@ -227,7 +228,7 @@ TEST(Overlays, InUnusedBitsOfThePixelsAreTakenFromThem) {
 
 TEST(Overlays, OfImpossibleSizesAreLeftOut) {
     for (const auto& [rows, columns] : {std::pair(0, 4), {65535, 65535}, {40, 40}}) {
-        DicomBuilder builder = picture();
+        DicomBuilder builder = greyRun();
         withOverlay(builder, rows, columns, bytesOf({1, 2}));
         EXPECT_TRUE(opened(builder)->overlays().empty()) << rows;
     }

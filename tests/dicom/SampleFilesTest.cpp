@@ -28,7 +28,7 @@ const std::map<std::string, std::string> known{
     {"badVR.dcm", ", 15"},
 };
 
-std::string told(const Result<std::shared_ptr<const DicomFile>>& file) {
+std::string summary(const Result<std::shared_ptr<const DicomFile>>& file) {
     if (!file) return file.error().message;
     if (const auto& error = file.value()->pictureError()) return error->message;
     return file.value()->text({0x0010, 0x0010}) + ", " + std::to_string(file.value()->frameCount());
@@ -40,7 +40,7 @@ TEST(SampleFiles, ShowTheirFirstAndLastFrameOrSayWhyNot) {
         const auto file = DicomFile::open(path.string());
         const auto expected = known.find(path.filename().string());
         if (expected != known.end()) {
-            EXPECT_TRUE(told(file).ends_with(expected->second)) << told(file);
+            EXPECT_TRUE(summary(file).ends_with(expected->second)) << summary(file);
         }
         if (expected != known.end() && (!file || file.value()->frameCount() == 0)) continue;
         ASSERT_TRUE(file.ok()) << file.error().message;
