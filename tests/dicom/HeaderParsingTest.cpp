@@ -108,6 +108,10 @@ TEST(HeaderParsing, ElementsThatAreWrongCostOnlyThemselves) {
     const Bytes content = bytesOf("1.2") + bytesOf({0, 0x10});
     expectPicture(replaced(odd.build(), uid + bytesOf({4, 0}) + content, uid + bytesOf({255, 0}) + content));
 
+    // An item that is longer than its sequence.
+    const Bytes start = numberBytes(0xE000FFFE, 4);
+    expectPicture(replaced(odd.build(), start + numberBytes(12, 4), start + numberBytes(4000, 4)));
+
     const Bytes stray = withInserted(numberBytes(0x00810008, 4) + numberBytes(6, 4) + bytesOf("Street"));
     expectPicture(stray);
     EXPECT_EQ(opened(stray)->header().string({0x0008, 0x0081}), "Street");
