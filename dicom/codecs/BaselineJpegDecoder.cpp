@@ -106,8 +106,7 @@ Outcome run(Session& session, std::span<std::uint8_t> pixels, ColourSpace colour
             rows[count] = pixels.data() + (library.output_scanline + count) * rowSize;
         jpeg_read_scanlines(&library, rows, count);
     }
-    if (session.damaged ||
-        (session.ranOut && library.buffered_image == FALSE && library.input_scan_number > 1))
+    if (session.damaged || (session.ranOut && jpeg_has_multiple_scans(&library)))
         return session.ranOut ? Outcome::CutOff : Outcome::Broken;
     return Outcome::Good;
 }
