@@ -29,7 +29,8 @@ unsigned restored(int difference, unsigned left, int above, int diagonal) {
     }
 }
 
-/// Arithmetic is modulo 65536. Samples of less than 16 bit never get there, and need not wait for it.
+/// Arithmetic is modulo 65536. Samples of less than 15 bits never get there, and need not wait for it; the
+/// sixth predictor of those of 15 lies up to 49150 from a sample.
 enum class Arithmetic { Modulo, Plain };
 
 /// The neighbours are kept in variables: reading back what was just written is what takes longest.
@@ -85,7 +86,7 @@ void LosslessPrediction::restore(const std::uint16_t* differences, const Sample*
     const Sample* const neighbours = above ? above : row;  // the first predictor does not look at them
     if (step != 1)
         restoreRow<3, Arithmetic::Modulo>(used, differences, neighbours, row, count);
-    else if (precision == 16)
+    else if (precision >= 15)
         restoreRow<1, Arithmetic::Modulo>(used, differences, neighbours, row, count);
     else
         restoreRow<1, Arithmetic::Plain>(used, differences, neighbours, row, count);

@@ -49,7 +49,7 @@ std::optional<DecodeError> LosslessScan::decode(const EntropyData& data, Sample*
     const bool oneByOne = prediction.step == 1;
     const bool fromLeft = oneByOne && prediction.predictor == 1;
     const bool fromPlane = oneByOne && prediction.predictor == 4;
-    const bool fromAbove = oneByOne && prediction.predictor == 6 && prediction.precision < 16;
+    const bool fromAbove = oneByOne && prediction.predictor == 6 && prediction.precision < 15;
     std::vector<std::uint16_t> differences(fromLeft || fromPlane ? 0 : rowLength);
     std::size_t row = 0;
     for (std::size_t index = 0; row < rows; ++index) {
