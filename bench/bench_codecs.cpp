@@ -1,8 +1,7 @@
 #include "bench/Angiogram.h"
 #include "bench/DcmtkFrame.h"
 #include "dicom/codecs/FrameDecoder.h"
-#include "tests/codecs/DcmtkJpeg.h"
-#include "tests/codecs/RleEncoder.h"
+#include "tests/codecs/Encoders.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -35,7 +34,7 @@ struct Case {
     }
     std::vector<std::uint8_t> stream() const {
         const auto picture = bench::angiogram(size, bits, noise);
-        const test::JpegSource source{size, size, 1, bits, picture};
+        const test::Raster source{size, size, 1, bits, {picture.begin(), picture.end()}};
         switch (syntax) {
             case Syntax::Lossless:
                 return test::dcmtkLossless(source, predictor);
@@ -44,8 +43,7 @@ struct Case {
             default:
                 break;
         }
-        const std::vector<std::uint32_t> samples(picture.begin(), picture.end());
-        return test::rleEncoded(test::bytePlanes(samples, 1, bits > 8 ? 2 : 1), size);
+        return test::rleEncoded(source);
     }
 };
 

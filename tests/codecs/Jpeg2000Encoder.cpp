@@ -3,66 +3,56 @@
 #include <openjpeg.h>
 
 #include <algorithm>
-#include <cstring>
+#include <sstream>
 #include <stdexcept>
 
 namespace cinedisc::test {
 namespace {
 
-struct Memory {
-    std::vector<std::uint8_t> bytes;
-    std::size_t position = 0;
-};
+std::ostringstream& sink(void* data) { return *static_cast<std::ostringstream*>(data); }
 
 OPJ_SIZE_T write(void* from, OPJ_SIZE_T count, void* data) {
-    auto& memory = *static_cast<Memory*>(data);
-    if (memory.bytes.size() < memory.position + count) memory.bytes.resize(memory.position + count);
-    std::memcpy(memory.bytes.data() + memory.position, from, count);
-    memory.position += count;
+    sink(data).write(static_cast<const char*>(from), static_cast<std::streamsize>(count));
     return count;
 }
 
 OPJ_OFF_T skip(OPJ_OFF_T count, void* data) {
-    static_cast<Memory*>(data)->position += static_cast<std::size_t>(count);
+    sink(data) << std::string(static_cast<std::size_t>(count), 0);
     return count;
 }
 
 OPJ_BOOL seek(OPJ_OFF_T position, void* data) {
-    static_cast<Memory*>(data)->position = static_cast<std::size_t>(position);
+    sink(data).seekp(position);
     return OPJ_TRUE;
+}
+
+opj_image_t* imageOf(const Raster& raster, bool subsampled) {
+    const auto rows = static_cast<OPJ_UINT32>(raster.rows), columns = static_cast<OPJ_UINT32>(raster.columns);
+    const auto count = static_cast<OPJ_UINT32>(raster.components);
+    const auto bits = static_cast<OPJ_UINT32>(raster.bits);
+    opj_image_cmptparm_t parts[3]{};
+    for (OPJ_UINT32 c = 0; c < count; ++c) {
+        const OPJ_UINT32 step = subsampled && c > 0 ? 2 : 1;
+        const OPJ_UINT32 across = (columns + step - 1) / step, down = (rows + step - 1) / step;
+        parts[c] = {step, step, across, down, 0, 0, bits, bits, raster.isSigned ? 1u : 0u};
+    }
+    opj_image_t* image = opj_image_create(count, parts, count == 3 ? OPJ_CLRSPC_SRGB : OPJ_CLRSPC_GRAY);
+    image->x1 = columns;
+    image->y1 = rows;
+    for (OPJ_UINT32 c = 0; c < count; ++c) {
+        const opj_image_comp_t& part = image->comps[c];
+        for (OPJ_UINT32 i = 0; i < part.w * part.h; ++i) {
+            const OPJ_UINT32 row = i / part.w * part.dy, column = i % part.w * part.dx;
+            part.data[i] = raster.samples[(row * columns + column) * count + c];
+        }
+    }
+    return image;
 }
 
 }  // namespace
 
-std::vector<std::uint8_t> jpeg2000Encoded(std::span<const std::int32_t> samples, int rows, int columns,
-                                          int components, const Jpeg2000Making& making) {
-    opj_image_cmptparm_t parts[3]{};
-    for (int c = 0; c < components; ++c) {
-        const OPJ_UINT32 step = making.subsampled && c > 0 ? 2 : 1;
-        parts[c] = {step,
-                    step,
-                    (static_cast<OPJ_UINT32>(columns) + step - 1) / step,
-                    (static_cast<OPJ_UINT32>(rows) + step - 1) / step,
-                    0,
-                    0,
-                    static_cast<OPJ_UINT32>(making.precision),
-                    static_cast<OPJ_UINT32>(making.precision),
-                    making.isSigned ? 1u : 0u};
-    }
-    opj_image_t* image = opj_image_create(static_cast<OPJ_UINT32>(components), parts,
-                                          components == 3 ? OPJ_CLRSPC_SRGB : OPJ_CLRSPC_GRAY);
-    image->x1 = static_cast<OPJ_UINT32>(columns);
-    image->y1 = static_cast<OPJ_UINT32>(rows);
-    for (int c = 0; c < components; ++c) {
-        const opj_image_comp_t& part = image->comps[c];
-        for (OPJ_UINT32 i = 0; i < part.w * part.h; ++i) {
-            const OPJ_UINT32 row = i / part.w * part.dy, column = i % part.w * part.dx;
-            part.data[i] = samples[(row * static_cast<OPJ_UINT32>(columns) + column) *
-                                       static_cast<OPJ_UINT32>(components) +
-                                   static_cast<OPJ_UINT32>(c)];
-        }
-    }
-
+std::vector<std::uint8_t> jpeg2000Encoded(const Raster& raster, const Jpeg2000Making& making) {
+    opj_image_t* image = imageOf(raster, making.subsampled);
     opj_cparameters_t parameters;
     opj_set_default_encoder_parameters(&parameters);
     parameters.numresolution = making.levels + 1;
@@ -81,13 +71,13 @@ std::vector<std::uint8_t> jpeg2000Encoded(std::span<const std::int32_t> samples,
         parameters.tile_size_on = OPJ_TRUE;
         parameters.cp_tdx = parameters.cp_tdy = making.tileSize;
     }
-    Memory memory;
+    std::ostringstream bytes;
     opj_codec_t* codec = opj_create_compress(making.inFileFormat ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K);
     opj_stream_t* stream = opj_stream_default_create(OPJ_STREAM_WRITE);
     opj_stream_set_write_function(stream, write);
     opj_stream_set_skip_function(stream, skip);
     opj_stream_set_seek_function(stream, seek);
-    opj_stream_set_user_data(stream, &memory, nullptr);
+    opj_stream_set_user_data(stream, &bytes, nullptr);
     const bool good = opj_setup_encoder(codec, &parameters, image) &&
                       opj_start_compress(codec, image, stream) && opj_encode(codec, stream) &&
                       opj_end_compress(codec, stream);
@@ -95,7 +85,8 @@ std::vector<std::uint8_t> jpeg2000Encoded(std::span<const std::int32_t> samples,
     opj_destroy_codec(codec);
     opj_image_destroy(image);
     if (!good) throw std::runtime_error("not encoded");
-    return memory.bytes;
+    const std::string written = bytes.str();
+    return {written.begin(), written.end()};
 }
 
 }  // namespace cinedisc::test

@@ -3,12 +3,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <jpeglib.h>
-#include <stdexcept>
 
 namespace cinedisc::test {
 
-std::vector<std::uint8_t> jpegEncoded(std::span<const std::uint8_t> samples, int rows, int columns,
-                                      int components, const JpegMaking& making) {
+std::vector<std::uint8_t> jpegEncoded(const Raster& raster, const JpegMaking& making) {
     using Marker = JpegMaking::Marker;
     jpeg_compress_struct library{};
     jpeg_error_mgr errors{};
@@ -18,12 +16,12 @@ std::vector<std::uint8_t> jpegEncoded(std::span<const std::uint8_t> samples, int
     unsigned long length = 0;
     jpeg_mem_dest(&library, &bytes, &length);
 
-    library.image_width = static_cast<JDIMENSION>(columns);
-    library.image_height = static_cast<JDIMENSION>(rows);
-    library.input_components = components;
-    library.in_color_space = components == 3 ? JCS_RGB : JCS_GRAYSCALE;
+    library.image_width = static_cast<JDIMENSION>(raster.columns);
+    library.image_height = static_cast<JDIMENSION>(raster.rows);
+    library.input_components = raster.components;
+    library.in_color_space = raster.components == 3 ? JCS_RGB : JCS_GRAYSCALE;
     jpeg_set_defaults(&library);
-    if (components == 3) {
+    if (raster.components == 3) {
         const bool adobe = making.marker == Marker::AdobeRgb || making.marker == Marker::AdobeYcc;
         jpeg_set_colorspace(&library, making.stored == JpegMaking::Stored::Rgb ? JCS_RGB : JCS_YCbCr);
         library.write_JFIF_header = making.marker == Marker::Jfif ? TRUE : FALSE;
@@ -39,8 +37,9 @@ std::vector<std::uint8_t> jpegEncoded(std::span<const std::uint8_t> samples, int
     if (making.progressive) jpeg_simple_progression(&library);
     library.restart_interval = static_cast<unsigned>(making.restartInterval);
     jpeg_start_compress(&library, TRUE);
-    for (int row = 0; row < rows; ++row) {
-        auto* from = const_cast<JSAMPLE*>(samples.data() + row * columns * components);
+    std::vector<JSAMPLE> samples(raster.samples.begin(), raster.samples.end());
+    for (int row = 0; row < raster.rows; ++row) {
+        JSAMPLE* from = samples.data() + row * raster.columns * raster.components;
         jpeg_write_scanlines(&library, &from, 1);
     }
     jpeg_finish_compress(&library);

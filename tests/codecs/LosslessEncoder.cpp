@@ -1,158 +1,112 @@
-#include "tests/codecs/LosslessEncoder.h"
+#include "tests/codecs/Encoders.h"
 
-#include <algorithm>
+#include <cstdlib>
 
 namespace cinedisc::test {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-class BitWriter {
-  public:
-    explicit BitWriter(Bytes& to) : to_(to) {}
+std::uint8_t byte(int value) { return static_cast<std::uint8_t>(value); }
 
-    void put(unsigned value, int bits) {
-        for (int i = bits - 1; i >= 0; --i) {
-            byte_ = byte_ << 1 | (value >> i & 1);
-            if (++filled_ < 8) continue;
-            to_.push_back(static_cast<std::uint8_t>(byte_));
-            if ((byte_ & 0xFF) == 0xFF) to_.push_back(0);
-            filled_ = 0;
+class LosslessWriter {
+  public:
+    LosslessWriter(const Raster& raster, const LosslessMaking& making) : raster_(raster), making_(making) {}
+
+    Bytes write() {
+        const int rows = making_.rowsAnnounced ? raster_.rows : 0, count = raster_.components;
+        Bytes frame{byte(raster_.bits),         byte(rows >> 8),       byte(rows),
+                    byte(raster_.columns >> 8), byte(raster_.columns), byte(count)};
+        for (int c = 0; c < count; ++c) frame.insert(frame.end(), {byte(c), 0x11, 0});
+        putSegment(0xC3, frame);
+        for (int c = 0; c < count; ++c) {
+            Bytes table(17, isSteep(c) ? 1 : 0);
+            table[0] = byte(c);
+            if (isSteep(c)) table[16] = 2;
+            if (!isSteep(c)) table[5] = 17;
+            for (int i = 0; i < 17; ++i) table.push_back(byte(isSteep(c) ? (making_.shortest + i) % 17 : i));
+            putSegment(0xC4, table);
+        }
+        const int interval = making_.restartRows * raster_.columns;
+        if (interval > 0) putSegment(0xDD, {byte(interval >> 8), byte(interval)});
+        const int inScan = making_.interleaved ? count : 1;
+        for (int first = 0; first < count; first += inScan) putScan(first, inScan);
+        stream_.insert(stream_.end(), {0xFF, 0xD9});
+        return stream_;
+    }
+
+  private:
+    bool isSteep(int component) const { return component == 0 && making_.shortest >= 0; }
+
+    void putSegment(int code, const Bytes& payload) {
+        stream_.insert(stream_.end(), {0xFF, byte(code), 0, byte(static_cast<int>(payload.size()) + 2)});
+        stream_.insert(stream_.end(), payload.begin(), payload.end());
+    }
+    void put(int value, int bits) {
+        while (bits-- > 0) {
+            filling_ = filling_ << 1 | (value >> bits & 1);
+            if (filling_ < 0x100) continue;
+            stream_.push_back(byte(filling_));
+            if (filling_ == 0x1FF) stream_.push_back(0);
+            filling_ = 1;
         }
     }
     void fillUp() {
-        while (filled_ != 0) put(1, 1);
+        while (filling_ != 1) put(1, 1);
     }
 
-  private:
-    Bytes& to_;
-    unsigned byte_ = 0;
-    int filled_ = 0;
-};
-
-void putDifference(BitWriter& bits, const LosslessTable& table, int difference) {
-    difference = static_cast<std::int16_t>(difference);
-    int size = 0;
-    while (std::abs(difference) >> size) ++size;
-    unsigned code = 0;
-    std::size_t symbol = 0;
-    for (int length = 1; length <= 16; ++length, code <<= 1) {
-        for (int i = 0; i < table.counts[static_cast<std::size_t>(length - 1)]; ++i, ++code, ++symbol) {
-            if (table.symbols[symbol] != size) continue;
-            bits.put(code, length);
-            if (size < 16)
-                bits.put(static_cast<unsigned>(difference < 0 ? difference - 1 : difference), size);
-            return;
-        }
-    }
-}
-
-void putMarker(Bytes& to, int code, const Bytes& payload) {
-    const std::size_t length = payload.size() + 2;
-    to.insert(to.end(), {0xFF, static_cast<std::uint8_t>(code), static_cast<std::uint8_t>(length >> 8),
-                         static_cast<std::uint8_t>(length)});
-    to.insert(to.end(), payload.begin(), payload.end());
-}
-
-class Encoder {
-  public:
-    Encoder(std::span<const std::uint16_t> samples, int rows, int columns, int components,
-            const LosslessOptions& options)
-        : samples_(samples), rows_(rows), columns_(columns), components_(components), options_(options) {}
-
-    Bytes encode() {
-        Bytes stream{0xFF, 0xD8};
-        const int announced = options_.rowsAnnounced ? rows_ : 0;
-        Bytes frame{byte(options_.precision), byte(announced >> 8), byte(announced),
-                    byte(columns_ >> 8),      byte(columns_),       byte(components_)};
-        for (int c = 0; c < components_; ++c) frame.insert(frame.end(), {byte(c + 1), 0x11, 0});
-        putMarker(stream, 0xC3, frame);
-        for (int c = 0; c < components_; ++c) {
-            Bytes payload{byte(c)};
-            payload.insert(payload.end(), table(c).counts.begin(), table(c).counts.end());
-            payload.insert(payload.end(), table(c).symbols.begin(), table(c).symbols.end());
-            putMarker(stream, 0xC4, payload);
-        }
-        const int inScan = options_.interleaved ? components_ : 1;
-        if (options_.restartRows > 0) {
-            const int interval = options_.restartRows * columns_;
-            putMarker(stream, 0xDD, {byte(interval >> 8), byte(interval)});
-        }
-        for (int first = 0; first < components_; first += inScan) putScan(stream, first, inScan);
-        stream.insert(stream.end(), {0xFF, 0xD9});
-        return stream;
-    }
-
-  private:
-    static std::uint8_t byte(int value) { return static_cast<std::uint8_t>(value); }
-    const LosslessTable& table(int component) const {
-        return options_.tables[std::min(static_cast<std::size_t>(component), options_.tables.size() - 1)];
-    }
     int at(int row, int column, int component) const {
-        return samples_[static_cast<std::size_t>((row * columns_ + column) * components_ + component)] >>
-               options_.pointTransform;
+        const int index = (row * raster_.columns + column) * raster_.components + component;
+        return raster_.samples[static_cast<std::size_t>(index)] >> making_.pointTransform;
     }
-
-    int predicted(int row, int column, int component, int firstRow) const {
-        if (row == firstRow && column == 0) return 1 << (options_.precision - options_.pointTransform - 1);
-        if (row == firstRow) return at(row, column - 1, component);
-        if (column == 0) return at(row - 1, 0, component);
-        const int left = at(row, column - 1, component), above = at(row - 1, column, component);
-        const int diagonal = at(row - 1, column - 1, component);
-        const int all[] = {0,
-                           left,
-                           above,
-                           diagonal,
-                           left + above - diagonal,
-                           left + ((above - diagonal) >> 1),
-                           above + ((left - diagonal) >> 1),
-                           (left + above) >> 1};
-        return all[options_.predictor];
+    int predicted(int row, int column, int c, int firstRow) const {
+        if (row == firstRow && column == 0) return 1 << (raster_.bits - making_.pointTransform - 1);
+        if (row == firstRow) return at(row, column - 1, c);
+        if (column == 0) return at(row - 1, 0, c);
+        const int a = at(row, column - 1, c), b = at(row - 1, column, c), d = at(row - 1, column - 1, c);
+        const int all[] = {0, a, b, d, a + b - d, a + ((b - d) >> 1), b + ((a - d) >> 1), (a + b) >> 1};
+        return all[making_.predictor];
     }
-
-    void putScan(Bytes& stream, int first, int count) const {
+    void putDifference(int component, int difference) {
+        difference = static_cast<std::int16_t>(difference);
+        int size = 0;
+        while (std::abs(difference) >> size) ++size;
+        const int place = (size - making_.shortest + 17) % 17;
+        if (!isSteep(component)) {
+            put(size, 5);
+        } else {
+            put(place < 16 ? (2 << place) - 2 : 0xFFFF, place < 16 ? place + 1 : 16);
+        }
+        if (size < 16) put(difference < 0 ? difference - 1 : difference, size);
+    }
+    void putScan(int first, int count) {
         Bytes header{byte(count)};
-        for (int c = first; c < first + count; ++c) header.insert(header.end(), {byte(c + 1), byte(c << 4)});
-        header.insert(header.end(), {byte(options_.predictor), 0, byte(options_.pointTransform)});
-        putMarker(stream, 0xDA, header);
-        BitWriter bits(stream);
-        int firstRow = 0;
-        for (int row = 0; row < rows_; ++row) {
-            if (options_.restartRows > 0 && row > 0 && row % options_.restartRows == 0) {
-                bits.fillUp();
-                stream.insert(stream.end(), {0xFF, byte(0xD0 + (row / options_.restartRows - 1) % 8)});
+        for (int c = first; c < first + count; ++c) header.insert(header.end(), {byte(c), byte(c << 4)});
+        header.insert(header.end(), {byte(making_.predictor), 0, byte(making_.pointTransform)});
+        putSegment(0xDA, header);
+        for (int row = 0, firstRow = 0; row < raster_.rows; ++row) {
+            if (making_.restartRows > 0 && row > 0 && row % making_.restartRows == 0) {
+                fillUp();
+                stream_.insert(stream_.end(), {0xFF, byte(0xD0 + (row / making_.restartRows - 1) % 8)});
                 firstRow = row;
             }
-            for (int column = 0; column < columns_; ++column)
+            for (int column = 0; column < raster_.columns; ++column)
                 for (int c = first; c < first + count; ++c)
-                    putDifference(bits, table(c), at(row, column, c) - predicted(row, column, c, firstRow));
+                    putDifference(c, at(row, column, c) - predicted(row, column, c, firstRow));
         }
-        bits.fillUp();
+        fillUp();
     }
 
-    std::span<const std::uint16_t> samples_;
-    int rows_, columns_, components_;
-    const LosslessOptions& options_;
+    const Raster& raster_;
+    const LosslessMaking& making_;
+    Bytes stream_{0xFF, 0xD8};
+    int filling_ = 1;  ///< the bits of the next byte behind a one
 };
 
 }  // namespace
 
-LosslessTable flatTable() {
-    LosslessTable table{std::vector<std::uint8_t>(16), {}};
-    table.counts[4] = 17;
-    for (int symbol = 0; symbol <= 16; ++symbol) table.symbols.push_back(static_cast<std::uint8_t>(symbol));
-    return table;
-}
-
-LosslessTable steepTable(std::vector<std::uint8_t> symbols) {
-    LosslessTable table{std::vector<std::uint8_t>(16, 1), std::move(symbols)};
-    table.counts[15] = 2;
-    return table;
-}
-
-std::vector<std::uint8_t> losslessEncoded(std::span<const std::uint16_t> samples, int rows, int columns,
-                                          int components, const LosslessOptions& options) {
-    return Encoder(samples, rows, columns, components, options).encode();
+std::vector<std::uint8_t> losslessEncoded(const Raster& raster, const LosslessMaking& making) {
+    return LosslessWriter(raster, making).write();
 }
 
 }  // namespace cinedisc::test

@@ -8,33 +8,39 @@
 
 namespace cinedisc::test {
 
-std::vector<std::uint16_t> picture(std::size_t count, int bits, Texture texture, unsigned seed) {
+Raster raster(int rows, int columns, int components, int bits, Texture texture, unsigned seed) {
     std::mt19937 engine(seed);
-    const int top = (1 << bits) - 1;
-    std::vector<std::uint16_t> result;
-    int value = top / 2;
-    for (std::size_t i = 0; i < count; ++i) {
-        const int random = static_cast<int>(engine() >> 8);
+    Raster result{rows, columns, components, bits, {}};
+    const auto top = static_cast<std::int64_t>((std::uint64_t{1} << bits) - 1);
+    std::int64_t value = top / 2;
+    while (result.samples.size() < result.size()) {
+        const std::int64_t random = engine();
         if (texture == Texture::Noise) value = random & top;
-        if (texture == Texture::Smooth) value = std::clamp(value + random % 15 - 7, 0, top);
-        result.push_back(static_cast<std::uint16_t>(value));
+        if (texture == Texture::Smooth) value = std::clamp<std::int64_t>(value + random % 15 - 7, 0, top);
+        result.samples.push_back(static_cast<std::int32_t>(value));
     }
     return result;
 }
 
-dicom::PixelFormat greyFormat(int rows, int columns, int bits) {
+dicom::PixelFormat formatOf(const Raster& raster) {
     dicom::PixelFormat format;
-    format.rows = rows;
-    format.columns = columns;
-    format.bitsAllocated = bits > 8 ? 16 : 8;
-    format.bitsStored = bits;
-    format.highBit = bits - 1;
+    format.rows = raster.rows;
+    format.columns = raster.columns;
+    format.samplesPerPixel = raster.components;
+    if (raster.components == 3) format.photometric = dicom::Photometric::Rgb;
+    format.bitsAllocated = raster.bits > 16 ? 32 : raster.bits > 8 ? 16 : 8;
+    format.bitsStored = raster.bits;
+    format.highBit = raster.bits - 1;
+    format.isSigned = raster.isSigned;
     return format;
 }
 
+dicom::PixelFormat greyFormat(int rows, int columns, int bits) {
+    return formatOf({rows, columns, 1, bits, {}});
+}
+
 dicom::PixelFormat colourFormat(int rows, int columns, dicom::Photometric photometric) {
-    dicom::PixelFormat format = greyFormat(rows, columns, 8);
-    format.samplesPerPixel = 3;
+    dicom::PixelFormat format = formatOf({rows, columns, 3, 8, {}});
     format.photometric = photometric;
     return format;
 }
@@ -48,6 +54,16 @@ std::vector<std::int64_t> samplesOf(const dicom::Result<dicom::Frame>& frame) {
     if (!frame) throw std::runtime_error(frame.error().message);
     return std::visit([](const auto& v) { return std::vector<std::int64_t>(v.begin(), v.end()); },
                       frame.value().samples);
+}
+
+std::vector<std::int64_t> shown(const Raster& raster) {
+    std::vector<std::int64_t> result(raster.samples.begin(), raster.samples.end());
+    for (auto& sample : result) {
+        if (!raster.isSigned) sample &= 0xFFFF'FFFF;
+        if (raster.components == 1) continue;
+        sample = raster.bits < 8 ? sample * 255 / ((1 << raster.bits) - 1) : sample >> (raster.bits - 8);
+    }
+    return result;
 }
 
 }  // namespace cinedisc::test

@@ -9,11 +9,24 @@
 
 namespace cinedisc::test {
 
+/// Interleaved samples and what an encoder must know of them.
+struct Raster {
+    int rows = 0, columns = 0;
+    int components = 1;  ///< 1, or 3 for red, green and blue
+    int bits = 8;
+    std::vector<std::int32_t> samples;
+    bool isSigned = false;
+
+    std::size_t size() const { return static_cast<std::size_t>(rows * columns * components); }
+};
+
 /// Pseudo-random samples, the same for the same seed.
 enum class Texture { Noise, Smooth, Flat };
-std::vector<std::uint16_t> picture(std::size_t count, int bits, Texture texture, unsigned seed = 1);
+Raster raster(int rows, int columns, int components, int bits, Texture texture = Texture::Smooth,
+              unsigned seed = 1);
 
-/// A grey format of 8 or 16 bits allocated, whichever holds `bits`, or a colour one.
+/// The format of a raster in cells of the fewest bytes.
+dicom::PixelFormat formatOf(const Raster& raster);
 dicom::PixelFormat greyFormat(int rows, int columns, int bits);
 dicom::PixelFormat colourFormat(int rows, int columns,
                                 dicom::Photometric photometric = dicom::Photometric::Rgb);
@@ -23,11 +36,7 @@ dicom::Result<dicom::Frame> decoded(const std::vector<std::uint8_t>& bytes, cons
                                     dicom::Compression compression);
 /// The samples of a frame; throws with the error's text when there is none, so that a test shows it.
 std::vector<std::int64_t> samplesOf(const dicom::Result<dicom::Frame>& frame);
-
-/// Any whole numbers in the type that samplesOf answers.
-template <typename Numbers>
-std::vector<std::int64_t> wide(const Numbers& numbers) {
-    return {numbers.begin(), numbers.end()};
-}
+/// The samples of a frame that shows a raster: colours have 8 bits.
+std::vector<std::int64_t> shown(const Raster& raster);
 
 }  // namespace cinedisc::test

@@ -1,9 +1,5 @@
 #include "dicom/codecs/FrameDecoder.h"
-#include "tests/codecs/DcmtkJpeg.h"
 #include "tests/codecs/Encoders.h"
-#include "tests/codecs/LosslessEncoder.h"
-#include "tests/codecs/Pictures.h"
-#include "tests/codecs/RleEncoder.h"
 
 #include <gtest/gtest.h>
 
@@ -21,53 +17,36 @@ using Kind = dicom::DecodeError::Kind;
 using Bytes = std::vector<std::uint8_t>;
 
 struct Sample {
-    const char* what;
+    std::string what;
     Bytes bytes;
     dicom::PixelFormat format;
     Compression compression;
+
+    bool isJpeg() const { return compression == Compression::Jpeg; }
 };
 
 /// One stream of every kind.
 const std::vector<Sample>& everyKind() {
     static const std::vector<Sample> all = [] {
-        constexpr int rows = 48, columns = 40;
-        const auto grey8 = picture(rows * columns, 8, Texture::Smooth),
-                   grey12 = picture(rows * columns, 12, Texture::Smooth);
-        const auto colour = picture(rows * columns * 3, 8, Texture::Smooth);
-        const Bytes colourBytes(colour.begin(), colour.end()), greyBytes(grey8.begin(), grey8.end());
-        const std::vector<std::int32_t> ints12(grey12.begin(), grey12.end()),
-            colourInts(colour.begin(), colour.end());
-        const std::vector<std::uint32_t> words12(grey12.begin(), grey12.end());
-        const auto format8 = greyFormat(rows, columns, 8), format12 = greyFormat(rows, columns, 12);
-        const auto formatRgb = colourFormat(rows, columns);
-        LosslessOptions restarts{12, 4, 0, 6};
-        LosslessOptions apart{8, 7, 0, 0, false};
-        JpegMaking progressive;
-        progressive.progressive = true;
+        const Raster grey = raster(48, 40, 1, 8), grey12 = raster(48, 40, 1, 12), rgb = raster(48, 40, 3, 8);
+        const auto format8 = formatOf(grey), format12 = formatOf(grey12), formatRgb = formatOf(rgb);
+        const auto jpeg = Compression::Jpeg, ls = Compression::JpegLs, wavelet = Compression::Jpeg2000;
+        const auto lossy12 = [&](LossyProcess process) { return dcmtkLossy(grey12, process, 90); };
         return std::vector<Sample>{
-            {"RLE", rleEncoded(bytePlanes(words12, 1, 2), columns), format12, Compression::Rle},
-            {"lossless 8 bit", dcmtkLossless({rows, columns, 1, 8, grey8}, 1), format8, Compression::Jpeg},
-            {"lossless 12 bit", losslessEncoded(grey12, rows, columns, 1, restarts), format12,
-             Compression::Jpeg},
-            {"lossless colour", losslessEncoded(colour, rows, columns, 3, apart), formatRgb,
-             Compression::Jpeg},
-            {"baseline", jpegEncoded(greyBytes, rows, columns, 1), format8, Compression::Jpeg},
-            {"progressive", jpegEncoded(colourBytes, rows, columns, 3, progressive), formatRgb,
-             Compression::Jpeg},
-            {"extended", dcmtkLossy({rows, columns, 1, 12, grey12}, LossyProcess::Sequential, 90), format12,
-             Compression::Jpeg},
-            {"12 bit progressive", dcmtkLossy({rows, columns, 1, 12, grey12}, LossyProcess::Progressive, 90),
-             format12, Compression::Jpeg},
-            {"JPEG-LS", jpegLsEncoded(grey12, rows, columns, 1, 12, LsInterleave::None, 0), format12,
-             Compression::JpegLs},
-            {"JPEG-LS colour", jpegLsEncoded(colour, rows, columns, 3, 8, LsInterleave::Line, 2), formatRgb,
-             Compression::JpegLs},
-            {"JPEG 2000", jpeg2000Encoded(ints12, rows, columns, 1, {.precision = 12, .tileSize = 32}),
-             format12, Compression::Jpeg2000},
+            {"RLE", rleEncoded(grey12), format12, Compression::Rle},
+            {"lossless 8 bit", dcmtkLossless(grey, 1), format8, jpeg},
+            {"lossless 12 bit", losslessEncoded(grey12, {4, 0, 6}), format12, jpeg},
+            {"lossless colour", losslessEncoded(rgb, {7, 0, 0, false}), formatRgb, jpeg},
+            {"baseline", jpegEncoded(grey), format8, jpeg},
+            {"progressive", jpegEncoded(rgb, {.progressive = true}), formatRgb, jpeg},
+            {"extended", lossy12(LossyProcess::Sequential), format12, jpeg},
+            {"12 bit progressive", lossy12(LossyProcess::Progressive), format12, jpeg},
+            {"JPEG-LS", jpegLsEncoded(grey12), format12, ls},
+            {"JPEG-LS colour", jpegLsEncoded(rgb, 2, LsInterleave::Line), formatRgb, ls},
+            {"JPEG 2000", jpeg2000Encoded(grey12, {.tileSize = 32}), format12, wavelet},
             {"JPEG 2000 colour",
-             jpeg2000Encoded(colourInts, rows, columns, 3,
-                             {.reversible = false, .transformComponents = true, .inFileFormat = true}),
-             formatRgb, Compression::Jpeg2000},
+             jpeg2000Encoded(rgb, {.reversible = false, .transformComponents = true, .inFileFormat = true}),
+             formatRgb, wavelet},
         };
     }();
     return all;
@@ -83,11 +62,12 @@ TEST(FrameDecoder, BytesDecideWhateverTheTransferSyntaxSays) {
     }
 }
 
+std::ptrdiff_t placeOf(const Bytes& stream, std::uint8_t code) {
+    const std::uint8_t marker[] = {0xFF, code};
+    return std::search(stream.begin(), stream.end(), marker, marker + 2) - stream.begin();
+}
+
 TEST(FrameDecoder, WhatDoesNotTouchThePictureIsOverlooked) {
-    const auto scanHeader = [](const Bytes& stream) {
-        const std::uint8_t marker[] = {0xFF, 0xDA};
-        return std::search(stream.begin(), stream.end(), marker, marker + 2) - stream.begin();
-    };
     struct Case {
         const char* what;
         std::function<void(Bytes&)> change;
@@ -97,9 +77,9 @@ TEST(FrameDecoder, WhatDoesNotTouchThePictureIsOverlooked) {
         {"zeros that fill the data up", [](Bytes& s) { s.insert(s.end() - 2, 40, 0); }},
         {"ones before a marker", [](Bytes& s) { s.insert(s.end() - 2, 5, 0xFF); }},
         {"comments and application data",
-         [&](Bytes& s) {
-             const std::uint8_t segments[] = {0xFF, 0xFE, 0, 5, 0xFF, 0xD9, 7, 0xFF, 0xEA, 0, 2};
-             s.insert(s.begin() + scanHeader(s), std::begin(segments), std::end(segments));
+         [](Bytes& s) {
+             const Bytes segments{0xFF, 0xFE, 0, 5, 0xFF, 0xD9, 7, 0xFF, 0xEA, 0, 2};
+             s.insert(s.begin() + placeOf(s, 0xDA), segments.begin(), segments.end());
          }},
         {"bytes behind the end",
          [](Bytes& s) {
@@ -107,10 +87,9 @@ TEST(FrameDecoder, WhatDoesNotTouchThePictureIsOverlooked) {
          }},
         {"no end marker", [](Bytes& s) { s.resize(s.size() - 2); }, false},
         {"coefficients 0 to 0 in the scan header",
-         [&](Bytes& s) {
-             const auto last =
-                 s.begin() + scanHeader(s) + 6 + 2 * s[static_cast<std::size_t>(scanHeader(s)) + 4];
-             if (*last == 63) *last = 0;
+         [](Bytes& s) {
+             const auto scan = s.begin() + placeOf(s, 0xDA);
+             if (auto& last = scan[6 + 2 * scan[4]]; last == 63) last = 0;
          },
          false},
     };
@@ -118,7 +97,7 @@ TEST(FrameDecoder, WhatDoesNotTouchThePictureIsOverlooked) {
         Bytes stream = sample.bytes;
         if (stream[0] != 0xFF || stream[1] != 0xD8) continue;
         while (stream.back() != 0xD9) stream.pop_back();
-        const bool progressive = std::string(sample.what).find("progressive") != std::string::npos;
+        const bool progressive = sample.what.ends_with("progressive");
         const auto expected = samplesOf(decoded(stream, sample.format, sample.compression));
         for (const Case& c : cases) {
             if (progressive && !c.inProgressive) continue;
@@ -127,6 +106,23 @@ TEST(FrameDecoder, WhatDoesNotTouchThePictureIsOverlooked) {
             c.change(changed);
             EXPECT_EQ(samplesOf(decoded(changed, sample.format, sample.compression)), expected);
         }
+    }
+}
+
+TEST(FrameDecoder, EveryCutAndOtherSizesAreErrors) {
+    for (const Sample& sample : everyKind()) {
+        for (std::size_t length = 0; length + 8 < sample.bytes.size(); length += 7) {
+            const Bytes start(sample.bytes.begin(),
+                              sample.bytes.begin() + static_cast<std::ptrdiff_t>(length));
+            const auto frame = decoded(start, sample.format, sample.compression);
+            ASSERT_FALSE(frame.ok()) << sample.what << " at " << length;
+            if (sample.isJpeg() && length > 2) {
+                ASSERT_EQ(frame.error().kind, Kind::CutOff) << sample.what << " at " << length;
+            }
+        }
+        auto larger = sample.format;
+        ++larger.rows;
+        EXPECT_FALSE(decoded(sample.bytes, larger, sample.compression).ok()) << sample.what;
     }
 }
 
@@ -139,11 +135,10 @@ TEST(FrameDecoder, ThreadsDecodeAtTheSameTime) {
     for (std::size_t t = 0; t < same.size(); ++t)
         threads.emplace_back([&, t] {
             same[t] = true;
-            for (std::size_t i = 0; i < expected.size(); ++i) {
-                const Sample& sample = everyKind()[(i + t * 3) % expected.size()];
+            for (std::size_t i = t * 3; i < t * 3 + expected.size(); ++i) {
+                const Sample& sample = everyKind()[i % expected.size()];
                 const auto frame = decoded(sample.bytes, sample.format, sample.compression);
-                same[t] =
-                    same[t] && frame.ok() && samplesOf(frame) == expected[(i + t * 3) % expected.size()];
+                same[t] = same[t] && frame.ok() && samplesOf(frame) == expected[i % expected.size()];
             }
         });
     for (auto& thread : threads) thread.join();
@@ -151,17 +146,17 @@ TEST(FrameDecoder, ThreadsDecodeAtTheSameTime) {
 }
 
 /// Whatever the bytes are, the answer is a frame of the right size or an error that says something.
-void expectSaneAnswer(const Bytes& bytes, const Sample& sample) {
-    const auto frame = decoded(bytes, sample.format, sample.compression);
+void expectSaneAnswer(const Bytes& bytes, const dicom::PixelFormat& format, Compression compression) {
+    const auto frame = decoded(bytes, format, compression);
     if (!frame) {
         EXPECT_FALSE(frame.error().message.empty());
         return;
     }
     const std::size_t samples = std::visit([](const auto& v) { return v.size(); }, frame.value().samples);
-    EXPECT_EQ(samples, frame.value().pixelCount() * static_cast<std::size_t>(sample.format.samplesPerPixel));
+    EXPECT_EQ(samples, frame.value().pixelCount() * static_cast<std::size_t>(format.samplesPerPixel));
 }
 
-TEST(FrameDecoder, DamagedBytesNeverLeadAstray) {
+TEST(FrameDecoder, DamagedBytesAndOtherHeadersNeverLeadAstray) {
     std::mt19937 engine(99);
     for (const Sample& sample : everyKind()) {
         SCOPED_TRACE(sample.what);
@@ -179,25 +174,20 @@ TEST(FrameDecoder, DamagedBytesNeverLeadAstray) {
             if (round % 7 == 0)
                 bytes.insert(bytes.end(), bytes.begin(),
                              bytes.begin() + static_cast<std::ptrdiff_t>(bytes.size() / 2));
-            expectSaneAnswer(bytes, sample);
+            expectSaneAnswer(bytes, sample.format, sample.compression);
         }
+        for (const int bits : {1, 8, 16, 32})
+            for (const int samplesPerPixel : {1, 3}) {
+                auto other = sample.format;
+                other.bitsAllocated = other.bitsStored = bits;
+                other.highBit = bits - 1;
+                other.samplesPerPixel = samplesPerPixel;
+                expectSaneAnswer(sample.bytes, other, sample.compression);
+            }
     }
 }
 
-TEST(FrameDecoder, HeaderOfAnotherKindOfPictureIsSurvived) {
-    for (const Sample& sample : everyKind())
-        for (const int bits : {1, 8, 16, 32})
-            for (const int samplesPerPixel : {1, 3}) {
-                Sample other = sample;
-                other.format.bitsAllocated = other.format.bitsStored = bits;
-                other.format.highBit = bits - 1;
-                other.format.samplesPerPixel = samplesPerPixel;
-                expectSaneAnswer(sample.bytes, other);
-            }
-}
-
 TEST(FrameDecoder, PrecisionOfTheStreamWinsUnlessItHoldsWholeCells) {
-    const std::vector<std::uint16_t> cells{0xF801, 0x0FFF, 0x07FF, 0x0800};
     struct Case {
         const char* what;
         int precision, stored, high;
@@ -214,16 +204,13 @@ TEST(FrameDecoder, PrecisionOfTheStreamWinsUnlessItHoldsWholeCells) {
         {"less than announced, signed", 12, 16, 15, true, {0x801, 0xFFF, 0x7FF, 0x800}},
     };
     for (const Case& c : cases) {
-        std::vector<std::uint16_t> samples = cells;
-        for (auto& sample : samples) sample = static_cast<std::uint16_t>(sample & ((1 << c.precision) - 1));
-        LosslessOptions options;
-        options.precision = c.precision;
+        Raster cells{2, 2, 1, c.precision, {0xF801, 0x0FFF, 0x07FF, 0x0800}};
+        for (auto& sample : cells.samples) sample &= (1 << c.precision) - 1;
         auto format = greyFormat(2, 2, 16);
         format.bitsStored = c.stored;
         format.highBit = c.high;
         format.isSigned = c.isSigned;
-        EXPECT_EQ(samplesOf(decoded(losslessEncoded(samples, 2, 2, 1, options), format, Compression::Jpeg)),
-                  c.expected)
+        EXPECT_EQ(samplesOf(decoded(losslessEncoded(cells), format, Compression::Jpeg)), c.expected)
             << c.what;
     }
 }
@@ -251,65 +238,52 @@ TEST(FrameDecoder, ValuesThatALossCarriesBeyondTheirRangeBecomeItsEnd) {
         {"below, signed wavelet of unsigned values", Coder::SignedJpeg2000, false, 11, -3, 0, 0},
         {"above, signed wavelet of unsigned values", Coder::SignedJpeg2000, false, 11, 4098, 4095, 255},
     };
-    constexpr int side = 32;
     for (const Case& c : cases)
         for (const int components : {1, 3}) {
-            if (components == 3 && c.expectedInColour < 0) continue;
-            SCOPED_TRACE(c.what);
-            const std::vector<std::int32_t> samples(side * side * static_cast<std::size_t>(components),
-                                                    c.coded);
-            auto format = components == 3 ? colourFormat(side, side) : greyFormat(side, side, 12);
-            format.bitsAllocated = 16;
+            const auto expected = components == 3 ? c.expectedInColour : c.expected;
+            if (components == 3 && expected < 0) continue;
+            Raster cells{32, 32, components, 16, {}, c.coder == Coder::SignedJpeg2000};
+            cells.samples.assign(cells.size(), c.coded);
+            auto format = formatOf(cells);
             format.bitsStored = 12;
             format.highBit = c.high;
             format.isSigned = c.headerSigned;
             format.mayBeLossy = true;
-            const auto frame =
-                c.coder == Coder::LossyJpegLs
-                    ? decoded(jpegLsEncoded(std::vector<std::uint16_t>(samples.begin(), samples.end()), side,
-                                            side, components, 16, LsInterleave::None, 3),
-                              format, Compression::JpegLs)
-                    : decoded(
-                          jpeg2000Encoded(samples, side, side, components,
-                                          {.precision = 16, .isSigned = c.coder == Coder::SignedJpeg2000}),
-                          format, Compression::Jpeg2000);
-            EXPECT_EQ(
-                samplesOf(frame),
-                std::vector<std::int64_t>(samples.size(), components == 3 ? c.expectedInColour : c.expected));
+            const bool isLs = c.coder == Coder::LossyJpegLs;
+            const auto stream = isLs ? jpegLsEncoded(cells, 3) : jpeg2000Encoded(cells);
+            EXPECT_EQ(samplesOf(decoded(stream, format, isLs ? Compression::JpegLs : Compression::Jpeg2000)),
+                      std::vector<std::int64_t>(cells.size(), expected))
+                << c.what;
         }
 }
 
 TEST(FrameDecoder, HandsOutTheBitsBesideTheValues) {
-    constexpr int side = 32;
-    const auto cells = picture(side * side, 16, Texture::Smooth);
-    const auto values = picture(side * side, 12, Texture::Smooth);
-    const std::vector<std::int32_t> wide32(cells.begin(), cells.end());
-    const std::vector<std::uint32_t> wideCells(cells.begin(), cells.end());
-    LosslessOptions whole;
-    whole.precision = 16;
-    auto format = greyFormat(side, side, 12);
+    const Raster cells = raster(32, 32, 1, 16);
+    auto format = greyFormat(32, 32, 12);
     format.isSigned = true;
-    const auto all = [&](const std::vector<std::uint8_t>& stream, Compression compression) {
-        return decodeFrame(std::as_bytes(std::span(stream)), format, compression, false, 0,
-                           dicom::CellBits::All);
+    struct Case {
+        Bytes stream;
+        Compression compression;
+        bool hasAll;
     };
-    Jpeg2000Making making;
-    making.precision = 16;
-    EXPECT_EQ(samplesOf(all(losslessEncoded(cells, side, side, 1, whole), Compression::Jpeg)), wide(cells));
-    EXPECT_EQ(
-        samplesOf(all(jpegLsEncoded(cells, side, side, 1, 16, LsInterleave::None, 0), Compression::JpegLs)),
-        wide(cells));
-    EXPECT_EQ(samplesOf(all(jpeg2000Encoded(wide32, side, side, 1, making), Compression::Jpeg2000)),
-              wide(cells));
-    EXPECT_EQ(samplesOf(all(rleEncoded(bytePlanes(wideCells, 1, 2), side), Compression::Rle)), wide(cells));
-
-    // Lossy streams, and those of another precision, have no such bits.
-    making.reversible = false;
-    EXPECT_FALSE(
-        all(jpegLsEncoded(cells, side, side, 1, 16, LsInterleave::None, 3), Compression::JpegLs).ok());
-    EXPECT_FALSE(all(jpeg2000Encoded(wide32, side, side, 1, making), Compression::Jpeg2000).ok());
-    whole.precision = 12;
-    EXPECT_FALSE(all(losslessEncoded(values, side, side, 1, whole), Compression::Jpeg).ok());
+    const Case cases[] = {
+        {losslessEncoded(cells), Compression::Jpeg, true},
+        {jpegLsEncoded(cells), Compression::JpegLs, true},
+        {jpeg2000Encoded(cells), Compression::Jpeg2000, true},
+        {rleEncoded(cells), Compression::Rle, true},
+        // Lossy streams, and those of another precision, have no such bits.
+        {jpegLsEncoded(cells, 3), Compression::JpegLs, false},
+        {jpeg2000Encoded(cells, {.reversible = false}), Compression::Jpeg2000, false},
+        {losslessEncoded(raster(32, 32, 1, 12)), Compression::Jpeg, false},
+    };
+    for (const Case& c : cases) {
+        const auto frame = decodeFrame(std::as_bytes(std::span(c.stream)), format, c.compression, false, 0,
+                                       dicom::CellBits::All);
+        ASSERT_EQ(frame.ok(), c.hasAll);
+        if (c.hasAll) {
+            EXPECT_EQ(samplesOf(frame), shown(cells));
+        }
+    }
 }
 
 TEST(FrameDecoder, WhatIsNoStreamIsNamed) {
@@ -339,6 +313,41 @@ TEST(FrameDecoder, WhatIsNoStreamIsNamed) {
         ASSERT_FALSE(frame.ok()) << c.what;
         EXPECT_EQ(frame.error().kind, c.kind) << c.what << ": " << frame.error().message;
     }
+}
+
+TEST(FrameDecoder, ContradictionsInALosslessStreamAreErrors) {
+    const Bytes good = losslessEncoded(raster(30, 40, 1, 8), {.restartRows = 10});
+    const auto format = greyFormat(30, 40, 8);
+    ASSERT_TRUE(decoded(good, format, Compression::Jpeg).ok());
+    struct Change {
+        const char* what;
+        std::uint8_t marker;
+        std::ptrdiff_t at;
+        std::uint8_t value;
+    };
+    const Change changes[] = {
+        {"other size than the header's", 0xC3, 6, 31},
+        {"no precision", 0xC3, 4, 1},
+        {"too much precision", 0xC3, 4, 17},
+        {"no components", 0xC3, 9, 0},
+        {"table of another scan", 0xDA, 6, 0x10},
+        {"component that is not there", 0xDA, 5, 9},
+        {"no predictor", 0xDA, 7, 0},
+        {"predictor beyond the last", 0xDA, 7, 8},
+        {"everything shifted away", 0xDA, 9, 8},
+        {"codes that are no prefix codes", 0xC4, 5, 3},
+        {"symbol beyond 16", 0xC4, 22, 17},
+        {"restart within a row", 0xDD, 5, 0x91},
+        {"restart markers out of order", 0xD1, 1, 0xD2},
+    };
+    for (const Change& change : changes) {
+        Bytes bad = good;
+        bad[static_cast<std::size_t>(placeOf(good, change.marker) + change.at)] = change.value;
+        EXPECT_FALSE(decoded(bad, format, Compression::Jpeg).ok()) << change.what;
+    }
+    Bytes halved = losslessEncoded(raster(64, 64, 1, 8, Texture::Noise));
+    halved[8] = 32;  // columns in the frame header: the data belong to more pixels
+    EXPECT_FALSE(decoded(halved, greyFormat(64, 32, 8), Compression::Jpeg).ok());
 }
 
 }  // namespace

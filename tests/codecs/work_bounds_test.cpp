@@ -167,27 +167,16 @@ TEST(Jpeg2000Bounds, PartsAreThoseThatASlowCountFinds) {
 }
 
 TEST(Jpeg2000Bounds, PicturesDecodedInBandsAreTheSame) {
-    struct Case {
-        const char* what;
-        Jpeg2000Making making;
-        int components;
+    const std::pair<Raster, Jpeg2000Making> cases[] = {
+        {raster(600, 40, 1, 12), {.layers = 3}},
+        {raster(600, 40, 3, 8), {.reversible = false, .transformComponents = true}},
+        {raster(600, 40, 3, 8), {.transformComponents = true, .tileSize = 100, .precinct = 64}},
+        {raster(600, 40, 3, 8), {.subsampled = true, .block = 16}},
     };
-    const Case cases[] = {
-        {"one tile", {.precision = 12, .layers = 3}, 1},
-        {"lossy", {.reversible = false, .transformComponents = true}, 3},
-        {"tiles", {.transformComponents = true, .tileSize = 100, .precinct = 64}, 3},
-        {"subsampled", {.subsampled = true, .block = 16}, 3},
-    };
-    constexpr int rows = 600, columns = 40;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        const auto random = picture(static_cast<std::size_t>(rows * columns * c.components),
-                                    c.making.precision, Texture::Smooth);
-        const auto stream = jpeg2000Encoded(std::vector<std::int32_t>(random.begin(), random.end()), rows,
-                                            columns, c.components, c.making);
-        auto format = c.components == 3 ? colourFormat(rows, columns) : greyFormat(rows, columns, 12);
-        const auto whole = dicom::codecs::decodeJpeg2000(stream, format);
-        const auto inBands = dicom::codecs::decodeJpeg2000(stream, format, 1000);
+    for (const auto& [picture, making] : cases) {
+        const auto stream = jpeg2000Encoded(picture, making);
+        const auto whole = dicom::codecs::decodeJpeg2000(stream, formatOf(picture));
+        const auto inBands = dicom::codecs::decodeJpeg2000(stream, formatOf(picture), 1000);
         ASSERT_TRUE(whole.ok() && inBands.ok());
         EXPECT_TRUE(whole.value().cells == inBands.value().cells);
     }

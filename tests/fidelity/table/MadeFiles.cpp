@@ -1,9 +1,7 @@
 #include "tests/fidelity/table/MadeFiles.h"
 
 #include "tests/codecs/BlankStreams.h"
-#include "tests/codecs/DcmtkJpeg.h"
 #include "tests/codecs/Encoders.h"
-#include "tests/codecs/RleEncoder.h"
 
 #include <algorithm>
 
@@ -43,34 +41,19 @@ DicomBuilder grey(int size, int allocated, int stored, bool isSigned = false) {
 }
 
 /// A slope from black to white and back, flat at both ends.
-std::vector<std::int32_t> slope(int lowest, int highest) {
-    std::vector<std::int32_t> samples;
-    for (int y = 0; y < side; ++y)
-        for (int x = 0; x < side; ++x) {
-            const int level =
-                std::clamp((std::min(x, side - x) - 16) * (highest - lowest) / 96, 0, highest - lowest);
-            samples.push_back(lowest + level);
-        }
-    return samples;
-}
-
-template <typename Number>
-std::vector<Number> as(const std::vector<std::int32_t>& samples) {
-    return {samples.begin(), samples.end()};
-}
-
-DicomBuilder native(DicomBuilder file, const std::vector<std::int32_t>& samples) {
-    Bytes cells;
-    for (const std::int32_t sample : samples)
-        for (const int shift : {0, 8}) cells.push_back(static_cast<std::byte>(sample >> shift));
-    file.pixels(std::move(cells));
-    return file;
+test::Raster slope(int bits, bool isSigned = false) {
+    test::Raster raster{side, side, 1, bits, {}, isSigned};
+    const int range = (1 << bits) - 1, lowest = isSigned ? -(1 << (bits - 1)) : 0;
+    for (int i = 0; i < side * side; ++i) {
+        const int x = i % side, level = (std::min(x, side - x) - 16) * range / 96;
+        raster.samples.push_back(lowest + std::clamp(level, 0, range));
+    }
+    return raster;
 }
 
 enum class ScanHeader { AsCoded, NoCoefficients };
 DicomBuilder cosine(int bits, ScanHeader header) {
-    const auto samples = as<std::uint16_t>(slope(0, (1 << bits) - 1));
-    Stream stream = test::dcmtkLossy({side, side, 1, bits, samples}, test::LossyProcess::Sequential, 95);
+    Stream stream = test::dcmtkLossy(slope(bits), test::LossyProcess::Sequential, 95);
     const std::uint8_t scan[] = {0xFF, 0xDA, 0, 8};
     const auto at = std::search(stream.begin(), stream.end(), std::begin(scan), std::end(scan));
     if (header == ScanHeader::NoCoefficients) at[8] = 0;
@@ -78,35 +61,32 @@ DicomBuilder cosine(int bits, ScanHeader header) {
 }
 
 /// Black and white as a loss would leave them: a little beyond the 12 bits stored.
-std::vector<std::int32_t> beyond(bool isSigned) {
-    auto samples = isSigned ? slope(-2048, 2047) : slope(0, 4095);
-    const int highest = *std::max_element(samples.begin(), samples.end());
-    for (auto& sample : samples) {
-        if (sample == highest) sample += 7;
-        if (isSigned && sample == -2048) sample -= 7;
+test::Raster beyond(bool isSigned) {
+    test::Raster raster = slope(12, isSigned);
+    for (auto& sample : raster.samples) {
+        if (sample == (isSigned ? 2047 : 4095)) sample += 7;
+        if (sample == -2048) sample -= 7;
     }
-    return samples;
+    raster.bits = 16;
+    return raster;
 }
 
 MadeFile beyondRange(const std::string& name, const std::string& what, bool isSigned, const char* syntax,
-                     std::function<Stream(const std::vector<std::int32_t>&)> encode) {
+                     std::function<Stream(const test::Raster&)> encode) {
     return {name, what,
             [=] { return encapsulated(grey(side, 16, 12, isSigned), syntax, encode(beyond(isSigned))); },
             [=] {
-                auto samples = beyond(isSigned);
-                for (auto& sample : samples)
-                    sample = std::clamp(sample, isSigned ? -2048 : 0, isSigned ? 2047 : 4095);
-                return native(grey(side, 16, 12, isSigned), samples);
+                DicomBuilder file = grey(side, 16, 12, isSigned);
+                Bytes cells;
+                for (const std::int32_t sample : slope(12, isSigned).samples)
+                    for (const int shift : {0, 8}) cells.push_back(static_cast<std::byte>(sample >> shift));
+                file.pixels(std::move(cells));
+                return file;
             }};
 }
 
-Stream nearLosslessStream(const std::vector<std::int32_t>& samples) {
-    return test::jpegLsEncoded(as<std::uint16_t>(samples), side, side, 1, 16, test::LsInterleave::None, 3);
-}
-
-Stream waveletStream(const std::vector<std::int32_t>& samples, bool isSigned) {
-    return test::jpeg2000Encoded(samples, side, side, 1, {.precision = 16, .isSigned = isSigned});
-}
+Stream nearLosslessStream(const test::Raster& raster) { return test::jpegLsEncoded(raster, 3); }
+Stream waveletStream(const test::Raster& raster) { return test::jpeg2000Encoded(raster); }
 
 Stream singleBits() {
     Stream bits(side * side / 8);
@@ -142,11 +122,11 @@ MadeFile blank(const std::string& name, const std::string& what, const char* syn
 /// Many pixels in few bytes, seen through a round shutter.
 DicomBuilder largeShutter() {
     constexpr int size = 16000;
-    const std::vector<Stream> planes{Stream(std::size_t{size} * size, 200)};
+    const test::Raster flat{size, size, 1, 8, std::vector<std::int32_t>(std::size_t{size} * size, 200)};
     DicomBuilder file = grey(size, 8, 8);
     file.text({0x0018, 0x1600}, "CS", "CIRCULAR");
     file.text({0x0018, 0x1610}, "IS", "8000\\8000").text({0x0018, 0x1612}, "IS", "7900");
-    return encapsulated(file, rle, test::rleEncoded(planes, size));
+    return encapsulated(file, rle, test::rleEncoded(flat));
 }
 
 }  // namespace
@@ -159,17 +139,18 @@ const std::vector<MadeFile>& madeFiles() {
         {"jpeg_8bit_se0.dcm", "8-bit JPEG, Se = 0 in the scan header",
          [] { return cosine(8, ScanHeader::NoCoefficients); }, [] { return cosine(8, ScanHeader::AsCoded); }},
         beyondRange("j2k_beyond_range.dcm", "Reversible wavelet cut down: 12 of 16 bits, whites above 4095",
-                    false, jpeg2000, [](const auto& samples) { return waveletStream(samples, false); }),
+                    false, jpeg2000, waveletStream),
         beyondRange("j2k_beyond_range_signed.dcm", "The same, signed: beyond both ends", true, jpeg2000,
-                    [](const auto& samples) { return waveletStream(samples, true); }),
+                    waveletStream),
         beyondRange("jls_beyond_range.dcm", "JPEG-LS near-lossless by 3: 12 of 16 bits, whites above 4095",
                     false, nearLossless, nearLosslessStream),
         beyondRange("jls_beyond_range_signed.dcm", "The same, signed: beyond both ends", true, nearLossless,
                     nearLosslessStream),
         {"rle_single_bits.dcm", "RLE of one bit a pixel",
          [] {
-             const std::vector<Stream> planes{singleBits()};
-             return encapsulated(grey(side, 1, 1), rle, test::rleEncoded(planes, side / 8));
+             const Stream bits = singleBits();
+             const test::Raster bytes{side, side / 8, 1, 8, {bits.begin(), bits.end()}};
+             return encapsulated(grey(side, 1, 1), rle, test::rleEncoded(bytes));
          },
          [] {
              DicomBuilder file = grey(side, 1, 1);
@@ -179,10 +160,9 @@ const std::vector<MadeFile>& madeFiles() {
         {"j2k_colour_23mp.dcm", "JPEG 2000, colour, 4800 x 4800",
          [] {
              const Stream samples = largeColour();
-             return encapsulated(
-                 colour(), jpeg2000,
-                 test::jpeg2000Encoded(std::vector<std::int32_t>(samples.begin(), samples.end()), largeSide,
-                                       largeSide, 3, {.transformComponents = true}));
+             const test::Raster raster{largeSide, largeSide, 3, 8, {samples.begin(), samples.end()}};
+             return encapsulated(colour(), jpeg2000,
+                                 test::jpeg2000Encoded(raster, {.transformComponents = true}));
          },
          [] {
              DicomBuilder file = colour();

@@ -1,0 +1,161 @@
+#include "tests/codecs/Encoders.h"
+
+#include <dcmtk/config/osconfig.h>
+#include <dcmtk/dcmdata/dcpixseq.h>
+#include <dcmtk/dcmdata/dcpxitem.h>
+#include <dcmtk/dcmdata/dcrleerg.h>
+#include <dcmtk/dcmdata/dctk.h>
+#include <dcmtk/dcmimage/diregist.h>
+#include <dcmtk/dcmjpeg/djcparam.h>
+#include <dcmtk/dcmjpeg/djdijg12.h>
+#include <dcmtk/dcmjpeg/djdijg16.h>
+#include <dcmtk/dcmjpeg/djdijg8.h>
+#include <dcmtk/dcmjpeg/djeijg12.h>
+#include <dcmtk/dcmjpeg/djeijg16.h>
+#include <dcmtk/dcmjpeg/djeijg8.h>
+#include <dcmtk/dcmjpls/djencode.h>
+#include <dcmtk/dcmjpls/djrparam.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+namespace cinedisc::test {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+const DJCodecParameter& parameters() {
+    static const DJCodecParameter shared(ECC_lossyYCbCr, EDC_never, EUC_never, EPC_colorByPixel);
+    return shared;
+}
+
+/// One of the library's three builds, for 8, 12 and 16 bits.
+template <typename Coder, typename For8, typename For12, typename For16, typename... Options>
+std::unique_ptr<Coder> build(int bits, Options... options) {
+    if (bits <= 8) return std::make_unique<For8>(parameters(), options...);
+    if (bits <= 12) return std::make_unique<For12>(parameters(), options...);
+    return std::make_unique<For16>(parameters(), options...);
+}
+
+Bytes encodedBy(const std::unique_ptr<DJEncoder>& encoder, const Raster& raster) {
+    Uint8* bytes = nullptr;
+    Uint32 length = 0;
+    const auto encode = [&](auto samples) {
+        encoder->encode(static_cast<Uint16>(raster.columns), static_cast<Uint16>(raster.rows),
+                        raster.components == 3 ? EPI_RGB : EPI_Monochrome2,
+                        static_cast<Uint16>(raster.components), samples.data(), bytes, length);
+    };
+    if (raster.bits <= 8) encode(std::vector<Uint8>(raster.samples.begin(), raster.samples.end()));
+    if (raster.bits > 8) encode(std::vector<Uint16>(raster.samples.begin(), raster.samples.end()));
+    const std::unique_ptr<Uint8[]> owned(bytes);
+    return {bytes, bytes + length};
+}
+
+/// The cells of a data set that is encoded as a whole.
+Bytes frameIn(E_TransferSyntax syntax, const DcmRepresentationParameter* options, const Raster& raster) {
+    const dicom::PixelFormat format = formatOf(raster);
+    DcmDataset dataset;
+    const auto put = [&](const DcmTagKey& tag, int value) {
+        dataset.putAndInsertUint16(tag, static_cast<Uint16>(value));
+    };
+    put(DCM_SamplesPerPixel, raster.components);
+    dataset.putAndInsertString(DCM_PhotometricInterpretation, raster.components == 3 ? "RGB" : "MONOCHROME2");
+    if (raster.components == 3) put(DCM_PlanarConfiguration, 0);
+    put(DCM_Rows, raster.rows);
+    put(DCM_Columns, raster.columns);
+    put(DCM_BitsAllocated, format.bitsAllocated);
+    put(DCM_BitsStored, raster.bits);
+    put(DCM_HighBit, raster.bits - 1);
+    put(DCM_PixelRepresentation, 0);
+    const auto cell = static_cast<std::size_t>(format.bitsAllocated / 8);
+    std::vector<Uint16> words((raster.size() * cell + 1) / 2);
+    for (std::size_t i = 0; i < raster.size(); ++i)
+        std::memcpy(reinterpret_cast<Uint8*>(words.data()) + i * cell, &raster.samples[i], cell);
+    dataset.putAndInsertUint16Array(DCM_PixelData, words.data(), static_cast<unsigned long>(words.size()));
+
+    DcmElement* element = nullptr;
+    DcmPixelSequence* sequence = nullptr;
+    DcmPixelItem* item = nullptr;
+    Uint8* stream = nullptr;
+    if (dataset.chooseRepresentation(syntax, options).bad() ||
+        dataset.findAndGetElement(DCM_PixelData, element).bad() ||
+        static_cast<DcmPixelData*>(element)->getEncapsulatedRepresentation(syntax, options, sequence).bad() ||
+        sequence->getItem(item, 1).bad() || item->getUint8Array(stream).bad())
+        throw std::runtime_error("not encoded");
+    return {stream, stream + item->getLength()};
+}
+
+/// A stream of three components from one for each: its scans follow each other.
+Bytes inScansApart(const Raster& raster, int nearLossless) {
+    Bytes result;
+    for (std::size_t c = 0; c < 3; ++c) {
+        Raster plane{raster.rows, raster.columns, 1, raster.bits, {}};
+        for (std::size_t i = c; i < raster.size(); i += 3) plane.samples.push_back(raster.samples[i]);
+        Bytes one = jpegLsEncoded(plane, nearLossless);
+        const auto find = [&](std::uint8_t code) {
+            const std::uint8_t marker[] = {0xFF, code};
+            return std::search(one.begin(), one.end(), marker, marker + 2);
+        };
+        if (c == 0) {
+            result = {0xFF, 0xD8, 0xFF, 0xF7, 0, 17};
+            result.insert(result.end(), find(0xF7) + 4, find(0xF7) + 9);
+            result.insert(result.end(), {3, 1, 0x11, 0, 2, 0x11, 0, 3, 0x11, 0});
+        }
+        find(0xDA)[5] = static_cast<std::uint8_t>(c + 1);
+        result.insert(result.end(), find(0xDA), one.end() - (c < 2 ? 2 : 0));
+    }
+    return result;
+}
+
+}  // namespace
+
+Bytes dcmtkLossless(const Raster& raster, int predictor, int pointTransform) {
+    return encodedBy(build<DJEncoder, DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG16Bit>(
+                         raster.bits, EJM_lossless, predictor, pointTransform),
+                     raster);
+}
+
+Bytes dcmtkLossy(const Raster& raster, LossyProcess process, int quality) {
+    const EJ_Mode modes[] = {EJM_baseline, EJM_sequential, EJM_progressive};
+    return encodedBy(build<DJEncoder, DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG12Bit>(
+                         raster.bits, modes[static_cast<int>(process)], static_cast<Uint8>(quality)),
+                     raster);
+}
+
+std::vector<std::int32_t> dcmtkDecoded(std::span<const std::uint8_t> stream, const Raster& likeThis) {
+    const auto decoder = build<DJDecoder, DJDecompressIJG8Bit, DJDecompressIJG12Bit, DJDecompressIJG16Bit>(
+        likeThis.bits, OFFalse);
+    const auto decode = [&](auto samples) -> std::vector<std::int32_t> {
+        if (decoder->init().bad() ||
+            decoder
+                ->decode(const_cast<Uint8*>(stream.data()), static_cast<Uint32>(stream.size()),
+                         reinterpret_cast<Uint8*>(samples.data()),
+                         static_cast<Uint32>(samples.size() * sizeof(samples[0])), OFFalse)
+                .bad())
+            return {};
+        return {samples.begin(), samples.end()};
+    };
+    if (likeThis.bits <= 8) return decode(std::vector<Uint8>(likeThis.size()));
+    return decode(std::vector<Uint16>(likeThis.size()));
+}
+
+Bytes jpegLsEncoded(const Raster& raster, int nearLossless, LsInterleave interleave) {
+    if (raster.components == 3 && interleave == LsInterleave::None) return inScansApart(raster, nearLossless);
+    const auto mode = interleave == LsInterleave::Line ? DJLSCodecParameter::interleaveLine
+                                                       : DJLSCodecParameter::interleaveSample;
+    OFLog::configure(OFLogger::ERROR_LOG_LEVEL);
+    DJLSEncoderRegistration::cleanup();
+    DJLSEncoderRegistration::registerCodecs(0, 0, 0, 0, OFFalse, 0, OFTrue, EJLSUC_never, OFFalse, mode,
+                                            OFFalse);
+    const DJLSRepresentationParameter options(static_cast<Uint16>(nearLossless), nearLossless == 0);
+    return frameIn(nearLossless ? EXS_JPEGLSLossy : EXS_JPEGLSLossless, &options, raster);
+}
+
+Bytes rleEncoded(const Raster& raster) {
+    DcmRLEEncoderRegistration::registerCodecs();
+    return frameIn(EXS_RLELossless, nullptr, raster);
+}
+
+}  // namespace cinedisc::test

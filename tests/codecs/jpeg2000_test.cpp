@@ -1,0 +1,127 @@
+#include "dicom/codecs/FrameDecoder.h"
+#include "tests/codecs/Encoders.h"
+
+#include <gtest/gtest.h>
+
+namespace cinedisc::test {
+namespace {
+
+using dicom::Compression;
+using dicom::Photometric;
+
+TEST(Jpeg2000, SignFollowsTheHeader) {
+    Raster asUnsigned = raster(20, 20, 1, 13, Texture::Noise), below = asUnsigned;
+    below.isSigned = true;
+    for (auto& sample : below.samples) sample -= sample > 4095 ? 8192 : 0;
+    const auto answer = [](const Raster& coded, const Raster& header) {
+        return samplesOf(decoded(jpeg2000Encoded(coded), formatOf(header), Compression::Jpeg2000));
+    };
+    EXPECT_EQ(answer(asUnsigned, below), shown(below));
+    EXPECT_EQ(answer(below, asUnsigned), shown(asUnsigned));
+}
+
+TEST(Jpeg2000, ComponentsAreTransformedAsTheStreamSays) {
+    Raster rgb{24, 24, 3, 8, {}}, ybr = rgb;
+    for (int i = 0; i < 24 * 24; ++i) {
+        rgb.samples.insert(rgb.samples.end(), {200, i % 256, 30});
+        ybr.samples.insert(ybr.samples.end(), {76, 85, 255});
+    }
+    struct Case {
+        const char* what;
+        const Raster& picture;
+        bool transformed;
+        Photometric photometric;
+        std::vector<std::int64_t> firstPixel = {200, 0, 30};
+    };
+    const Case cases[] = {
+        {"transformed", rgb, true, Photometric::YbrRct},
+        {"transformed, named RGB", rgb, true, Photometric::Rgb},
+        {"transformed, named YBR_FULL", rgb, true, Photometric::YbrFull},
+        {"not transformed, named so", rgb, false, Photometric::YbrRct},
+        {"not transformed", rgb, false, Photometric::Rgb},
+        {"YBR_FULL within", ybr, false, Photometric::YbrFull, {254, 0, 0}},
+    };
+    for (const Case& c : cases) {
+        const auto stream = jpeg2000Encoded(c.picture, {.transformComponents = c.transformed});
+        const auto result =
+            samplesOf(decoded(stream, colourFormat(24, 24, c.photometric), Compression::Jpeg2000));
+        EXPECT_EQ(std::vector<std::int64_t>(result.begin(), result.begin() + 3), c.firstPixel) << c.what;
+    }
+    const auto lossy = jpeg2000Encoded(rgb, {.reversible = false, .transformComponents = true});
+    const auto result =
+        samplesOf(decoded(lossy, colourFormat(24, 24, Photometric::YbrIct), Compression::Jpeg2000));
+    for (std::size_t i = 0; i < result.size(); ++i)
+        ASSERT_NEAR(static_cast<double>(result[i]), rgb.samples[i], 3) << i;
+}
+
+TEST(Jpeg2000, SubsampledComponentsAreSpread) {
+    Raster picture{15, 15, 3, 8, {}};
+    for (int i = 0; i < 15 * 15; ++i)
+        picture.samples.insert(picture.samples.end(), {i, i / 15 / 2 * 2, i % 15 / 2 * 2});
+    EXPECT_EQ(samplesOf(decoded(jpeg2000Encoded(picture, {.subsampled = true}), formatOf(picture),
+                                Compression::Jpeg2000)),
+              shown(picture));
+}
+
+// On a slope the lower levels of a wavelet hold the samples themselves, every other one of every other row:
+// so a coarse picture is right in its values and in its place.
+TEST(Jpeg2000, CoarsePicturesAreThePictureFromFurtherOff) {
+    struct Case {
+        const char* what;
+        Jpeg2000Making making;
+        int headerBits = 12, leastSide = 16, halvings = 2;
+        bool headerSigned = false;
+        Photometric photometric = Photometric::Monochrome2;
+        int components = 1;
+    };
+    Case cases[] = {
+        {"lossless", {.precision = 12}},
+        {"lossy", {.precision = 12, .reversible = false}},
+        {"signed", {.precision = 12, .isSigned = true}, 12, 16, 2, true},
+        {"in tiles and boxes", {.precision = 12, .inFileFormat = true, .tileSize = 40}},
+        {"whole cells", {.precision = 16}},
+        {"larger asked for", {.precision = 12}, 12, 33, 1},
+        {"smaller asked for than there is", {.precision = 12}, 12, 4},
+        {"colour", {.precision = 8, .transformComponents = true}, 8, 16, 2, false, Photometric::YbrRct, 3},
+        {"no levels", {.precision = 12, .levels = 0}, 12, 16, 0},
+        {"small enough", {.precision = 12}, 12, 50, 0},
+        {"indices", {.precision = 8}, 8, 16, 0, false, Photometric::PaletteColor},
+        {"signs in unsigned samples", {.precision = 12}, 12, 16, 0, true},
+    };
+    constexpr int rows = 67, columns = 90;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        // Ends at the largest value, beyond which what is interpolated must not begin anew.
+        const int top = (1 << c.headerBits) - 1, lowest = c.making.isSigned ? -(top + 1) / 2 : 0;
+        std::vector<std::int32_t> samples;
+        for (int i = 0; i < rows * columns; ++i) {
+            const int slope = lowest + std::min(top, (i / columns + i % columns) * top / 140);
+            samples.insert(samples.end(), static_cast<std::size_t>(c.components), slope);
+        }
+        auto format = greyFormat(rows, columns, c.headerBits);
+        format.isSigned = c.headerSigned;
+        format.photometric = c.photometric;
+        format.samplesPerPixel = c.components;
+        auto stream = jpeg2000Encoded(samples, rows, columns, c.components, c.making);
+        const auto coarse = dicom::decodeCoarseFrame(std::as_bytes(std::span(stream)), format, c.leastSide);
+        ASSERT_EQ(coarse ? coarse->halvings : 0, c.halvings);
+        if (!coarse) continue;
+        const int step = 1 << c.halvings;
+        ASSERT_EQ(coarse->frame.rows, (rows + step - 1) / step);
+        ASSERT_EQ(coarse->frame.columns, (columns + step - 1) / step);
+        const auto values = samplesOf(coarse->frame);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const auto pixel = static_cast<int>(i) / c.components;
+            const int x = pixel % coarse->frame.columns * step, y = pixel / coarse->frame.columns * step;
+            const auto at = static_cast<std::size_t>((y * columns + x) * c.components);
+            ASSERT_NEAR(static_cast<double>(values[i]), samples[at],
+                        2 + top / (c.making.reversible ? 100 : 50))
+                << x << "," << y;
+        }
+        stream.resize(stream.size() / 2);
+        EXPECT_FALSE(dicom::decodeCoarseFrame(std::as_bytes(std::span(stream)), format, c.leastSide));
+    }
+}
+
+}  // namespace
+}  // namespace cinedisc::test
