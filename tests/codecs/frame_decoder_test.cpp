@@ -1,4 +1,5 @@
 #include "dicom/codecs/FrameDecoder.h"
+#include "tests/codecs/BlankStreams.h"
 #include "tests/codecs/Encoders.h"
 
 #include <gtest/gtest.h>
@@ -315,39 +316,57 @@ TEST(FrameDecoder, WhatIsNoStreamIsNamed) {
     }
 }
 
-TEST(FrameDecoder, ContradictionsInALosslessStreamAreErrors) {
-    const Bytes good = losslessEncoded(raster(30, 40, 1, 8), {.restartRows = 10});
-    const auto format = greyFormat(30, 40, 8);
-    ASSERT_TRUE(decoded(good, format, Compression::Jpeg).ok());
+TEST(FrameDecoder, HeadersThatMakeNoSenseAreErrors) {
+    const auto jpeg = Compression::Jpeg, wavelet = Compression::Jpeg2000;
     struct Change {
         const char* what;
+        Compression compression;
         std::uint8_t marker;
         std::ptrdiff_t at;
         std::uint8_t value;
+        Kind kind = Kind::Broken;
     };
     const Change changes[] = {
-        {"other size than the header's", 0xC3, 6, 31},
-        {"no precision", 0xC3, 4, 1},
-        {"too much precision", 0xC3, 4, 17},
-        {"no components", 0xC3, 9, 0},
-        {"table of another scan", 0xDA, 6, 0x10},
-        {"component that is not there", 0xDA, 5, 9},
-        {"no predictor", 0xDA, 7, 0},
-        {"predictor beyond the last", 0xDA, 7, 8},
-        {"everything shifted away", 0xDA, 9, 8},
-        {"codes that are no prefix codes", 0xC4, 5, 3},
-        {"symbol beyond 16", 0xC4, 22, 17},
-        {"restart within a row", 0xDD, 5, 0x91},
-        {"restart markers out of order", 0xD1, 1, 0xD2},
+        {"other size than the header's", jpeg, 0xC3, 6, 31},
+        {"no precision", jpeg, 0xC3, 4, 1},
+        {"too much precision", jpeg, 0xC3, 4, 17},
+        {"no components", jpeg, 0xC3, 9, 0},
+        {"table of another scan", jpeg, 0xDA, 6, 0x10},
+        {"component that is not there", jpeg, 0xDA, 5, 9},
+        {"no predictor", jpeg, 0xDA, 7, 0},
+        {"predictor beyond the last", jpeg, 0xDA, 7, 8},
+        {"everything shifted away", jpeg, 0xDA, 9, 8},
+        {"codes that are no prefix codes", jpeg, 0xC4, 5, 3},
+        {"symbol beyond 16", jpeg, 0xC4, 22, 17},
+        {"restart within a row", jpeg, 0xDD, 5, 0x91},
+        {"restart markers out of order", jpeg, 0xD1, 1, 0xD2},
+        {"components", wavelet, 0x51, 39, 4, Kind::Unsupported},
+        {"no step from sample to sample", wavelet, 0x51, 41, 0},
+        {"levels", wavelet, 0x52, 9, 33},
+        {"code blocks too wide", wavelet, 0x52, 10, 9},
+        {"code blocks too high", wavelet, 0x52, 11, 9},
+        {"precincts of nothing across", wavelet, 0x52, 15, 0x50},
+        {"precincts of nothing down", wavelet, 0x52, 16, 0x05},
+        {"parameters shorter than their levels", wavelet, 0x52, 3, 15},
+        {"a marker nobody knows", wavelet, 0x52, 1, 0x30, Kind::Unsupported},
+        {"no marker at all", wavelet, 0x52, 0, 0},
+        {"tile part shorter than its header", wavelet, 0x90, 9, 13},
     };
+    const Bytes lossless = losslessEncoded(raster(64, 64, 1, 8), {.restartRows = 10}),
+                blank = blankJpeg2000({.levels = 3, .precinctBits = 5});
+    const auto format = greyFormat(64, 64, 8);
     for (const Change& change : changes) {
+        const Bytes& good = change.compression == jpeg ? lossless : blank;
+        ASSERT_TRUE(decoded(good, format, change.compression).ok());
         Bytes bad = good;
         bad[static_cast<std::size_t>(placeOf(good, change.marker) + change.at)] = change.value;
-        EXPECT_FALSE(decoded(bad, format, Compression::Jpeg).ok()) << change.what;
+        const auto frame = decoded(bad, format, change.compression);
+        ASSERT_FALSE(frame.ok()) << change.what;
+        EXPECT_EQ(frame.error().kind, change.kind) << change.what << ": " << frame.error().message;
     }
     Bytes halved = losslessEncoded(raster(64, 64, 1, 8, Texture::Noise));
     halved[8] = 32;  // columns in the frame header: the data belong to more pixels
-    EXPECT_FALSE(decoded(halved, greyFormat(64, 32, 8), Compression::Jpeg).ok());
+    EXPECT_FALSE(decoded(halved, greyFormat(64, 32, 8), jpeg).ok());
 }
 
 }  // namespace
