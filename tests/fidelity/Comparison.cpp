@@ -1,8 +1,7 @@
 #include "tests/fidelity/Comparison.h"
 
 #include "tests/fidelity/ComponentPicture.h"
-#include "tests/fidelity/DcmtkPicture.h"
-#include "tests/fidelity/PlainPipeline.h"
+#include "tests/fidelity/ReferencePictures.h"
 
 #include <algorithm>
 
@@ -12,9 +11,8 @@ namespace {
 
 /// Pictures of another size stay the worst.
 void take(std::optional<int>& worst, const Pixels& ours, const Pixels& reference) {
-    if (reference.empty()) return;
+    if (reference.empty() || worst == -1) return;
     const int difference = largestDifference(ours, reference);
-    if (worst == -1) return;
     worst = difference < 0 ? -1 : std::max(worst.value_or(0), difference);
 }
 

@@ -1,4 +1,4 @@
-#include "tests/fidelity/DcmtkPicture.h"
+#include "tests/fidelity/ReferencePictures.h"
 
 #include <dcmtk/dcmimage/diregist.h>
 #include <dcmtk/dcmimgle/dcmimage.h>

@@ -2,38 +2,29 @@
 
 #include <openjpeg.h>
 
-#include <algorithm>
-#include <cstring>
 #include <memory>
+#include <sstream>
 
 namespace cinedisc::fidelity {
 
 namespace {
 
-struct Memory {
-    const std::vector<Uint8>& bytes;
-    std::size_t at = 0;
-};
+std::istringstream& source(void* data) { return *static_cast<std::istringstream*>(data); }
 
 OPJ_SIZE_T readFrom(void* buffer, OPJ_SIZE_T count, void* data) {
-    auto& memory = *static_cast<Memory*>(data);
-    const std::size_t got = std::min(count, memory.bytes.size() - memory.at);
-    if (got == 0) return static_cast<OPJ_SIZE_T>(-1);
-    std::memcpy(buffer, memory.bytes.data() + memory.at, got);
-    memory.at += got;
-    return got;
+    source(data).read(static_cast<char*>(buffer), static_cast<std::streamsize>(count));
+    const auto got = static_cast<OPJ_SIZE_T>(source(data).gcount());
+    return got == 0 ? static_cast<OPJ_SIZE_T>(-1) : got;
 }
 
 OPJ_OFF_T skipIn(OPJ_OFF_T count, void* data) {
-    auto& memory = *static_cast<Memory*>(data);
-    memory.at = std::min(memory.bytes.size(), memory.at + static_cast<std::size_t>(count));
+    source(data).ignore(count);
     return count;
 }
 
 OPJ_BOOL seekIn(OPJ_OFF_T at, void* data) {
-    auto& memory = *static_cast<Memory*>(data);
-    memory.at = std::min(memory.bytes.size(), static_cast<std::size_t>(at));
-    return OPJ_TRUE;
+    source(data).clear();
+    return source(data).seekg(at) ? OPJ_TRUE : OPJ_FALSE;
 }
 
 bool put(const opj_image_t& image, DcmItem& into) {
@@ -41,16 +32,10 @@ bool put(const opj_image_t& image, DcmItem& into) {
     const bool wide = image.comps[0].prec > 8;
     std::vector<Uint16> words((pixels * image.numcomps * (wide ? 2 : 1) + 1) / 2);
     auto* bytes = reinterpret_cast<Uint8*>(words.data());
-    for (OPJ_UINT32 c = 0; c < image.numcomps; ++c) {
-        for (std::size_t i = 0; i < pixels; ++i) {
-            const auto value = static_cast<Uint32>(image.comps[c].data[i]);
-            const std::size_t at = i * image.numcomps + c;
-            if (wide) {
-                words[at] = static_cast<Uint16>(value);
-            } else {
-                bytes[at] = static_cast<Uint8>(value);
-            }
-        }
+    for (std::size_t at = 0; at < pixels * image.numcomps; ++at) {
+        const OPJ_INT32 value = image.comps[at % image.numcomps].data[at / image.numcomps];
+        if (wide) words[at] = static_cast<Uint16>(value);
+        if (!wide) bytes[at] = static_cast<Uint8>(value);
     }
     into.putAndInsertUint16(DCM_BitsAllocated, wide ? 16 : 8);
     if (image.numcomps == 3) {
@@ -64,14 +49,14 @@ bool put(const opj_image_t& image, DcmItem& into) {
 }  // namespace
 
 bool decodeJpeg2000(const std::vector<Uint8>& stream, DcmItem& into) {
-    Memory memory{stream};
-    const std::unique_ptr<opj_stream_t, void (*)(opj_stream_t*)> source(opj_stream_default_create(OPJ_TRUE),
+    std::istringstream bytes(std::string(stream.begin(), stream.end()));
+    const std::unique_ptr<opj_stream_t, void (*)(opj_stream_t*)> opened(opj_stream_default_create(OPJ_TRUE),
                                                                         opj_stream_destroy);
-    opj_stream_set_read_function(source.get(), readFrom);
-    opj_stream_set_skip_function(source.get(), skipIn);
-    opj_stream_set_seek_function(source.get(), seekIn);
-    opj_stream_set_user_data(source.get(), &memory, nullptr);
-    opj_stream_set_user_data_length(source.get(), stream.size());
+    opj_stream_set_read_function(opened.get(), readFrom);
+    opj_stream_set_skip_function(opened.get(), skipIn);
+    opj_stream_set_seek_function(opened.get(), seekIn);
+    opj_stream_set_user_data(opened.get(), &bytes, nullptr);
+    opj_stream_set_user_data_length(opened.get(), stream.size());
 
     const bool isBoxed = stream.size() > 4 && stream[0] != 0xFF;
     const std::unique_ptr<opj_codec_t, void (*)(opj_codec_t*)> codec(
@@ -80,8 +65,8 @@ bool decodeJpeg2000(const std::vector<Uint8>& stream, DcmItem& into) {
     opj_set_default_decoder_parameters(&parameters);
     opj_image_t* image = nullptr;
     const bool good = opj_setup_decoder(codec.get(), &parameters) &&
-                      opj_read_header(source.get(), codec.get(), &image) &&
-                      opj_decode(codec.get(), source.get(), image);
+                      opj_read_header(opened.get(), codec.get(), &image) &&
+                      opj_decode(codec.get(), opened.get(), image);
     const bool done = good && put(*image, into);
     opj_image_destroy(image);
     return done;

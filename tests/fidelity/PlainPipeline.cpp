@@ -1,7 +1,6 @@
-#include "tests/fidelity/PlainPipeline.h"
-
 #include "tests/fidelity/PlainCover.h"
 #include "tests/fidelity/PlainGrey.h"
+#include "tests/fidelity/ReferencePictures.h"
 #include "tests/fidelity/StoredSamples.h"
 
 #include <algorithm>

@@ -73,10 +73,7 @@ int ReferenceFile::frames() {
     return pixels && frameBytes > 0 ? static_cast<int>(pixels->getLength()) / frameBytes : 1;
 }
 
-std::string ReferenceFile::decoderName() const {
-    if (isJpeg2000(syntaxUid_)) return "OpenJPEG";
-    return "DCMTK";
-}
+std::string ReferenceFile::decoderName() const { return isJpeg2000(syntaxUid_) ? "OpenJPEG" : "DCMTK"; }
 
 std::vector<std::vector<Uint8>> ReferenceFile::encapsulatedFrames() {
     DcmElement* element = nullptr;
@@ -89,22 +86,19 @@ std::vector<std::vector<Uint8>> ReferenceFile::encapsulatedFrames() {
     pixels->getOriginalRepresentationKey(type, parameter);
     if (pixels->getEncapsulatedRepresentation(type, parameter, sequence).bad() || !sequence) return {};
 
-    std::vector<std::vector<Uint8>> fragments, joined;
+    std::vector<std::vector<Uint8>> streams;
+    const auto wanted = static_cast<std::size_t>(frames());
+    const bool isWhole = sequence->card() <= wanted + 1;  // a fragment is a frame
+    bool isNew = true;
     for (unsigned long i = 1; i < sequence->card(); ++i) {
         DcmPixelItem* item = nullptr;
         Uint8* bytes = nullptr;
         if (sequence->getItem(item, i).bad() || item->getUint8Array(bytes).bad() || !bytes) continue;
-        fragments.emplace_back(bytes, bytes + item->getLength());
+        if (isNew) streams.emplace_back();
+        streams.back().insert(streams.back().end(), bytes, bytes + item->getLength());
+        isNew = isWhole || (wanted > 1 && endsPicture(streams.back()));
     }
-    const auto wanted = static_cast<std::size_t>(frames());
-    if (fragments.size() <= wanted) return fragments;
-    bool isNew = true;
-    for (const auto& fragment : fragments) {
-        if (isNew) joined.emplace_back();
-        joined.back().insert(joined.back().end(), fragment.begin(), fragment.end());
-        isNew = wanted > 1 && endsPicture(joined.back());
-    }
-    return joined;
+    return streams;
 }
 
 bool ReferenceFile::decodeNative(DcmDataset& into, int frame) {
@@ -148,8 +142,6 @@ std::unique_ptr<DcmDataset> ReferenceFile::nativeFrame(int frame) {
         native->insert(static_cast<DcmElement*>(element->clone()), OFTrue);
     }
     if (!from.tagExists(DCM_PixelData)) return native;
-    DcmElement* element = nullptr;
-    from.findAndGetElement(DCM_PixelData, element);
     if (!DcmXfer(from.getOriginalXfer()).isEncapsulated() && !isJpeg2000(syntaxUid_))
         return decodeNative(*native, frame) ? std::move(native) : nullptr;
     const auto streams = encapsulatedFrames();

@@ -9,6 +9,8 @@ namespace cinedisc::fidelity {
 
 namespace {
 
+using test::BlankJpeg;
+using test::BlankJpeg2000;
 using test::Bytes;
 using test::DicomBuilder;
 using Stream = std::vector<std::uint8_t>;
@@ -113,9 +115,17 @@ DicomBuilder colour() {
     return file;
 }
 
-MadeFile blank(const std::string& name, const std::string& what, const char* syntax, int size, int bits,
-               std::function<Stream()> stream) {
-    return {name, what, [=] { return encapsulated(grey(size, bits > 8 ? 16 : 8, bits), syntax, stream()); },
+MadeFile blank(const std::string& name, const std::string& what, const BlankJpeg2000& making) {
+    const int size = static_cast<int>(making.side);
+    return {name, what, [=] { return encapsulated(grey(size, 8, 8), jpeg2000, blankJpeg2000(making)); },
+            nullptr};
+}
+
+MadeFile blank(const std::string& name, const std::string& what, const BlankJpeg& making) {
+    const int size = static_cast<int>(making.side), bits = static_cast<int>(making.precision);
+    const char* syntax = bits > 8 ? extended : baseline;
+    return {name, what,
+            [=] { return encapsulated(grey(size, bits > 8 ? 16 : 8, bits), syntax, blankJpeg(making)); },
             nullptr};
 }
 
@@ -170,28 +180,21 @@ const std::vector<MadeFile>& madeFiles() {
              return file;
          }},
         {"rle_16000_shutter.dcm", "16000 x 16000 under a round shutter", largeShutter, nullptr},
-        blank("j2k_precincts.dcm", "JPEG 2000, 4096 x 4096 in precincts of 2 x 2", jpeg2000, 4096, 8,
-              [] {
-                  return test::blankJpeg2000(
-                      {.side = 4096, .tile = 4096, .levels = 5, .precinctBits = 1, .length = 3700});
-              }),
-        blank("j2k_layers.dcm", "JPEG 2000, 65,535 layers", jpeg2000, 4096, 8,
-              [] {
-                  return test::blankJpeg2000(
-                      {.side = 4096, .tile = 4096, .layers = 65535, .levels = 5, .precinctBits = 7});
-              }),
-        blank("j2k_code_blocks.dcm", "JPEG 2000, 4096 x 4096 in code blocks of 4 x 4", jpeg2000, 4096, 8,
-              [] { return test::blankJpeg2000({.side = 4096, .tile = 4096, .levels = 5, .blockBits = 2}); }),
-        blank("j2k_tiles.dcm", "JPEG 2000 in 62,500 tiles", jpeg2000, 4000, 8,
-              [] { return test::blankJpeg2000({.side = 4000, .tile = 16}); }),
-        blank("j2k_16000.dcm", "JPEG 2000, 16000 x 16000", jpeg2000, 16000, 8,
-              [] { return test::blankJpeg2000({.side = 16000, .tile = 16000, .levels = 5}); }),
-        blank("jpeg_8bit_scans.dcm", "8-bit progressive JPEG, 4096 x 4096, 500 scans", baseline, 4096, 8,
-              [] { return test::blankJpeg({.side = 4096, .scans = 500}); }),
-        blank("jpeg_12bit_scans.dcm", "12-bit progressive JPEG, 20,000 scans", extended, 64, 12,
-              [] { return test::blankJpeg({.side = 64, .scans = 20000, .precision = 12}); }),
-        blank("jpeg_8bit_16000.dcm", "8-bit progressive JPEG, 16000 x 16000, 2 scans", baseline, 16000, 8,
-              [] { return test::blankJpeg({.side = 16000, .scans = 2}); }),
+        blank("j2k_precincts.dcm", "JPEG 2000, 4096 x 4096 in precincts of 2 x 2",
+              BlankJpeg2000{.side = 4096, .tile = 4096, .levels = 5, .precinctBits = 1, .length = 3700}),
+        blank("j2k_layers.dcm", "JPEG 2000, 65,535 layers",
+              BlankJpeg2000{.side = 4096, .tile = 4096, .layers = 65535, .levels = 5, .precinctBits = 7}),
+        blank("j2k_code_blocks.dcm", "JPEG 2000, 4096 x 4096 in code blocks of 4 x 4",
+              BlankJpeg2000{.side = 4096, .tile = 4096, .levels = 5, .blockBits = 2}),
+        blank("j2k_tiles.dcm", "JPEG 2000 in 62,500 tiles", BlankJpeg2000{.side = 4000, .tile = 16}),
+        blank("j2k_16000.dcm", "JPEG 2000, 16000 x 16000",
+              BlankJpeg2000{.side = 16000, .tile = 16000, .levels = 5}),
+        blank("jpeg_8bit_scans.dcm", "8-bit progressive JPEG, 4096 x 4096, 500 scans",
+              BlankJpeg{.side = 4096, .scans = 500}),
+        blank("jpeg_12bit_scans.dcm", "12-bit progressive JPEG, 20,000 scans",
+              BlankJpeg{.side = 64, .scans = 20000, .precision = 12}),
+        blank("jpeg_8bit_16000.dcm", "8-bit progressive JPEG, 16000 x 16000, 2 scans",
+              BlankJpeg{.side = 16000, .scans = 2}),
     };
     return files;
 }

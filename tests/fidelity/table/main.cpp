@@ -44,12 +44,14 @@ QString cell(const std::optional<int>& difference) {
     return *difference < 0 ? "another size" : QString::number(*difference);
 }
 
+QString quoted(const QString& notice) { return '"' + notice.chopped(1) + '"'; }
+
 QString row(const QString& name, const Comparison& compared) {
     const auto* known = dicom::findTransferSyntax(compared.syntaxUid.toStdString());
     const QString syntax =
         known ? QString::fromUtf8(known->name.data(), static_cast<int>(known->name.size())) : "unknown";
     QStringList remarks;
-    if (!compared.notice.isEmpty()) remarks << "Notice \"" + compared.notice.chopped(1) + '"';
+    if (!compared.notice.isEmpty()) remarks << "Notice " + quoted(compared.notice);
     if (const QString remark = fidelity::remarkOn(name); !remark.isEmpty()) remarks << remark;
     const QString decoder = compared.frames > 0 ? compared.decoder : "–";
     return QStringList{"| `" + name + '`',
@@ -81,7 +83,7 @@ before a decoder begins.
 QString madeRow(const fidelity::MadeFile& made, const QDir& folder, bool& differs) {
     const QString name = QString::fromStdString(made.name), path = folder.filePath(name);
     made.make().writeTo(path.toStdString());
-    QString shown, difference = "–";
+    QString notice, difference = "–";
     if (made.twin) {
         const QString twin = folder.filePath("plain_" + name);
         made.twin().writeTo(twin.toStdString());
@@ -89,11 +91,11 @@ QString madeRow(const fidelity::MadeFile& made, const QDir& folder, bool& differ
         const int largest = fidelity::largestDifference(picture.first, expected.first);
         differs = picture.frames != expected.frames || largest < 0 || largest > tolerance;
         difference = QString::number(largest);
-        shown = picture.notice.isEmpty() ? "the picture" : "\"" + picture.notice.chopped(1) + '"';
+        notice = picture.notice;
     } else {
-        const QString notice = fidelity::noticeInPlaceOf(path);
-        shown = notice.isEmpty() ? "the picture" : "\"" + notice.chopped(1) + '"';
+        notice = fidelity::noticeInPlaceOf(path);
     }
+    const QString shown = notice.isEmpty() ? "the picture" : quoted(notice);
     const QString bytes = QString::number(QFileInfo(path).size());
     return QStringList{"| `" + name + '`', QString::fromStdString(made.what), bytes, shown, difference + " |"}
         .join(" | ");
@@ -105,16 +107,15 @@ int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
     QTextStream out(stdout), errors(stderr);
     const QDir folder(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
-    const QStringList names = argc > 1 ? folder.entryList({"*.dcm"}, QDir::Files) : QStringList();
+    QStringList names = argc > 1 ? folder.entryList({"*.dcm"}, QDir::Files) : QStringList();
     if (names.isEmpty()) {
         errors << "usage: fidelity FOLDER-OF-SAMPLES\n";
         return 2;
     }
-    QStringList sorted = names;
-    std::sort(sorted.begin(), sorted.end());
+    std::sort(names.begin(), names.end());
     int unexplained = 0;
     out << introduction;
-    for (const QString& name : std::as_const(sorted)) {
+    for (const QString& name : std::as_const(names)) {
         const Comparison compared = fidelity::compare(folder.filePath(name));
         out << row(name, compared) << '\n';
         const bool differs = isFar(compared.toPlain) || isFar(compared.toDcmtk) ||
