@@ -15,15 +15,13 @@ void put(Bytes& to, std::initializer_list<std::size_t> numbers, int size) {
 
 Bytes coding(const BlankJpeg2000& m, bool asWanted) {
     Bytes bytes;
-    const bool ownPrecincts = asWanted && m.precinctBits;
-    put(bytes, {0xFF52, 12 + (ownPrecincts ? m.levels + 1 : 0)}, 2);
-    put(bytes, {ownPrecincts ? 1u : 0u, 0, 0, 0}, 1);
-    bytes[bytes.size() - 2] = static_cast<std::uint8_t>((asWanted ? m.layers : 1) >> 8);
-    bytes.back() = static_cast<std::uint8_t>(asWanted ? m.layers : 1);
+    const std::size_t precincts = asWanted && m.precinctBits ? m.levels + 1 : 0;
     const std::size_t block = (asWanted ? m.blockBits : 6) - 2;
+    put(bytes, {0xFF52, 12 + precincts}, 2);
+    put(bytes, {precincts ? 1u : 0u, 0}, 1);
+    put(bytes, {asWanted ? m.layers : 1}, 2);
     put(bytes, {0, m.levels, block, block, 0, 1}, 1);
-    if (ownPrecincts)
-        bytes.insert(bytes.end(), m.levels + 1, static_cast<std::uint8_t>(*m.precinctBits * 17));
+    bytes.insert(bytes.end(), precincts, static_cast<std::uint8_t>(m.precinctBits.value_or(0) * 17));
     return bytes;
 }
 

@@ -57,18 +57,16 @@ Bytes encodedBy(const std::unique_ptr<DJEncoder>& encoder, const Raster& raster)
 Bytes frameIn(E_TransferSyntax syntax, const DcmRepresentationParameter* options, const Raster& raster) {
     const dicom::PixelFormat format = formatOf(raster);
     DcmDataset dataset;
-    const auto put = [&](const DcmTagKey& tag, int value) {
-        dataset.putAndInsertUint16(tag, static_cast<Uint16>(value));
-    };
-    put(DCM_SamplesPerPixel, raster.components);
+    const std::pair<DcmTagKey, int> header[] = {{DCM_SamplesPerPixel, raster.components},
+                                                {DCM_PlanarConfiguration, 0},
+                                                {DCM_Rows, raster.rows},
+                                                {DCM_Columns, raster.columns},
+                                                {DCM_BitsAllocated, format.bitsAllocated},
+                                                {DCM_BitsStored, raster.bits},
+                                                {DCM_HighBit, raster.bits - 1},
+                                                {DCM_PixelRepresentation, 0}};
+    for (const auto& [tag, value] : header) dataset.putAndInsertUint16(tag, static_cast<Uint16>(value));
     dataset.putAndInsertString(DCM_PhotometricInterpretation, raster.components == 3 ? "RGB" : "MONOCHROME2");
-    if (raster.components == 3) put(DCM_PlanarConfiguration, 0);
-    put(DCM_Rows, raster.rows);
-    put(DCM_Columns, raster.columns);
-    put(DCM_BitsAllocated, format.bitsAllocated);
-    put(DCM_BitsStored, raster.bits);
-    put(DCM_HighBit, raster.bits - 1);
-    put(DCM_PixelRepresentation, 0);
     const auto cell = static_cast<std::size_t>(format.bitsAllocated / 8);
     std::vector<Uint16> words((raster.size() * cell + 1) / 2);
     for (std::size_t i = 0; i < raster.size(); ++i)

@@ -13,7 +13,7 @@ using dicom::Compression;
 using Bytes = std::vector<std::uint8_t>;
 using Random = std::function<int(int, int)>;  ///< from the first number to the last
 
-/// How far samples may be from the encoder's after it has coded them in one of its many ways.
+/// Codes a raster, which it may change before, in one of many ways; `near` is how far samples may get.
 using Encode = std::function<Bytes(Raster&, const Random&, int& near)>;
 
 void shiftOut(Raster& raster, int bits) {
@@ -53,8 +53,9 @@ Bytes jpeg2000(Raster& raster, const Random& random, int&) {
     Jpeg2000Making making;
     making.transformComponents = raster.components == 3 && random(0, 1);
     making.inFileFormat = random(0, 1);
+    // Even: OpenJPEG loses a bit of tiles of one column or row that begin at an odd one.
     making.tileSize = 18 * random(0, 1);
-    making.layers = raster.bits < 8 ? 1 : random(1, 3);
+    making.layers = random(1, 3);
     making.block = 16 << random(0, 2);
     return jpeg2000Encoded(raster, making);
 }
