@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <span>
+
 namespace cinedisc::test {
 namespace {
 
@@ -69,52 +72,52 @@ TEST(Jpeg2000, CoarsePicturesAreThePictureFromFurtherOff) {
     struct Case {
         const char* what;
         Jpeg2000Making making;
-        int headerBits = 12, leastSide = 16, halvings = 2;
-        bool headerSigned = false;
+        int leastSide = 16, halvings = 2;
+        int headerBits = 12, codedBits = 12;
+        bool headerSigned = false, codedSigned = false;
         Photometric photometric = Photometric::Monochrome2;
         int components = 1;
     };
-    Case cases[] = {
-        {"lossless", {.precision = 12}},
-        {"lossy", {.precision = 12, .reversible = false}},
-        {"signed", {.precision = 12, .isSigned = true}, 12, 16, 2, true},
-        {"in tiles and boxes", {.precision = 12, .inFileFormat = true, .tileSize = 40}},
-        {"whole cells", {.precision = 16}},
-        {"larger asked for", {.precision = 12}, 12, 33, 1},
-        {"smaller asked for than there is", {.precision = 12}, 12, 4},
-        {"colour", {.precision = 8, .transformComponents = true}, 8, 16, 2, false, Photometric::YbrRct, 3},
-        {"no levels", {.precision = 12, .levels = 0}, 12, 16, 0},
-        {"small enough", {.precision = 12}, 12, 50, 0},
-        {"indices", {.precision = 8}, 8, 16, 0, false, Photometric::PaletteColor},
-        {"signs in unsigned samples", {.precision = 12}, 12, 16, 0, true},
+    const Case cases[] = {
+        {"lossless", {}},
+        {"lossy", {.reversible = false}},
+        {"signed", {}, 16, 2, 12, 12, true, true},
+        {"in tiles and boxes", {.inFileFormat = true, .tileSize = 40}},
+        {"whole cells", {}, 16, 2, 12, 16},
+        {"larger asked for", {}, 33, 1},
+        {"smaller asked for than there is", {}, 4},
+        {"colour", {.transformComponents = true}, 16, 2, 8, 8, false, false, Photometric::YbrRct, 3},
+        {"no levels", {.levels = 0}, 16, 0},
+        {"small enough", {}, 50, 0},
+        {"indices", {}, 16, 0, 8, 8, false, false, Photometric::PaletteColor},
+        {"signs in unsigned samples", {}, 16, 0, 12, 12, true},
     };
-    constexpr int rows = 67, columns = 90;
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         // Ends at the largest value, beyond which what is interpolated must not begin anew.
-        const int top = (1 << c.headerBits) - 1, lowest = c.making.isSigned ? -(top + 1) / 2 : 0;
-        std::vector<std::int32_t> samples;
-        for (int i = 0; i < rows * columns; ++i) {
-            const int slope = lowest + std::min(top, (i / columns + i % columns) * top / 140);
-            samples.insert(samples.end(), static_cast<std::size_t>(c.components), slope);
+        Raster slope{67, 90, c.components, c.codedBits, {}, c.codedSigned};
+        const int top = (1 << c.headerBits) - 1, lowest = c.codedSigned ? -(top + 1) / 2 : 0;
+        for (int i = 0; i < slope.rows * slope.columns; ++i) {
+            const int value = lowest + std::min(top, (i / slope.columns + i % slope.columns) * top / 140);
+            slope.samples.insert(slope.samples.end(), static_cast<std::size_t>(c.components), value);
         }
-        auto format = greyFormat(rows, columns, c.headerBits);
+        auto format = greyFormat(slope.rows, slope.columns, c.headerBits);
         format.isSigned = c.headerSigned;
         format.photometric = c.photometric;
         format.samplesPerPixel = c.components;
-        auto stream = jpeg2000Encoded(samples, rows, columns, c.components, c.making);
+        auto stream = jpeg2000Encoded(slope, c.making);
         const auto coarse = dicom::decodeCoarseFrame(std::as_bytes(std::span(stream)), format, c.leastSide);
         ASSERT_EQ(coarse ? coarse->halvings : 0, c.halvings);
         if (!coarse) continue;
         const int step = 1 << c.halvings;
-        ASSERT_EQ(coarse->frame.rows, (rows + step - 1) / step);
-        ASSERT_EQ(coarse->frame.columns, (columns + step - 1) / step);
+        ASSERT_EQ(coarse->frame.rows, (slope.rows + step - 1) / step);
+        ASSERT_EQ(coarse->frame.columns, (slope.columns + step - 1) / step);
         const auto values = samplesOf(coarse->frame);
         for (std::size_t i = 0; i < values.size(); ++i) {
             const auto pixel = static_cast<int>(i) / c.components;
             const int x = pixel % coarse->frame.columns * step, y = pixel / coarse->frame.columns * step;
-            const auto at = static_cast<std::size_t>((y * columns + x) * c.components);
-            ASSERT_NEAR(static_cast<double>(values[i]), samples[at],
+            const auto at = static_cast<std::size_t>((y * slope.columns + x) * c.components);
+            ASSERT_NEAR(static_cast<double>(values[i]), slope.samples[at],
                         2 + top / (c.making.reversible ? 100 : 50))
                 << x << "," << y;
         }
