@@ -46,7 +46,7 @@ TEST_F(TextViewerLauncherTest, TheDesktopsOpenerComesFirstThenAnEditorAndBothGet
     } catch (const RunTimeError& error) {
         EXPECT_EQ(error.number(), 53);
     }
-    for (const QString& program : {"mousepad", "xdg-open"}) {
+    for (const QString program : {"mousepad", "xdg-open"}) {
         addProgram(program);
         TextViewerLauncher::open(file);
         EXPECT_EQ(record(), program + "|1|" + file);
