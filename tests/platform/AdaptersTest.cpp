@@ -13,6 +13,8 @@
 #include <QWheelEvent>
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace cinedisc {
 namespace {
 
@@ -52,8 +54,8 @@ TEST(RangeAdapterTest, ChangesAreToldOnceAndValuesOutsideTheRangeRefused) {
         QSlider slider;
         slider.setRange(1, 20);
         RangeAdapter range(slider, pull);
-        QList<int> changes;
-        QObject::connect(&slider, &QSlider::valueChanged, [&](int value) { changes += value; });
+        std::vector<int> changes;
+        QObject::connect(&slider, &QSlider::valueChanged, [&](int value) { changes.push_back(value); });
         for (const int value : {20, 20, 1, 20}) range.putValue(value);
         for (const int outside : {0, -1, 21, 32768}) {
             try {
@@ -66,15 +68,15 @@ TEST(RangeAdapterTest, ChangesAreToldOnceAndValuesOutsideTheRangeRefused) {
         EXPECT_THROW(range.putMax(0), RunTimeError);
         EXPECT_EQ(slider.minimum(), 1);
         EXPECT_EQ(range.Max(), 20);
-        EXPECT_EQ(changes, QList<int>({20, 1, 20}));
+        EXPECT_EQ(changes, std::vector({20, 1, 20}));
         changes.clear();
         range.putMax(6);
         EXPECT_EQ(range.Value(), 6);
-        EXPECT_EQ(changes, pull == MaxPull::Silent ? QList<int>() : QList<int>{6});
+        EXPECT_EQ(changes, pull == MaxPull::Silent ? std::vector<int>() : std::vector{6});
         changes.clear();
         range.putMax(30);
         range.putValue(30);
-        EXPECT_EQ(changes, QList<int>{30}) << "silent for the pull only";
+        EXPECT_EQ(changes, std::vector{30}) << "silent for the pull only";
     }
 }
 

@@ -23,9 +23,10 @@ struct ToolsTest : testing::Test {
 
 TEST_F(ToolsTest, CommandsWriteTheirMembersInOrder) {
     using T = DisplayTools;
-    const auto run = [this](void (T::*command)()) { return [this, command] { (tools.*command)(); }; };
-    const auto fit = [this](int index) { return [this, index] { tools.cmdFit_Click(index); }; };
-    const auto list = [this](int index) { return [this, index] { tools.zoomFromList(index); }; };
+    T* const t = &tools;
+    const auto run = [t](void (T::*command)()) { return [t, command] { (t->*command)(); }; };
+    const auto fit = [t](int index) { return [t, index] { t->cmdFit_Click(index); }; };
+    const auto list = [t](int index) { return [t, index] { t->zoomFromList(index); }; };
     const QString fill = "ezDicom.BackgroundFill=True ezDicom.BackgroundColor=%1 Frame6.Visible=False";
     const QString zoom = "ezDicom.BestFit=False ezDicom.ZoomPercent=%1", hide = " Frame5.Visible=False";
     const std::pair<std::function<void()>, QString> cases[] = {
@@ -34,27 +35,27 @@ TEST_F(ToolsTest, CommandsWriteTheirMembersInOrder) {
         {fit(2), zoom.arg(50) + hide},
         {fit(3), zoom.arg(150) + hide},
         {fit(4), zoom.arg(200) + hide},
-        {[this] { tools.zoomTo(150); }, zoom.arg(150)},
+        {[t] { t->zoomTo(150); }, zoom.arg(150)},
         {run(&T::mnuBestFit_Click), "ezDicom.BestFit=True"},
         {run(&T::cmdInvert_Click), "ezDicom.Polarity=-1"},
         {run(&T::cmdInvert_Click), "ezDicom.Polarity=1"},
         {run(&T::mnuNone_Click), "Option1.Value=True ezDicom.BackgroundFill=False Frame6.Visible=False"},
         {run(&T::mnuBlack_Click), "Option2.Value=True " + fill.arg(1)},
         {run(&T::mnuWhite_Click), "Option3.Value=True " + fill.arg(0)},
-        {[this] { tools.setOption247(); }, "ezDicom.Option247=True"},
-        {[this] { tools.smoothAgain(); }, "ezDicom.Smooth=True"},
-        {[this] { tools.headerAgain(); }, "ezDicom.ShowHeader=True"},
-        {[this] { tools.invertAgain(); }, "ezDicom.Polarity=-1"},
-        {[this] { tools.magnifyAgain(); }, "ezDicom.MouseMode=3"},
-        {[this] { tools.panAgain(); }, "ezDicom.MouseMode=4"},
-        {[this] { tools.labelAgain(); }, "ezDicom.MouseMode=5"},
+        {[t] { t->setOption247(); }, "ezDicom.Option247=True"},
+        {[t] { t->smoothAgain(); }, "ezDicom.Smooth=True"},
+        {[t] { t->headerAgain(); }, "ezDicom.ShowHeader=True"},
+        {[t] { t->invertAgain(); }, "ezDicom.Polarity=-1"},
+        {[t] { t->magnifyAgain(); }, "ezDicom.MouseMode=3"},
+        {[t] { t->panAgain(); }, "ezDicom.MouseMode=4"},
+        {[t] { t->labelAgain(); }, "ezDicom.MouseMode=5"},
         {list(0), "ezDicom.BestFit=True"},
         {list(1), zoom.arg(50)},
         {list(2), zoom.arg(100)},
         {list(4), zoom.arg(200)},
         {list(5), ""},
-        {[this] { tools.mouseModeFromList(2); }, "ezDicom.MouseMode=3"},
-        {[this] { tools.polarityFromList(4); }, "ezDicom.Polarity=4"},
+        {[t] { t->mouseModeFromList(2); }, "ezDicom.MouseMode=3"},
+        {[t] { t->polarityFromList(4); }, "ezDicom.Polarity=4"},
         {run(&T::mnuCopy_Click), ""},
         {run(&T::mnuCopyHeader_Click), ""},
     };
