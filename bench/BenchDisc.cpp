@@ -22,8 +22,8 @@ using Frames = std::vector<LosslessFile::Bytes>;
 LosslessFile::Bytes jpeg2000Frame(const RunDesign& design, int number) {
     std::vector<std::uint16_t> samples = angiogram(design.size, design.bits, design.bits > 8 ? 20 : 2);
     std::ranges::rotate(samples, samples.end() - std::ptrdiff_t{7} * number * design.size);
-    return test::jpeg2000Encoded(std::vector<std::int32_t>(samples.begin(), samples.end()), design.size,
-                                 design.size, 1, {.precision = design.bits, .levels = 5});
+    const test::Raster picture{design.size, design.size, 1, design.bits, {samples.begin(), samples.end()}};
+    return test::jpeg2000Encoded(picture, {.levels = 5});
 }
 
 Frames simulatedRun(const RunDesign& design) {
