@@ -29,7 +29,7 @@ class FrameStore {
     using Clock = std::chrono::steady_clock;
 
     /// Leaves room for all else that the program holds within its 512 MiB.
-    static constexpr std::size_t programCeiling = std::size_t{400} << 20;
+    static constexpr std::size_t programCeiling = std::size_t{384} << 20;
 
     /// `arrived` is called whenever a frame has come that a view waits for, or the bytes of one that takes
     /// much work, by the thread that decoded or read it; it must not call the store.
