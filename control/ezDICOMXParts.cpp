@@ -21,8 +21,15 @@ ezDICOMX::Parts::Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& librar
 void ezDICOMX::Parts::settle(Patience patience) {
     if (view.picture.settle(patience) != LoadedPicture::Settled::Now) return;
     refreshHeaderPage();
-    // It never looks at a frame.
-    if (role == ViewRole::Probe) awaiting = false;
+    if (role == ViewRole::Probe) {
+        // It never looks at a frame.
+        awaiting = false;
+    } else if (view.picture.frameCount() == 0) {
+        // Why there is none is known already; whoever asked need not wait for the next drawing.
+        describeWith(noticeFor(view.picture));
+        noticeDelay.stop();
+        owner.update();
+    }
 }
 
 void ezDICOMX::Parts::awaitWindow() {

@@ -219,6 +219,9 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
     EXPECT_FALSE(probe.isReading());
 
     later.join();
+    view.putFileName("/nowhere");
+    EXPECT_EQ(view.FrameCount(), 0);
+    EXPECT_TRUE(view.accessibleDescription().contains("There is no such file")) << "before it is drawn";
     lookAhead(atOnce, atOnce);
     disc.hold("open");
     auto run = disc.run("a", 30);
