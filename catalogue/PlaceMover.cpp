@@ -16,7 +16,7 @@ void PlaceMover::enterFolder(const Folder& folder) {
     position_.CurrentFolder = folder;
     position_.HasStudyFolders = false;
     position_.patient = DiscPosition::Patient::Unlisted;
-    form_.File1.putPath(folder.pathOrEmpty());
+    standOn(folder);
 }
 
 void PlaceMover::enterPatient(const Folder& patient, Picture picture) {
@@ -24,7 +24,7 @@ void PlaceMover::enterPatient(const Folder& patient, Picture picture) {
     position_.CurrentFolder = patient;
     position_.HasStudyFolders = true;
     position_.patient = DiscPosition::Patient::Unlisted;
-    form_.File1.putPath(patient.pathOrEmpty());
+    standOn(patient);
 }
 
 void PlaceMover::showPatient(const QString& name, const QString& path) {
@@ -93,7 +93,12 @@ void PlaceMover::withdraw(Picture picture) {
     forgetImage();
     disc_.Label1.putCaption("");
     position_.CurrentFolder = current;
-    form_.File1.putPath(current.pathOrEmpty());
+    standOn(current);
+}
+
+void PlaceMover::standOn(const Folder& folder) {
+    // One that cannot be listed (the disc is taken out just now, too many files) leaves the list empty.
+    trapErrors([&] { form_.File1.putPath(folder.pathOrEmpty()); });
 }
 
 void PlaceMover::forgetImage() {

@@ -60,6 +60,7 @@ class PlaceMover {
     }
     void leave(Picture picture);
     void withdraw(Picture picture);
+    void standOn(const Folder& folder);
     void forgetImage();
     void tellNamedFolder(const QString& folder);
 

@@ -134,6 +134,16 @@ TEST(OnePatient, MissingFolderLeavesThePictureUnderAWarning) {
     EXPECT_FALSE(disc.form.warns());
 }
 
+TEST(OnePatient, MoreLooseFilesThanCanBeCountedDoNotEndTheProgram) {
+    Disc disc;
+    disc.form.behaviour.opener.Open_Click();
+    disc.form.clickPatient(0);
+    for (int i = 0; i < 32767; ++i) DiscBuilder::write(disc.folder(QString("Patient001/%1.dcm").arg(i)), "");
+    EXPECT_NO_THROW(disc.form.clickPatient(1));
+    EXPECT_EQ(disc.shown(), "Patient001/Study1/Series1/1.dcm");
+    disc.tryEveryCommand();
+}
+
 TEST(OnePatient, NamesOfThePatientsPassed) {
     struct Case {
         const char* what;
