@@ -43,7 +43,7 @@ void postWheel(QWidget* widget, int delta) {
                                 Qt::NoModifier, Qt::NoScrollPhase, false));
 }
 
-/// Does something between two ticks and answers how many ticks end until its effect is there.
+/// Does something between two ticks and returns how many ticks end until its effect is there.
 int ticksUntil(CineRecorder& recorder, const std::function<void()>& act,
                const std::function<bool()>& answered) {
     recorder.forget();

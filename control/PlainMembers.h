@@ -5,7 +5,7 @@
 
 namespace cinedisc {
 
-/// The contract's members that do nothing but answer what was last put.
+/// The contract's members that only return what was last put.
 struct PlainMembers {
     QString exportFile;
     QString exportFormat;

@@ -6,7 +6,7 @@ namespace cinedisc {
 enum class ViewRole {
     Main,     ///< the large view: mouse tools, and words in its corners
     Preview,  ///< a small picture that is clicked
-    Probe,    ///< never seen: opens files and answers about them
+    Probe,    ///< never seen: opens files to ask them something
 };
 
 }  // namespace cinedisc

@@ -61,7 +61,7 @@ struct ezDICOMX::Parts {
     PlainMembers plain;
     Neighbour neighbour;
     PlayDirection direction = PlayDirection::Forward;
-    QString next;                 ///< the neighbour's answer
+    QString next;                 ///< the neighbour's name
     QString nextOf;               ///< for this file
     PlayDirection nextTowards{};  ///< and direction
     qint32 mouseMode = MouseWindow;

@@ -12,7 +12,7 @@ class ByteSource {
     virtual ~ByteSource() = default;
 
     virtual std::uint64_t size() const = 0;
-    /// Reads up to `into.size()` bytes from `offset`; answers how many came, fewer only at the end or on an
+    /// Reads up to `into.size()` bytes from `offset`; returns how many came, fewer only at the end or on an
     /// error.
     virtual std::size_t readAt(std::uint64_t offset, std::span<std::byte> into) const = 0;
 };

@@ -16,7 +16,7 @@ std::size_t FragmentWalker::readAt(std::uint64_t offset, std::span<std::byte> in
     return source_.readAt(offset, into);
 }
 
-/// Goes to the next item and answers the length of its value. Where a value of odd length is padded without
+/// Goes to the next item and returns the length of its value. Where a value of odd length is padded without
 /// its length saying so, the item stands one byte further on.
 std::optional<std::uint64_t> FragmentWalker::enterItem() {
     std::array<std::byte, itemHeader> bytes{};

@@ -33,7 +33,7 @@ class FragmentWalker {
         : source_(source), next_(firstItem), end_(end) {}
 
     /// The next fragment; nothing when there is none, then ended() says why. With `signature`, the first
-    /// bytes of the fragment are read along and answered by lastSignature().
+    /// bytes of the fragment are read along and returned by lastSignature().
     enum class Signature { Leave, Read };
     std::optional<Fragment> next(Signature signature);
     std::span<const std::byte> lastSignature() const { return {signature_.data(), signatureLength_}; }
@@ -42,7 +42,7 @@ class FragmentWalker {
     void show(std::uint64_t offset, std::span<const std::byte> bytes);
     /// Keeps of the bytes shown what next() will want first.
     void forgetShown();
-    /// Whether next() can answer without reading.
+    /// Whether next() can return without reading.
     bool knowsNext() const;
 
     Ended ended() const { return ended_; }

@@ -14,7 +14,7 @@ namespace cinedisc::dicom {
 /// comma stands for the point in files from the field.
 std::optional<double> parseNumber(std::string_view text);
 
-/// The numbers in a value of a representation, as DataSet::integers and DataSet::decimals answer them: a text
+/// The numbers in a value of a representation, as DataSet::integers and DataSet::decimals return them: a text
 /// that is no number ends the list.
 std::vector<std::int64_t> integersIn(std::span<const std::byte> value, Vr kind);
 std::vector<double> decimalsIn(std::span<const std::byte> value, Vr kind);

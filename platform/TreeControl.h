@@ -10,7 +10,7 @@ class TreeControl {
   public:
     virtual ~TreeControl() = default;
     virtual int nodeCount() const = 0;
-    /// Adds a node under `parent` (0: a root node) and answers its index.
+    /// Adds a node under `parent` (0: a root node) and returns its index.
     virtual int addNode(int parent, const QString& text) = 0;
     /// Picture number 1 is the patient's.
     virtual void putImage(int node, int picture) = 0;

@@ -19,7 +19,7 @@ class StillsStrip {
     void scroll();
     /// Fills the strip from a series position, without looking at sb1.
     void fillFrom(int start);
-    /// Shows the series of a patient with study folders from the first one on; answers how many previews were
+    /// Shows the series of a patient with study folders from the first one on; returns how many previews were
     /// filled.
     Int16 fillPatient();
 
@@ -30,7 +30,7 @@ class StillsStrip {
     enum class TagPut { BeforeFile, AfterFile };
     /// Shows a series folder's first file in preview `k`, if it holds any. Answers whether it does.
     bool showSeries(const QString& seriesFolder, Int16 k, TagPut tagPut);
-    /// Walks the patient's series folders until `visit`, given each one's path, answers false.
+    /// Walks the patient's series folders until `visit`, given each one's path, returns false.
     void walkSeries(const std::function<bool(const QString&)>& visit) const;
 
     ViewerControls& form_;

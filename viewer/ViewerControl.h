@@ -18,13 +18,13 @@ class ViewerControl {
 
     /// Full path of the loaded file, "" when none. Putting a path always loads, even the same one again, and
     /// shows the first frame with the file's own window and normal polarity; it never raises. A file that
-    /// cannot be shown keeps its path and answers FrameCount 0.
+    /// cannot be shown keeps its path and has FrameCount 0.
     virtual QString FileName() const = 0;
     virtual void putFileName(const QString& path) = 0;
 
-    /// 0 also when the disc has not given an answer for seconds.
+    /// 0 also when the disc has given nothing for seconds.
     virtual qint32 FrameCount() const = 0;
-    /// The disc has not given the file, or the frame shown, yet: a FrameCount of 0 is no answer then.
+    /// The disc has not given the file, or the frame shown, yet: a FrameCount of 0 means nothing then.
     virtual bool isReading() const { return false; }
     /// Counted from 1. Putting a number outside 1 ... FrameCount changes nothing.
     virtual qint32 CurrentFrame() const = 0;

@@ -15,7 +15,7 @@ struct CommandRow {
     void (*run)(Target& target);
 };
 
-/// Runs the command of that name; answers whether the table has it.
+/// Runs the command of that name; returns whether the table has it.
 template <typename Target>
 bool runCommand(std::span<const CommandRow<Target>> table, const QString& name, Target& target) {
     for (const CommandRow<Target>& row : table) {

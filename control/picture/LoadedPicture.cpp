@@ -8,7 +8,7 @@ namespace cinedisc {
 
 namespace {
 
-// What colour answers, which no window is applied to.
+// What the window members return for colour, which no window is applied to.
 const WindowInForce colorWindow{false, {127.5, 255, dicom::Window::Function::LinearExact}};
 
 }  // namespace
@@ -178,7 +178,7 @@ WindowInForce LoadedPicture::fileWindow() const {
     const bool narrow = format.sampleKind == dicom::SampleKind::Integer && format.bitsStored <= 8;
     const auto stored = narrow ? expressibleRange(format) : firstFrameRange();
     const auto window = windowOver(modalityRange(grey, stored), format.sampleKind);
-    // What was answered for want of the first frame does not last.
+    // A window that was made up before the first frame was there does not last.
     if (narrow || file_->firstFrameRange()) fileWindow_ = window;
     return window;
 }

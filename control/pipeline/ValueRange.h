@@ -16,7 +16,7 @@ struct ValueRange {
 };
 
 /// Range of a frame's stored values. Padding and numbers that are none (NaN, infinite) do not count; without
-/// any value that counts the answer is 0 ... 0.
+/// any value that counts the range is 0 ... 0.
 ValueRange storedRange(const dicom::Frame& frame,
                        const std::optional<std::pair<std::int64_t, std::int64_t>>& padding);
 

@@ -14,7 +14,7 @@ class ViewZoom {
     bool bestFit() const { return bestFit_; }
     /// Fitting starts from the middle again.
     void putBestFit(bool on);
-    /// Percent of one device pixel per image pixel; answered as put, drawn within 1 % ... what a view can
+    /// Percent of one device pixel per image pixel; returned as put, drawn within 1 % ... what a view can
     /// address.
     qint32 percent() const { return percent_; }
     void putPercent(qint32 percent) { percent_ = percent; }

@@ -6,8 +6,8 @@ namespace cinedisc {
 
 namespace {
 
-bool putsBack(const WindowInForce& now, double answered, double put) {
-    return now.byTable && std::abs(answered - put) <= 0.5;
+bool putsBack(const WindowInForce& now, double returned, double put) {
+    return now.byTable && std::abs(returned - put) <= 0.5;
 }
 
 }  // namespace

@@ -15,7 +15,8 @@ class WindowChoice {
     }
 
     bool isMade() const { return chosen_.has_value(); }
-    /// Putting what a table in force answers, to the nearest whole number, leaves the table in force.
+    /// Putting the window that a table in force returns, to the nearest whole number, leaves the table in
+    /// force.
     void putCenter(const WindowInForce& own, double center);
     /// A width that cannot be used is ignored.
     void putWidth(const WindowInForce& own, double width);

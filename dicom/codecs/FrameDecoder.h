@@ -13,7 +13,7 @@ namespace cinedisc::dicom {
 
 /// What is wanted of a frame: the values that its header describes, or its pixel cells with the bits around
 /// the values, unsigned. Compressed frames have such bits when they are grey, lossless and as precise as
-/// BitsAllocated; asked for the cells of others, decodeFrame answers an error.
+/// BitsAllocated; asked for the cells of others, decodeFrame returns an error.
 enum class CellBits { OfValues, All };
 
 /// Turns the bytes of one frame into samples. `bytes` is the frame's whole code stream (fragments joined) or,

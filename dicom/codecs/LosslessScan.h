@@ -25,7 +25,7 @@ struct LosslessScan {
 
     /// Bytes that must follow the entropy-coded data, see LosslessBits.
     std::size_t padding() const { return rowLength * 4 + 16; }
-    /// Decodes into `samples`, row after row; answers what is wrong with the data.
+    /// Decodes into `samples`, row after row; returns what is wrong with the data.
     template <typename Sample>
     std::optional<DecodeError> decode(const EntropyData& data, Sample* samples) const;
 };

@@ -28,7 +28,7 @@ void copyCells(std::span<const std::byte> bytes, std::span<Cell> into, bool bigE
     if (sizeof(Cell) > 1 && bigEndian != (std::endian::native == std::endian::big)) swapBytes(into);
 }
 
-/// The same, and answers all cells or'ed together. In portions that stay in the nearest cache.
+/// The same, and returns all cells or'ed together. In portions that stay in the nearest cache.
 template <typename Cell>
 std::uint32_t copyAndOr(std::span<const std::byte> bytes, std::span<Cell> into, bool bigEndian) {
     constexpr std::size_t portion = 8192;

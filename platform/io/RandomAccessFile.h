@@ -14,14 +14,14 @@ class RandomAccessFile {
     enum class OpenError { None, Missing, NotRegular, NoAccess };
 
     /// Opens for reading. Never waits on a pipe or device: anything but a regular file is refused. `path` is
-    /// in the platform's file encoding (UTF-8 on Linux). On failure the answer is null and `error` says why.
+    /// in the platform's file encoding (UTF-8 on Linux). On failure the result is null and `error` says why.
     static std::unique_ptr<RandomAccessFile> open(const std::string& path, OpenError* error = nullptr);
     ~RandomAccessFile();
     RandomAccessFile(const RandomAccessFile&) = delete;
     RandomAccessFile& operator=(const RandomAccessFile&) = delete;
 
     std::uint64_t size() const { return size_; }
-    /// Reads up to `into.size()` bytes; answers how many came, fewer only at the end or on an error.
+    /// Reads up to `into.size()` bytes; returns how many came, fewer only at the end or on an error.
     std::size_t readAt(std::uint64_t offset, std::span<std::byte> into) const;
 
   private:

@@ -38,7 +38,7 @@ class EventGuard {
         return [handler = std::move(handler)] { run(handler); };
     }
 
-    /// Replaces the fatal action and answers the old one. For tests.
+    /// Replaces the fatal action and returns the old one. For tests.
     static FatalAction replaceFatalAction(FatalAction action);
 
   private:

@@ -20,7 +20,7 @@ class QtDialogs final : public Dialogs {
 
   private:
     QPointer<QWidget> window_;
-    QString saveFolder_;  ///< of the name answered last
+    QString saveFolder_;  ///< of the name returned last
 };
 
 /// "(*.jpg)|*.jpg" and several such pairs, as the toolkit's name filters.
