@@ -2,7 +2,7 @@
 
 namespace cinedisc {
 
-Form1Behaviour::Form1Behaviour(ViewerControls& controls, DiscControls& discControls,
+Form1Behaviour::Form1Behaviour(FormControls& controls, DiscControls& discControls,
                                const DisplayTools::Controls& toolControls,
                                const ExportCommand::Format& exportFormat, MouseWheelHook& wheelHook)
     : ViewerBehaviour({controls, toolControls, exportFormat, wheelHook, discControls.dialogs},

@@ -22,7 +22,7 @@ namespace cinedisc {
 /// routes its events here.
 class Form1Behaviour final : public ViewerBehaviour {
   public:
-    Form1Behaviour(ViewerControls& controls, DiscControls& discControls,
+    Form1Behaviour(FormControls& controls, DiscControls& discControls,
                    const DisplayTools::Controls& toolControls, const ExportCommand::Format& exportFormat,
                    MouseWheelHook& wheelHook);
 

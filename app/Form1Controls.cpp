@@ -4,7 +4,7 @@
 #include "app/StillsPanel.h"
 #include "app/TreePanel.h"
 #include "control/ezDICOMX.h"
-#include "platform/widgets/Picture.h"
+#include "platform/widgets/Icon.h"
 
 namespace cinedisc {
 
@@ -19,7 +19,7 @@ Form1Controls::Form1Controls(QWidget& window, const Form1Layout& layout, const Q
       FraTree(*layout.FraTree),
       Frame8(*layout.Frame8),
       Frame9(*layout.cinePanel),
-      TreeView1(*layout.FraTree->TreeView1, *layout.FraTree->remark, {pictureIcon(Picture::Patient)}),
+      TreeView1(*layout.FraTree->TreeView1, *layout.FraTree->remark, {drawnIcon(Icon::Patient)}),
       disc{programFolder, TreeView1, FraTree, Frame8,    Frame9,         Label1,          Label5,
            Label13,       Label6,    Label15, lblSeries, *layout.ezTest, *layout.ezDicom, dialogs} {}
 

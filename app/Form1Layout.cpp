@@ -16,17 +16,17 @@ namespace {
 
 constexpr int treeWidth = 320;
 
-constexpr ButtonRow options[] = {{"Command3", "Command3", Picture::None, "Display option"}};
+constexpr ButtonRow options[] = {{"Command3", "Command3", Icon::None, "Display option"}};
 const ViewerDesign design = {
     programTitle,
     {"",
-     {"Open", "", Picture::Disc, "Open Disc"},
-     {"cmdPanning", "Panning", Picture::None, "Panning: drag to move the picture"},
+     {"Open", "", Icon::Disc, "Open Disc"},
+     {"cmdPanning", "Panning", Icon::None, "Panning: drag to move the picture"},
      options,
-     {"cmdExit", "Exit", Picture::None, "End the program"}},
+     {"cmdExit", "Exit", Icon::None, "End the program"}},
     {"Frame9",
-     {"cmdReverse", "", Picture::Reverse, "Play backward"},
-     {"cmdPlay", "", Picture::Play, "Play forward"},
+     {"cmdReverse", "", Icon::Reverse, "Play backward"},
+     {"cmdPlay", "", Icon::Play, "Play forward"},
      {"Label8", "Frame Scroll Bar"},
      {"Label9", "Image Scroll Bar"}},
 };

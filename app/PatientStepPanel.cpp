@@ -8,10 +8,10 @@ namespace cinedisc {
 
 namespace {
 
-constexpr ButtonRow studyBack = {"CmdStudyBack", "", Picture::Previous, "Previous Patient"};
-constexpr ButtonRow studyNext = {"cmdStudyNext", "", Picture::Next, "Next Patient"};
-constexpr ButtonRow seriesBack = {"cmdSeriesBack", "", Picture::Previous, "Previous Series"};
-constexpr ButtonRow seriesNext = {"cmNext", "", Picture::Next, "Next Series"};
+constexpr ButtonRow studyBack = {"CmdStudyBack", "", Icon::Previous, "Previous Patient"};
+constexpr ButtonRow studyNext = {"cmdStudyNext", "", Icon::Next, "Next Patient"};
+constexpr ButtonRow seriesBack = {"cmdSeriesBack", "", Icon::Previous, "Previous Series"};
+constexpr ButtonRow seriesNext = {"cmNext", "", Icon::Next, "Next Series"};
 
 constexpr const char* nameSample = "Anonymous^Patient (ID-12345)";
 

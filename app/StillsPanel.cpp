@@ -18,15 +18,15 @@ struct StepGroup {
 };
 
 constexpr StepGroup patient = {"Patient",
-                               {"cmdPatBack", "", Picture::Previous, "Previous Patient"},
-                               {"Command2", "", Picture::Next, "Next Patient"}};
+                               {"cmdPatBack", "", Icon::Previous, "Previous Patient"},
+                               {"Command2", "", Icon::Next, "Next Patient"}};
 constexpr StepGroup series = {"Series",
-                              {"cmdSerBack", "", Picture::Previous, "Previous Series"},
-                              {"cmdSerNext", "", Picture::Next, "Next Series"}};
+                              {"cmdSerBack", "", Icon::Previous, "Previous Series"},
+                              {"cmdSerNext", "", Icon::Next, "Next Series"}};
 // These step files; their tooltips say "Frame" all the same.
 constexpr StepGroup image = {"Image",
-                             {"cmdPreviousSeries", "", Picture::PreviousImage, "Previous Frame"},
-                             {"cmdNextSeries", "", Picture::NextImage, "Next Frame"}};
+                             {"cmdPreviousSeries", "", Icon::PreviousImage, "Previous Frame"},
+                             {"cmdNextSeries", "", Icon::NextImage, "Next Frame"}};
 
 QBoxLayout* stepColumn(const StepGroup& group, QLabel& label, QWidget* parent) {
     auto* column = new QVBoxLayout;

@@ -15,7 +15,7 @@ namespace cinedisc {
 /// Errors end either quietly, keeping what was done.
 class DiscOpener {
   public:
-    DiscOpener(ViewerControls& controls, DiscControls& disc, PlaceMover& place, const Catalogue& catalogue,
+    DiscOpener(FormControls& controls, DiscControls& disc, PlaceMover& place, const Catalogue& catalogue,
                CatalogueLoader& catalogueLoader, ModeProbe& probe, ThumbnailStrip& strip, StillsStrip& stills,
                StillsSeries& series, ImageLoader& loader)
         : form_(controls),
@@ -41,7 +41,7 @@ class DiscOpener {
     void openFolder(const Folder& folder);
     void openStillsFolder();
 
-    ViewerControls& form_;
+    FormControls& form_;
     DiscControls& disc_;
     PlaceMover& place_;
     const Catalogue& catalogue_;

@@ -7,7 +7,7 @@ namespace cinedisc {
 /// Decides between cine and stills: a first file of more than one frame is cine.
 class ModeProbe {
   public:
-    ModeProbe(ViewerControls& controls, ViewerControl& ezTest, PlaceMover& place)
+    ModeProbe(FormControls& controls, ViewerControl& ezTest, PlaceMover& place)
         : form_(controls), ezTest_(ezTest), place_(place) {}
 
     /// Points File1 at the first series of the current patient, probes its first file and shows the matching
@@ -20,7 +20,7 @@ class ModeProbe {
     static QString firstSeries(const Folder& patient);
 
   private:
-    ViewerControls& form_;
+    FormControls& form_;
     ViewerControl& ezTest_;
     PlaceMover& place_;
 };

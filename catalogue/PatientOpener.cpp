@@ -13,7 +13,8 @@ void PatientOpener::TreeView1_NodeClick(int node) {
     const QString path = findIgnoringCase(disc_.programFolder, {"Dicom", tag});
     const Folder patient = Folder::NameSpace(path);
     // A patient whose folder is missing leaves the picture that is shown; the view warns whose it is not.
-    place_.enterPatient(patient, patient.isSet() ? PlaceMover::Picture::Unloaded : PlaceMover::Picture::Kept);
+    place_.enterPatient(patient,
+                        patient.isSet() ? PlaceMover::MainView::Unloaded : PlaceMover::MainView::Kept);
     place_.showPatient(tree.text(selected), path);
     LoadPat();
     details_.SerDisplay(0, 0);

@@ -12,7 +12,7 @@ namespace cinedisc {
 /// Opens a patient at its first series: from the tree, or for the patient step.
 class PatientOpener {
   public:
-    PatientOpener(ViewerControls& controls, DiscControls& disc, PlaceMover& place, DetailPanels& details,
+    PatientOpener(FormControls& controls, DiscControls& disc, PlaceMover& place, DetailPanels& details,
                   ModeProbe& probe, ThumbnailStrip& strip, StillsStrip& stills, StillsSeries& series,
                   ImageLoader& loader)
         : form_(controls),
@@ -36,7 +36,7 @@ class PatientOpener {
     void openRuns();
     void openStills();
 
-    ViewerControls& form_;
+    FormControls& form_;
     DiscControls& disc_;
     PlaceMover& place_;
     DetailPanels& details_;

@@ -5,22 +5,22 @@
 namespace cinedisc {
 
 void PlaceMover::enterDisc(const Folder& firstPatient) {
-    leave(Picture::Unloaded);
+    leave(MainView::Unloaded);
     position_.PatientsFolder = firstPatient.ParentFolder();
     position_.CurrentFolder = firstPatient;
     position_.HasStudyFolders = true;
 }
 
 void PlaceMover::enterFolder(const Folder& folder) {
-    leave(Picture::Unloaded);
+    leave(MainView::Unloaded);
     position_.CurrentFolder = folder;
     position_.HasStudyFolders = false;
     position_.patient = DiscPosition::Patient::Unlisted;
     standOn(folder);
 }
 
-void PlaceMover::enterPatient(const Folder& patient, Picture picture) {
-    leave(picture);
+void PlaceMover::enterPatient(const Folder& patient, MainView mainView) {
+    leave(mainView);
     position_.CurrentFolder = patient;
     position_.HasStudyFolders = true;
     position_.patient = DiscPosition::Patient::Unlisted;
@@ -68,14 +68,14 @@ void PlaceMover::listSeries(const QString& folder) {
     forgetImage();
 }
 
-void PlaceMover::leave(Picture picture) {
+void PlaceMover::leave(MainView mainView) {
     position_.CurrentFolder = {};
     position_.patient = DiscPosition::Patient::None;
-    withdraw(picture);
+    withdraw(mainView);
     showNobody();
 }
 
-void PlaceMover::withdraw(Picture picture) {
+void PlaceMover::withdraw(MainView mainView) {
     // With no folder and no files the strip has nothing to read when its scroll bar moves.
     const Folder current = std::exchange(position_.CurrentFolder, {});
     form_.File1.putPath("");
@@ -86,7 +86,7 @@ void PlaceMover::withdraw(Picture picture) {
         preview->putThumbStyle(0);
         preview->putTag("");
     }
-    if (picture == Picture::Unloaded) {
+    if (mainView == MainView::Unloaded) {
         form_.ezDicom.putFileName("");
         form_.Slider2.putValue(1);
     }

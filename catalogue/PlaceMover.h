@@ -2,7 +2,7 @@
 
 #include "catalogue/DiscControls.h"
 #include "viewer/DiscPosition.h"
-#include "viewer/ViewerControls.h"
+#include "viewer/FormControls.h"
 
 #include <utility>
 
@@ -15,7 +15,7 @@ namespace cinedisc {
 /// patients, and a command that fails on its way leaves nothing of the former one within reach.
 class PlaceMover {
   public:
-    PlaceMover(ViewerControls& controls, DiscControls& disc) : form_(controls), disc_(disc) {}
+    PlaceMover(FormControls& controls, DiscControls& disc) : form_(controls), disc_(disc) {}
 
     const DiscPosition& position() const { return position_; }
 
@@ -23,9 +23,9 @@ class PlaceMover {
     void enterDisc(const Folder& firstPatient);
     /// A folder of images chosen by hand, which is nobody's.
     void enterFolder(const Folder& folder);
-    enum class Picture { Unloaded, Kept };
+    enum class MainView { Unloaded, Kept };
     /// A patient's folder, which may be missing; File1 stands on it. Nobody's name is shown yet.
-    void enterPatient(const Folder& patient, Picture picture = Picture::Unloaded);
+    void enterPatient(const Folder& patient, MainView mainView = MainView::Unloaded);
     /// Shows the catalogue's name of the patient whose folder lies at `path`.
     void showPatient(const QString& name, const QString& path);
     /// Puts all four names to their design texts: the catalogue does not know the open patient.
@@ -41,7 +41,7 @@ class PlaceMover {
     template <typename Handler>
     void open(Handler&& handler) {
         attempt(std::forward<Handler>(handler));
-        if (form_.ezDicom.FileName().isEmpty()) withdraw(Picture::Unloaded);
+        if (form_.ezDicom.FileName().isEmpty()) withdraw(MainView::Unloaded);
     }
 
     /// Points File1 at another series of the patient. One that holds no file leaves nothing of the series
@@ -54,17 +54,17 @@ class PlaceMover {
         try {
             std::forward<Handler>(handler)();
         } catch (...) {
-            withdraw(Picture::Unloaded);
+            withdraw(MainView::Unloaded);
             throw;
         }
     }
-    void leave(Picture picture);
-    void withdraw(Picture picture);
+    void leave(MainView mainView);
+    void withdraw(MainView mainView);
     void standOn(const Folder& folder);
     void forgetImage();
     void tellNamedFolder(const QString& folder);
 
-    ViewerControls& form_;
+    FormControls& form_;
     DiscControls& disc_;
     DiscPosition position_;
 };

@@ -11,7 +11,7 @@ namespace cinedisc {
 /// name.
 class StillsSeries final : public StillsPosition {
   public:
-    StillsSeries(ViewerControls& controls, DiscControls& disc, DetailPanels& details, const PlaceMover& place)
+    StillsSeries(FormControls& controls, DiscControls& disc, DetailPanels& details, const PlaceMover& place)
         : form_(controls), disc_(disc), details_(details), place_(place) {}
 
     bool isInForce() const override { return place_.position().StillsMode; }
@@ -22,7 +22,7 @@ class StillsSeries final : public StillsPosition {
   private:
     void lookUpName();
 
-    ViewerControls& form_;
+    FormControls& form_;
     DiscControls& disc_;
     DetailPanels& details_;
     const PlaceMover& place_;

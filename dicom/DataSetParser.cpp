@@ -1,6 +1,6 @@
 #include "dicom/DataSetParser.h"
 
-#include "dicom/Notices.h"
+#include "dicom/Faults.h"
 #include "dicom/Tags.h"
 #include "dicom/ValueRepresentation.h"
 
@@ -40,7 +40,7 @@ DataSetParser::End DataSetParser::broken(DecodeError::Kind kind, Tag tag, const 
 
 DataSetParser::End DataSetParser::brokenOff(Tag tag) {
     if (buffer_.hasFailed()) {
-        error_ = notices::cannotRead(tag, buffer_.size());
+        error_ = faults::cannotRead(tag, buffer_.size());
         return End::Broken;
     }
     return broken(DecodeError::Kind::CutOff, tag, "The file is cut off within its header");

@@ -2,8 +2,8 @@
 
 #include "dicom/CodeStream.h"
 #include "dicom/ElementHeader.h"
+#include "dicom/Faults.h"
 #include "dicom/FragmentJoining.h"
-#include "dicom/Notices.h"
 
 #include <algorithm>
 #include <array>
@@ -113,13 +113,13 @@ std::optional<Result<FrameBytes>> EncapsulatedFrames::readByTable(int frame) con
     std::vector<std::byte> stretch(static_cast<std::size_t>(to - from));
     stretch.resize(source_->readAt(from, stretch));
     if (stretch.size() < to - from)
-        return Result<FrameBytes>(notices::cannotRead(pixels_.tag, from + stretch.size()));
+        return Result<FrameBytes>(faults::cannotRead(pixels_.tag, from + stretch.size()));
     FrameBytes bytes;
     switch (joinItems(std::move(stretch), bytes)) {
         case Joining::Complete:
             return Result<FrameBytes>(std::move(bytes));
         case Joining::CutOff:
-            if (isLast) return Result<FrameBytes>(notices::cutOff(frame, announced_, pixels_.tag, from));
+            if (isLast) return Result<FrameBytes>(faults::cutOff(frame, announced_, pixels_.tag, from));
             return std::nullopt;
         default:
             return std::nullopt;
@@ -129,9 +129,9 @@ std::optional<Result<FrameBytes>> EncapsulatedFrames::readByTable(int frame) con
 DecodeError EncapsulatedFrames::missingFrame(int frame) const {
     using Ended = FragmentWalker::Ended;
     const Ended ended = grouping_.walker().ended();
-    if (ended == Ended::InGarbage) return notices::damaged(pixels_.tag, pixels_.offset, frame);
-    if (ended == Ended::Unreadable) return notices::cannotRead(pixels_.tag, pixels_.offset);
-    return notices::cutOff(static_cast<int>(grouping_.completeFrames()), announced_, pixels_.tag, end_);
+    if (ended == Ended::InGarbage) return faults::damaged(pixels_.tag, pixels_.offset, frame);
+    if (ended == Ended::Unreadable) return faults::cannotRead(pixels_.tag, pixels_.offset);
+    return faults::cutOff(static_cast<int>(grouping_.completeFrames()), announced_, pixels_.tag, end_);
 }
 
 /// How far to read when more fragments may belong to the frame: a part of the mean size of frames, so as not
@@ -188,12 +188,12 @@ Result<FrameBytes> EncapsulatedFrames::readByWalking(int frame) const {
     std::vector<std::byte> stretch;
     for (;;) {
         const Fragment last = grouping_.fragment(grouping_.knownEnd(wanted) - 1);
-        if (!last.isComplete) return notices::cutOff(frame, announced_, pixels_.tag, last.offset);
-        if (last.end() - from > mostFrameBytes()) return notices::damaged(pixels_.tag, from, frame);
+        if (!last.isComplete) return faults::cutOff(frame, announced_, pixels_.tag, last.offset);
+        if (last.end() - from > mostFrameBytes()) return faults::damaged(pixels_.tag, from, frame);
         // At the end of all fragments the frames may turn out to lie elsewhere.
         if (grouping_.fragment(grouping_.start(wanted)).offset != from) return readByWalking(frame);
         if (!grouping_.mayGrow(wanted) && from + stretch.size() >= last.end()) break;
-        if (!extend(stretch, from, wanted)) return notices::cannotRead(pixels_.tag, from + stretch.size());
+        if (!extend(stretch, from, wanted)) return faults::cannotRead(pixels_.tag, from + stretch.size());
     }
     FrameBytes bytes = withoutItemHeaders(std::move(stretch), from, wanted);
     const bool begins = beginsCodeStream(bytes.bytes(), declared_);

@@ -3,10 +3,10 @@
 #include "dicom/CodeStream.h"
 #include "dicom/DataSetParser.h"
 #include "dicom/ElementHeader.h"
+#include "dicom/Faults.h"
 #include "dicom/ForwardBuffer.h"
 #include "dicom/Inflating.h"
 #include "dicom/MemoryByteSource.h"
-#include "dicom/Notices.h"
 #include "dicom/OffsetTable.h"
 #include "dicom/PrefetchedSource.h"
 #include "dicom/Tags.h"
@@ -70,7 +70,7 @@ Result<FileHeader> readFileHeader(std::shared_ptr<const ByteSource> source) {
     FileHeader header;
     ForwardBuffer buffer(*source);
     const bool hasPrefix = skipPrefix(buffer);
-    if (buffer.hasFailed() && buffer.remaining() == 0) return notices::cannotRead({}, buffer.size());
+    if (buffer.hasFailed() && buffer.remaining() == 0) return faults::cannotRead({}, buffer.size());
     if (!hasPrefix && !looksLikeDataSet(buffer.peek(ElementHeader::mostBytes), buffer.size()))
         return DecodeError{DecodeError::Kind::NotDicom, "This is not a DICOM file", {}, 0, -1};
 

@@ -1,6 +1,6 @@
 #include "dicom/NativeFrames.h"
 
-#include "dicom/Notices.h"
+#include "dicom/Faults.h"
 #include "dicom/PixelDescription.h"
 
 #include <algorithm>
@@ -48,8 +48,7 @@ Result<FrameBytes> NativeFrames::read(int frame) const {
     }
     bytes.storage.resize(static_cast<std::size_t>(to - from));
     const std::size_t got = source_->readAt(pixels_.offset + from, bytes.storage);
-    if (got < bytes.begin + bytes.length)
-        return notices::cannotRead(pixels_.tag, pixels_.offset + from + got);
+    if (got < bytes.begin + bytes.length) return faults::cannotRead(pixels_.tag, pixels_.offset + from + got);
     if (swapsWords_)
         for (std::size_t at = 0; at + 1 < bytes.storage.size(); at += 2)
             std::swap(bytes.storage[at], bytes.storage[at + 1]);

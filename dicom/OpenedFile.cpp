@@ -5,10 +5,10 @@
 #include "dicom/CodeStream.h"
 #include "dicom/DataSetParser.h"
 #include "dicom/ElementText.h"
+#include "dicom/Faults.h"
 #include "dicom/GreyRules.h"
 #include "dicom/Inflating.h"
 #include "dicom/MemoryByteSource.h"
-#include "dicom/Notices.h"
 #include "dicom/OverlayReading.h"
 #include "dicom/PaletteReading.h"
 #include "dicom/PixelAspectRule.h"
@@ -23,7 +23,7 @@ std::optional<DecodeError> OpenedFile::missing(int frame) const {
     if (picture_.error)
         error = *picture_.error;
     else if (frame >= picture_.frameCount && frame < picture_.announcedFrameCount)
-        error = notices::cutOff(picture_.frameCount, picture_.announcedFrameCount);
+        error = faults::cutOff(picture_.frameCount, picture_.announcedFrameCount);
     else if (frame < 0 || frame >= picture_.frameCount)
         error = DecodeError{DecodeError::Kind::Broken, "The file has no such frame", {}, 0, frame};
     else

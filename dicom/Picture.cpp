@@ -3,8 +3,8 @@
 #include "dicom/CodeStream.h"
 #include "dicom/ElementHeader.h"
 #include "dicom/EncapsulatedFrames.h"
+#include "dicom/Faults.h"
 #include "dicom/NativeFrames.h"
-#include "dicom/Notices.h"
 #include "dicom/PixelDescription.h"
 #include "dicom/Tags.h"
 
@@ -29,7 +29,7 @@ class BareStream : public FrameSource {
     int count() const override { return isComplete_ ? 1 : 0; }
     Result<FrameBytes> read(int frame) const override {
         constexpr std::uint64_t most = 256ull << 20;
-        if (pixels_.length > most) return notices::damaged(pixels_.tag, pixels_.offset, frame);
+        if (pixels_.length > most) return faults::damaged(pixels_.tag, pixels_.offset, frame);
         FrameBytes bytes;
         bytes.storage.resize(static_cast<std::size_t>(pixels_.length));
         bytes.length = source_->readAt(pixels_.offset, bytes.storage);
@@ -63,8 +63,8 @@ bool isEncapsulated(const FileHeader& header, const PixelFormat& format, int fra
 
 std::optional<DecodeError> unreadableSyntax(const FileHeader& header) {
     if (!header.syntax) return std::nullopt;
-    if (header.syntax->pixels == Pixels::Referenced) return notices::pictureElsewhere();
-    if (header.syntax->pixels == Pixels::Video) return notices::unreadableCompression(header.syntax->name);
+    if (header.syntax->pixels == Pixels::Referenced) return faults::pictureElsewhere();
+    if (header.syntax->pixels == Pixels::Video) return faults::unreadableCompression(header.syntax->name);
     return std::nullopt;
 }
 
@@ -89,7 +89,7 @@ void openEncapsulated(const FileHeader& header, std::optional<int> announced, Pi
         if (seen) picture.compression = *seen;
         if (!seen)
             picture.error =
-                notices::unreadableCompression(header.syntax ? header.syntax->name : header.syntaxUid);
+                faults::unreadableCompression(header.syntax ? header.syntax->name : header.syntaxUid);
     }
     picture.frames = std::move(frames);
 }
@@ -124,7 +124,7 @@ Picture openPicture(const FileHeader& header) {
     if (header.syntax) picture.compression = header.syntax->compression;
     picture.error = unreadableSyntax(header);
     if (!picture.error && !header.pixels)
-        picture.error = header.brokenOff ? *header.brokenOff : notices::noPicture(header.elements);
+        picture.error = header.brokenOff ? *header.brokenOff : faults::noPicture(header.elements);
     if (picture.error) {
         if (!header.pixels) picture.announcedFrameCount = 0;
         return picture;
@@ -149,7 +149,7 @@ Picture openPicture(const FileHeader& header) {
     if (!picture.error) picture.frameCount = picture.frames->count();
     if (!picture.error && picture.frameCount == 0)
         picture.error =
-            notices::cutOff(0, picture.announcedFrameCount, header.pixels->tag, header.pixels->offset);
+            faults::cutOff(0, picture.announcedFrameCount, header.pixels->tag, header.pixels->offset);
     if (picture.error) picture.frames.reset();
     return picture;
 }

@@ -1,6 +1,6 @@
 #include "dicom/PixelDescription.h"
 
-#include "dicom/Notices.h"
+#include "dicom/Faults.h"
 #include "dicom/Tags.h"
 
 #include <algorithm>
@@ -90,12 +90,12 @@ std::uint64_t subsampledFrameBits(const PixelFormat& format) {
 Result<PixelFormat> readPixelFormat(const DataSet& header, Tag pixelTag) {
     PixelFormat format;
     for (const Tag tag : {tags::Rows, tags::Columns})
-        if (clampedTo(header.integer(tag), 1, largestSide, 0) == 0) return notices::undescribedPicture(tag);
+        if (clampedTo(header.integer(tag), 1, largestSide, 0) == 0) return faults::undescribedPicture(tag);
     format.rows = static_cast<int>(*header.integer(tags::Rows));
     format.columns = static_cast<int>(*header.integer(tags::Columns));
     const auto samples = header.integer(tags::SamplesPerPixel).value_or(1);
     if (samples != 1 && samples != 3)
-        return notices::unsupportedPixels(std::to_string(samples) + " samples a pixel");
+        return faults::unsupportedPixels(std::to_string(samples) + " samples a pixel");
     format.samplesPerPixel = static_cast<int>(samples);
     format.planar = samples == 3 && header.integer(tags::PlanarConfiguration).value_or(0) == 1;
     readBits(header, format);
@@ -105,7 +105,7 @@ Result<PixelFormat> readPixelFormat(const DataSet& header, Tag pixelTag) {
         photometricOf(header.string(tags::PhotometricInterpretation), format.samplesPerPixel);
     if (format.photometric == Photometric::PaletteColor && !hasPalette(header))
         format.photometric = Photometric::Monochrome2;
-    if (nativeFrameBits(format) / 8 > mostFrameBytes) return notices::tooLarge();
+    if (nativeFrameBits(format) / 8 > mostFrameBytes) return faults::tooLarge();
     return format;
 }
 

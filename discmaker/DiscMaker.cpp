@@ -11,12 +11,12 @@ namespace cinedisc::discmaker {
 namespace fs = std::filesystem;
 
 DiscSummary makeDisc(const fs::path& disc, const std::string& title, const std::vector<fs::path>& named,
-                     const Enclosures& enclosures, const Notice& notice) {
+                     const Enclosures& enclosures, const Report& report) {
     DiscFolder folder(disc);
     DiscSummary summary;
     std::vector<ImageRecord> records;
     std::vector<fs::path> sources;
-    for (const auto& path : collectFiles(named, disc, notice)) {
+    for (const auto& path : collectFiles(named, disc, report)) {
         auto read = readRecord(path);
         if (auto* record = std::get_if<ImageRecord>(&read)) {
             records.push_back(std::move(*record));
@@ -33,7 +33,7 @@ DiscSummary makeDisc(const fs::path& disc, const std::string& title, const std::
                 break;
             case Skipped::Reason::Unreadable:
                 ++summary.unreadable;
-                notice("left out " + path.string() + ": " + skipped.message);
+                report("left out " + path.string() + ": " + skipped.message);
                 break;
         }
     }

@@ -20,6 +20,6 @@ struct DiscSummary {
 /// Raises DiscError, among others when there is no DICOM file, and then leaves `disc` as it was.
 DiscSummary makeDisc(const std::filesystem::path& disc, const std::string& title,
                      const std::vector<std::filesystem::path>& named, const Enclosures& enclosures,
-                     const Notice& notice);
+                     const Report& report);
 
 }  // namespace cinedisc::discmaker

@@ -21,8 +21,8 @@ bool isInside(const fs::path& path, const fs::path& folder) {
 
 class Collection {
   public:
-    Collection(const fs::path& disc, const Notice& notice)
-        : disc_(fs::weakly_canonical(disc)), notice_(notice) {}
+    Collection(const fs::path& disc, const Report& report)
+        : disc_(fs::weakly_canonical(disc)), report_(report) {}
 
     void add(const fs::path& named) {
         const auto place = fs::canonical(named);
@@ -50,7 +50,7 @@ class Collection {
         std::error_code error;
         for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
             entries.push_back(*entry);
-        if (error) notice_("cannot read the folder " + folder.string() + ": " + error.message());
+        if (error) report_("cannot read the folder " + folder.string() + ": " + error.message());
         const auto name = [](const fs::directory_entry& entry) {
             return QString::fromStdString(entry.path().filename().string());
         };
@@ -66,7 +66,7 @@ class Collection {
     }
 
     fs::path disc_;
-    const Notice& notice_;
+    const Report& report_;
     std::set<fs::path> known_;
     std::vector<fs::path> files_;
 };
@@ -74,8 +74,8 @@ class Collection {
 }  // namespace
 
 std::vector<fs::path> collectFiles(std::span<const fs::path> named, const fs::path& disc,
-                                   const Notice& notice) {
-    Collection collection(disc, notice);
+                                   const Report& report) {
+    Collection collection(disc, report);
     for (const auto& path : named) {
         if (!fs::exists(path)) throw DiscError("there is no file or folder " + path.string());
         collection.add(path);

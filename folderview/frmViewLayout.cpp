@@ -15,23 +15,23 @@ constexpr int sunkenBorder = 2;
 const ViewerDesign design = {
     "DICOM Viewer for Coronal Angiography",
     {"Frame3",
-     {"cmdOpen", "", Picture::Folder, "Open Folder"},
-     {"cmdPanning", "", Picture::Pan, "Panning: drag to move the picture"},
+     {"cmdOpen", "", Icon::Folder, "Open Folder"},
+     {"cmdPanning", "", Icon::Pan, "Panning: drag to move the picture"},
      {},
-     {"Command15", "Exit", Picture::None, "End the program"}},
+     {"Command15", "Exit", Icon::None, "End the program"}},
     {"Frame1",
-     {"cmdReverse", "Reverse", Picture::Reverse, "Play backward"},
-     {"cmdPlay", "Play", Picture::Play, "Play forward"},
+     {"cmdReverse", "Reverse", Icon::Reverse, "Play backward"},
+     {"cmdPlay", "Play", Icon::Play, "Play forward"},
      {"", "Frame Seek Bar"},
      {"", "Image"}},
 };
-constexpr ButtonRow displayOption = {"Command3", "Command3", Picture::None, "Display option"};
+constexpr ButtonRow displayOption = {"Command3", "Command3", Icon::None, "Display option"};
 
 }  // namespace
 
 frmViewLayout::frmViewLayout(QMainWindow& window)
     : ViewerPanels(window, design), ListView1(named(new QListWidget(surface), "ListView1")) {
-    ListView1->setIconSize(QSize(pictureSize, pictureSize));
+    ListView1->setIconSize(QSize(iconEdge, iconEdge));
     ListView1->hide();
     ezDicom->putThumbStyle(sunkenBorder);
     strip->setObjectName("Frame4");

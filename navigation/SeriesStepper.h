@@ -13,7 +13,7 @@ namespace cinedisc {
 /// that equals File1.Path. Errors end a step quietly.
 class SeriesStepper {
   public:
-    SeriesStepper(ViewerControls& controls, PlaceMover& place, DetailPanels& details, ThumbnailStrip& strip,
+    SeriesStepper(FormControls& controls, PlaceMover& place, DetailPanels& details, ThumbnailStrip& strip,
                   StillsSeries& stills, ImageLoader& loader)
         : form_(controls),
           place_(place),
@@ -38,7 +38,7 @@ class SeriesStepper {
     void openRuns();
     void openStills();
 
-    ViewerControls& form_;
+    FormControls& form_;
     PlaceMover& place_;
     DetailPanels& details_;
     ThumbnailStrip& strip_;

@@ -11,11 +11,11 @@ namespace cinedisc {
 
 namespace {
 
-constexpr ButtonRow stop = {"cmdStop", "Stop", Picture::None, "Stop the cine"};
-constexpr ButtonRow previousFrame = {"cmdPrev", "", Picture::PreviousFrame, "Previous frame"};
-constexpr ButtonRow nextFrame = {"cmdNext", "", Picture::NextFrame, "Next frame"};
-constexpr ButtonRow previousImage = {"cmdPrevImage", "", Picture::PreviousImage, "Previous image file"};
-constexpr ButtonRow nextImage = {"cmdNextImage", "", Picture::NextImage, "Next image file"};
+constexpr ButtonRow stop = {"cmdStop", "Stop", Icon::None, "Stop the cine"};
+constexpr ButtonRow previousFrame = {"cmdPrev", "", Icon::PreviousFrame, "Previous frame"};
+constexpr ButtonRow nextFrame = {"cmdNext", "", Icon::NextFrame, "Next frame"};
+constexpr ButtonRow previousImage = {"cmdPrevImage", "", Icon::PreviousImage, "Previous image file"};
+constexpr ButtonRow nextImage = {"cmdNextImage", "", Icon::NextImage, "Next image file"};
 
 /// Both options of the run's end carry this one; the words beside them differ.
 constexpr const char* endOfRunCaption = "Continuos";

@@ -39,7 +39,7 @@ QPalette darkPalette() {
 
 constexpr const char* sheet = R"(
 QPushButton { background: #262a2f; border: 1px solid #34393f; border-radius: 4px; padding: 4px 8px; min-height: 20px; }
-cinedisc--PictureButton { padding: 4px; min-width: 24px; }
+cinedisc--IconButton { padding: 4px; min-width: 24px; }
 QPushButton:hover { background: #30353b; border-color: #454c54; }
 QPushButton:pressed { background: #1c1f23; }
 QPushButton:focus { border-color: #5fa8c8; }

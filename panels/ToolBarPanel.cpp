@@ -10,18 +10,18 @@ namespace cinedisc {
 
 namespace {
 
-constexpr ButtonRow exportRow = {"cmdExport", "Export..", Picture::None, "Save the picture as JPEG or BMP"};
+constexpr ButtonRow exportRow = {"cmdExport", "Export..", Icon::None, "Save the picture as JPEG or BMP"};
 constexpr ButtonRow mouseTools[] = {
-    {"cmdWindow", "", Picture::Window, "Window: drag to change contrast and brightness"},
-    {"cmdMagnify", "", Picture::Magnify, "Magnify: a loupe under the mouse while it is pressed"},
-    {"cmdLabel", "", Picture::Label, "Label: click to write on the picture"},
+    {"cmdWindow", "", Icon::Window, "Window: drag to change contrast and brightness"},
+    {"cmdMagnify", "", Icon::Magnify, "Magnify: a loupe under the mouse while it is pressed"},
+    {"cmdLabel", "", Icon::Label, "Label: click to write on the picture"},
 };
 constexpr ButtonRow display[] = {
-    {"cmdZoom", "Zoom", Picture::None, "Choose the magnification"},
-    {"cmdInvert", "Invert", Picture::None, "Invert the grey scale"},
-    {"cmdSmooth", "Smooth", Picture::None, "Smooth drawing on or off"},
-    {"cmdHeader", "Header", Picture::None, "Show the file's header as text"},
-    {"cmdOverlay", "Overlay", Picture::None, "Choose the background"},
+    {"cmdZoom", "Zoom", Icon::None, "Choose the magnification"},
+    {"cmdInvert", "Invert", Icon::None, "Invert the grey scale"},
+    {"cmdSmooth", "Smooth", Icon::None, "Smooth drawing on or off"},
+    {"cmdHeader", "Header", Icon::None, "Show the file's header as text"},
+    {"cmdOverlay", "Overlay", Icon::None, "Choose the background"},
 };
 
 }  // namespace

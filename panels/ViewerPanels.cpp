@@ -7,7 +7,7 @@
 #include "panels/PictureRow.h"
 #include "panels/StripPanel.h"
 #include "panels/ZoomPopUp.h"
-#include "platform/widgets/Picture.h"
+#include "platform/widgets/Icon.h"
 
 #include <QMainWindow>
 #include <QScreen>
@@ -48,7 +48,7 @@ ViewerPanels::ViewerPanels(QMainWindow& window, const ViewerDesign& design)
       Timer1(makeTimer(window, "Timer1")),
       Timer4(makeTimer(window, "Timer4")) {
     window.setWindowTitle(design.title);
-    window.setWindowIcon(pictureIcon(Picture::Program));
+    window.setWindowIcon(drawnIcon(Icon::Program));
     window.setMinimumSize(smallestWindow);
     window.resize(sizeFor(*window.screen()));
     window.setCentralWidget(surface);

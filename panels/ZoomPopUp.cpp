@@ -11,11 +11,11 @@ namespace {
 
 /// In the order in which they are shown; an index stands for its magnification, not for a place.
 constexpr ButtonRow choices[] = {
-    {"cmdFit(0)", "Best Fit", Picture::None, "Fit the picture to the view"},
-    {"cmdFit(2)", "50%", Picture::None, "Half size"},
-    {"cmdFit(1)", "100%", Picture::None, "One screen pixel per image pixel"},
-    {"cmdFit(3)", "150%", Picture::None, "One and a half times the size"},
-    {"cmdFit(4)", "200%", Picture::None, "Double size"},
+    {"cmdFit(0)", "Best Fit", Icon::None, "Fit the picture to the view"},
+    {"cmdFit(2)", "50%", Icon::None, "Half size"},
+    {"cmdFit(1)", "100%", Icon::None, "One screen pixel per image pixel"},
+    {"cmdFit(3)", "150%", Icon::None, "One and a half times the size"},
+    {"cmdFit(4)", "200%", Icon::None, "Double size"},
 };
 
 }  // namespace

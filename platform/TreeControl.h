@@ -12,8 +12,8 @@ class TreeControl {
     virtual int nodeCount() const = 0;
     /// Adds a node under `parent` (0: a root node) and returns its index.
     virtual int addNode(int parent, const QString& text) = 0;
-    /// Picture number 1 is the patient's.
-    virtual void putImage(int node, int picture) = 0;
+    /// Icon number 1 is the patient's.
+    virtual void putImage(int node, int icon) = 0;
     virtual void putTag(int node, const QString& tag) = 0;
     virtual QString tag(int node) const = 0;
     virtual QString text(int node) const = 0;

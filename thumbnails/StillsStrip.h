@@ -1,7 +1,7 @@
 #pragma once
 
 #include "viewer/DiscPosition.h"
-#include "viewer/ViewerControls.h"
+#include "viewer/FormControls.h"
 
 #include <functional>
 
@@ -11,7 +11,7 @@ namespace cinedisc {
 /// It leaves File1 on the last series folder that it visited; a preview's Tag remembers its folder.
 class StillsStrip {
   public:
-    StillsStrip(ViewerControls& controls, const DiscPosition& position, Label& folderLabel)
+    StillsStrip(FormControls& controls, const DiscPosition& position, Label& folderLabel)
         : form_(controls), position_(position), Label1_(folderLabel) {}
 
     /// Refills the strip for sb1's value; 5, 10, 15 ... keep the pictures that are there. Errors end it
@@ -33,7 +33,7 @@ class StillsStrip {
     /// Walks the patient's series folders until `visit`, given each one's path, returns false.
     void walkSeries(const std::function<bool(const QString&)>& visit) const;
 
-    ViewerControls& form_;
+    FormControls& form_;
     const DiscPosition& position_;
     Label& Label1_;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "viewer/ViewerControls.h"
+#include "viewer/FormControls.h"
 
 namespace cinedisc {
 
@@ -14,7 +14,7 @@ class ThumbnailStrip {
   public:
     /// `fitWhileScrolling`: the main window's previews are told to fit while scrolling, the folder viewer's
     /// are not.
-    ThumbnailStrip(ViewerControls& controls, FitPreview fitWhileScrolling)
+    ThumbnailStrip(FormControls& controls, FitPreview fitWhileScrolling)
         : form_(controls), fitWhileScrolling_(fitWhileScrolling) {}
 
     /// Refreshes the borders; no picture is loaded again.
@@ -38,7 +38,7 @@ class ThumbnailStrip {
   private:
     void showFile(ViewerControl& preview, Int16 index, FitPreview fit);
 
-    ViewerControls& form_;
+    FormControls& form_;
     FitPreview fitWhileScrolling_;
     Int16 ThumbFillCount_ = 0;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "viewer/ViewerControls.h"
+#include "viewer/FormControls.h"
 
 namespace cinedisc {
 
@@ -8,7 +8,7 @@ namespace cinedisc {
 /// the values of the controls, read afresh at every step. None of its handlers traps errors.
 class CinePlayer {
   public:
-    explicit CinePlayer(ViewerControls& controls) : form_(controls) {}
+    explicit CinePlayer(FormControls& controls) : form_(controls) {}
 
     void cmdPlay_Click();
     void cmdReverse_Click();
@@ -42,7 +42,7 @@ class CinePlayer {
     void raiseSeekRange();
     void loadNeighbour(Int16 position);
 
-    ViewerControls& form_;
+    FormControls& form_;
 };
 
 }  // namespace cinedisc

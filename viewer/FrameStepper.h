@@ -1,6 +1,6 @@
 #pragma once
 
-#include "viewer/ViewerControls.h"
+#include "viewer/FormControls.h"
 
 namespace cinedisc {
 
@@ -8,7 +8,7 @@ namespace cinedisc {
 /// loaded, and errors end it quietly.
 class FrameStepper {
   public:
-    explicit FrameStepper(ViewerControls& controls) : form_(controls) {}
+    explicit FrameStepper(FormControls& controls) : form_(controls) {}
 
     void cmdNext_Click();
     void cmdPrev_Click();
@@ -22,7 +22,7 @@ class FrameStepper {
     void showStep();
     void openImage(Int16 position);
 
-    ViewerControls& form_;
+    FormControls& form_;
 };
 
 }  // namespace cinedisc

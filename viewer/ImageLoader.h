@@ -1,14 +1,14 @@
 #pragma once
 
+#include "viewer/FormControls.h"
 #include "viewer/StillsPosition.h"
-#include "viewer/ViewerControls.h"
 
 namespace cinedisc {
 
 /// Brings a preview's file into the main view of the main window, with list, labels and cine.
 class ImageLoader {
   public:
-    ImageLoader(ViewerControls& controls, Label& folderLabel, StillsPosition& stills)
+    ImageLoader(FormControls& controls, Label& folderLabel, StillsPosition& stills)
         : form_(controls), Label1_(folderLabel), stills_(stills) {}
 
     /// Loads the file of preview `index`; an empty preview changes nothing. Errors end it quietly.
@@ -18,7 +18,7 @@ class ImageLoader {
     void loadRun(const ViewerControl& preview);
     void loadStill(const ViewerControl& preview);
 
-    ViewerControls& form_;
+    FormControls& form_;
     Label& Label1_;
     StillsPosition& stills_;
 };

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "viewer/ViewerControls.h"
+#include "viewer/FormControls.h"
 
 namespace cinedisc {
 
 /// Two timer routines that step frames without the sliders. The program drives them with no timer of its own.
 class TimerSteppers {
   public:
-    TimerSteppers(ViewerControls& controls, Label& folderLabel) : form_(controls), Label1_(folderLabel) {}
+    TimerSteppers(FormControls& controls, Label& folderLabel) : form_(controls), Label1_(folderLabel) {}
 
     /// One frame back, wrapping; shows the interval of `timer`.
     void stepReverse(const TimerControl& timer);
@@ -15,7 +15,7 @@ class TimerSteppers {
     void stepForward();
 
   private:
-    ViewerControls& form_;
+    FormControls& form_;
     Label& Label1_;
     Int16 position_ = 0;
 };

@@ -4,9 +4,9 @@
 #include "tools/DisplayTools.h"
 #include "tools/ExportCommand.h"
 #include "viewer/CinePlayer.h"
+#include "viewer/FormControls.h"
 #include "viewer/FrameStepper.h"
 #include "viewer/MouseWheelHook.h"
-#include "viewer/ViewerControls.h"
 
 namespace cinedisc {
 
@@ -16,7 +16,7 @@ class ViewerBehaviour {
   public:
     /// What the behaviours work on. The window owns it.
     struct Parts {
-        ViewerControls& controls;
+        FormControls& controls;
         const DisplayTools::Controls& tools;
         const ExportCommand::Format& exportFormat;
         MouseWheelHook& wheel;
@@ -33,7 +33,7 @@ class ViewerBehaviour {
     /// A preview was clicked.
     virtual void thumb_Click(Int16 index) = 0;
 
-    ViewerControls& form;
+    FormControls& form;
     MouseWheelHook& wheel;
     OptionButton& Option3;
 

@@ -12,8 +12,8 @@
 #include "tools/DisplayTools.h"
 #include "tools/ExportCommand.h"
 #include "tools/frmdicom.h"
+#include "viewer/FormControls.h"
 #include "viewer/StripWheel.h"
-#include "viewer/ViewerControls.h"
 
 namespace cinedisc {
 
@@ -33,7 +33,7 @@ class ViewerWindowControls {
     frmdicomChooser formatChooser;
     StripWheel wheel;
 
-    ViewerControls viewer;
+    FormControls viewer;
     DisplayTools::Controls tools;
     ExportCommand::Format exportFormat;
 };

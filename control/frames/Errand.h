@@ -1,6 +1,6 @@
 #pragma once
 
-#include "control/frames/FrameSteps.h"
+#include "control/frames/FrameRun.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -22,7 +22,7 @@ class Errand {
     /// False when it was not done by the deadline.
     bool waitUntil(Clock::time_point deadline) const;
     /// Once it is done: a run whose first frame will be looked at, null for none.
-    virtual std::shared_ptr<const FrameSteps> toBeLookedAt() const { return nullptr; }
+    virtual std::shared_ptr<const FrameRun> toBeLookedAt() const { return nullptr; }
 
   protected:
     virtual void work() = 0;

@@ -159,9 +159,9 @@ void FrameStore::readNow(Lock& lock, Entries::iterator entry) {
     if (waiting_ > 0) changed_.notify_all();
 }
 
-bool FrameStore::mayBegin(const FrameSteps& run) const { return decodedAlone_ == 0 || !decodesAlone(run); }
+bool FrameStore::mayBegin(const FrameRun& run) const { return decodedAlone_ == 0 || !decodesAlone(run); }
 
-bool FrameStore::decodesAlone(const FrameSteps& run) {
+bool FrameStore::decodesAlone(const FrameRun& run) {
     return run.decodingWork() == DecodingWork::AllProcessors || run.decodingRoom() > 0;
 }
 
@@ -239,7 +239,7 @@ bool FrameStore::read(const FrameKey& key) {
     return true;
 }
 
-bool FrameStore::decodeNextDue(const FrameSteps* run, const FrameSteps* next) {
+bool FrameStore::decodeNextDue(const FrameRun* run, const FrameRun* next) {
     Lock lock(mutex_);
     const FrameKey* due = nullptr;
     int soonest = order_.window + 2;
@@ -297,7 +297,7 @@ FrameStore::Entries::iterator FrameStore::leastWanted() {
     for (const FrameKey& key : read_) {
         if (order_.stepsTo(key) == PlayOrder::never && !wishes_.wants(key)) return entries_.find(key);
     }
-    const auto decoded = [this](const FrameSteps* run) {
+    const auto decoded = [this](const FrameRun* run) {
         const auto found = decodedOf_.find(run);
         return found == decodedOf_.end() ? 0 : found->second;
     };
@@ -317,7 +317,7 @@ FrameStore::Entries::iterator FrameStore::leastWanted() {
     return uses_.empty() ? entries_.end() : entries_.find(uses_.front());
 }
 
-void FrameStore::drop(const FrameSteps* run) {
+void FrameStore::drop(const FrameRun* run) {
     const std::lock_guard lock(mutex_);
     const auto from = entries_.lower_bound({run, INT_MIN});
     auto to = from;
@@ -336,7 +336,7 @@ void FrameStore::drop(const FrameSteps* run) {
     if (order_.next == run) order_.next = nullptr;
 }
 
-void FrameStore::dropFaults(const FrameSteps* run) {
+void FrameStore::dropFaults(const FrameRun* run) {
     const std::lock_guard lock(mutex_);
     auto entry = entries_.lower_bound({run, INT_MIN});
     while (entry != entries_.end() && entry->first.run == run) {

@@ -69,7 +69,7 @@ class FrameStore {
     /// Decodes that frame of the order's window, or of the run that follows, which is due first among those
     /// read. Only frames of the two runs named are taken, which the caller keeps alive; either may be null.
     /// Answers whether there was one.
-    bool decodeNextDue(const FrameSteps* run, const FrameSteps* next);
+    bool decodeNextDue(const FrameRun* run, const FrameRun* next);
 
     /// What is played, for the choice of what to keep.
     void follow(const PlayOrder& order);
@@ -78,9 +78,9 @@ class FrameStore {
     /// Whether compressed frames of the run that is played still find room.
     bool hasRoomForBytes() const;
     /// Lets go of all frames of a run. None of them may be in use by a thread.
-    void drop(const FrameSteps* run);
+    void drop(const FrameRun* run);
     /// Lets go of the frames that could not be read or decoded, to be tried again.
-    void dropFaults(const FrameSteps* run);
+    void dropFaults(const FrameRun* run);
     std::size_t bytesHeld() const;
 
   private:
@@ -96,8 +96,8 @@ class FrameStore {
 
     void readNow(Lock& lock, Entries::iterator entry);
     Decoded decodeNow(Lock& lock, Entries::iterator entry);
-    static bool decodesAlone(const FrameSteps& run);
-    bool mayBegin(const FrameSteps& run) const;
+    static bool decodesAlone(const FrameRun& run);
+    bool mayBegin(const FrameRun& run) const;
     void keepDecoded(Entries::iterator entry, Decoded frame);
     void letGoOfBytes(Entry& entry);
     void letGoOfFrame(Entries::iterator entry);
@@ -119,8 +119,8 @@ class FrameStore {
     std::atomic<unsigned> letGoCount_ = 0;
     std::size_t frameBytes_ = 0;
     std::size_t compressedBytes_ = 0;
-    std::size_t playedFrameBytes_ = 0;                    ///< of one decoded frame of the run that is played
-    std::map<const FrameSteps*, std::size_t> decodedOf_;  ///< decoded frames by run
+    std::size_t playedFrameBytes_ = 0;                  ///< of one decoded frame of the run that is played
+    std::map<const FrameRun*, std::size_t> decodedOf_;  ///< decoded frames by run
     int decodedAlone_ = 0;          ///< frames being decoded, of those that go one at a time
     std::size_t decodingRoom_ = 0;  ///< what they may take
     PlayOrder order_;

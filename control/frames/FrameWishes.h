@@ -1,6 +1,6 @@
 #pragma once
 
-#include "control/frames/FrameSteps.h"
+#include "control/frames/FrameRun.h"
 
 #include <memory>
 #include <optional>
@@ -12,7 +12,7 @@ namespace cinedisc {
 struct FrameWish {
     const void* view = nullptr;
     Asker asker = Asker::Preview;
-    std::shared_ptr<const FrameSteps> run;
+    std::shared_ptr<const FrameRun> run;
     int index = 0;  ///< counted from 0
 
     FrameKey key() const { return {run.get(), index}; }

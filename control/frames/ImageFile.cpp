@@ -108,7 +108,7 @@ std::optional<ValueRange> ImageFile::firstFrameRange() const {
 }
 
 void ImageFile::noteFirstFrame(const DecodedFrame& first) const {
-    const auto range = first.ok() ? storedRange(first.value(), dicom_->greyTransform(0).padding)
+    const auto range = first.ok() ? frameRange(first.value(), dicom_->greyTransform(0).padding)
                                   : expressibleRange(dicom_->pixelFormat());
     const std::lock_guard lock(mutex_);
     firstFrameRange_ = range;

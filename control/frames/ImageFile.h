@@ -18,7 +18,7 @@ namespace cinedisc {
 
 /// An open file, shared by all views that show it, with what is worked out once for all of them. The last
 /// view that lets it go closes the file and frees its frames. Safe to call from any thread.
-class ImageFile : public FrameSteps, public std::enable_shared_from_this<ImageFile> {
+class ImageFile : public FrameRun, public std::enable_shared_from_this<ImageFile> {
   public:
     ImageFile(std::shared_ptr<const dicom::DicomFile> dicom, FileStamp identity,
               std::shared_ptr<FrameStore> frames);

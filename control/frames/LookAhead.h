@@ -52,7 +52,7 @@ class LookAhead {
   private:
     struct Job {
         std::shared_ptr<Errand> errand;
-        std::shared_ptr<const FrameSteps> run;  ///< null without an errand: open the file that follows
+        std::shared_ptr<const FrameRun> run;  ///< null without an errand: open the file that follows
         int frame = 0;
     };
     enum class Decodes { WhatIsWanted, AlsoAhead };
@@ -79,8 +79,8 @@ class LookAhead {
     unsigned read_ = 0;  ///< grows whenever there may be something to decode
     int decodersOfWanted_ = 0, busyWithWanted_ = 0;
     std::deque<std::pair<Asker, std::weak_ptr<Errand>>> errands_;
-    std::weak_ptr<const FrameSteps> opened_;  ///< its first frame stands behind what was read last
-    const FrameSteps* servedRun_ = nullptr;   ///< of the main view's last frame
+    std::weak_ptr<const FrameRun> opened_;  ///< its first frame stands behind what was read last
+    const FrameRun* servedRun_ = nullptr;   ///< of the main view's last frame
     ReadingPlan plan_;
     std::atomic<unsigned> served_ = 0;
     std::vector<std::thread> threads_;

@@ -22,7 +22,7 @@ class Opening : public Errand {
     /// Once it is done.
     const Outcome& outcome() const { return outcome_; }
 
-    std::shared_ptr<const FrameSteps> toBeLookedAt() const override {
+    std::shared_ptr<const FrameRun> toBeLookedAt() const override {
         const bool isLookedAt =
             asker_ != Asker::Probe && outcome_ && outcome_.value()->dicom().frameCount() > 0;
         return isLookedAt ? outcome_.value() : nullptr;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "control/frames/FrameSteps.h"
+#include "control/frames/FrameRun.h"
 
 namespace cinedisc {
 
@@ -8,9 +8,9 @@ enum class PlayDirection { Forward, Reverse };
 
 /// Where a view stands in a run and which way it moves: which frames are due next, and which last.
 struct PlayOrder {
-    const FrameSteps* run = nullptr;
-    const FrameSteps* next = nullptr;  ///< the run that may follow
-    int frame = 0;                     ///< the one shown, counted from 0
+    const FrameRun* run = nullptr;
+    const FrameRun* next = nullptr;  ///< the run that may follow
+    int frame = 0;                   ///< the one shown, counted from 0
     int frames = 0;
     PlayDirection direction = PlayDirection::Forward;
     int window = 0;    ///< how many frames ahead are to be decoded

@@ -193,7 +193,7 @@ WindowInForce LoadedPicture::window() const {
 WindowInForce LoadedPicture::drawnFileWindow() const {
     if (!coarse_ || !lacksRange()) return fileWindow();
     const auto grey = file_->dicom().greyTransform(currentFrame_ - 1);
-    const auto values = modalityRange(grey, storedRange(coarse_->frame, grey.padding));
+    const auto values = modalityRange(grey, frameRange(coarse_->frame, grey.padding));
     return windowOver(values, file_->dicom().pixelFormat().sampleKind);
 }
 
@@ -213,7 +213,7 @@ ValueRange LoadedPicture::usedRange() const {
     const auto* shown = frame();
     if (!shown) return rangeOfBits();
     const auto grey = file_->dicom().greyTransform(currentFrame_ - 1);
-    return modalityRange(grey, storedRange(*shown, grey.padding));
+    return modalityRange(grey, frameRange(*shown, grey.padding));
 }
 
 ValueRange LoadedPicture::rangeOfBits() const {

@@ -30,7 +30,7 @@ GreyRule::GreyRule(const dicom::GreyTransform& grey, const WindowInForce& window
       table_(window.byTable ? voiTable(grey) : nullptr),
       window_(window.window),
       inverse_(grey.inverse != (polarity == Polarity::Inverted)) {
-    if (table_) tableScale_ = white / highestEntry(*table_);
+    if (table_) tableScale_ = white / fullScale(*table_);
 }
 
 double GreyRule::windowed(double value) const {

@@ -15,7 +15,7 @@ int surplusBits(const dicom::Palette& palette) {
     std::uint32_t brightest = 255;
     std::uint16_t largest = 0;
     for (const auto* table : {&palette.red, &palette.green, &palette.blue}) {
-        brightest = std::max(brightest, highestEntry(*table));
+        brightest = std::max(brightest, fullScale(*table));
         for (const std::uint16_t entry : table->entries) largest = std::max(largest, entry);
     }
     return largest < 256 ? 0 : std::bit_width(brightest) - 8;

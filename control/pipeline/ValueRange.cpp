@@ -21,8 +21,8 @@ bool counts(Sample value, const std::optional<std::pair<std::int64_t, std::int64
 
 }  // namespace
 
-ValueRange storedRange(const dicom::Frame& frame,
-                       const std::optional<std::pair<std::int64_t, std::int64_t>>& padding) {
+ValueRange frameRange(const dicom::Frame& frame,
+                      const std::optional<std::pair<std::int64_t, std::int64_t>>& padding) {
     return std::visit(
         [&](const auto& samples) -> ValueRange {
             using Sample = std::decay_t<decltype(samples[0])>;
@@ -75,7 +75,7 @@ std::uint16_t lookUp(const dicom::LookupTable& table, double value) {
     return table.entries[static_cast<std::size_t>(index)];
 }
 
-std::uint32_t highestEntry(const dicom::LookupTable& table) {
+std::uint32_t fullScale(const dicom::LookupTable& table) {
     std::uint32_t highest = (1U << std::clamp(table.bits, 1, 16)) - 1;
     for (const std::uint16_t entry : table.entries) {
         while (entry > highest) highest = highest * 2 + 1;

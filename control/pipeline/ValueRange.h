@@ -17,8 +17,8 @@ struct ValueRange {
 
 /// Range of a frame's stored values. Padding and numbers that are none (NaN, infinite) do not count; without
 /// any value that counts the range is 0 ... 0.
-ValueRange storedRange(const dicom::Frame& frame,
-                       const std::optional<std::pair<std::int64_t, std::int64_t>>& padding);
+ValueRange frameRange(const dicom::Frame& frame,
+                      const std::optional<std::pair<std::int64_t, std::int64_t>>& padding);
 
 /// All values that the stored bits can express; 0 ... 1 for floating point pixels.
 ValueRange expressibleRange(const dicom::PixelFormat& format);
@@ -33,6 +33,6 @@ double modalityValue(const dicom::GreyTransform& grey, double stored);
 std::uint16_t lookUp(const dicom::LookupTable& table, double value);
 
 /// The highest number that a table's entries are to be read against. Files announce fewer bits than they use.
-std::uint32_t highestEntry(const dicom::LookupTable& table);
+std::uint32_t fullScale(const dicom::LookupTable& table);
 
 }  // namespace cinedisc

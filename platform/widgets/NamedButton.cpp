@@ -1,7 +1,7 @@
 #include "platform/widgets/NamedButton.h"
 
 #include "platform/widgets/EventGuard.h"
-#include "platform/widgets/PictureButton.h"
+#include "platform/widgets/IconButton.h"
 
 #include <QPushButton>
 #include <QStyle>
@@ -10,14 +10,14 @@ namespace cinedisc {
 
 QPushButton* makeButton(const ButtonRow& row, QWidget* parent) {
     const bool captioned = *row.caption != '\0';
-    auto* button = captioned ? new QPushButton(row.caption, parent) : new PictureButton(parent);
+    auto* button = captioned ? new QPushButton(row.caption, parent) : new IconButton(parent);
     button->setObjectName(row.name);
     button->setToolTip(row.toolTip);
     // A mouse click leaves no focus mark behind; the keyboard reaches every button.
     button->setFocusPolicy(Qt::TabFocus);
-    if (row.picture != Picture::None) {
-        button->setIcon(pictureIcon(row.picture));
-        button->setIconSize(QSize(pictureSize, pictureSize));
+    if (row.icon != Icon::None) {
+        button->setIcon(drawnIcon(row.icon));
+        button->setIconSize(QSize(iconEdge, iconEdge));
     }
     if (!captioned) button->setAccessibleName(row.toolTip);
     return button;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/widgets/Picture.h"
+#include "platform/widgets/Icon.h"
 
 #include <QString>
 
@@ -11,11 +11,11 @@ class QWidget;
 
 namespace cinedisc {
 
-/// A push button as a table states it. A button without a caption shows its picture.
+/// A push button as a table states it. A button without a caption shows its icon.
 struct ButtonRow {
     const char* name;
     const char* caption;
-    Picture picture;
+    Icon icon;
     const char* toolTip;
 };
 

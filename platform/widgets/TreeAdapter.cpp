@@ -17,8 +17,8 @@ constexpr int numberRole = Qt::UserRole + 1;
 
 }  // namespace
 
-TreeAdapter::TreeAdapter(PatientTreeView& view, QLabel& remark, std::vector<QIcon> pictures)
-    : view_(view), remark_(remark), model_(new QStandardItemModel(&view)), pictures_(std::move(pictures)) {
+TreeAdapter::TreeAdapter(PatientTreeView& view, QLabel& remark, std::vector<QIcon> icons)
+    : view_(view), remark_(remark), model_(new QStandardItemModel(&view)), icons_(std::move(icons)) {
     view_.setModel(model_);
 }
 
@@ -35,8 +35,8 @@ int TreeAdapter::addNode(int parent, const QString& text) {
     return number;
 }
 
-void TreeAdapter::putImage(int node, int picture) {
-    item(node).setIcon(pictures_.at(static_cast<std::size_t>(picture) - 1));
+void TreeAdapter::putImage(int node, int icon) {
+    item(node).setIcon(icons_.at(static_cast<std::size_t>(icon) - 1));
 }
 
 void TreeAdapter::putTag(int node, const QString& tag) { item(node).setData(tag, tagRole); }

@@ -17,15 +17,15 @@ namespace cinedisc {
 class PatientTreeView;
 
 /// The patient tree on a view that somebody else owns; the nodes are the view's from then on. Text is in the
-/// display role, the tag in Qt::UserRole, the picture in the decoration role.
+/// display role, the tag in Qt::UserRole, the icon in the decoration role.
 class TreeAdapter final : public TreeControl {
   public:
-    /// `remark` is where words about the tree stand. `pictures` are counted from 1.
-    TreeAdapter(PatientTreeView& view, QLabel& remark, std::vector<QIcon> pictures);
+    /// `remark` is where words about the tree stand. `icons` are counted from 1.
+    TreeAdapter(PatientTreeView& view, QLabel& remark, std::vector<QIcon> icons);
 
     int nodeCount() const override;
     int addNode(int parent, const QString& text) override;
-    void putImage(int node, int picture) override;
+    void putImage(int node, int icon) override;
     void putTag(int node, const QString& tag) override;
     QString tag(int node) const override;
     QString text(int node) const override;
@@ -44,7 +44,7 @@ class TreeAdapter final : public TreeControl {
     PatientTreeView& view_;
     QLabel& remark_;
     QStandardItemModel* model_;
-    std::vector<QIcon> pictures_;
+    std::vector<QIcon> icons_;
     std::vector<QStandardItem*> nodes_;
 };
 

@@ -173,7 +173,7 @@ TEST_F(CoarsePictureTest, LetsACineGoOn) {
 }
 
 TEST(FrameStore, DecodesFramesThatTakeTheWholeMachineOneAtATime) {
-    struct Run : FrameSteps {
+    struct Run : FrameRun {
         FrameStore* store = nullptr;
         DecodingWork work = DecodingWork::Much;
         mutable bool isNested = false;

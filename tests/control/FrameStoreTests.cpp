@@ -15,7 +15,7 @@ namespace {
 enum class Fault { None, Unreadable, Broken, ThrowsReading, ThrowsDecoding };
 
 /// A run whose frames are made on the spot, and counted.
-struct FakeRun : FrameSteps {
+struct FakeRun : FrameRun {
     std::size_t bytes = 1000;  ///< of a decoded frame
     std::size_t readBytes = 10;
     test::HeldDisc* disc = nullptr;

@@ -135,16 +135,16 @@ TEST(GreyRule, ShowsTheStandardsExamples) {
     EXPECT_EQ(GreyRule(flat, {false, {0.5, 1, Function::LinearExact}}, Polarity::Inverted)(HUGE_VAL), 0);
 }
 
-TEST(StoredRange, LeavesPaddingAndNumbersThatAreNoneOut) {
+TEST(FrameRange, LeavesPaddingAndNumbersThatAreNoneOut) {
     dicom::Frame frame;
     frame.samples = std::vector<std::int16_t>{-9, -5, 0, 7, 30, 90};
-    EXPECT_EQ(storedRange(frame, {}), (ValueRange{-9, 90}));
-    EXPECT_EQ(storedRange(frame, {{-9, -6}}), (ValueRange{-5, 90}));
-    EXPECT_EQ(storedRange(frame, {{-20, 29}}), (ValueRange{30, 90}));
-    EXPECT_EQ(storedRange(frame, {{30, 90}}), (ValueRange{-9, 7}));
-    EXPECT_EQ(storedRange(frame, {{-9, 90}}), ValueRange());
+    EXPECT_EQ(frameRange(frame, {}), (ValueRange{-9, 90}));
+    EXPECT_EQ(frameRange(frame, {{-9, -6}}), (ValueRange{-5, 90}));
+    EXPECT_EQ(frameRange(frame, {{-20, 29}}), (ValueRange{30, 90}));
+    EXPECT_EQ(frameRange(frame, {{30, 90}}), (ValueRange{-9, 7}));
+    EXPECT_EQ(frameRange(frame, {{-9, 90}}), ValueRange());
     frame.samples = std::vector<float>{NAN, 0.5F, -HUGE_VALF, 2, HUGE_VALF};
-    EXPECT_EQ(storedRange(frame, {}), (ValueRange{0.5, 2}));
+    EXPECT_EQ(frameRange(frame, {}), (ValueRange{0.5, 2}));
     dicom::PixelFormat format;
     format.bitsStored = 32;
     EXPECT_EQ(expressibleRange(format).high, 4294967295.0);

@@ -198,7 +198,7 @@ TEST(PictureScaler, DrawsWhatTheSlowVersionDraws) {
         }
         const auto polarity = random() % 2 ? Polarity::Normal : Polarity::Inverted;
         const auto smoothing = random() % 3 ? Smoothing::Smooth : Smoothing::Nearest;
-        const WindowInForce window = windowOver(storedRange(frame, {}), dicom::SampleKind::Integer);
+        const WindowInForce window = windowOver(frameRange(frame, {}), dicom::SampleKind::Integer);
         const GreyRule rule(file.grey, window, polarity);
         const CoverPlane cover = isEven ? CoverPlane() : randomCover(random, size.width(), size.height());
         PlainPicture plain = widened(plainPicture(frame, file, rule, polarity), size, halvings);

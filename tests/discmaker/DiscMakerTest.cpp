@@ -45,13 +45,13 @@ class DiscMakerTest : public testing::Test {
 
     DiscSummary make(const std::vector<fs::path>& named) {
         return makeDisc(disc_, "Title & more", named, {},
-                        [this](const std::string& text) { notices_ += text + "\n"; });
+                        [this](const std::string& text) { reported_ += text + "\n"; });
     }
     int run(std::vector<std::string> arguments) { return runCommandLine(arguments); }
 
     QTemporaryDir temporary_;
     fs::path root_, input_, disc_;
-    std::string notices_;
+    std::string reported_;
 };
 
 TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
@@ -78,7 +78,7 @@ TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
     EXPECT_EQ(std::tuple(summary.patients, summary.files, summary.notDicom, summary.directories,
                          summary.unreadable),
               std::tuple(2u, 3u, 2u, 1u, 0u))
-        << "a file that is named twice goes on the disc once; " << notices_;
+        << "a file that is named twice goes on the disc once; " << reported_;
     const auto files = filesBelow(disc_);
     ASSERT_EQ(files.size(), 4u);
     EXPECT_EQ(files.at("Dicom/Patient000/Study01/Series01/IM00001.dcm"),
@@ -142,7 +142,7 @@ TEST_F(DiscMakerTest, TellsOfFilesThatCannotBeRead) {
     EXPECT_EQ(run({disc_.string(), input_.string()}), 3);
     EXPECT_EQ(filesBelow(disc_ / "Dicom").size(), 1u);
     make({input_});
-    EXPECT_THAT(notices_, HasSubstr("cut.dcm: "));
+    EXPECT_THAT(reported_, HasSubstr("cut.dcm: "));
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(run({"--version"}), 0);
 }

@@ -1,8 +1,8 @@
 #include "platform/widgets/ElidedLabel.h"
+#include "platform/widgets/Icon.h"
 #include "platform/widgets/IndicatorOption.h"
 #include "platform/widgets/LabelAdapter.h"
 #include "platform/widgets/PanelAdapter.h"
-#include "platform/widgets/Picture.h"
 #include "platform/widgets/PopUpPanel.h"
 
 #include <QLabel>
@@ -85,21 +85,21 @@ TEST(PopUpPanelTest, ItOpensUnderItsButtonInsideTheWindowAndEscapeHidesIt) {
     EXPECT_FALSE(panel.isVisible() || second.isVisible());
 }
 
-TEST(PictureTest, EveryPictureDrawsSomethingAtBothDensitiesAndPairsMirrorEachOther) {
-    const auto drawn = [](Picture picture, qreal density) {
-        return pictureIcon(picture).pixmap(QSize(pictureSize, pictureSize), density).toImage();
+TEST(IconTest, EveryIconDrawsSomethingAtBothDensitiesAndPairsMirrorEachOther) {
+    const auto drawn = [](Icon icon, qreal density) {
+        return drawnIcon(icon).pixmap(QSize(iconEdge, iconEdge), density).toImage();
     };
-    for (int i = int(Picture::None) + 1; i <= int(Picture::Program); ++i) {
+    for (int i = int(Icon::None) + 1; i <= int(Icon::Program); ++i) {
         for (const qreal density : {1.0, 2.0}) {
-            const QImage image = drawn(Picture(i), density);
-            EXPECT_EQ(image.width(), qRound(pictureSize * density));
+            const QImage image = drawn(Icon(i), density);
+            EXPECT_EQ(image.width(), qRound(iconEdge * density));
             QImage empty(image.size(), image.format());
             empty.fill(Qt::transparent);
             EXPECT_NE(image, empty) << i;
         }
     }
-    EXPECT_NE(drawn(Picture::Play, 2), drawn(Picture::Reverse, 2));
-    EXPECT_NE(drawn(Picture::NextFrame, 2), drawn(Picture::NextImage, 2));
+    EXPECT_NE(drawn(Icon::Play, 2), drawn(Icon::Reverse, 2));
+    EXPECT_NE(drawn(Icon::NextFrame, 2), drawn(Icon::NextImage, 2));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
+#include "platform/widgets/Icon.h"
 #include "platform/widgets/PatientTreeView.h"
-#include "platform/widgets/Picture.h"
 #include "platform/widgets/PlainTextDelegate.h"
 #include "platform/widgets/TreeAdapter.h"
 
@@ -14,7 +14,7 @@ class TreeAdapterTest : public testing::Test {
   protected:
     PatientTreeView view;
     QLabel remark;
-    TreeAdapter tree{view, remark, {pictureIcon(Picture::Patient)}};
+    TreeAdapter tree{view, remark, {drawnIcon(Icon::Patient)}};
     QList<int> clicked;
 
     void SetUp() override {

@@ -2,7 +2,7 @@
 
 #include "tests/support/RecordingControls.h"
 #include "tests/support/RecordingViewer.h"
-#include "viewer/ViewerControls.h"
+#include "viewer/FormControls.h"
 
 #include <array>
 #include <memory>
@@ -31,7 +31,7 @@ class RecordingWindow {
     RecordingTimer Timer1{"Timer1", journal};
     RecordingTimer Timer4{"Timer4", journal};
     RecordingMessageLoop messages{journal};
-    ViewerControls controls;
+    FormControls controls;
 
     /// Names of the files in the previews, "" for an empty one.
     QStringList stripNames() const;

@@ -60,7 +60,7 @@ class DiscWalk {
 
     OddDisc& disc_;
     Form1Behaviour& window_;
-    ViewerControls& form_;
+    FormControls& form_;
     DiscControls& controls_;
     Hands hands_;
     QList<Step> steps_;

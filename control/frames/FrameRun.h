@@ -39,11 +39,11 @@ enum class DecodingWork {
 /// command waits for before both.
 enum class Asker { MainView, Preview, Probe };
 
-/// The two steps to a frame of a run, apart, so that one thread can read while others decode. Safe to call
-/// from any thread.
-class FrameSteps {
+/// The frames of one file. A frame takes two steps, so that one thread can read while others decode. Safe to
+/// call from any thread.
+class FrameRun {
   public:
-    virtual ~FrameSteps() = default;
+    virtual ~FrameRun() = default;
     /// Reads a frame, counted from 0. Waits for the disc.
     virtual dicom::Result<dicom::FrameBytes> readFrame(int index) const = 0;
     /// Decodes what was read.
@@ -60,7 +60,7 @@ class FrameSteps {
 
 /// A frame of the program: its run, and its number in it, counted from 0.
 struct FrameKey {
-    const FrameSteps* run = nullptr;
+    const FrameRun* run = nullptr;
     int index = 0;
     auto operator<=>(const FrameKey&) const = default;
 };

@@ -13,7 +13,7 @@ namespace cinedisc {
 
 /// The controls that the main window and the folder viewer have in common, by their own names. A window owns
 /// them and lends them to the behaviours it is made of.
-struct ViewerControls {
+struct FormControls {
     ViewerControl& ezDicom;
     Previews thumb;
     FileListBox& File1;

@@ -1,10 +1,10 @@
-#include "viewer/ViewerControls.h"
+#include "viewer/FormControls.h"
 
 #include <algorithm>
 
 namespace cinedisc {
 
-void ViewerControls::moveToImage(Int16 index) const {
+void FormControls::moveToImage(Int16 index) const {
     if (stills && stills->isInForce()) {
         stills->show(index);
     } else {
@@ -12,17 +12,15 @@ void ViewerControls::moveToImage(Int16 index) const {
     }
 }
 
-void ViewerControls::showImagePosition() const {
+void FormControls::showImagePosition() const {
     const bool countsSeries = stills && stills->isInForce();
     const int position = countsSeries ? File1.ListIndex() + 1 : sb1.Value();
     lblImg.putCaption(QString("Image : %1/%2").arg(position).arg(File1.ListCount()));
 }
 
-void ViewerControls::showFramePosition() const {
-    lblFra.putCaption(QString("Frame :%1").arg(Slider2.Value()));
-}
+void FormControls::showFramePosition() const { lblFra.putCaption(QString("Frame :%1").arg(Slider2.Value())); }
 
-Int16 ViewerControls::neighbourOf(const QString& path, Int16 step) const {
+Int16 FormControls::neighbourOf(const QString& path, Int16 step) const {
     const Int16 files = File1.ListCount();
     const Int16 position = std::max(File1.positionOf(path), Int16(0)) + step;
     if (position == files) return 0;

@@ -1,10 +1,10 @@
-#include "dicom/Notices.h"
+#include "dicom/Faults.h"
 
 #include "dicom/Tags.h"
 
 #include <string>
 
-namespace cinedisc::dicom::notices {
+namespace cinedisc::dicom::faults {
 
 using Kind = DecodeError::Kind;
 
@@ -58,4 +58,4 @@ DecodeError unsupportedPixels(std::string_view what) {
     return {Kind::Unsupported, "This viewer cannot show pictures with " + std::string(what), {}, 0, -1};
 }
 
-}  // namespace cinedisc::dicom::notices
+}  // namespace cinedisc::dicom::faults

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// What is told in place of a picture, in words for a clinician.
-namespace cinedisc::dicom::notices {
+/// What may be wrong with a file or a frame, in words for a clinician.
+namespace cinedisc::dicom::faults {
 
 /// The object has no pixels of its own: it may still hold an icon, or be the directory of a disc.
 DecodeError noPicture(const DataSet& header);
@@ -24,4 +24,4 @@ DecodeError tooLarge();
 DecodeError undescribedPicture(Tag tag);
 DecodeError unsupportedPixels(std::string_view what);
 
-}  // namespace cinedisc::dicom::notices
+}  // namespace cinedisc::dicom::faults

@@ -4,8 +4,8 @@
 
 namespace cinedisc {
 
-/// The drawn pictures of the buttons and the tree.
-enum class Picture {
+/// The icons of the buttons and the tree.
+enum class Icon {
     None,
     Disc,
     Folder,
@@ -25,10 +25,10 @@ enum class Picture {
     Program,
 };
 
-/// Edge of a picture on a button, in device-independent pixels.
-constexpr int pictureSize = 20;
+/// Edge of an icon on a button, in device-independent pixels.
+constexpr int iconEdge = 20;
 
 /// Drawn from paths at whatever size and pixel density is asked for, in the colours of the palette.
-QIcon pictureIcon(Picture picture);
+QIcon drawnIcon(Icon icon);
 
 }  // namespace cinedisc

@@ -1,6 +1,6 @@
-#include "platform/widgets/PictureEngine.h"
+#include "platform/widgets/IconEngine.h"
 
-#include "platform/widgets/PicturePath.h"
+#include "platform/widgets/IconPath.h"
 
 #include <QGuiApplication>
 #include <QPainter>
@@ -21,7 +21,7 @@ QColor colorFor(QIcon::Mode mode) {
 
 }  // namespace
 
-void PictureEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) {
+void IconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) {
     const QColor color = colorFor(mode);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
@@ -29,20 +29,20 @@ void PictureEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode
     const qreal scale = qMin(rect.width(), rect.height()) / grid;
     painter->scale(drawing_.side == Side::Mirrored ? -scale : scale, scale);
     painter->translate(-grid / 2, -grid / 2);
-    painter->fillPath(picturePath(drawing_.filled), color);
-    painter->strokePath(picturePath(drawing_.outlined),
+    painter->fillPath(iconPath(drawing_.filled), color);
+    painter->strokePath(iconPath(drawing_.outlined),
                         QPen(color, penWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->restore();
 }
 
-QPixmap PictureEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) {
-    QPixmap picture(size);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    paint(&painter, picture.rect(), mode, state);
-    return picture;
+QPixmap IconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) {
+    QPixmap pixels(size);
+    pixels.fill(Qt::transparent);
+    QPainter painter(&pixels);
+    paint(&painter, pixels.rect(), mode, state);
+    return pixels;
 }
 
-QIcon pictureIcon(Picture picture) { return QIcon(new PictureEngine(pictureDrawing(picture))); }
+QIcon drawnIcon(Icon icon) { return QIcon(new IconEngine(iconDrawing(icon))); }
 
 }  // namespace cinedisc

@@ -1,10 +1,10 @@
-#include "platform/widgets/PicturePath.h"
+#include "platform/widgets/IconPath.h"
 
 #include <sstream>
 
 namespace cinedisc {
 
-QPainterPath picturePath(const char* drawing) {
+QPainterPath iconPath(const char* drawing) {
     QPainterPath path;
     std::istringstream input(drawing);
     const auto number = [&] {
