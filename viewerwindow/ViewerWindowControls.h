@@ -13,7 +13,7 @@
 #include "tools/ExportCommand.h"
 #include "tools/frmdicom.h"
 #include "viewer/FormControls.h"
-#include "viewer/StripWheel.h"
+#include "viewerwindow/StripWheel.h"
 
 namespace cinedisc {
 

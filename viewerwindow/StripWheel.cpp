@@ -1,4 +1,4 @@
-#include "viewer/StripWheel.h"
+#include "viewerwindow/StripWheel.h"
 
 #include "platform/RunTimeError.h"
 
