@@ -20,7 +20,19 @@ Form1Controls::Form1Controls(QWidget& window, const Form1Layout& layout, const Q
       Frame8(*layout.Frame8),
       Frame9(*layout.cinePanel),
       TreeView1(*layout.FraTree->TreeView1, *layout.FraTree->remark, {drawnIcon(Icon::Patient)}),
-      disc{programFolder, TreeView1, FraTree, Frame8,    Frame9,         Label1,          Label5,
-           Label13,       Label6,    Label15, lblSeries, *layout.ezTest, *layout.ezDicom, dialogs} {}
+      disc{.programFolder = programFolder,
+           .TreeView1 = TreeView1,
+           .FraTree = FraTree,
+           .Frame8 = Frame8,
+           .Frame9 = Frame9,
+           .Label1 = Label1,
+           .Label5 = Label5,
+           .Label13 = Label13,
+           .Label6 = Label6,
+           .Label15 = Label15,
+           .lblSeries = lblSeries,
+           .ezTest = *layout.ezTest,
+           .namedPatientView = *layout.ezDicom,
+           .dialogs = dialogs} {}
 
 }  // namespace cinedisc

@@ -20,14 +20,21 @@ std::array<ViewerControl*, Previews::count> makePreviews(
 }  // namespace
 
 RecordingWindow::RecordingWindow()
-    : controls{ezDicom, Previews(makePreviews(thumb, journal)),
-               File1,   sb1,
-               Slider1, Slider2,
-               Option4, Option11,
-               Option9, Option10,
-               lblImg,  lblFra,
-               Timer1,  Timer4,
-               messages} {
+    : controls{.ezDicom = ezDicom,
+               .thumb = Previews(makePreviews(thumb, journal)),
+               .File1 = File1,
+               .sb1 = sb1,
+               .Slider1 = Slider1,
+               .Slider2 = Slider2,
+               .Option4 = Option4,
+               .Option11 = Option11,
+               .Option9 = Option9,
+               .Option10 = Option10,
+               .lblImg = lblImg,
+               .lblFra = lblFra,
+               .Timer1 = Timer1,
+               .Timer4 = Timer4,
+               .messages = messages} {
     RecordingOption::pair(Option4, Option11);
     RecordingOption::pair(Option9, Option10);
     Option4.putValue(true);

@@ -3,9 +3,27 @@
 namespace cinedisc::test {
 
 RecordingForm1::RecordingForm1(const QString& programFolder)
-    : disc{programFolder, TreeView1, FraTree, Frame8,    Frame9, Label1, Label5,
-           Label13,       Label6,    Label15, lblSeries, ezTest, *this,  dialogs},
-      behaviour(controls, disc, {ezDicom, Frame5, Frame6, Option1, Option2, Option3},
+    : disc{.programFolder = programFolder,
+           .TreeView1 = TreeView1,
+           .FraTree = FraTree,
+           .Frame8 = Frame8,
+           .Frame9 = Frame9,
+           .Label1 = Label1,
+           .Label5 = Label5,
+           .Label13 = Label13,
+           .Label6 = Label6,
+           .Label15 = Label15,
+           .lblSeries = lblSeries,
+           .ezTest = ezTest,
+           .namedPatientView = *this,
+           .dialogs = dialogs},
+      behaviour(controls, disc,
+                {.ezDicom = ezDicom,
+                 .Frame5 = Frame5,
+                 .Frame6 = Frame6,
+                 .Option1 = Option1,
+                 .Option2 = Option2,
+                 .Option3 = Option3},
                 {*this, [this](const QString& format) { journal.put("ezDicom", "ExportFormat", format); }},
                 *this) {
     sb1.changed = [this] { behaviour.sb1_Change(); };
