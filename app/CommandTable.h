@@ -1,15 +1,17 @@
 #pragma once
 
-#include "viewerwindow/CommandRow.h"
+#include "viewerwindow/Commands.h"
 
 namespace cinedisc {
 
-class Form1;
 class Form1Behaviour;
 
-/// The buttons and menu commands of the disc, which only the main window has.
+/// The commands of the disc, which only the main window has, and the buttons that look different there.
 std::span<const CommandRow<Form1Behaviour>> discCommands();
-/// Those that need the window itself.
-std::span<const CommandRow<Form1>> windowCommands();
+/// The main window's commands that follow the shared ones.
+std::span<const CommandRow<Form1Behaviour>> windowCommands();
+
+/// The buttons and menus of the main window.
+CommandFaces form1Faces();
 
 }  // namespace cinedisc

@@ -33,16 +33,11 @@ class Form1 : public QMainWindow {
 
     Form1Behaviour& behaviour() { return behaviour_; }
     RangeControl& sb1() { return controls_.sb1; }
-    /// Opens the licence text beside the program in the desktop's text viewer.
-    void showLicence();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    void run(const QString& command);
-
-    QString programFolder_;
     Form1Layout layout_;
     Form1Controls controls_;
     Form1Behaviour behaviour_;

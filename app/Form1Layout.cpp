@@ -1,5 +1,6 @@
 #include "app/Form1Layout.h"
 
+#include "app/CommandTable.h"
 #include "app/PatientStepPanel.h"
 #include "app/StillsPanel.h"
 #include "app/TreePanel.h"
@@ -16,29 +17,25 @@ namespace {
 
 constexpr int treeWidth = 320;
 
-constexpr ButtonRow options[] = {{"Command3", "Command3", Icon::None, "Display option"}};
+constexpr const char* displayOption[] = {"Command3"};
 const ViewerDesign design = {
-    programTitle,
-    {"",
-     {"Open", "", Icon::Disc, "Open Disc"},
-     {"cmdPanning", "Panning", Icon::None, "Panning: drag to move the picture"},
-     options,
-     {"cmdExit", "Exit", Icon::None, "End the program"}},
-    {"Frame9",
-     {"cmdReverse", "", Icon::Reverse, "Play backward"},
-     {"cmdPlay", "", Icon::Play, "Play forward"},
-     {"Label8", "Frame Scroll Bar"},
-     {"Label9", "Image Scroll Bar"}},
+    .title = programTitle,
+    .toolBar = {.name = "", .open = "Open", .lastGroup = displayOption, .exit = "cmdExit"},
+    .cinePanel = {.name = "Frame9",
+                  .frames = {"Label8", "Frame Scroll Bar"},
+                  .images = {"Label9", "Image Scroll Bar"}},
 };
 
 }  // namespace
 
-Form1Layout::Form1Layout(QMainWindow& window)
-    : ViewerPanels(window, design),
+Form1Layout::Form1Layout(QMainWindow& window) : Form1Layout(window, ButtonTable(form1Faces().buttons)) {}
+
+Form1Layout::Form1Layout(QMainWindow& window, const ButtonTable& buttons)
+    : ViewerPanels(window, buttons, design),
       FraTree(new TreePanel(surface)),
       ezTest(named(new ezDICOMX(ViewRole::Probe, surface), "ezTest")),
-      Frame1(new PatientStepPanel(cinePanel)),
-      Frame8(new StillsPanel(surface)) {
+      Frame1(new PatientStepPanel(buttons, cinePanel)),
+      Frame8(new StillsPanel(buttons, surface)) {
     ezTest->hide();
     cinePanel->addColumn(*Frame1);
     stack(*treeAndPicture(), *stepArea());

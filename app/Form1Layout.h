@@ -19,6 +19,7 @@ class Form1Layout : public ViewerPanels {
     StillsPanel* Frame8;
 
   private:
+    Form1Layout(QMainWindow& window, const ButtonTable& buttons);
     QWidget* treeAndPicture();
     QWidget* stepArea();
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "panels/ButtonTable.h"
 #include "platform/widgets/ElidedLabel.h"
 
 #include <QFrame>
@@ -11,7 +12,7 @@ class PatientStepPanel final : public QFrame {
     Q_OBJECT
 
   public:
-    explicit PatientStepPanel(QWidget* parent = nullptr);
+    explicit PatientStepPanel(const ButtonTable& buttons, QWidget* parent = nullptr);
 
     ElidedLabel* Label13 = nullptr;  ///< the patient's name
     ElidedLabel* Label15 = nullptr;  ///< the series' name

@@ -11,38 +11,21 @@ namespace {
 
 constexpr const char* shortNameSample = "Anonymous^Patient^X";
 
-struct StepGroup {
-    const char* heading;
-    ButtonRow back;
-    ButtonRow next;
-};
-
-constexpr StepGroup patient = {"Patient",
-                               {"cmdPatBack", "", Icon::Previous, "Previous Patient"},
-                               {"Command2", "", Icon::Next, "Next Patient"}};
-constexpr StepGroup series = {"Series",
-                              {"cmdSerBack", "", Icon::Previous, "Previous Series"},
-                              {"cmdSerNext", "", Icon::Next, "Next Series"}};
-// These step files; their tooltips say "Frame" all the same.
-constexpr StepGroup image = {"Image",
-                             {"cmdPreviousSeries", "", Icon::PreviousImage, "Previous Frame"},
-                             {"cmdNextSeries", "", Icon::NextImage, "Next Frame"}};
-
-QBoxLayout* stepColumn(const StepGroup& group, QLabel& label, QWidget* parent) {
+QBoxLayout* stepColumn(const char* heading, QBoxLayout* steps, QWidget* parent) {
     auto* column = new QVBoxLayout;
     column->setSpacing(buttonGap);
     column->addStretch();
-    QLabel* heading = remark(group.heading, parent);
-    heading->setAlignment(Qt::AlignCenter);
-    column->addWidget(heading);
-    column->addLayout(stepRow(group.back, label, group.next, parent));
+    QLabel* text = remark(heading, parent);
+    text->setAlignment(Qt::AlignCenter);
+    column->addWidget(text);
+    column->addLayout(steps);
     column->addStretch();
     return column;
 }
 
 }  // namespace
 
-StillsPanel::StillsPanel(QWidget* parent) : QFrame(parent) {
+StillsPanel::StillsPanel(const ButtonTable& buttons, QWidget* parent) : QFrame(parent) {
     setObjectName("Frame8");
     Label5 = named(new ElidedLabel("Study Scroll Bar", shortNameSample, this), "Label5");
     Label6 = named(new ElidedLabel("Series Scroll Bar", shortNameSample, this), "Label6");
@@ -58,14 +41,17 @@ StillsPanel::StillsPanel(QWidget* parent) : QFrame(parent) {
     Label1->setElideMode(Qt::ElideLeft);
     asRemark(*Label1);
 
+    const auto column = [&](const char* heading, const StepButtons& names, QLabel& label) {
+        return stepColumn(heading, stepRow(buttons, names, label, this), this);
+    };
     auto* columns = new QHBoxLayout;
     columns->setSpacing(panelGap);
     columns->addStretch();
-    columns->addLayout(stepColumn(patient, *Label5, this), 1);
+    columns->addLayout(column("Patient", {.back = "cmdPatBack", .next = "Command2"}, *Label5), 1);
     columns->addWidget(groupLine(this));
-    columns->addLayout(stepColumn(series, *Label6, this), 1);
+    columns->addLayout(column("Series", {.back = "cmdSerBack", .next = "cmdSerNext"}, *Label6), 1);
     columns->addWidget(groupLine(this));
-    columns->addLayout(stepColumn(image, *lblSeries, this));
+    columns->addLayout(column("Image", {.back = "cmdPreviousSeries", .next = "cmdNextSeries"}, *lblSeries));
     columns->addStretch();
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);

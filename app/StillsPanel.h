@@ -1,5 +1,6 @@
 #pragma once
 
+#include "panels/ButtonTable.h"
 #include "platform/widgets/ElidedLabel.h"
 
 #include <QFrame>
@@ -11,7 +12,7 @@ class StillsPanel final : public QFrame {
     Q_OBJECT
 
   public:
-    explicit StillsPanel(QWidget* parent = nullptr);
+    explicit StillsPanel(const ButtonTable& buttons, QWidget* parent = nullptr);
 
     ElidedLabel* Label1 = nullptr;     ///< folder of the stills; a run has no use for it
     ElidedLabel* Label5 = nullptr;     ///< the patient's name

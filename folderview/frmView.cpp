@@ -1,7 +1,6 @@
 #include "folderview/frmView.h"
 
 #include "folderview/frmViewCommandTable.h"
-#include "panels/MenuTable.h"
 #include "viewerwindow/ViewerCommands.h"
 #include "viewerwindow/ViewerEvents.h"
 
@@ -16,16 +15,13 @@ frmView::frmView(Dialogs* dialogs)
       behaviour_({controls_.viewer, controls_.tools, controls_.exportFormat, controls_.wheel,
                   dialogs ? *dialogs : controls_.dialogs}) {
     setObjectName("frmView");
-    const auto runCommand = [this](const QString& command) { run(command); };
-    MenuBuilder::build(*menuBar(), menuTableWithout({"mnuOpenCD", "mnuAbout"}), runCommand);
-    routeButtons(*this, runCommand);
-    ViewerEvents::connect(layout_, behaviour_);
+    CommandHandlers handlers;
+    handlers.add(frmViewCommandTable(), behaviour_);
+    handlers.add<ViewerBehaviour>(viewerCommands(), behaviour_);
+    buildMenus(*menuBar(), frmViewFaces().items, handlers);
+    routeButtons(*this, handlers);
+    connectEvents(layout_, behaviour_);
     behaviour_.Form_Load();
-}
-
-void frmView::run(const QString& command) {
-    if (!runCommand(frmViewCommandTable(), command, *this))
-        runCommand<ViewerBehaviour>(viewerCommands(), command, behaviour_);
 }
 
 void frmView::closeEvent(QCloseEvent* event) {

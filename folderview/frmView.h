@@ -29,8 +29,6 @@ class frmView : public QMainWindow {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    void run(const QString& command);
-
     frmViewLayout layout_;
     ViewerWindowControls controls_;
     frmViewBehaviour behaviour_;

@@ -1,12 +1,15 @@
 #pragma once
 
-#include "viewerwindow/CommandRow.h"
+#include "viewerwindow/Commands.h"
 
 namespace cinedisc {
 
-class frmView;
+class frmViewBehaviour;
 
-/// The buttons and menu commands that only the folder viewer has.
-std::span<const CommandRow<frmView>> frmViewCommandTable();
+/// The commands that only the folder viewer has, and the buttons that look different there.
+std::span<const CommandRow<frmViewBehaviour>> frmViewCommandTable();
+
+/// The buttons and menus of the folder viewer.
+CommandFaces frmViewFaces();
 
 }  // namespace cinedisc

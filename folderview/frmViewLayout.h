@@ -13,6 +13,9 @@ class frmViewLayout : public ViewerPanels {
     explicit frmViewLayout(QMainWindow& window);
 
     QListWidget* ListView1;
+
+  private:
+    frmViewLayout(QMainWindow& window, const ButtonTable& buttons);
 };
 
 }  // namespace cinedisc

@@ -11,12 +11,6 @@ namespace cinedisc {
 
 namespace {
 
-constexpr ButtonRow stop = {"cmdStop", "Stop", Icon::None, "Stop the cine"};
-constexpr ButtonRow previousFrame = {"cmdPrev", "", Icon::PreviousFrame, "Previous frame"};
-constexpr ButtonRow nextFrame = {"cmdNext", "", Icon::NextFrame, "Next frame"};
-constexpr ButtonRow previousImage = {"cmdPrevImage", "", Icon::PreviousImage, "Previous image file"};
-constexpr ButtonRow nextImage = {"cmdNextImage", "", Icon::NextImage, "Next image file"};
-
 /// Both options of the run's end carry this one; the words beside them differ.
 constexpr const char* endOfRunCaption = "Continuos";
 
@@ -38,7 +32,7 @@ QLabel* headingLabel(const Heading& heading, QWidget* parent) {
 
 }  // namespace
 
-CinePanel::CinePanel(const CinePanelDesign& design, QWidget* parent)
+CinePanel::CinePanel(const ButtonTable& buttons, const CinePanelDesign& design, QWidget* parent)
     : QFrame(parent), grid_(new QGridLayout(this)) {
     setObjectName(design.name);
     grid_->setContentsMargins(0, 0, 0, 0);
@@ -48,18 +42,19 @@ CinePanel::CinePanel(const CinePanelDesign& design, QWidget* parent)
         grid_->addWidget(groupLine(this), 0, column + 1, RowCount, 1);
 
     grid_->addWidget(remark("Cine", this), HeadingRow, PlayColumn);
-    grid_->addWidget(playButtons(design), ControlRow, PlayColumn);
+    grid_->addWidget(playButtons(buttons), ControlRow, PlayColumn);
     Frame2 = directionFrame();
     grid_->addWidget(Frame2, OptionRow, PlayColumn);
 
     grid_->addWidget(frameHeading(design.frames), HeadingRow, FrameColumn);
-    grid_->addWidget(frameSeeker(), ControlRow, FrameColumn);
+    grid_->addWidget(frameSeeker(buttons), ControlRow, FrameColumn);
     grid_->addWidget(endOfRunAndSpeed(), OptionRow, FrameColumn);
 
     lblImg = named(new ElidedLabel("Image", "Image : 000/000", this), "lblImg");
     lblImg->setMinimumWidth(lblImg->sizeHint().width());
     grid_->addWidget(headingLabel(design.images, this), HeadingRow, ImageColumn);
-    grid_->addLayout(stepRow(previousImage, *lblImg, nextImage, this), ControlRow, ImageColumn);
+    grid_->addLayout(stepRow(buttons, {.back = "cmdPrevImage", .next = "cmdNextImage"}, *lblImg, this),
+                     ControlRow, ImageColumn);
 
     grid_->setColumnStretch(FrameColumn, 5);
 }
@@ -70,15 +65,12 @@ void CinePanel::addColumn(QWidget& part) {
     grid_->setColumnStretch(OwnColumn, 4);
 }
 
-void CinePanel::addToDirections(const ButtonRow& button) {
-    Frame2->layout()->addWidget(makeButton(button, Frame2));
-}
+void CinePanel::addToDirections(QPushButton& button) { Frame2->layout()->addWidget(&button); }
 
-QWidget* CinePanel::playButtons(const CinePanelDesign& design) {
+QWidget* CinePanel::playButtons(const ButtonTable& buttons) {
     auto* part = new QWidget(this);
     auto* row = rowOf(part);
-    for (const ButtonRow& button : {design.reverse, stop, design.play})
-        row->addWidget(makeButton(button, part));
+    for (const char* name : {"cmdReverse", "cmdStop", "cmdPlay"}) row->addWidget(buttons.make(name, part));
     return part;
 }
 
@@ -106,13 +98,13 @@ QWidget* CinePanel::frameHeading(const Heading& heading) {
     return part;
 }
 
-QWidget* CinePanel::frameSeeker() {
+QWidget* CinePanel::frameSeeker(const ButtonTable& buttons) {
     auto* part = new QWidget(this);
     auto* row = rowOf(part);
     Slider2 = makeSlider("Slider2", "Frame Seek Bar", 1, 10);
-    row->addWidget(makeButton(previousFrame, part));
+    row->addWidget(buttons.make("cmdPrev", part));
     row->addWidget(Slider2, 1);
-    row->addWidget(makeButton(nextFrame, part));
+    row->addWidget(buttons.make("cmdNext", part));
     return part;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "panels/ButtonTable.h"
 #include "platform/widgets/ElidedLabel.h"
-#include "platform/widgets/NamedButton.h"
 
 #include <QFrame>
 #include <QRadioButton>
@@ -20,8 +20,6 @@ struct Heading {
 /// What the windows' cine panels differ in.
 struct CinePanelDesign {
     const char* name;
-    ButtonRow reverse;
-    ButtonRow play;
     Heading frames;
     Heading images;
 };
@@ -31,12 +29,12 @@ class CinePanel final : public QFrame {
     Q_OBJECT
 
   public:
-    explicit CinePanel(const CinePanelDesign& design, QWidget* parent = nullptr);
+    CinePanel(const ButtonTable& buttons, const CinePanelDesign& design, QWidget* parent = nullptr);
 
     /// Takes over what stands behind the parts that every window has.
     void addColumn(QWidget& part);
     /// Adds a button beside the directions.
-    void addToDirections(const ButtonRow& button);
+    void addToDirections(QPushButton& button);
 
     QSlider* Slider1 = nullptr;        ///< speed, 0 to 10
     QSlider* Slider2 = nullptr;        ///< frame, from 1
@@ -49,10 +47,10 @@ class CinePanel final : public QFrame {
     QFrame* Frame2 = nullptr;  ///< holds the directions
 
   private:
-    QWidget* playButtons(const CinePanelDesign& design);
+    QWidget* playButtons(const ButtonTable& buttons);
     QFrame* directionFrame();
     QWidget* frameHeading(const Heading& heading);
-    QWidget* frameSeeker();
+    QWidget* frameSeeker(const ButtonTable& buttons);
     QWidget* endOfRunAndSpeed();
     QSlider* makeSlider(const char* name, const char* text, int min, int max);
 

@@ -7,16 +7,6 @@
 
 namespace cinedisc {
 
-namespace {
-
-QPushButton* makeStepButton(const ButtonRow& row, QWidget* parent) {
-    QPushButton* button = makeButton(row, parent);
-    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    return button;
-}
-
-}  // namespace
-
 QWidget* groupLine(QWidget* parent) { return new GroupLine(parent); }
 
 void asRemark(QLabel& label) {
@@ -34,13 +24,18 @@ QLabel* remark(const QString& text, QWidget* parent) {
     return label;
 }
 
-QBoxLayout* stepRow(const ButtonRow& back, QLabel& label, const ButtonRow& next, QWidget* parent) {
+QBoxLayout* stepRow(const ButtonTable& buttons, const StepButtons& names, QLabel& label, QWidget* parent) {
+    const auto stepButton = [&](const char* name) {
+        QPushButton* button = buttons.make(name, parent);
+        button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        return button;
+    };
     label.setAlignment(Qt::AlignCenter);
     auto* row = new QHBoxLayout;
     row->setSpacing(buttonGap);
-    row->addWidget(makeStepButton(back, parent));
+    row->addWidget(stepButton(names.back));
     row->addWidget(&label, 1);
-    row->addWidget(makeStepButton(next, parent));
+    row->addWidget(stepButton(names.next));
     return row;
 }
 

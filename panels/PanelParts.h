@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/widgets/NamedButton.h"
+#include "panels/ButtonTable.h"
 
 #include <QBoxLayout>
 #include <QWidget>
@@ -28,7 +28,13 @@ void asRemark(QLabel& label);
 /// A remark without a name.
 QLabel* remark(const QString& text, QWidget* parent);
 
+/// The step buttons on both sides of a label, by name.
+struct StepButtons {
+    const char* back;
+    const char* next;
+};
+
 /// [<] label [>]: a row of two step buttons with the label centred between them.
-QBoxLayout* stepRow(const ButtonRow& back, QLabel& label, const ButtonRow& next, QWidget* parent);
+QBoxLayout* stepRow(const ButtonTable& buttons, const StepButtons& names, QLabel& label, QWidget* parent);
 
 }  // namespace cinedisc

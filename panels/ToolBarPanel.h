@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/widgets/NamedButton.h"
+#include "panels/ButtonTable.h"
 
 #include <QPushButton>
 #include <QWidget>
@@ -11,13 +11,12 @@ class QBoxLayout;
 
 namespace cinedisc {
 
-/// What the windows' rows of buttons differ in.
+/// What the windows' rows of buttons differ in; the buttons are given by name.
 struct ToolBarDesign {
     const char* name;  ///< of the whole row, "" for none
-    ButtonRow open;
-    ButtonRow panning;
-    std::span<const ButtonRow> lastGroup;  ///< behind the display tools
-    ButtonRow exit;
+    const char* open;
+    std::span<const char* const> lastGroup;  ///< behind the display tools
+    const char* exit;
 };
 
 /// The row of buttons above the picture.
@@ -25,7 +24,7 @@ class ToolBarPanel final : public QWidget {
     Q_OBJECT
 
   public:
-    explicit ToolBarPanel(const ToolBarDesign& design, QWidget* parent = nullptr);
+    ToolBarPanel(const ButtonTable& buttons, const ToolBarDesign& design, QWidget* parent = nullptr);
 
     /// Takes over what stands in the room that the buttons leave.
     void fillRoom(QWidget& widget);

@@ -37,13 +37,13 @@ QTimer* makeTimer(QObject& owner, const char* name) {
 
 }  // namespace
 
-ViewerPanels::ViewerPanels(QMainWindow& window, const ViewerDesign& design)
+ViewerPanels::ViewerPanels(QMainWindow& window, const ButtonTable& buttons, const ViewerDesign& design)
     : surface(new QWidget(&window)),
-      toolBar(new ToolBarPanel(design.toolBar, surface)),
+      toolBar(new ToolBarPanel(buttons, design.toolBar, surface)),
       ezDicom(named(new ezDICOMX(ViewRole::Main, surface), "ezDicom")),
       strip(new StripPanel(surface)),
-      cinePanel(new CinePanel(design.cinePanel, surface)),
-      Frame5(new ZoomPopUp(*toolBar->cmdZoom, *surface)),
+      cinePanel(new CinePanel(buttons, design.cinePanel, surface)),
+      Frame5(new ZoomPopUp(buttons, *toolBar->cmdZoom, *surface)),
       Frame6(new BackgroundPopUp(*toolBar->cmdOverlay, *surface)),
       Timer1(makeTimer(window, "Timer1")),
       Timer4(makeTimer(window, "Timer4")) {

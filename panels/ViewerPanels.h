@@ -26,7 +26,7 @@ struct ViewerDesign {
 /// has.
 class ViewerPanels {
   public:
-    ViewerPanels(QMainWindow& window, const ViewerDesign& design);
+    ViewerPanels(QMainWindow& window, const ButtonTable& buttons, const ViewerDesign& design);
 
     QWidget* surface;  ///< holds everything but the menu bar
     ToolBarPanel* toolBar;

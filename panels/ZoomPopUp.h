@@ -1,5 +1,6 @@
 #pragma once
 
+#include "panels/ButtonTable.h"
 #include "platform/widgets/PopUpPanel.h"
 
 namespace cinedisc {
@@ -9,7 +10,7 @@ class ZoomPopUp final : public PopUpPanel {
     Q_OBJECT
 
   public:
-    ZoomPopUp(QWidget& button, QWidget& surface);
+    ZoomPopUp(const ButtonTable& buttons, QWidget& button, QWidget& surface);
 };
 
 }  // namespace cinedisc

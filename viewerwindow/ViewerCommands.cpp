@@ -6,12 +6,6 @@ namespace cinedisc {
 
 namespace {
 
-/// A handler of one of the behaviours, called without arguments.
-template <auto Behaviour, auto Handler>
-void run(ViewerBehaviour& form) {
-    (form.*Behaviour.*Handler)();
-}
-
 template <int Index>
 void fit(ViewerBehaviour& form) {
     form.tools.cmdFit_Click(Index);
@@ -23,75 +17,82 @@ void zoom(ViewerBehaviour& form) {
 }
 
 using B = ViewerBehaviour;
+using Tools = DisplayTools;
+constexpr auto menu = MenuKind::Menu;
 
-constexpr auto exportPicture = run<&B::exporter, &ExportCommand::cmdExport_Click>;
-constexpr auto invert = run<&B::tools, &DisplayTools::cmdInvert_Click>;
-constexpr auto smooth = run<&B::tools, &DisplayTools::cmdSmooth_Click>;
-constexpr auto header = run<&B::tools, &DisplayTools::cmdHeader_Click>;
-constexpr auto window = run<&B::tools, &DisplayTools::cmdWindow_Click>;
-constexpr auto magnify = run<&B::tools, &DisplayTools::cmdMagnify_Click>;
-constexpr auto pan = run<&B::tools, &DisplayTools::cmdPanning_Click>;
-constexpr auto label = run<&B::tools, &DisplayTools::cmdLabel_Click>;
-constexpr auto play = run<&B::cine, &CinePlayer::cmdPlay_Click>;
-constexpr auto reverse = run<&B::cine, &CinePlayer::cmdReverse_Click>;
-constexpr auto stop = run<&B::cine, &CinePlayer::cmdStop_Click>;
-constexpr auto nextFrame = run<&B::frames, &FrameStepper::cmdNext_Click>;
-constexpr auto previousFrame = run<&B::frames, &FrameStepper::cmdPrev_Click>;
-constexpr auto nextImage = run<&B::frames, &FrameStepper::cmdNextImage_Click>;
-constexpr auto previousImage = run<&B::frames, &FrameStepper::cmdPrevImage_Click>;
-
+// Captions to the letter: a missing access key and a trailing blank are meant.
 constexpr CommandRow<B> rows[] = {
-    {"cmdExport", exportPicture},
-    {"mnuExport", exportPicture},
+    {handle<&B::exporter, &ExportCommand::cmdExport_Click>,
+     {"cmdExport", "Export..", Icon::None, "Save the picture as JPEG or BMP"},
+     {"mnuExport", "Export", "mnuFile"}},
+    {end, {}, {"mnuExit", "E&xit", "mnuFile"}},
 
-    {"mnuCopy", run<&B::tools, &DisplayTools::mnuCopy_Click>},
-    {"mnuCopyHeader", run<&B::tools, &DisplayTools::mnuCopyHeader_Click>},
-    {"cmdWindow", window},
-    {"mnuWindow", window},
-    {"cmdPanning", pan},
-    {"mnuPanning", pan},
-    {"cmdMagnify", magnify},
-    {"mnuMagnify", magnify},
-    {"cmdLabel", label},
-    {"mnuLabel", label},
-    {"cmdSmooth", smooth},
-    {"mnuSmooth", smooth},
-    {"cmdInvert", invert},
-    {"mnuInvert", invert},
-    {"cmdHeader", header},
-    {"mnuHeader", header},
-    {"Command3", run<&B::tools, &DisplayTools::Command3_Click>},
+    {nullptr, {}, {"mnuEdit", "&Edit", "", "", menu}},
+    {handle<&B::tools, &Tools::mnuCopy_Click>, {}, {"mnuCopy", "&Copy Image", "mnuEdit", "Ctrl+C"}},
+    {handle<&B::tools, &Tools::mnuCopyHeader_Click>, {}, {"mnuCopyHeader", "Copy Header", "mnuEdit"}},
 
-    {"cmdZoom", run<&B::tools, &DisplayTools::cmdZoom_Click>},
-    {"cmdFit(0)", fit<0>},
-    {"cmdFit(1)", fit<1>},
-    {"cmdFit(2)", fit<2>},
-    {"cmdFit(3)", fit<3>},
-    {"cmdFit(4)", fit<4>},
-    {"mnuBestFit", run<&B::tools, &DisplayTools::mnuBestFit_Click>},
-    {"mnu50", zoom<50>},
-    {"mnu100", zoom<100>},
-    {"mnu150", zoom<150>},
-    {"mnu200", zoom<200>},
-    {"cmdOverlay", run<&B::tools, &DisplayTools::cmdOverlay_Click>},
-    {"mnuNone", run<&B::tools, &DisplayTools::mnuNone_Click>},
-    {"mnuBlack", run<&B::tools, &DisplayTools::mnuBlack_Click>},
-    {"mnuWhite", run<&B::tools, &DisplayTools::mnuWhite_Click>},
+    {nullptr, {}, {"mnuTools", "&Tools", "", "", menu}},
+    {handle<&B::tools, &Tools::cmdWindow_Click>,
+     {"cmdWindow", "", Icon::Window, "Window: drag to change contrast and brightness"},
+     {"mnuWindow", "&Window", "mnuTools"}},
+    {handle<&B::tools, &Tools::cmdPanning_Click>, {}, {"mnuPanning", "&Panning", "mnuTools"}},
+    {handle<&B::tools, &Tools::cmdSmooth_Click>,
+     {"cmdSmooth", "Smooth", Icon::None, "Smooth drawing on or off"},
+     {"mnuSmooth", "&Smooth", "mnuTools"}},
+    {handle<&B::tools, &Tools::cmdMagnify_Click>,
+     {"cmdMagnify", "", Icon::Magnify, "Magnify: a loupe under the mouse while it is pressed"},
+     {"mnuMagnify", "&Magnify", "mnuTools"}},
+    {handle<&B::tools, &Tools::cmdInvert_Click>,
+     {"cmdInvert", "Invert", Icon::None, "Invert the grey scale"},
+     {"mnuInvert", "&Invert", "mnuTools"}},
+    {handle<&B::tools, &Tools::cmdLabel_Click>,
+     {"cmdLabel", "", Icon::Label, "Label: click to write on the picture"},
+     {"mnuLabel", "&Label", "mnuTools"}},
+    {handle<&B::tools, &Tools::cmdHeader_Click>,
+     {"cmdHeader", "Header", Icon::None, "Show the file's header as text"},
+     {"mnuHeader", "&Header", "mnuTools"}},
+    {handle<&B::tools, &Tools::Command3_Click>, {"Command3", "Command3", Icon::None, "Display option"}},
 
-    {"cmdPlay", play},
-    {"mnuPlay", play},
-    {"cmdReverse", reverse},
-    {"mnuReverse", reverse},
-    {"cmdStop", stop},
-    {"mnuStop", stop},
-    {"cmdNext", nextFrame},
-    {"mnuNextSlice", nextFrame},
-    {"cmdPrev", previousFrame},
-    {"mnuPreviousSlice", previousFrame},
-    {"cmdNextImage", nextImage},
-    {"mnuNext", nextImage},
-    {"cmdPrevImage", previousImage},
-    {"mnuPrevious", previousImage},
+    {nullptr, {}, {"mnuZoom", "&Zoom", "mnuTools", "", menu}},
+    {handle<&B::tools, &Tools::cmdZoom_Click>, {"cmdZoom", "Zoom", Icon::None, "Choose the magnification"}},
+    {fit<0>, {"cmdFit(0)", "Best Fit", Icon::None, "Fit the picture to the view"}},
+    {fit<1>, {"cmdFit(1)", "100%", Icon::None, "One screen pixel per image pixel"}},
+    {fit<2>, {"cmdFit(2)", "50%", Icon::None, "Half size"}},
+    {fit<3>, {"cmdFit(3)", "150%", Icon::None, "One and a half times the size"}},
+    {fit<4>, {"cmdFit(4)", "200%", Icon::None, "Double size"}},
+    {handle<&B::tools, &Tools::mnuBestFit_Click>, {}, {"mnuBestFit", "&Bestfit", "mnuZoom"}},
+    {zoom<50>, {}, {"mnu50", "50%", "mnuZoom"}},
+    {zoom<100>, {}, {"mnu100", "100%", "mnuZoom"}},
+    {zoom<150>, {}, {"mnu150", "150%", "mnuZoom"}},
+    {zoom<200>, {}, {"mnu200", "200%", "mnuZoom"}},
+
+    {nullptr, {}, {"mnuOverLay", "&Overlay", "mnuTools", "", menu}},
+    {handle<&B::tools, &Tools::cmdOverlay_Click>,
+     {"cmdOverlay", "Overlay", Icon::None, "Choose the background"}},
+    {handle<&B::tools, &Tools::mnuNone_Click>, {}, {"mnuNone", "None", "mnuOverLay"}},
+    {handle<&B::tools, &Tools::mnuBlack_Click>, {}, {"mnuBlack", "&Black ", "mnuOverLay"}},
+    {handle<&B::tools, &Tools::mnuWhite_Click>, {}, {"mnuWhite", "&White", "mnuOverLay"}},
+
+    {nullptr, {}, {"mnuCine", "&Cine", "mnuTools", "", menu}},
+    {handle<&B::cine, &CinePlayer::cmdReverse_Click>, {}, {"mnuReverse", "&Reverse", "mnuCine"}},
+    {handle<&B::cine, &CinePlayer::cmdStop_Click>,
+     {"cmdStop", "Stop", Icon::None, "Stop the cine"},
+     {"mnuStop", "&Stop", "mnuCine"}},
+    {handle<&B::cine, &CinePlayer::cmdPlay_Click>, {}, {"mnuPlay", "&Play", "mnuCine"}},
+    {handle<&B::frames, &FrameStepper::cmdNext_Click>,
+     {"cmdNext", "", Icon::NextFrame, "Next frame"},
+     {"mnuNextSlice", "Next Slice", "mnuCine"}},
+    {handle<&B::frames, &FrameStepper::cmdPrev_Click>,
+     {"cmdPrev", "", Icon::PreviousFrame, "Previous frame"},
+     {"mnuPreviousSlice", "Previous Slice ", "mnuCine"}},
+    {handle<&B::frames, &FrameStepper::cmdNextImage_Click>,
+     {"cmdNextImage", "", Icon::NextImage, "Next image file"},
+     {"mnuNext", "Next Image", "mnuCine"}},
+    {handle<&B::frames, &FrameStepper::cmdPrevImage_Click>,
+     {"cmdPrevImage", "", Icon::PreviousImage, "Previous image file"},
+     {"mnuPrevious", "Previous Image", "mnuCine"}},
+
+    {nullptr, {}, {"mnuHelp", "&Help", "", "", menu}},
 };
 
 }  // namespace

@@ -13,7 +13,7 @@
 
 namespace cinedisc {
 
-void ViewerEvents::connect(const ViewerPanels& panels, ViewerBehaviour& behaviour) {
+void connectEvents(const ViewerPanels& panels, ViewerBehaviour& behaviour) {
     const auto on = [](auto* sender, auto signal, auto handler) {
         QObject::connect(sender, signal, sender, EventGuard::guarded(handler));
     };

@@ -23,12 +23,11 @@ QPushButton* makeButton(const ButtonRow& row, QWidget* parent) {
     return button;
 }
 
-void routeButtons(QWidget& root, const std::function<void(const QString&)>& run) {
+void routeButtons(QWidget& root, const std::function<std::function<void()>(const QString& name)>& handlerOf) {
     for (QPushButton* button : root.findChildren<QPushButton*>()) {
         const QString name = button->objectName();
-        if (name.isEmpty()) continue;
-        QObject::connect(button, &QPushButton::clicked, button,
-                         [name, run] { EventGuard::run([&] { run(name); }); });
+        if (!name.isEmpty())
+            QObject::connect(button, &QPushButton::clicked, button, EventGuard::guarded(handlerOf(name)));
     }
 }
 

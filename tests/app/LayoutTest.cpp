@@ -1,3 +1,4 @@
+#include "app/CommandTable.h"
 #include "app/Form1Layout.h"
 #include "app/StillsPanel.h"
 #include "app/TreePanel.h"
@@ -5,7 +6,6 @@
 #include "control/ezDICOMX.h"
 #include "panels/BackgroundPopUp.h"
 #include "panels/CinePanel.h"
-#include "panels/MenuTable.h"
 #include "panels/StripPanel.h"
 #include "panels/Theme.h"
 #include "panels/ToolBarPanel.h"
@@ -28,7 +28,7 @@ class LayoutTest : public testing::Test {
   protected:
     static void SetUpTestSuite() { applyTheme(*qApp); }
     void SetUp() override {
-        MenuBuilder::build(*window.menuBar(), mainMenuTable(), [](const QString&) {});
+        buildMenus(*window.menuBar(), form1Faces().items, [](const QString&) { return [] {}; });
     }
 
     void showAt(QSize size) {

@@ -5,7 +5,6 @@
 #include "tests/support/DiscBuilder.h"
 #include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
-#include "viewerwindow/ViewerCommands.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -60,17 +59,20 @@ TEST_F(MainWindowTest, StartsWithItsDefaults) {
     EXPECT_EQ(form.findChild<QObject*>("File1")->property("Pattern"), "*.dcm");
 }
 
-TEST_F(MainWindowTest, EveryButtonAndMenuCommandHasAHandler) {
+TEST_F(MainWindowTest, EveryCommandHasItsControlsAndAnUnknownOneIsAnErrorAtOnce) {
     QStringList handled, commands;
-    for (const auto& row : windowCommands()) handled << row.name;
-    for (const auto& row : discCommands()) handled << row.name;
-    for (const auto& row : viewerCommands()) handled << row.name;
+    const CommandFaces faces = form1Faces();
+    for (const ButtonRow& button : faces.buttons) handled << button.name;
+    for (const MenuRow& item : faces.items)
+        if (item.kind == MenuKind::Command) handled << item.name;
     for (const QAction* action : form.findChildren<QAction*>())
         if (action->objectName().startsWith("mnu") && !action->menu()) commands << action->objectName();
     for (const QPushButton* button : form.findChildren<QPushButton*>()) commands << button->objectName();
     handled.sort();
     commands.sort();
     EXPECT_EQ(commands.join(' ').toStdString(), handled.join(' ').toStdString());
+    EXPECT_THROW(CommandHandlers()("cmdNothing"), std::logic_error);
+    EXPECT_THROW(ButtonTable(faces.buttons).make("cmdNothing", &form), std::logic_error);
 }
 
 TEST_F(MainWindowTest, OpensAPatientPlaysStepsAndShowsStills) {

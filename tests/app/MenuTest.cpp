@@ -1,4 +1,4 @@
-#include "panels/MenuTable.h"
+#include "app/CommandTable.h"
 
 #include <QMainWindow>
 #include <QMenu>
@@ -26,7 +26,8 @@ class MenuTest : public testing::Test {
     QStringList run;
 
     void SetUp() override {
-        MenuBuilder::build(*window.menuBar(), mainMenuTable(), [this](const QString& name) { run += name; });
+        buildMenus(*window.menuBar(), form1Faces().items,
+                   [this](const QString& name) { return [this, name] { run += name; }; });
     }
 };
 
@@ -72,7 +73,7 @@ mnuHelp '&Help'
 
 TEST_F(MenuTest, EachCommandRunsUnderItsNameAndIsFoundByItFromTheWindow) {
     QStringList commands;
-    for (const MenuRow& row : mainMenuTable()) {
+    for (const MenuRow& row : form1Faces().items) {
         auto* action = window.findChild<QAction*>(row.name);
         ASSERT_NE(action, nullptr) << row.name;
         if (row.kind == MenuKind::Menu) {

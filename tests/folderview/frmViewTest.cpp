@@ -6,7 +6,6 @@
 #include "tests/support/RecordingControls.h"
 #include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
-#include "viewerwindow/ViewerCommands.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -84,8 +83,10 @@ TEST_F(frmViewTest, StartsWithItsOwnDesignAndNothingOfTheCatalogue) {
         EXPECT_EQ(form.findChild<QObject*>(absent), nullptr) << absent;
     expectUniqueNames(form);
     QSet<QString> handled, commands;
-    for (const auto& row : frmViewCommandTable()) handled << row.name;
-    for (const auto& row : viewerCommands()) handled << row.name;
+    const CommandFaces faces = frmViewFaces();
+    for (const ButtonRow& button : faces.buttons) handled << button.name;
+    for (const MenuRow& item : faces.items)
+        if (item.kind == MenuKind::Command) handled << item.name;
     for (const QAction* action : form.findChildren<QAction*>())
         if (action->objectName().startsWith("mnu") && !action->menu()) commands << action->objectName();
     for (const QPushButton* button : form.findChildren<QPushButton*>()) commands << button->objectName();

@@ -1,5 +1,5 @@
 #include "platform/RunTimeError.h"
-#include "platform/widgets/TextViewerLauncher.h"
+#include "platform/widgets/TextViewer.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -41,14 +41,14 @@ class TextViewerLauncherTest : public testing::Test {
 TEST_F(TextViewerLauncherTest, TheDesktopsOpenerComesFirstThenAnEditorAndBothGetThePathAsItIs) {
     const QString file = "/disc of \"J\" $HOME; `x` 'y'/license.txt";
     try {
-        TextViewerLauncher::open(file);
+        openTextViewer(file);
         ADD_FAILURE() << "something was started";
     } catch (const RunTimeError& error) {
         EXPECT_EQ(error.number(), 53);
     }
     for (const QString program : {"mousepad", "xdg-open"}) {
         addProgram(program);
-        TextViewerLauncher::open(file);
+        openTextViewer(file);
         EXPECT_EQ(record(), program + "|1|" + file);
         QFile::remove(programs.filePath("record"));
     }

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 namespace cinedisc::test {
@@ -120,15 +121,18 @@ DiscWalk::DiscWalk(OddDisc& disc, Form1Behaviour& window, Hands hands)
 }
 
 void DiscWalk::addCommands() {
-    for (const auto& row : discCommands()) {
-        if (qstrcmp(row.name, "mnuOpen") != 0) steps_.append({row.name, [this, &row] { row.run(window_); }});
-    }
-    for (const auto& row : viewerCommands()) {
-        // Dialogs and the clipboard have nothing to do with where the window is.
-        const QString name = row.name;
-        if (!name.contains("Export") && !name.contains("Copy"))
-            steps_.append({name, [this, &row] { row.run(window_); }});
-    }
+    CommandHandlers handlers;
+    handlers.add(discCommands(), window_);
+    handlers.add<ViewerBehaviour>(viewerCommands(), window_);
+    // Dialogs, the clipboard and the end have nothing to do with where the window is.
+    static const QRegularExpression leftOut("Export|Copy|xit|mnuOpen$|About");
+    const CommandFaces faces = form1Faces();
+    QStringList names;
+    for (const ButtonRow& button : faces.buttons) names << button.name;
+    for (const MenuRow& item : faces.items)
+        if (item.kind == MenuKind::Command) names << item.name;
+    for (const QString& name : names)
+        if (!name.contains(leftOut)) steps_.append({name, handlers(name)});
     const Step others[] = {
         {"folder",
          [this] {

@@ -1,4 +1,4 @@
-#include "platform/widgets/TextViewerLauncher.h"
+#include "platform/widgets/TextViewer.h"
 
 #include "platform/RunTimeError.h"
 
@@ -15,7 +15,7 @@ namespace cinedisc {
 
 #ifdef Q_OS_WIN
 
-void TextViewerLauncher::open(const QString& path) {
+void openTextViewer(const QString& path) {
     const std::wstring argument = QString("\"%1\"").arg(path).toStdWString();
     const auto answer =
         ShellExecuteW(nullptr, L"open", L"notepad.exe", argument.c_str(), nullptr, SW_SHOWMAXIMIZED);
@@ -25,7 +25,7 @@ void TextViewerLauncher::open(const QString& path) {
 
 #else
 
-void TextViewerLauncher::open(const QString& path) {
+void openTextViewer(const QString& path) {
     // The desktop's own choice first, then editors that open a window by themselves.
     static constexpr const char* programs[] = {
         "xdg-open",   "gnome-text-editor", "gedit",   "kwrite", "kate", "mousepad", "xed",  "pluma",

@@ -1,4 +1,4 @@
-#include "platform/widgets/MenuBuilder.h"
+#include "platform/widgets/Menus.h"
 
 #include "platform/widgets/EventGuard.h"
 
@@ -9,14 +9,14 @@
 
 namespace cinedisc {
 
-void MenuBuilder::build(QMenuBar& bar, std::span<const MenuRow> rows,
-                        const std::function<void(const QString&)>& run) {
+void buildMenus(QMenuBar& bar, std::span<const MenuRow> rows,
+                const std::function<std::function<void()>(const QString& name)>& handlerOf) {
     // A desktop that shows menus elsewhere would take them out of the window.
     bar.setNativeMenuBar(false);
     QHash<QString, QMenu*> menus;
     for (const MenuRow& row : rows) {
         const QString name = row.name;
-        QMenu* parent = menus.value(row.parent);
+        QMenu* parent = menus.value(row.menu);
         QAction* action = nullptr;
         if (row.kind == MenuKind::Menu) {
             QMenu* menu = parent ? parent->addMenu(row.caption) : bar.addMenu(row.caption);
@@ -26,8 +26,7 @@ void MenuBuilder::build(QMenuBar& bar, std::span<const MenuRow> rows,
         } else {
             Q_ASSERT(parent);
             action = parent->addAction(row.caption);
-            QObject::connect(action, &QAction::triggered, &bar,
-                             [name, run] { EventGuard::run([&] { run(name); }); });
+            QObject::connect(action, &QAction::triggered, &bar, EventGuard::guarded(handlerOf(name)));
         }
         action->setObjectName(name);
         action->setMenuRole(QAction::NoRole);
