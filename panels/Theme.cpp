@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QPalette>
 
+#include <utility>
+
 namespace cinedisc {
 
 namespace {
@@ -16,6 +18,15 @@ constexpr QRgb text = 0xffd5d9dd;
 constexpr QRgb quiet = 0xff929ba4;
 constexpr QRgb faint = 0xff5c646c;
 constexpr QRgb accent = 0xff5fa8c8;
+
+/// All colours by the names that the style sheet has for them.
+constexpr std::pair<const char*, QRgb> colours[] = {
+    {"field", field},       {"raised", raised},      {"text", text},          {"quiet", quiet},
+    {"faint", faint},       {"accent", accent},      {"lit", 0xff30353b},     {"pressed", 0xff1c1f23},
+    {"chosen", 0xff20333c}, {"popUp", 0xff1f2327},   {"divider", 0xff2c3137}, {"line", 0xff34393f},
+    {"edge", 0xff454c54},   {"ring", 0xff79828b},    {"mark", 0xff7fc0dc},    {"filled", 0xff3f7389},
+    {"knob", 0xffb4bbc2},   {"knobLit", 0xffe4e7ea},
+};
 
 QPalette darkPalette() {
     QPalette palette;
@@ -38,34 +49,34 @@ QPalette darkPalette() {
 }
 
 constexpr const char* sheet = R"(
-QPushButton { background: #262a2f; border: 1px solid #34393f; border-radius: 4px; padding: 4px 8px; min-height: 20px; }
+QPushButton { background: %raised%; border: 1px solid %line%; border-radius: 4px; padding: 4px 8px; min-height: 20px; }
 cinedisc--IconButton { padding: 4px; min-width: 24px; }
-QPushButton:hover { background: #30353b; border-color: #454c54; }
-QPushButton:pressed { background: #1c1f23; }
-QPushButton:focus { border-color: #5fa8c8; }
-QPushButton[active="true"] { border-color: #5fa8c8; background: #20333c; }
-QPushButton:disabled { color: #5c646c; }
+QPushButton:hover { background: %lit%; border-color: %edge%; }
+QPushButton:pressed { background: %pressed%; }
+QPushButton:focus { border-color: %accent%; }
+QPushButton[active="true"] { border-color: %accent%; background: %chosen%; }
+QPushButton:disabled { color: %faint%; }
 QRadioButton { spacing: 6px; }
-QRadioButton::indicator { width: 12px; height: 12px; border: 1px solid #79828b; border-radius: 7px; background: #101214; }
-QRadioButton::indicator:hover { border-color: #d5d9dd; }
-QRadioButton::indicator:focus { border-color: #5fa8c8; }
-QRadioButton::indicator:checked { border-color: #5fa8c8; background: qradialgradient(cx: 0.5, cy: 0.5, radius: 0.5,
-    fx: 0.5, fy: 0.5, stop: 0 #7fc0dc, stop: 0.5 #7fc0dc, stop: 0.6 #101214, stop: 1 #101214); }
+QRadioButton::indicator { width: 12px; height: 12px; border: 1px solid %ring%; border-radius: 7px; background: %field%; }
+QRadioButton::indicator:hover { border-color: %text%; }
+QRadioButton::indicator:focus { border-color: %accent%; }
+QRadioButton::indicator:checked { border-color: %accent%; background: qradialgradient(cx: 0.5, cy: 0.5, radius: 0.5,
+    fx: 0.5, fy: 0.5, stop: 0 %mark%, stop: 0.5 %mark%, stop: 0.6 %field%, stop: 1 %field%); }
 QSlider { min-height: 20px; }
-QSlider::groove:horizontal { height: 4px; border-radius: 2px; background: #34393f; }
-QSlider::sub-page:horizontal { border-radius: 2px; background: #3f7389; }
-QSlider::handle:horizontal { width: 14px; margin: -5px 0; border-radius: 7px; background: #b4bbc2; }
-QSlider::handle:horizontal:hover { background: #e4e7ea; }
-QSlider::handle:horizontal:focus { background: #7fc0dc; }
-cinedisc--GroupLine { background: #2c3137; border: none; }
-cinedisc--PopUpPanel { background: #1f2327; border: 1px solid #454c54; border-radius: 4px; }
+QSlider::groove:horizontal { height: 4px; border-radius: 2px; background: %line%; }
+QSlider::sub-page:horizontal { border-radius: 2px; background: %filled%; }
+QSlider::handle:horizontal { width: 14px; margin: -5px 0; border-radius: 7px; background: %knob%; }
+QSlider::handle:horizontal:hover { background: %knobLit%; }
+QSlider::handle:horizontal:focus { background: %mark%; }
+cinedisc--GroupLine { background: %divider%; border: none; }
+cinedisc--PopUpPanel { background: %popUp%; border: 1px solid %edge%; border-radius: 4px; }
 cinedisc--PopUpPanel QPushButton { background: transparent; border-color: transparent; }
-cinedisc--PopUpPanel QPushButton:hover { background: #30353b; }
-cinedisc--PopUpPanel QPushButton:focus { border-color: #5fa8c8; }
-QGroupBox { border: 1px solid #2c3137; border-radius: 4px; margin-top: 20px; padding: 2px; }
-QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; color: #929ba4; padding: 0 2px; }
-QToolTip { background: #262a2f; color: #d5d9dd; border: 1px solid #454c54; padding: 3px; }
-QMenu { border: 1px solid #34393f; }
+cinedisc--PopUpPanel QPushButton:hover { background: %lit%; }
+cinedisc--PopUpPanel QPushButton:focus { border-color: %accent%; }
+QGroupBox { border: 1px solid %divider%; border-radius: 4px; margin-top: 20px; padding: 2px; }
+QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; color: %quiet%; padding: 0 2px; }
+QToolTip { background: %raised%; color: %text%; border: 1px solid %edge%; padding: 3px; }
+QMenu { border: 1px solid %line%; }
 )";
 
 }  // namespace
@@ -76,7 +87,11 @@ void applyColours(QApplication& application) {
 }
 
 void applyStyleSheet(QApplication& application) {
-    if (application.styleSheet().isEmpty()) application.setStyleSheet(sheet);
+    if (!application.styleSheet().isEmpty()) return;
+    QString coloured = sheet;
+    for (const auto& [name, colour] : colours)
+        coloured.replace('%' + QString(name) + '%', QColor(colour).name());
+    application.setStyleSheet(coloured);
 }
 
 void applyTheme(QApplication& application) {
