@@ -2,8 +2,7 @@
 
 #include "control/HeaderWords.h"
 #include "control/RunTiming.h"
-
-#include <QCoreApplication>
+#include "control/ViewWords.h"
 
 #include <cmath>
 
@@ -19,16 +18,10 @@ constexpr Tag modality{0x0008, 0x0060}, studyDate{0x0008, 0x0020}, seriesDate{0x
     seriesNumber{0x0020, 0x0011}, instanceNumber{0x0020, 0x0013}, lossyCompression{0x0028, 0x2110},
     lossyRatio{0x0028, 0x2112};
 
-QString translated(const char* text) { return QCoreApplication::translate("HeaderFacts", text); }
-
 QString textOf(const dicom::DicomFile& file, Tag tag) { return QString::fromStdString(file.text(tag)); }
 
 void add(QStringList& lines, const QString& line) {
     if (!line.isEmpty()) lines.append(line);
-}
-
-QString named(const char* what, const QString& value) {
-    return value.isEmpty() ? value : translated(what) + ' ' + value;
 }
 
 /// The positioner's angles in the words of the catheter laboratory (PS3.3 C.8.7.5.1.2). Other X-ray systems
@@ -65,10 +58,11 @@ QStringList dateLines(const dicom::DicomFile& file) {
 
 QString runWords(const dicom::DicomFile& file) {
     const bool isRun = file.announcedFrameCount() > 1;
-    const QString which = named(isRun ? "Run" : "Image", harmless(textOf(file, instanceNumber)));
+    const QString number = harmless(textOf(file, instanceNumber));
+    const QString which = isRun ? viewWords::run(number) : viewWords::image(number);
     const double rate = isRun ? recordedFrameRate(file) : 0;
     if (rate == 0) return which;
-    return (which + "  " + translated("%1 frames/s").arg(QString::number(rate, 'g', 3))).trimmed();
+    return (which + "  " + viewWords::frameRate(rate)).trimmed();
 }
 
 QString lossyWords(const dicom::DicomFile& file) {
@@ -79,7 +73,7 @@ QString lossyWords(const dicom::DicomFile& file) {
     for (const double ratio : file.header().decimals(lossyRatio)) {
         if (std::isfinite(ratio) && ratio > 1) ratios.append(QString::number(ratio, 'g', 3) + ":1");
     }
-    return (translated("Lossy") + ' ' + ratios.join(", ")).trimmed();
+    return viewWords::lossy(ratios);
 }
 
 }  // namespace
@@ -87,10 +81,10 @@ QString lossyWords(const dicom::DicomFile& file) {
 HeaderFacts HeaderFacts::of(const dicom::DicomFile& file) {
     HeaderFacts facts;
     facts.patient = personNameLines(textOf(file, patientName));
-    add(facts.patient, named("ID", harmless(textOf(file, patientId))));
-    add(facts.patient, named("Born", readableDate(textOf(file, birthDate))));
+    add(facts.patient, viewWords::patientId(harmless(textOf(file, patientId))));
+    add(facts.patient, viewWords::born(readableDate(textOf(file, birthDate))));
     for (const QString& line : dateLines(file)) add(facts.study, line);
-    add(facts.study, QString(named("Series", harmless(textOf(file, seriesNumber))) + ' ' +
+    add(facts.study, QString(viewWords::series(harmless(textOf(file, seriesNumber))) + ' ' +
                              harmless(textOf(file, seriesDescription)))
                          .trimmed());
     add(facts.study, runWords(file));

@@ -1,5 +1,7 @@
 #include "control/HeaderPage.h"
 
+#include "control/ViewWords.h"
+
 #include <QFontDatabase>
 #include <QKeyEvent>
 
@@ -7,7 +9,7 @@ namespace cinedisc {
 
 HeaderPage::HeaderPage(QWidget& view) : QPlainTextEdit(&view) {
     setObjectName("headerPage");
-    setAccessibleName(tr("Header of the file"));
+    setAccessibleName(viewWords::headerPageName());
     setReadOnly(true);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setUndoRedoEnabled(false);

@@ -23,7 +23,4 @@ struct Notice {
     void paint(QPainter& painter, const QRectF& area, const QColor& color) const;
 };
 
-/// What is said of a run that ends before its header says; "" of any other.
-QString cutOffWords(int frames, int announcedFrames);
-
 }  // namespace cinedisc

@@ -1,8 +1,7 @@
 #include "control/ViewPainter.h"
 
-#include <QCoreApplication>
+#include "control/ViewWords.h"
 
-#include <cmath>
 #include <utility>
 
 namespace cinedisc {
@@ -39,12 +38,6 @@ void fillAround(QPainter& painter, const QRect& view, const QRectF& covered, dou
     fill(all.left(), covered.top(), covered.left(), covered.bottom());
     fill(covered.right(), covered.top(), all.right(), covered.bottom());
     painter.restore();
-}
-
-QString cornerWord(const char* text) { return QCoreApplication::translate("ViewPainter", text); }
-
-QString number(double value) {
-    return std::abs(value) >= 100 ? QString::number(value, 'f', 0) : QString::number(value, 'g', 4);
 }
 
 }  // namespace
@@ -101,20 +94,20 @@ CornerText::Lines ViewPainter::cornerLines(const ViewState& state) {
     CornerText::Lines lines{facts_.patient, facts_.study, {}, {}};
     if (picture.frameCount() == 0) return lines;
 
-    const QString cutOff = cutOffWords(picture.frameCount(), picture.file()->dicom().announcedFrameCount());
+    const QString cutOff =
+        viewWords::cutOff(picture.frameCount(), picture.file()->dicom().announcedFrameCount());
     if (!cutOff.isEmpty()) lines.bottomLeft.append(cutOff);
     if (!facts_.lossy.isEmpty()) lines.bottomLeft.append(facts_.lossy);
-    lines.bottomLeft.append(
-        cornerWord("Frame %1 / %2").arg(picture.currentFrame()).arg(picture.frameCount()));
+    lines.bottomLeft.append(viewWords::framePosition(picture.currentFrame(), picture.frameCount()));
 
-    if (picture.polarity < 0) lines.bottomRight.append(cornerWord("Inverted"));
+    if (picture.polarity < 0) lines.bottomRight.append(viewWords::inverted());
     if (!picture.isColor()) {
         const auto window = picture.drawnWindow().window;
-        lines.bottomRight.append(cornerWord("C %1  W %2").arg(number(window.center), number(window.width)));
+        lines.bottomRight.append(viewWords::window(window.center, window.width));
     }
-    if (picture.coarse()) lines.bottomRight.append(cornerWord("Coarse, being refined"));
+    if (picture.coarse()) lines.bottomRight.append(viewWords::coarse());
     const double scale = state.placement().scale(state.renderer.squareSize());
-    lines.bottomRight.append(cornerWord("Zoom %1 %").arg(std::lround(scale * 100)));
+    lines.bottomRight.append(viewWords::zoom(scale));
     return lines;
 }
 

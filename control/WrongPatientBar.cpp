@@ -1,5 +1,6 @@
 #include "control/WrongPatientBar.h"
 
+#include "control/ViewWords.h"
 #include "platform/Paths.h"
 
 #include <QAccessible>
@@ -8,9 +9,7 @@
 
 namespace cinedisc {
 
-WrongPatientBar::WrongPatientBar(QWidget& view)
-    : QLabel(tr("WRONG PATIENT: this picture is not from the folder of the patient whose name is shown"),
-             &view) {
+WrongPatientBar::WrongPatientBar(QWidget& view) : QLabel(viewWords::wrongPatient(), &view) {
     setObjectName("wrongPatientBar");
     setAccessibleName(text());
     setTextFormat(Qt::PlainText);

@@ -2,6 +2,7 @@
 
 #include "control/PictureClipboard.h"
 #include "control/PictureExport.h"
+#include "control/ViewWords.h"
 #include "control/ezDICOMXParts.h"
 #include "control/picture/DisplayedPicture.h"
 
@@ -44,7 +45,8 @@ void ezDICOMX::setRole(ViewRole role) {
     setFocusPolicy(role == ViewRole::Main      ? Qt::StrongFocus
                    : role == ViewRole::Preview ? Qt::TabFocus
                                                : Qt::NoFocus);
-    if (role != ViewRole::Probe) setAccessibleName(role == ViewRole::Main ? tr("Picture") : tr("Preview"));
+    if (role != ViewRole::Probe)
+        setAccessibleName(role == ViewRole::Main ? viewWords::mainViewName() : viewWords::previewName());
     parts_->chooseTool();
     parts_->refreshHeaderPage();
     update();

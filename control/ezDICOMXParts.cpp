@@ -1,5 +1,6 @@
 #include "control/ezDICOMXParts.h"
 
+#include "control/ViewWords.h"
 #include "dicom/DicomFile.h"
 
 #include <utility>
@@ -74,7 +75,8 @@ void ezDICOMX::Parts::describeWith(const std::optional<Notice>& notice) {
     if (notice) {
         words = notice->words();
     } else if (view.picture.frameCount() > 0) {
-        words = cutOffWords(view.picture.frameCount(), view.picture.file()->dicom().announcedFrameCount());
+        words =
+            viewWords::cutOff(view.picture.frameCount(), view.picture.file()->dicom().announcedFrameCount());
     }
     if (owner.accessibleDescription() != words) owner.setAccessibleDescription(words);
 }
@@ -144,7 +146,7 @@ void ezDICOMX::Parts::fillHeaderPage() {
     if (!headerText || !view.picture.waitFor(*headerText, Patience::Glance)) return;
     const auto header = std::exchange(headerText, nullptr);
     headerPage->setPlainText(header->text() ? QString::fromStdString(*header->text())
-                                            : HeaderPage::tr("The header is too large to be shown."));
+                                            : viewWords::headerTooLarge());
 }
 
 void ezDICOMX::Parts::chooseTool() {

@@ -1,6 +1,7 @@
 #include "control/HeaderFacts.h"
 #include "control/HeaderWords.h"
 #include "control/Notice.h"
+#include "control/ViewWords.h"
 #include "tests/control/FakeDicomFile.h"
 
 #include <gtest/gtest.h>
@@ -117,9 +118,9 @@ TEST(Notice, SaysWhatCannotBeShownAndWhy) {
     fault.message = "compressed in a way this viewer cannot read (<b>X</b>)";
     EXPECT_EQ(Notice::of(fault, 7, false).words(),
               "Frame 7 cannot be shown. Compressed in a way this viewer cannot read (<b>X</b>).");
-    EXPECT_EQ(cutOffWords(12, 60), "The file is cut off: 12 of 60 frames can be shown");
-    EXPECT_EQ(cutOffWords(60, 60), "");
-    EXPECT_EQ(cutOffWords(0, 60), "");
+    EXPECT_EQ(viewWords::cutOff(12, 60), "The file is cut off: 12 of 60 frames can be shown");
+    EXPECT_EQ(viewWords::cutOff(60, 60), "");
+    EXPECT_EQ(viewWords::cutOff(0, 60), "");
 }
 
 }  // namespace
