@@ -1,6 +1,7 @@
 #include "app/PatientStepPanel.h"
 
 #include "panels/PanelParts.h"
+#include "viewer/WindowWords.h"
 
 #include <QVBoxLayout>
 
@@ -14,8 +15,8 @@ constexpr const char* nameSample = "Anonymous^Patient (ID-12345)";
 
 PatientStepPanel::PatientStepPanel(const ButtonTable& buttons, QWidget* parent) : QFrame(parent) {
     setObjectName("Frame1");
-    Label13 = named(new ElidedLabel("Study Scroll Bar", nameSample, this), "Label13");
-    Label15 = named(new ElidedLabel("Series Scroll Bar", nameSample, this), "Label15");
+    Label13 = named(new ElidedLabel(windowWords::anyPatient(), nameSample, this), "Label13");
+    Label15 = named(new ElidedLabel(windowWords::anySeries(), nameSample, this), "Label15");
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(buttonGap);

@@ -1,6 +1,7 @@
 #include "app/StillsPanel.h"
 
 #include "panels/PanelParts.h"
+#include "viewer/WindowWords.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -11,7 +12,7 @@ namespace {
 
 constexpr const char* shortNameSample = "Anonymous^Patient^X";
 
-QBoxLayout* stepColumn(const char* heading, QBoxLayout* steps, QWidget* parent) {
+QBoxLayout* stepColumn(const QString& heading, QBoxLayout* steps, QWidget* parent) {
     auto* column = new QVBoxLayout;
     column->setSpacing(buttonGap);
     column->addStretch();
@@ -27,8 +28,8 @@ QBoxLayout* stepColumn(const char* heading, QBoxLayout* steps, QWidget* parent) 
 
 StillsPanel::StillsPanel(const ButtonTable& buttons, QWidget* parent) : QFrame(parent) {
     setObjectName("Frame8");
-    Label5 = named(new ElidedLabel("Study Scroll Bar", shortNameSample, this), "Label5");
-    Label6 = named(new ElidedLabel("Series Scroll Bar", shortNameSample, this), "Label6");
+    Label5 = named(new ElidedLabel(windowWords::anyPatient(), shortNameSample, this), "Label5");
+    Label6 = named(new ElidedLabel(windowWords::anySeries(), shortNameSample, this), "Label6");
     lblSeries = named(new ElidedLabel("", "Image :0000/0000", this), "lblSeries");
     lblSeries->setMinimumWidth(lblSeries->sizeHint().width());
     // In a wide window the buttons of a step stay near each other.
@@ -41,17 +42,18 @@ StillsPanel::StillsPanel(const ButtonTable& buttons, QWidget* parent) : QFrame(p
     Label1->setElideMode(Qt::ElideLeft);
     asRemark(*Label1);
 
-    const auto column = [&](const char* heading, const StepButtons& names, QLabel& label) {
+    const auto column = [&](const QString& heading, const StepButtons& names, QLabel& label) {
         return stepColumn(heading, stepRow(buttons, names, label, this), this);
     };
     auto* columns = new QHBoxLayout;
     columns->setSpacing(panelGap);
     columns->addStretch();
-    columns->addLayout(column("Patient", {.back = "cmdPatBack", .next = "Command2"}, *Label5), 1);
+    columns->addLayout(column(tr("Patient"), {.back = "cmdPatBack", .next = "Command2"}, *Label5), 1);
     columns->addWidget(groupLine(this));
-    columns->addLayout(column("Series", {.back = "cmdSerBack", .next = "cmdSerNext"}, *Label6), 1);
+    columns->addLayout(column(tr("Series"), {.back = "cmdSerBack", .next = "cmdSerNext"}, *Label6), 1);
     columns->addWidget(groupLine(this));
-    columns->addLayout(column("Image", {.back = "cmdPreviousSeries", .next = "cmdNextSeries"}, *lblSeries));
+    columns->addLayout(
+        column(tr("Image"), {.back = "cmdPreviousSeries", .next = "cmdNextSeries"}, *lblSeries));
     columns->addStretch();
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);

@@ -6,7 +6,7 @@
 
 namespace cinedisc {
 
-TreePanel::TreePanel(QWidget* parent) : QGroupBox("Patient List..", parent) {
+TreePanel::TreePanel(QWidget* parent) : QGroupBox(tr("Patient List.."), parent) {
     setObjectName("FraTree");
     TreeView1 = named(new PatientTreeView(this), "TreeView1");
     TreeView1->setFrameShape(QFrame::NoFrame);

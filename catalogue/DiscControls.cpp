@@ -1,5 +1,7 @@
 #include "catalogue/DiscControls.h"
 
+#include "viewer/WindowWords.h"
+
 namespace cinedisc {
 
 void DiscControls::showSeries(const QString& text) const {
@@ -7,10 +9,10 @@ void DiscControls::showSeries(const QString& text) const {
     Label15.putCaption(Label6.Caption());
 }
 
-void DiscControls::showDesignSeries() const { showSeries("Series Scroll Bar"); }
+void DiscControls::showDesignSeries() const { showSeries(windowWords::anySeries()); }
 
 void DiscControls::showDesignNames() const {
-    Label5.putCaption("Study Scroll Bar");
+    Label5.putCaption(windowWords::anyPatient());
     Label13.putCaption(Label5.Caption());
     showDesignSeries();
 }

@@ -1,51 +1,30 @@
 #include "catalogue/DiscOpener.h"
 
 #include "platform/Paths.h"
-
-#include <QCoreApplication>
+#include "viewer/WindowWords.h"
 
 namespace cinedisc {
-
-namespace {
-
-constexpr const char* noFirstImage = QT_TRANSLATE_NOOP(
-    "DiscOpener",
-    "The first series of the first patient holds no images, so the patient list is not shown. A folder of "
-    "images can be opened with File > Open.");
-constexpr const char* unreadable = QT_TRANSLATE_NOOP(
-    "DiscOpener",
-    "The patient list of this disc (CD.xml) cannot be read. A folder of images can be opened with File > "
-    "Open.");
-constexpr const char* damaged = QT_TRANSLATE_NOOP(
-    "DiscOpener",
-    "The patient list of this disc (CD.xml) is damaged. The patients after the last one below are missing.");
-constexpr const char* noPatient =
-    QT_TRANSLATE_NOOP("DiscOpener", "The patient list of this disc (CD.xml) names no patient.");
-
-}  // namespace
 
 void DiscOpener::Open_Click() {
     if (!catalogue_.exists()) {
         trapErrors([this] {
-            if (disc_.dialogs.askYesNo(
-                    "Patient Lists Not Available On CD,Do You Want to Select Images From CD")) {
-                mnuOpen_Click();
-            }
+            if (disc_.dialogs.askYesNo(windowWords::openFolderInstead())) mnuOpen_Click();
         });
         return;
     }
     const TreeControl& tree = disc_.TreeView1;
     const bool wasEmpty = tree.nodeCount() == 0;
-    const char* fault = noFirstImage;
+    QString remark = windowWords::noFirstImage();
     trapErrors([&] {
         if (probeDisc() == Outcome::NothingThere) return;
-        fault = unreadable;
+        remark = windowWords::catalogueUnreadable();
         catalogueLoader_.LoadCatalogue();
-        fault = tree.nodeCount() == 0 ? noPatient : "";
+        remark = tree.nodeCount() == 0 ? windowWords::catalogueEmpty() : QString();
     });
-    if (fault == unreadable && tree.nodeCount() > 0) fault = damaged;
+    if (remark == windowWords::catalogueUnreadable() && tree.nodeCount() > 0)
+        remark = windowWords::catalogueDamaged();
     // No message box tells what is wrong with a disc: the tree's place does.
-    if (wasEmpty) disc_.TreeView1.putRemark(QCoreApplication::translate("DiscOpener", fault));
+    if (wasEmpty) disc_.TreeView1.putRemark(remark);
 }
 
 DiscOpener::Outcome DiscOpener::probeDisc() {
@@ -74,7 +53,7 @@ void DiscOpener::walkStills(const Folder& patient) {
 
 void DiscOpener::mnuOpen_Click() {
     trapErrors([this] {
-        const QString chosen = disc_.dialogs.browseForFolder("Dicom");
+        const QString chosen = disc_.dialogs.browseForFolder(windowWords::folderDialogTitle());
         if (!chosen.isEmpty()) openFolder(Folder::NameSpace(chosen));
     });
 }

@@ -1,6 +1,7 @@
 #include "catalogue/PlaceMover.h"
 
 #include "platform/Paths.h"
+#include "viewer/WindowWords.h"
 
 namespace cinedisc {
 
@@ -102,8 +103,8 @@ void PlaceMover::standOn(const Folder& folder) {
 }
 
 void PlaceMover::forgetImage() {
-    form_.lblImg.putCaption("Image");
-    form_.lblFra.putCaption("Frame");
+    form_.lblImg.putCaption(windowWords::anyImage());
+    form_.lblFra.putCaption(windowWords::anyFrame());
     disc_.lblSeries.putCaption("");
 }
 

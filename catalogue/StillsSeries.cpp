@@ -1,11 +1,13 @@
 #include "catalogue/StillsSeries.h"
 
+#include "viewer/WindowWords.h"
+
 namespace cinedisc {
 
 void StillsSeries::show(Int16 index) {
     form_.File1.putListIndex(index.value());
     disc_.lblSeries.putCaption(
-        QString("Image :%1/%2").arg(form_.File1.ListIndex() + 1).arg(form_.File1.ListCount()));
+        windowWords::stillPosition(form_.File1.ListIndex() + 1, form_.File1.ListCount()));
     showName();
 }
 

@@ -1,10 +1,12 @@
 #include "folderview/frmViewBehaviour.h"
 
+#include "viewer/WindowWords.h"
+
 namespace cinedisc {
 
 void frmViewBehaviour::cmdOpen_Click() {
     trapErrors([this] {
-        const QString chosen = dialogs_.browseForFolder("Dicom");
+        const QString chosen = dialogs_.browseForFolder(windowWords::folderDialogTitle());
         if (chosen.isEmpty() || form.File1.filesIn(chosen).isEmpty()) return;
         form.File1.putPath(chosen);
         strip.clear();

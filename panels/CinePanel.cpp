@@ -2,6 +2,7 @@
 
 #include "panels/PanelParts.h"
 #include "platform/widgets/IndicatorOption.h"
+#include "viewer/WindowWords.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -27,7 +28,7 @@ QHBoxLayout* rowOf(QWidget* part, int spacing = buttonGap) {
 }
 
 QLabel* headingLabel(const Heading& heading, QWidget* parent) {
-    return named(remark(heading.text, parent), heading.name);
+    return named(remark(CinePanel::tr(heading.text), parent), heading.name);
 }
 
 }  // namespace
@@ -41,7 +42,7 @@ CinePanel::CinePanel(const ButtonTable& buttons, const CinePanelDesign& design, 
     for (const int column : {PlayColumn, FrameColumn})
         grid_->addWidget(groupLine(this), 0, column + 1, RowCount, 1);
 
-    grid_->addWidget(remark("Cine", this), HeadingRow, PlayColumn);
+    grid_->addWidget(remark(tr("Cine"), this), HeadingRow, PlayColumn);
     grid_->addWidget(playButtons(buttons), ControlRow, PlayColumn);
     Frame2 = directionFrame();
     grid_->addWidget(Frame2, OptionRow, PlayColumn);
@@ -50,7 +51,7 @@ CinePanel::CinePanel(const ButtonTable& buttons, const CinePanelDesign& design, 
     grid_->addWidget(frameSeeker(buttons), ControlRow, FrameColumn);
     grid_->addWidget(endOfRunAndSpeed(), OptionRow, FrameColumn);
 
-    lblImg = named(new ElidedLabel("Image", "Image : 000/000", this), "lblImg");
+    lblImg = named(new ElidedLabel(windowWords::anyImage(), "Image : 000/000", this), "lblImg");
     lblImg->setMinimumWidth(lblImg->sizeHint().width());
     grid_->addWidget(headingLabel(design.images, this), HeadingRow, ImageColumn);
     grid_->addLayout(stepRow(buttons, {.back = "cmdPrevImage", .next = "cmdNextImage"}, *lblImg, this),
@@ -77,8 +78,8 @@ QWidget* CinePanel::playButtons(const ButtonTable& buttons) {
 QFrame* CinePanel::directionFrame() {
     auto* frame = named(new QFrame(this), "Frame2");
     auto* row = rowOf(frame, panelGap);
-    Option9 = named(new QRadioButton("Forward", frame), "Option9");
-    Option10 = named(new QRadioButton("Reverse", frame), "Option10");
+    Option9 = named(new QRadioButton(tr("Forward"), frame), "Option9");
+    Option10 = named(new QRadioButton(tr("Reverse"), frame), "Option10");
     for (QRadioButton* option : {Option9, Option10}) {
         option->setFocusPolicy(Qt::TabFocus);
         row->addWidget(option);
@@ -88,7 +89,7 @@ QFrame* CinePanel::directionFrame() {
 
 QWidget* CinePanel::frameHeading(const Heading& heading) {
     auto* part = new QWidget(this);
-    lblFra = named(new ElidedLabel("Frame", "Frame :00000", part), "lblFra");
+    lblFra = named(new ElidedLabel(windowWords::anyFrame(), "Frame :00000", part), "lblFra");
     lblFra->setMinimumWidth(lblFra->sizeHint().width());
     lblFra->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* row = rowOf(part);
@@ -101,7 +102,7 @@ QWidget* CinePanel::frameHeading(const Heading& heading) {
 QWidget* CinePanel::frameSeeker(const ButtonTable& buttons) {
     auto* part = new QWidget(this);
     auto* row = rowOf(part);
-    Slider2 = makeSlider("Slider2", "Frame Seek Bar", 1, 10);
+    Slider2 = makeSlider("Slider2", tr("Frame Seek Bar"), 1, 10);
     row->addWidget(buttons.make("cmdPrev", part));
     row->addWidget(Slider2, 1);
     row->addWidget(buttons.make("cmdNext", part));
@@ -110,13 +111,13 @@ QWidget* CinePanel::frameSeeker(const ButtonTable& buttons) {
 
 QWidget* CinePanel::endOfRunAndSpeed() {
     auto* part = new QWidget(this);
-    auto* loop = named(new QLabel("Loop", part), "Label2");
-    auto* continuous = named(new QLabel("Continuous", part), "Label3");
-    Option4 = named(new IndicatorOption(endOfRunCaption, *loop, part), "Option4");
-    Option11 = named(new IndicatorOption(endOfRunCaption, *continuous, part), "Option11");
-    Option4->setToolTip("At its end the run starts again");
-    Option11->setToolTip("At its end the run goes on with the next file");
-    Slider1 = makeSlider("Slider1", "Speed Bar", 0, 10);
+    auto* loop = named(new QLabel(tr("Loop"), part), "Label2");
+    auto* continuous = named(new QLabel(tr("Continuous"), part), "Label3");
+    Option4 = named(new IndicatorOption(tr(endOfRunCaption), *loop, part), "Option4");
+    Option11 = named(new IndicatorOption(tr(endOfRunCaption), *continuous, part), "Option11");
+    Option4->setToolTip(tr("At its end the run starts again"));
+    Option11->setToolTip(tr("At its end the run goes on with the next file"));
+    Slider1 = makeSlider("Slider1", tr("Speed Bar"), 0, 10);
     Slider1->setPageStep(1);
     constexpr int shortestSpeedBar = 64;
     Slider1->setMinimumWidth(shortestSpeedBar);
@@ -127,12 +128,12 @@ QWidget* CinePanel::endOfRunAndSpeed() {
     row->addWidget(Option11);
     row->addWidget(continuous);
     row->addStretch(1);
-    row->addWidget(remark("Speed Bar", part));
+    row->addWidget(remark(tr("Speed Bar"), part));
     row->addWidget(Slider1, 1);
     return part;
 }
 
-QSlider* CinePanel::makeSlider(const char* name, const char* text, int min, int max) {
+QSlider* CinePanel::makeSlider(const char* name, const QString& text, int min, int max) {
     auto* slider = named(new QSlider(Qt::Horizontal, this), name);
     slider->setRange(min, max);
     slider->setToolTip(text);

@@ -52,7 +52,7 @@ class CinePanel final : public QFrame {
     QWidget* frameHeading(const Heading& heading);
     QWidget* frameSeeker(const ButtonTable& buttons);
     QWidget* endOfRunAndSpeed();
-    QSlider* makeSlider(const char* name, const char* text, int min, int max);
+    QSlider* makeSlider(const char* name, const QString& text, int min, int max);
 
     QGridLayout* grid_;
 };

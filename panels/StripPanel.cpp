@@ -21,7 +21,7 @@ StripPanel::StripPanel(QWidget* parent) : QWidget(parent) {
     sb1 = named(new QScrollBar(Qt::Vertical, this), "sb1");
     sb1->setRange(1, 32767);
     sb1->setPageStep(previewCount);
-    sb1->setAccessibleName("Image Scroll Bar");
+    sb1->setAccessibleName(tr("Image Scroll Bar"));
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);

@@ -1,6 +1,7 @@
 #include "tools/ExportCommand.h"
 
 #include "platform/RunTimeError.h"
+#include "viewer/WindowWords.h"
 
 namespace cinedisc {
 
@@ -30,7 +31,7 @@ void ExportCommand::exportShownFrame() {
     } else {
         return;
     }
-    const QString name = cdcExport_.saveFileName("Save as", filter);
+    const QString name = cdcExport_.saveFileName(windowWords::saveDialogTitle(), filter);
     if (name.isEmpty()) return;
     format_.tellView(format);
     ezDicom_.putExportFile(name);

@@ -17,8 +17,8 @@ constexpr int widthInLetters = 36;
 
 frmdicom::frmdicom(QWidget* owner) : QDialog(owner) {
     setObjectName("frmdicom");
-    setWindowTitle(" Export");
-    auto* choices = new QGroupBox("CHOOSE FORMAT", this);
+    setWindowTitle(tr(" Export"));
+    auto* choices = new QGroupBox(tr("CHOOSE FORMAT"), this);
     OptJPEG_ = new QRadioButton("JPEG", choices);
     OptJPEG_->setObjectName("OptJPEG");
     optBMP_ = new QRadioButton("BMP", choices);
@@ -27,10 +27,10 @@ frmdicom::frmdicom(QWidget* owner) : QDialog(owner) {
     choiceRows->addWidget(OptJPEG_);
     choiceRows->addWidget(optBMP_);
 
-    auto* ok = new QPushButton("OK", this);
+    auto* ok = new QPushButton(tr("OK"), this);
     ok->setObjectName("CmdOk");
     ok->setDefault(true);
-    auto* cancel = new QPushButton("Cancel", this);
+    auto* cancel = new QPushButton(tr("Cancel"), this);
     cancel->setObjectName("CmdCancel");
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();

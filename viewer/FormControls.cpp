@@ -1,5 +1,7 @@
 #include "viewer/FormControls.h"
 
+#include "viewer/WindowWords.h"
+
 #include <algorithm>
 
 namespace cinedisc {
@@ -15,10 +17,12 @@ void FormControls::moveToImage(Int16 index) const {
 void FormControls::showImagePosition() const {
     const bool countsSeries = stills && stills->isInForce();
     const int position = countsSeries ? File1.ListIndex() + 1 : sb1.Value();
-    lblImg.putCaption(QString("Image : %1/%2").arg(position).arg(File1.ListCount()));
+    lblImg.putCaption(windowWords::imagePosition(position, File1.ListCount()));
 }
 
-void FormControls::showFramePosition() const { lblFra.putCaption(QString("Frame :%1").arg(Slider2.Value())); }
+void FormControls::showFramePosition() const {
+    lblFra.putCaption(windowWords::framePosition(Slider2.Value()));
+}
 
 Int16 FormControls::neighbourOf(const QString& path, Int16 step) const {
     const Int16 files = File1.ListCount();

@@ -10,7 +10,9 @@ namespace cinedisc {
 
 void tellErrorAndEnd(const RunTimeError& error) {
     QMessageBox box(QMessageBox::Critical, programTitle,
-                    QString("Run-time error '%1':\n\n%2").arg(error.number()).arg(error.text()),
+                    QApplication::translate("FatalErrorBox", "Run-time error '%1':\n\n%2")
+                        .arg(error.number())
+                        .arg(error.text()),
                     QMessageBox::Ok, QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
     box.exec();

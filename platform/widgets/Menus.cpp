@@ -2,6 +2,7 @@
 
 #include "platform/widgets/EventGuard.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QKeySequence>
 #include <QMenu>
@@ -16,16 +17,17 @@ void buildMenus(QMenuBar& bar, std::span<const MenuRow> rows,
     QHash<QString, QMenu*> menus;
     for (const MenuRow& row : rows) {
         const QString name = row.name;
+        const QString caption = QCoreApplication::translate("Commands", row.caption);
         QMenu* parent = menus.value(row.menu);
         QAction* action = nullptr;
         if (row.kind == MenuKind::Menu) {
-            QMenu* menu = parent ? parent->addMenu(row.caption) : bar.addMenu(row.caption);
+            QMenu* menu = parent ? parent->addMenu(caption) : bar.addMenu(caption);
             menu->setObjectName(name);
             menus.insert(name, menu);
             action = menu->menuAction();
         } else {
             Q_ASSERT(parent);
-            action = parent->addAction(row.caption);
+            action = parent->addAction(caption);
             QObject::connect(action, &QAction::triggered, &bar, EventGuard::guarded(handlerOf(name)));
         }
         action->setObjectName(name);

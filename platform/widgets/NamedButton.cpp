@@ -3,6 +3,7 @@
 #include "platform/widgets/EventGuard.h"
 #include "platform/widgets/IconButton.h"
 
+#include <QCoreApplication>
 #include <QPushButton>
 #include <QStyle>
 
@@ -10,16 +11,18 @@ namespace cinedisc {
 
 QPushButton* makeButton(const ButtonRow& row, QWidget* parent) {
     const bool captioned = *row.caption != '\0';
-    auto* button = captioned ? new QPushButton(row.caption, parent) : new IconButton(parent);
+    const QString toolTip = QCoreApplication::translate("Commands", row.toolTip);
+    auto* button = captioned ? new QPushButton(QCoreApplication::translate("Commands", row.caption), parent)
+                             : new IconButton(parent);
     button->setObjectName(row.name);
-    button->setToolTip(row.toolTip);
+    button->setToolTip(toolTip);
     // A mouse click leaves no focus mark behind; the keyboard reaches every button.
     button->setFocusPolicy(Qt::TabFocus);
     if (row.icon != Icon::None) {
         button->setIcon(drawnIcon(row.icon));
         button->setIconSize(QSize(iconEdge, iconEdge));
     }
-    if (!captioned) button->setAccessibleName(row.toolTip);
+    if (!captioned) button->setAccessibleName(toolTip);
     return button;
 }
 
