@@ -126,16 +126,16 @@ bool DataSetParser::holdsItems(const ElementHeader& header, const Level& level) 
     const Vr stated = header.valueRepresentation;
     if (stated == vr("SQ")) return true;
     if (stated != vr("UN") && !(header.isOpen() && stated != vr("OB") && stated != vr("OW"))) return false;
-    const auto most = static_cast<std::uint64_t>(header.bytes) + 8;
-    if (!header.isOpen() && header.length < 8) return false;
+    const auto most = static_cast<std::uint64_t>(header.bytes) + itemHeader;
+    if (!header.isOpen() && header.length < itemHeader) return false;
     if (buffer_.position() + most > level.end) return false;
     const auto bytes = buffer_.peek(static_cast<std::size_t>(most));
     if (bytes.size() < most) return false;
     const auto first =
-        readElementHeader(bytes.subspan(static_cast<std::size_t>(header.bytes)), header.encoding, 8);
+        readElementHeader(bytes.subspan(static_cast<std::size_t>(header.bytes)), header.encoding, itemHeader);
     if (!first) return false;
     if (header.isOpen()) return first->tag == tags::Item || first->tag == tags::SequenceDelimitation;
-    return first->tag == tags::Item && (first->isOpen() || first->length <= header.length - 8);
+    return first->tag == tags::Item && (first->isOpen() || first->length <= header.length - itemHeader);
 }
 
 DataSetParser::End DataSetParser::parseItems(Element& sequence, const Level& level) {

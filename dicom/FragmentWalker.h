@@ -2,6 +2,7 @@
 
 #include "dicom/ByteSource.h"
 #include "dicom/CodeStream.h"
+#include "dicom/ElementHeader.h"
 
 #include <array>
 #include <cstdint>
@@ -27,7 +28,7 @@ class FragmentWalker {
     enum class Ended { NotYet, AtDelimiter, AtEndOfFile, InGarbage, Unreadable };
     /// What helps the walker when a fragment is read: the next item's header, a padding byte, the next
     /// signature.
-    static constexpr std::size_t usefulBytesBehind = 8 + 1 + codeStreamSignatureBytes;
+    static constexpr std::size_t usefulBytesBehind = itemHeader + 1 + codeStreamSignatureBytes;
 
     FragmentWalker(const ByteSource& source, std::uint64_t firstItem, std::uint64_t end)
         : source_(source), next_(firstItem), end_(end) {}

@@ -42,10 +42,7 @@ class Essentials {
     std::vector<std::uint8_t> take(bool isSequential) {
         std::size_t codedFrom = stream_.size();
         while (const auto next = reader_.next()) {
-            const bool standsAlone =
-                next->code == marker::tem || (next->code >= marker::rst0 && next->code <= marker::eoi);
-            const std::size_t length = standsAlone ? 2 : next->payload.size() + 4;
-            const std::size_t start = reader_.position() - length;
+            const std::size_t start = reader_.position() - next->length();
             appendCoded(codedFrom, start);
             codedFrom = stream_.size();
             if (next->code == marker::eoi) break;
@@ -57,7 +54,7 @@ class Essentials {
                 const std::uint8_t selection[] = {0, 63, 0};
                 std::copy(std::begin(selection), std::end(selection), result_.end() - 3);
             }
-            const bool codedFollows = next->code == marker::sos || standsAlone;
+            const bool codedFollows = next->code == marker::sos || next->standsAlone();
             if (codedFollows && next->code != marker::soi) codedFrom = reader_.position();
         }
         appendCoded(codedFrom, stream_.size());

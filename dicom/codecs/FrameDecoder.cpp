@@ -5,6 +5,7 @@
 #include "dicom/codecs/CodedPicture.h"
 #include "dicom/codecs/ExtendedJpegDecoder.h"
 #include "dicom/codecs/Jpeg2000Decoder.h"
+#include "dicom/codecs/Jpeg2000Header.h"
 #include "dicom/codecs/JpegBounds.h"
 #include "dicom/codecs/JpegLsDecoder.h"
 #include "dicom/codecs/JpegMarkers.h"
@@ -22,10 +23,6 @@ namespace {
 
 using namespace codecs;
 using Bytes = std::span<const std::uint8_t>;
-
-bool isJpeg(Bytes bytes) {
-    return bytes.size() >= 3 && bytes[0] == 0xFF && bytes[1] == marker::soi && bytes[2] == 0xFF;
-}
 
 /// What keeps a JPEG stream from being decoded for this file.
 std::optional<DecodeError> jpegError(const JpegHeader& header, const PixelFormat& format) {

@@ -269,15 +269,6 @@ bool isLargeJpeg2000(const PixelFormat& format) {
     return std::int64_t{format.rows} * format.columns >= pixels;
 }
 
-bool isJpeg2000(std::span<const std::uint8_t> bytes) {
-    static constexpr std::uint8_t codeStream[] = {0xFF, 0x4F, 0xFF, 0x51};
-    static constexpr std::uint8_t fileFormat[] = {0, 0, 0, 12, 'j', 'P', ' ', ' '};
-    const auto startsWith = [&](std::span<const std::uint8_t> start) {
-        return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
-    };
-    return startsWith(codeStream) || startsWith(fileFormat);
-}
-
 Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const PixelFormat& format,
                                     std::uint64_t mostSampleBytes) {
     const Result<Jpeg2000Header> read = readJpeg2000Header(bytes, format);

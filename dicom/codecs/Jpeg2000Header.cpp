@@ -17,8 +17,18 @@ std::uint32_t bigEndian32(Bytes bytes, std::size_t at) {
            static_cast<std::uint32_t>(bytes[at + 2]) << 8 | bytes[at + 3];
 }
 
+bool startsWith(Bytes bytes, Bytes start) {
+    return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
+}
+
 bool isCodeStream(Bytes bytes) {
-    return bytes.size() >= 4 && bytes[0] == 0xFF && bytes[1] == 0x4F && bytes[2] == 0xFF && bytes[3] == 0x51;
+    static constexpr std::uint8_t start[] = {0xFF, 0x4F, 0xFF, 0x51};
+    return startsWith(bytes, start);
+}
+
+bool isFileFormat(Bytes bytes) {
+    static constexpr std::uint8_t start[] = {0, 0, 0, 12, 'j', 'P', ' ', ' '};
+    return startsWith(bytes, start);
 }
 
 /// The content of the code stream box, empty when there is none (ITU-T T.800 I.4).
@@ -56,6 +66,8 @@ Jpeg2000Grid readGrid(Bytes stream, std::size_t components) {
 }
 
 }  // namespace
+
+bool isJpeg2000(Bytes bytes) { return isCodeStream(bytes) || isFileFormat(bytes); }
 
 Result<Jpeg2000Header> readJpeg2000Header(Bytes bytes, const PixelFormat& format) {
     constexpr std::size_t componentsAt = 40, componentSize = 3;

@@ -10,6 +10,9 @@
 
 namespace cinedisc::dicom::codecs {
 
+/// Whether the bytes begin like a JPEG 2000 code stream, or like the file format around one.
+bool isJpeg2000(std::span<const std::uint8_t> bytes);
+
 /// What must be known of a JPEG 2000 code stream before a library may allocate for it (ITU-T T.800 A.5.1).
 struct Jpeg2000Header {
     int components = 1;

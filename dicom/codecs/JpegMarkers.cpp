@@ -8,15 +8,15 @@
 namespace cinedisc::dicom::codecs {
 namespace {
 
-bool standsAlone(std::uint8_t code) {
-    return code == marker::tem || (code >= marker::rst0 && code <= marker::eoi);
-}
-
 bool startsWith(std::span<const std::uint8_t> payload, const char* text, std::size_t length) {
     return payload.size() >= length && std::memcmp(payload.data(), text, length) == 0;
 }
 
 }  // namespace
+
+bool isJpeg(std::span<const std::uint8_t> bytes) {
+    return bytes.size() >= 2 && bytes[0] == 0xFF && bytes[1] == marker::soi;
+}
 
 bool isStartOfFrame(std::uint8_t code) {
     if (code == marker::sof55) return true;
@@ -33,8 +33,9 @@ std::optional<JpegMarker> JpegMarkerReader::next() {
         if (position_ >= stream_.size()) return std::nullopt;
         if (stream_[position_] != 0) break;
     }
-    JpegMarker result{stream_[position_++], {}};
-    if (standsAlone(result.code)) return result;
+    lastCode_ = stream_[position_++];
+    JpegMarker result{lastCode_, {}};
+    if (result.standsAlone()) return result;
     const std::size_t left = stream_.size() - position_;
     const std::size_t length =
         left < 2 ? 2 : static_cast<std::size_t>(stream_[position_] << 8 | stream_[position_ + 1]);
@@ -45,6 +46,16 @@ std::optional<JpegMarker> JpegMarkerReader::next() {
     result.payload = stream_.subspan(position_ + 2, length - 2);
     position_ += length;
     return result;
+}
+
+std::optional<std::uint8_t> startOfFrameIn(std::span<const std::uint8_t> stream) {
+    JpegMarkerReader reader(stream);
+    const auto isDecided = [&] {
+        return isStartOfFrame(reader.lastCode()) || reader.lastCode() == marker::sos;
+    };
+    while (reader.next() && !isDecided()) {
+    }
+    return isStartOfFrame(reader.lastCode()) ? std::optional(reader.lastCode()) : std::nullopt;
 }
 
 bool JpegHeader::isSubsampled() const {

@@ -24,7 +24,14 @@ bool isStartOfFrame(std::uint8_t code);
 struct JpegMarker {
     std::uint8_t code = 0;
     std::span<const std::uint8_t> payload;  ///< without the length; empty for markers that stand alone
+
+    bool standsAlone() const { return code == marker::tem || (code >= marker::rst0 && code <= marker::eoi); }
+    /// Bytes from the marker to the payload's end.
+    std::size_t length() const { return standsAlone() ? 2 : 4 + payload.size(); }
 };
+
+/// Whether the bytes begin like a JPEG stream, JPEG-LS included.
+bool isJpeg(std::span<const std::uint8_t> bytes);
 
 /// Walks from marker to marker. Never reads outside the stream.
 class JpegMarkerReader {
@@ -33,6 +40,8 @@ class JpegMarkerReader {
 
     /// The next marker with its payload, skipping whatever stands before it; empty at the end of the stream.
     std::optional<JpegMarker> next();
+    /// The code of the last marker, even of one whose payload is cut off; 0 before the first.
+    std::uint8_t lastCode() const { return lastCode_; }
     /// Position after the last marker's payload.
     std::size_t position() const { return position_; }
     void moveTo(std::size_t position) { position_ = position; }
@@ -40,7 +49,12 @@ class JpegMarkerReader {
   private:
     std::span<const std::uint8_t> stream_;
     std::size_t position_ = 0;
+    std::uint8_t lastCode_ = 0;
 };
+
+/// The marker that starts the frame and so names the process; empty when none comes before the first scan,
+/// or before the end of the bytes, which may be just the first ones of a stream.
+std::optional<std::uint8_t> startOfFrameIn(std::span<const std::uint8_t> stream);
 
 /// A component as the frame header describes it.
 struct JpegComponent {

@@ -16,28 +16,25 @@ namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
-constexpr std::size_t headerSize = 64;
-constexpr std::size_t mostSegments = 15;
-
 std::uint32_t littleEndian32(const std::uint8_t* at) {
     return at[0] | at[1] << 8 | at[2] << 16 | static_cast<std::uint32_t>(at[3]) << 24;
 }
 
 /// Where the segments lie.
 struct Segments {
-    std::array<Bytes, mostSegments> segment;
+    std::array<Bytes, rleMostSegments> segment;
 };
 
 Result<Segments> findSegments(Bytes bytes, std::size_t wanted) {
-    if (bytes.size() < headerSize) return cutOff();
+    if (bytes.size() < rleHeaderSize) return cutOff();
     const std::uint32_t announced = littleEndian32(bytes.data());
-    if (announced > mostSegments || announced < wanted)
+    if (announced > rleMostSegments || announced < wanted)
         return broken("the number of RLE segments does not fit the header");
     Segments found;
     for (std::size_t i = 0; i < wanted; ++i) {
         const std::size_t start = littleEndian32(&bytes[4 + 4 * i]);
         const std::size_t next = i + 1 < announced ? littleEndian32(&bytes[8 + 4 * i]) : bytes.size();
-        if (start < headerSize) return broken("the RLE offsets contradict each other");
+        if (start < rleHeaderSize) return broken("the RLE offsets contradict each other");
         if (start >= bytes.size()) return cutOff();
         if (next < start) return broken("the RLE offsets contradict each other");
         found.segment[i] = bytes.subspan(start, std::min(next, bytes.size()) - start);
