@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 
@@ -86,33 +87,67 @@ Bytes frameIn(E_TransferSyntax syntax, const DcmRepresentationParameter* options
 }
 
 /// A stream of three components from one for each: its scans follow each other.
-Bytes inScansApart(const Raster& raster, int nearLossless) {
-    Bytes result;
+Bytes inScansApart(const Raster& raster, std::uint8_t frame,
+                   const std::function<Bytes(const Raster&)>& encode) {
+    Bytes result{0xFF, 0xD8, 0xFF, frame, 0, 17};
     for (std::size_t c = 0; c < 3; ++c) {
         Raster plane{raster.rows, raster.columns, 1, raster.bits, {}};
         for (std::size_t i = c; i < raster.size(); i += 3) plane.samples.push_back(raster.samples[i]);
-        Bytes one = jpegLsEncoded(plane, nearLossless);
-        const auto find = [&](std::uint8_t code) {
-            const std::uint8_t marker[] = {0xFF, code};
-            return std::search(one.begin(), one.end(), marker, marker + 2);
-        };
+        Bytes one = encode(plane);
+        while (one.back() != 0xD9) one.pop_back();
+        const auto header = one.begin() + static_cast<std::ptrdiff_t>(placeOf(one, frame));
         if (c == 0) {
-            result = {0xFF, 0xD8, 0xFF, 0xF7, 0, 17};
-            result.insert(result.end(), find(0xF7) + 4, find(0xF7) + 9);
+            result.insert(result.end(), header + 4, header + 9);
             result.insert(result.end(), {3, 1, 0x11, 0, 2, 0x11, 0, 3, 0x11, 0});
         }
-        find(0xDA)[5] = static_cast<std::uint8_t>(c + 1);
-        result.insert(result.end(), find(0xDA), one.end() - (c < 2 ? 2 : 0));
+        one[placeOf(one, 0xDA) + 5] = static_cast<std::uint8_t>(c + 1);
+        result.insert(result.end(), header + 13, one.end() - (c < 2 ? 2 : 0));
     }
     return result;
 }
 
 }  // namespace
 
+std::size_t placeOf(std::span<const std::uint8_t> stream, std::uint8_t code) {
+    const std::uint8_t marker[] = {0xFF, code};
+    return static_cast<std::size_t>(
+        std::search(stream.begin(), stream.end(), std::begin(marker), std::end(marker)) - stream.begin());
+}
+
 Bytes dcmtkLossless(const Raster& raster, int predictor, int pointTransform) {
     return encodedBy(build<DJEncoder, DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG16Bit>(
                          raster.bits, EJM_lossless, predictor, pointTransform),
                      raster);
+}
+
+Bytes losslessEncoded(const Raster& raster, const LosslessMaking& making) {
+    if (raster.components == 3 && !making.interleaved)
+        return inScansApart(raster, 0xC3, [&](const Raster& one) { return losslessEncoded(one, making); });
+    Raster coded = raster;
+    coded.bits = making.codedBits ? making.codedBits : raster.bits <= 8 ? 8 : raster.bits <= 12 ? 12 : 16;
+    for (auto& sample : coded.samples) sample += (1 << (coded.bits - 1)) - (1 << (raster.bits - 1));
+    Bytes stream = dcmtkLossless(coded, making.predictor, making.pointTransform);
+    stream[placeOf(stream, 0xC3) + 4] = static_cast<std::uint8_t>(raster.bits);
+    return stream;
+}
+
+Bytes repeated(Bytes stream, int times) {
+    while (stream.back() != 0xD9) stream.pop_back();
+    std::uint8_t* const size = &stream[placeOf(stream, 0xC3) + 5];
+    const int rows = size[0] << 8 | size[1], interval = rows * (size[2] << 8 | size[3]);
+    size[0] = static_cast<std::uint8_t>(times * rows >> 8);
+    size[1] = static_cast<std::uint8_t>(times * rows);
+    const auto scan = static_cast<std::ptrdiff_t>(placeOf(stream, 0xDA));
+    const Bytes data(stream.begin() + scan + 10, stream.end() - 2);
+    stream.resize(stream.size() - 2);
+    for (int i = 0; i + 1 < times; ++i) {
+        stream.insert(stream.end(), {0xFF, static_cast<std::uint8_t>(0xD0 + i % 8)});
+        stream.insert(stream.end(), data.begin(), data.end());
+    }
+    stream.insert(stream.end(), {0xFF, 0xD9});
+    stream.insert(stream.begin() + scan, {0xFF, 0xDD, 0, 4, static_cast<std::uint8_t>(interval >> 8),
+                                          static_cast<std::uint8_t>(interval)});
+    return stream;
 }
 
 Bytes dcmtkLossy(const Raster& raster, LossyProcess process, int quality) {
@@ -140,7 +175,9 @@ std::vector<std::int32_t> dcmtkDecoded(std::span<const std::uint8_t> stream, con
 }
 
 Bytes jpegLsEncoded(const Raster& raster, int nearLossless, LsInterleave interleave) {
-    if (raster.components == 3 && interleave == LsInterleave::None) return inScansApart(raster, nearLossless);
+    if (raster.components == 3 && interleave == LsInterleave::None)
+        return inScansApart(raster, 0xF7,
+                            [&](const Raster& one) { return jpegLsEncoded(one, nearLossless); });
     const auto mode = interleave == LsInterleave::Line ? DJLSCodecParameter::interleaveLine
                                                        : DJLSCodecParameter::interleaveSample;
     OFLog::configure(OFLogger::ERROR_LOG_LEVEL);

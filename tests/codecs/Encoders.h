@@ -8,16 +8,15 @@
 
 namespace cinedisc::test {
 
+/// Where a marker begins, or the stream's length when it is not there.
+std::size_t placeOf(std::span<const std::uint8_t> stream, std::uint8_t code);
+
 /// What an 8-bit JPEG stream says about its three components.
 struct JpegMaking {
-    enum class Stored { Rgb, Ycc };
-    enum class Marker { None, Jfif, AdobeRgb, AdobeYcc };
-    enum class Names { Numbers, Letters };  ///< components 1, 2, 3 or R, G, B
-    Stored stored = Stored::Ycc;
-    Marker marker = Marker::Jfif;
-    Names names = Names::Numbers;
-    bool subsampled = false;
-    bool progressive = false;
+    bool storedAsRgb = false;
+    enum class Marker { None, Jfif, Adobe } marker = Marker::Jfif;
+    const char* names = "\1\2\3";  ///< of the components
+    bool subsampled = false, progressive = false;
     int restartInterval = 0;
 };
 /// At the best quality.
@@ -32,17 +31,14 @@ std::vector<std::uint8_t> dcmtkLossy(const Raster& raster, LossyProcess process,
 std::vector<std::int32_t> dcmtkDecoded(std::span<const std::uint8_t> stream, const Raster& likeThis);
 
 struct LosslessMaking {
-    int predictor = 1;
-    int pointTransform = 0;
-    int restartRows = 0;
-    bool interleaved = true;    ///< false: a scan for each component
-    bool rowsAnnounced = true;  ///< false: the frame header says 0 rows
-    /// The symbol of one bit in the first component's table, whose codes grow by one bit from symbol to
-    /// symbol; -1 for codes of 5 bits, which the other components have.
-    int shortest = -1;
+    int predictor = 1, pointTransform = 0;
+    bool interleaved = true;  ///< false: a scan for each component, with a code table of its own
+    int codedBits = 0;        ///< of which the precision announced is less; 0 for as few as there can be
 };
-/// By the letter of ITU-T T.81 annex H, for what no library encodes.
+/// The lossless process at any precision: the library's samples lie in the middle of their range.
 std::vector<std::uint8_t> losslessEncoded(const Raster& raster, const LosslessMaking& making = {});
+/// A grey lossless stream's picture several times below itself, each time after a restart marker.
+std::vector<std::uint8_t> repeated(std::vector<std::uint8_t> stream, int times);
 
 struct Jpeg2000Making {
     bool reversible = true;

@@ -7,7 +7,6 @@
 namespace cinedisc::test {
 
 std::vector<std::uint8_t> jpegEncoded(const Raster& raster, const JpegMaking& making) {
-    using Marker = JpegMaking::Marker;
     jpeg_compress_struct library{};
     jpeg_error_mgr errors{};
     library.err = jpeg_std_error(&errors);
@@ -22,13 +21,12 @@ std::vector<std::uint8_t> jpegEncoded(const Raster& raster, const JpegMaking& ma
     library.in_color_space = raster.components == 3 ? JCS_RGB : JCS_GRAYSCALE;
     jpeg_set_defaults(&library);
     if (raster.components == 3) {
-        const bool adobe = making.marker == Marker::AdobeRgb || making.marker == Marker::AdobeYcc;
-        jpeg_set_colorspace(&library, making.stored == JpegMaking::Stored::Rgb ? JCS_RGB : JCS_YCbCr);
-        library.write_JFIF_header = making.marker == Marker::Jfif ? TRUE : FALSE;
-        library.write_Adobe_marker = adobe ? TRUE : FALSE;
+        jpeg_set_colorspace(&library, making.storedAsRgb ? JCS_RGB : JCS_YCbCr);
+        library.write_JFIF_header = making.marker == JpegMaking::Marker::Jfif;
+        library.write_Adobe_marker = making.marker == JpegMaking::Marker::Adobe;
         for (int i = 0; i < 3; ++i) {
             jpeg_component_info& component = library.comp_info[i];
-            component.component_id = making.names == JpegMaking::Names::Letters ? "RGB"[i] : i + 1;
+            component.component_id = making.names[i];
             component.h_samp_factor = making.subsampled && i == 0 ? 2 : 1;
             component.v_samp_factor = 1;
         }

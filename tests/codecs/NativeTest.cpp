@@ -13,7 +13,6 @@ using dicom::Compression;
 using dicom::Photometric;
 using Bytes = std::vector<std::uint8_t>;
 using Samples = std::vector<std::int64_t>;
-using Kind = dicom::DecodeError::Kind;
 
 TEST(Native, ValueIsCutOutOfItsCell) {
     std::mt19937 engine(8);
@@ -112,35 +111,6 @@ TEST(Native, FloatingPointKeepsItsValues) {
     format.sampleKind = dicom::SampleKind::Double;
     const auto big = decodeFrame(std::as_bytes(std::span(bytes)), format, Compression::None, true);
     EXPECT_EQ(std::get<std::vector<double>>(big.value().samples), std::vector<double>{0.25});
-}
-
-TEST(Native, WhatCannotBeDecodedIsNamed) {
-    auto cells12 = greyFormat(4, 4, 12), cells64 = cells12, four = colourFormat(4, 4);
-    cells12.bitsAllocated = 12;
-    cells64.bitsAllocated = 64;
-    four.samplesPerPixel = 4;
-    struct Case {
-        dicom::PixelFormat format;
-        std::size_t bytes;
-        Kind kind;
-    };
-    const Case cases[] = {
-        {greyFormat(4, 4, 12), 31, Kind::CutOff},
-        {greyFormat(4, 4, 12), 0, Kind::CutOff},
-        {colourFormat(4, 4), 47, Kind::CutOff},
-        {colourFormat(4, 4, Photometric::YbrFull422), 31, Kind::CutOff},
-        {greyFormat(0, 4, 8), 100, Kind::Broken},
-        {greyFormat(4, -1, 8), 100, Kind::Broken},
-        {greyFormat(65535, 65535, 16), 100, Kind::TooLarge},
-        {cells12, 100, Kind::Unsupported},
-        {cells64, 1000, Kind::Unsupported},
-        {four, 100, Kind::Unsupported},
-    };
-    for (const Case& c : cases) {
-        const auto frame = decoded(Bytes(c.bytes), c.format, Compression::None);
-        ASSERT_FALSE(frame.ok()) << &c - cases;
-        EXPECT_EQ(frame.error().kind, c.kind) << &c - cases;
-    }
 }
 
 }  // namespace

@@ -1,61 +1,14 @@
 #include "dicom/codecs/FrameDecoder.h"
+#include "dicom/codecs/Jpeg2000Decoder.h"
 #include "tests/codecs/Encoders.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <span>
 
 namespace cinedisc::test {
 namespace {
 
 using dicom::Compression;
 using dicom::Photometric;
-
-TEST(Jpeg2000, SignFollowsTheHeader) {
-    Raster asUnsigned = raster(20, 20, 1, 13, Texture::Noise), below = asUnsigned;
-    below.isSigned = true;
-    for (auto& sample : below.samples) sample -= sample > 4095 ? 8192 : 0;
-    const auto answer = [](const Raster& coded, const Raster& header) {
-        return samplesOf(decoded(jpeg2000Encoded(coded), formatOf(header), Compression::Jpeg2000));
-    };
-    EXPECT_EQ(answer(asUnsigned, below), shown(below));
-    EXPECT_EQ(answer(below, asUnsigned), shown(asUnsigned));
-}
-
-TEST(Jpeg2000, ComponentsAreTransformedAsTheStreamSays) {
-    Raster rgb{24, 24, 3, 8, {}}, ybr = rgb;
-    for (int i = 0; i < 24 * 24; ++i) {
-        rgb.samples.insert(rgb.samples.end(), {200, i % 256, 30});
-        ybr.samples.insert(ybr.samples.end(), {76, 85, 255});
-    }
-    struct Case {
-        const char* what;
-        const Raster& picture;
-        bool transformed;
-        Photometric photometric;
-        std::vector<std::int64_t> firstPixel = {200, 0, 30};
-    };
-    const Case cases[] = {
-        {"transformed", rgb, true, Photometric::YbrRct},
-        {"transformed, named RGB", rgb, true, Photometric::Rgb},
-        {"transformed, named YBR_FULL", rgb, true, Photometric::YbrFull},
-        {"not transformed, named so", rgb, false, Photometric::YbrRct},
-        {"not transformed", rgb, false, Photometric::Rgb},
-        {"YBR_FULL within", ybr, false, Photometric::YbrFull, {254, 0, 0}},
-    };
-    for (const Case& c : cases) {
-        const auto stream = jpeg2000Encoded(c.picture, {.transformComponents = c.transformed});
-        const auto result =
-            samplesOf(decoded(stream, colourFormat(24, 24, c.photometric), Compression::Jpeg2000));
-        EXPECT_EQ(std::vector<std::int64_t>(result.begin(), result.begin() + 3), c.firstPixel) << c.what;
-    }
-    const auto lossy = jpeg2000Encoded(rgb, {.reversible = false, .transformComponents = true});
-    const auto result =
-        samplesOf(decoded(lossy, colourFormat(24, 24, Photometric::YbrIct), Compression::Jpeg2000));
-    for (std::size_t i = 0; i < result.size(); ++i)
-        ASSERT_NEAR(static_cast<double>(result[i]), rgb.samples[i], 3) << i;
-}
 
 TEST(Jpeg2000, SubsampledComponentsAreSpread) {
     Raster picture{15, 15, 3, 8, {}};

@@ -3,11 +3,9 @@
 #include "dicom/codecs/JpegBounds.h"
 #include "tests/codecs/BlankStreams.h"
 #include "tests/codecs/Encoders.h"
-#include "tests/codecs/Pictures.h"
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <random>
 #include <set>
 
@@ -15,7 +13,6 @@ namespace cinedisc::test {
 namespace {
 
 using dicom::Compression;
-using Bytes = std::vector<std::uint8_t>;
 using Kind = dicom::DecodeError::Kind;
 
 TEST(Jpeg2000Bounds, WhatAStreamAnnouncesMustFitItsLength) {
