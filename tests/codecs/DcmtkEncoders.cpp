@@ -7,9 +7,6 @@
 #include <dcmtk/dcmdata/dctk.h>
 #include <dcmtk/dcmimage/diregist.h>
 #include <dcmtk/dcmjpeg/djcparam.h>
-#include <dcmtk/dcmjpeg/djdijg12.h>
-#include <dcmtk/dcmjpeg/djdijg16.h>
-#include <dcmtk/dcmjpeg/djdijg8.h>
 #include <dcmtk/dcmjpeg/djeijg12.h>
 #include <dcmtk/dcmjpeg/djeijg16.h>
 #include <dcmtk/dcmjpeg/djeijg8.h>
@@ -155,23 +152,6 @@ Bytes dcmtkLossy(const Raster& raster, LossyProcess process, int quality) {
     return encodedBy(build<DJEncoder, DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG12Bit>(
                          raster.bits, modes[static_cast<int>(process)], static_cast<Uint8>(quality)),
                      raster);
-}
-
-std::vector<std::int32_t> dcmtkDecoded(std::span<const std::uint8_t> stream, const Raster& likeThis) {
-    const auto decoder = build<DJDecoder, DJDecompressIJG8Bit, DJDecompressIJG12Bit, DJDecompressIJG16Bit>(
-        likeThis.bits, OFFalse);
-    const auto decode = [&](auto samples) -> std::vector<std::int32_t> {
-        if (decoder->init().bad() ||
-            decoder
-                ->decode(const_cast<Uint8*>(stream.data()), static_cast<Uint32>(stream.size()),
-                         reinterpret_cast<Uint8*>(samples.data()),
-                         static_cast<Uint32>(samples.size() * sizeof(samples[0])), OFFalse)
-                .bad())
-            return {};
-        return {samples.begin(), samples.end()};
-    };
-    if (likeThis.bits <= 8) return decode(std::vector<Uint8>(likeThis.size()));
-    return decode(std::vector<Uint16>(likeThis.size()));
 }
 
 Bytes jpegLsEncoded(const Raster& raster, int nearLossless, LsInterleave interleave) {

@@ -27,8 +27,6 @@ std::vector<std::uint8_t> dcmtkLossless(const Raster& raster, int predictor, int
 enum class LossyProcess { Baseline, Sequential, Progressive };
 /// A lossy process at precision 8 or 12; colour is transformed to YCbCr.
 std::vector<std::uint8_t> dcmtkLossy(const Raster& raster, LossyProcess process, int quality);
-/// Decodes a JPEG stream of that size and precision by DCMTK, untransformed; empty when it refuses.
-std::vector<std::int32_t> dcmtkDecoded(std::span<const std::uint8_t> stream, const Raster& likeThis);
 
 struct LosslessMaking {
     int predictor = 1, pointTransform = 0;
@@ -50,6 +48,7 @@ struct Jpeg2000Making {
     int layers = 1;
     int precinct = 0;  ///< sides of the precincts of all resolutions, 0 for the largest
     int block = 64;    ///< sides of the code blocks
+    int offset = 0;    ///< from the tiles' origin to the picture's, in both directions
 };
 /// Of subsampled components every other sample of every other row is taken.
 std::vector<std::uint8_t> jpeg2000Encoded(const Raster& raster, const Jpeg2000Making& making = {});

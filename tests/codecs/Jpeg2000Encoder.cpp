@@ -9,41 +9,44 @@
 namespace cinedisc::test {
 namespace {
 
-std::ostringstream& sink(void* data) { return *static_cast<std::ostringstream*>(data); }
-
-OPJ_SIZE_T write(void* from, OPJ_SIZE_T count, void* data) {
-    sink(data).write(static_cast<const char*>(from), static_cast<std::streamsize>(count));
+OPJ_SIZE_T write(void* from, OPJ_SIZE_T count, void* to) {
+    static_cast<std::ostringstream*>(to)->write(static_cast<const char*>(from),
+                                                static_cast<std::streamsize>(count));
     return count;
 }
 
-OPJ_OFF_T skip(OPJ_OFF_T count, void* data) {
-    sink(data) << std::string(static_cast<std::size_t>(count), 0);
+OPJ_OFF_T skip(OPJ_OFF_T count, void* to) {
+    *static_cast<std::ostringstream*>(to) << std::string(static_cast<std::size_t>(count), 0);
     return count;
 }
 
-OPJ_BOOL seek(OPJ_OFF_T position, void* data) {
-    sink(data).seekp(position);
+OPJ_BOOL seek(OPJ_OFF_T position, void* to) {
+    static_cast<std::ostringstream*>(to)->seekp(position);
     return OPJ_TRUE;
 }
 
-opj_image_t* imageOf(const Raster& raster, bool subsampled) {
-    const auto rows = static_cast<OPJ_UINT32>(raster.rows), columns = static_cast<OPJ_UINT32>(raster.columns);
-    const auto count = static_cast<OPJ_UINT32>(raster.components);
-    const auto bits = static_cast<OPJ_UINT32>(raster.bits);
+opj_image_t* imageOf(const Raster& raster, const Jpeg2000Making& making) {
+    const auto count = static_cast<OPJ_UINT32>(raster.components),
+               bits = static_cast<OPJ_UINT32>(raster.bits);
+    const auto start = static_cast<OPJ_UINT32>(making.offset),
+               right = start + static_cast<OPJ_UINT32>(raster.columns),
+               bottom = start + static_cast<OPJ_UINT32>(raster.rows);
     opj_image_cmptparm_t parts[3]{};
     for (OPJ_UINT32 c = 0; c < count; ++c) {
-        const OPJ_UINT32 step = subsampled && c > 0 ? 2 : 1;
-        const OPJ_UINT32 across = (columns + step - 1) / step, down = (rows + step - 1) / step;
-        parts[c] = {step, step, across, down, 0, 0, bits, bits, raster.isSigned ? 1u : 0u};
+        const OPJ_UINT32 step = making.subsampled && c > 0 ? 2 : 1, first = (start + step - 1) / step;
+        parts[c] = {
+            step, step, (right + step - 1) / step - first, (bottom + step - 1) / step - first, start, start,
+            bits, bits, raster.isSigned ? 1u : 0u};
     }
     opj_image_t* image = opj_image_create(count, parts, count == 3 ? OPJ_CLRSPC_SRGB : OPJ_CLRSPC_GRAY);
-    image->x1 = columns;
-    image->y1 = rows;
+    image->x0 = image->y0 = start;
+    image->x1 = right;
+    image->y1 = bottom;
     for (OPJ_UINT32 c = 0; c < count; ++c) {
         const opj_image_comp_t& part = image->comps[c];
         for (OPJ_UINT32 i = 0; i < part.w * part.h; ++i) {
             const OPJ_UINT32 row = i / part.w * part.dy, column = i % part.w * part.dx;
-            part.data[i] = raster.samples[(row * columns + column) * count + c];
+            part.data[i] = raster.samples[(row * (right - start) + column) * count + c];
         }
     }
     return image;
@@ -52,7 +55,7 @@ opj_image_t* imageOf(const Raster& raster, bool subsampled) {
 }  // namespace
 
 std::vector<std::uint8_t> jpeg2000Encoded(const Raster& raster, const Jpeg2000Making& making) {
-    opj_image_t* image = imageOf(raster, making.subsampled);
+    opj_image_t* image = imageOf(raster, making);
     opj_cparameters_t parameters;
     opj_set_default_encoder_parameters(&parameters);
     parameters.numresolution = making.levels + 1;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <bit>
 #include <cstdlib>
 #include <functional>
 #include <random>
@@ -34,9 +36,11 @@ Bytes lossless(Raster& raster, const Random& random, int&) {
 }
 
 Bytes jpegLs(Raster& raster, const Random& random, int& near) {
-    for (std::size_t i = 0; i < raster.size() / 2; ++i) raster.samples[i] = raster.samples[i - i % 300];
+    // The library's encoder writes beyond its memory when noise gets no shorter.
+    for (std::size_t i = 0; i < raster.size(); ++i)
+        raster.samples[i] = raster.samples[i - i % (i < raster.size() / 2 ? 300 : 3)];
     // Of fewer bits the library has thresholds of its own.
-    if (raster.bits >= 8) near = random(0, 1) * random(0, random(0, 1) ? 3 : 127);
+    if (raster.bits >= 8) near = random(0, 1) * random(0, 10);
     return jpegLsEncoded(
         raster, near, raster.components == 1 ? LsInterleave::None : static_cast<LsInterleave>(random(0, 2)));
 }
@@ -51,8 +55,8 @@ Bytes jpeg2000(Raster& raster, const Random& random, int&) {
     // Even: OpenJPEG loses a bit of tiles of one column or row that begin at an odd one.
     making.tileSize = 18 * random(0, 1);
     making.layers = random(1, 3);
-    making.block = 16 << random(0, 2);
-    making.precinct = random(0, 1) * 64;
+    // Nor has it enough memory for noise of single bits in small blocks.
+    making.block = raster.bits == 1 ? 64 : 16 << random(0, 2);
     return jpeg2000Encoded(raster, making);
 }
 
@@ -68,7 +72,7 @@ TEST(RoundTrip, RandomPicturesComeBackWhateverTheCoderAndTheTransferSyntax) {
     const auto rle = [](Raster& raster, const Random&, int&) { return rleEncoded(raster); };
     const Case cases[] = {
         {"lossless", Compression::Jpeg, all, {8, 12}, 1, lossless},
-        {"JPEG-LS", Compression::JpegLs, all, all, 2, jpegLs},
+        {"JPEG-LS", Compression::JpegLs, all, all, 9, jpegLs},
         {"JPEG 2000", Compression::Jpeg2000, {1, 2, 8, 10, 12, 16}, {8, 12}, 16, jpeg2000},
         {"RLE", Compression::Rle, {8, 16, 32}, {8, 16, 32}, 1, rle},
     };
