@@ -5,7 +5,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <gtest/gtest.h>
 
 namespace cinedisc::test {
 namespace {

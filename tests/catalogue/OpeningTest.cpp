@@ -6,151 +6,121 @@
 namespace cinedisc::test {
 namespace {
 
-struct OpenedDisc {
-    explicit OpenedDisc(const QList<PatientPlan>& patients = {patientOf("Cine A", {{30, 20}, {5}}),
-                                                              patientOf("Stills", {{1, 1}, {1}, {1, 1, 1}})})
-        : disc(patients), form(disc.path()) {
-        form.behaviour.opener.Open_Click();
-    }
-    QString series(const char* patient, const char* name) const {
-        return disc.path({"Dicom", patient, "Study1", name});
-    }
-    void openFolder(const QString& folder) {
-        form.dialogs.folder = folder;
-        form.behaviour.opener.mnuOpen_Click();
-    }
-    const DiscPosition& place() const { return form.behaviour.place.position(); }
-
-    DiscBuilder disc;
-    RecordingForm1 form;
+struct OpeningTest : testing::Test, DiscForm {
+    OpeningTest()
+        : DiscForm({patientOf("Cine A", {{2, 3}, {5}}), patientOf("Stills", {{1, 1}, {1}, {1, 1, 1}})}) {}
+    QString shown() const { return form.below(form.ezDicom.FileName()); }
 };
 
-TEST(OpenCommand, ShowsThePanelOfWhatTheFirstFileHolds) {
+TEST_F(OpeningTest, ShowsThePanelOfWhatTheFirstFileHolds) {
     // A slow disc (-1) makes no stills of a cine.
     for (const auto& [frames, stills] : {std::pair(0, true), {1, true}, {2, false}, {-1, false}}) {
-        OpenedDisc opened({patientOf("S", {{frames}, {1, 1}})});
-        const RecordingForm1& form = opened.form;
-        EXPECT_EQ(opened.place().StillsMode, stills) << frames;
-        EXPECT_EQ(form.Frame8.Visible(), stills) << frames;
-        EXPECT_EQ(form.Frame9.Visible(), !stills) << frames;
-        EXPECT_EQ(form.sb1.Max(), stills ? 3 : 2);
-        EXPECT_EQ(form.File1.Path(), opened.series("Patient000", "Series1"));
-        EXPECT_EQ(opened.place().CurrentFolder.pathOrEmpty(), opened.disc.path({"Dicom", "Patient000"}));
-        EXPECT_EQ(opened.place().PatientsFolder.pathOrEmpty(), opened.disc.path({"Dicom"}));
+        const DiscForm opened({patientOf("S", {{frames}, {1, 1}})});
+        EXPECT_EQ(opened.form.place().StillsMode, stills) << frames;
+        EXPECT_EQ(opened.form.Frame8.Visible(), stills) << frames;
+        EXPECT_EQ(opened.form.Frame9.Visible(), !stills) << frames;
+        EXPECT_EQ(opened.form.sb1.Max(), stills ? 3 : 2);
+        EXPECT_EQ(opened.form.below(opened.form.File1.Path()), "Patient000/Study1/Series1");
+        EXPECT_EQ(opened.form.place().CurrentFolder.pathOrEmpty(), opened.folder("Patient000"));
+        EXPECT_EQ(opened.form.place().PatientsFolder.pathOrEmpty(), opened.disc.path({"Dicom"}));
     }
 }
 
-TEST(OpenCommand, MissingCatalogueAsksForAFolder) {
-    DiscBuilder disc({patientOf("A", {{3, 4}})});
+TEST_F(OpeningTest, MissingCatalogueAsksForAFolder) {
     QFile::remove(disc.path({"CD.xml"}));
-    RecordingForm1 form(disc.path());
     const QString question = "Patient Lists Not Available On CD,Do You Want to Select Images From CD";
-    form.behaviour.opener.Open_Click();
+    form.press("Open");
     EXPECT_EQ(form.dialogs.asked, QStringList({question}));
-    EXPECT_EQ(form.journal.entries(), QStringList());
+    EXPECT_EQ(form.journal, QStringList());
     form.dialogs.yes = true;
-    form.dialogs.folder = disc.path({"Dicom", "Patient000", "Study1", "Series1"});
-    form.behaviour.opener.Open_Click();
+    form.dialogs.folder = folder("Patient000/Study1/Series1");
+    form.press("mnuOpenCD");
     EXPECT_EQ(form.dialogs.asked, QStringList({question, question, "Dicom"}));
-    EXPECT_EQ(form.ezDicom.FileName(), form.File1.fullPath(0));
+    EXPECT_EQ(shown(), "Patient000/Study1/Series1/1");
 }
 
-TEST(OpenCommand, FindsTheDiscWhateverItsLetterCase) {
-    DiscBuilder disc({patientOf("A", {{3, 4}})});
+TEST_F(OpeningTest, FindsTheDiscWhateverItsLetterCase) {
     QDir root(disc.path());
-    ASSERT_TRUE(root.rename("CD.xml", "cd.XML"));
-    ASSERT_TRUE(root.rename("Dicom/Patient000", "Dicom/PATIENT000"));
-    ASSERT_TRUE(root.rename("Dicom", "dicom"));
-    RecordingForm1 form(disc.path());
-    form.behaviour.opener.Open_Click();
-    form.clickPatient(0);
-    EXPECT_EQ(form.ezDicom.FileName(), disc.path({"dicom", "PATIENT000", "Study1", "Series1", "1.dcm"}));
+    for (const auto& [name, renamed] :
+         {std::pair{"CD.xml", "cd.XML"}, {"Dicom/Patient000", "Dicom/PATIENT000"}, {"Dicom", "dicom"}})
+        ASSERT_TRUE(root.rename(name, renamed));
+    RecordingForm1 fresh(disc.path());
+    fresh.press("Open");
+    fresh.clickPatient(0);
+    EXPECT_EQ(fresh.ezDicom.FileName(), disc.path({"dicom", "PATIENT000", "Study1", "Series1", "1.dcm"}));
 }
 
-TEST(TreeClick, OpensAStillsPatientAtItsFirstSeries) {
-    OpenedDisc opened;
-    RecordingForm1& form = opened.form;
+TEST_F(OpeningTest, AStillsPatientOpensAtItsFirstSeries) {
     form.clickPatient(0);
     EXPECT_EQ(form.behaviour.strip.ThumbFillCount(), 2);
     form.clickPatient(1);
     EXPECT_FALSE(form.Timer4.Enabled());
-    EXPECT_EQ(form.ezDicom.FileName(), opened.series("Patient001", "Series1") + QDir::separator() + "1.dcm");
+    EXPECT_EQ(shown(), "Patient001/Study1/Series1/1");
     EXPECT_EQ(form.sb1.Max(), 4);
     EXPECT_EQ(form.sb1.Value(), 4);
     EXPECT_EQ(form.lblSeries.Caption(), "Image :1/2");
-    EXPECT_EQ(form.thumb[2]->Tag(), opened.series("Patient001", "Series3"));
+    EXPECT_EQ(form.thumb[2]->Tag(), folder("Patient001/Study1/Series3"));
     EXPECT_EQ(form.thumb[3]->FileName(), "");
     form.journal.clear();
     for (const int node : {2, 3, 4}) form.clickNode(node);
-    EXPECT_EQ(form.journal.entries(), QStringList()) << "studies, series and images open nothing";
+    EXPECT_EQ(form.journal, QStringList()) << "studies, series and images open nothing";
 }
 
-TEST(TreeClick, PutsOfAnOpeningInOrder) {
-    OpenedDisc opened({patientOf("A", {{2, 3}})});
-    opened.form.journal.clear();
-    opened.form.clickPatient(0);
-    const QString puts = opened.form.putsWithoutFolders().join(", ");
-    // What was shown before is gone before the name comes.
-    QString preview;
+TEST_F(OpeningTest, PutsInOrder) {
+    form.clickPatient(0);
+    const QString puts = form.puts().join(", ");
+    QString previews;
     for (int i = 0; i < 2; ++i)
-        preview += QString(
-                       "thumb(%1).BackgroundFill=False, thumb(%1).BestFit=True, "
-                       "thumb(%1).FileName=%2.dcm, thumb(%1).BestFit=True, ")
-                       .arg(i)
-                       .arg(i + 1);
+        previews += QString(
+                        "thumb(%1).BackgroundFill=false, thumb(%1).BestFit=true, thumb(%1).FileName=%2.dcm, "
+                        "thumb(%1).BestFit=true, ")
+                        .arg(i)
+                        .arg(i + 1);
     qsizetype at = 0;
+    // What was shown before is gone before the name comes.
     for (const QString& part :
          {QString("ezDicom.FileName=, "),
-          QString("Label5.Caption=A, Label13.Caption=A, thumb(0).ThumbIndex=-1"),
-          "ezTest.FileName=1.dcm, Frame8.Visible=False, Frame9.Visible=True, sb1.Max=3, "
-          "ezDicom.BestFit=True, " +
-              preview + "sb1.Value=3, thumb(0).BackgroundFill=False",
-          QString("ezDicom.FileName=1.dcm, ezDicom.BestFit=True, sb1.Value=1"),
-          QString("lblImg.Caption=Image : 1/2, Timer4.Enabled=True, Label6.Caption=A Study1 Series1, "
-                  "Label15.Caption=A Study1 Series1, FraTree.Visible=False")}) {
+          QString("Label5.Caption=Cine A, Label13.Caption=Cine A, thumb(0).ThumbIndex=-1"),
+          "ezTest.FileName=1.dcm, Frame8.Visible=false, Frame9.Visible=true, sb1.Max=3, "
+          "ezDicom.BestFit=true, " +
+              previews + "sb1.Value=3, thumb(0).BackgroundFill=false",
+          QString("ezDicom.FileName=1.dcm, ezDicom.BestFit=true, sb1.Value=1"),
+          QString("lblImg.Caption=Image : 1/2, Timer4.Enabled=true, Label6.Caption=Cine A Study1 Series1, "
+                  "Label15.Caption=Cine A Study1 Series1, FraTree.Visible=false")}) {
         at = puts.indexOf(part, at);
         ASSERT_GE(at, 0) << qPrintable(part) << " in " << qPrintable(puts);
     }
-    EXPECT_TRUE(puts.endsWith("FraTree.Visible=False"));
+    EXPECT_TRUE(puts.endsWith("FraTree.Visible=false"));
 }
 
-TEST(FolderCommand, CineFolderPlaysItsFirstFile) {
-    OpenedDisc opened;
-    RecordingForm1& form = opened.form;
+TEST_F(OpeningTest, AFolderOfRunsPlaysAndOneOfStillsShowsItsSeriesOrItsOwnFirstFile) {
     form.clickPatient(1);
     form.journal.clear();
-    opened.openFolder("");
-    EXPECT_EQ(form.journal.entries(), QStringList()) << "cancelled";
-    opened.openFolder(opened.series("Patient000", "Series1"));
-    EXPECT_EQ(form.ezDicom.FileName(), form.File1.fullPath(0));
+    form.openFolder("");
+    EXPECT_EQ(form.journal, QStringList()) << "cancelled";
+    form.openFolder(folder("Patient000/Study1/Series1"));
+    EXPECT_EQ(shown(), "Patient000/Study1/Series1/1");
     EXPECT_TRUE(form.Timer4.Enabled());
     EXPECT_TRUE(form.Frame9.Visible());
-    EXPECT_EQ(form.Label5.Caption(), "Study Scroll Bar");
-    EXPECT_EQ(form.Label6.Caption(), "Series Scroll Bar");
-    EXPECT_FALSE(opened.place().HasStudyFolders);
+    EXPECT_EQ(form.names(), "Study Scroll Bar | Series Scroll Bar");
+    EXPECT_FALSE(form.place().HasStudyFolders);
     EXPECT_EQ(form.lblImg.Caption(), "Image : 1/2");
     form.clickPatient(0);
-    EXPECT_TRUE(opened.place().HasStudyFolders);
-}
+    EXPECT_TRUE(form.place().HasStudyFolders);
 
-TEST(FolderCommand, StillsFolderShowsItsSeriesOrItsOwnFirstFile) {
-    OpenedDisc opened;
-    RecordingForm1& form = opened.form;
-    form.clickPatient(0);
-    const QString study = opened.disc.path({"Dicom", "Patient001", "Study1"});
+    const QString study = folder("Patient001/Study1");
     DiscBuilder::write(study + "/0.dcm", "1");
-    opened.openFolder(study);
+    form.openFolder(study);
     EXPECT_FALSE(form.Timer4.Enabled());
     EXPECT_EQ(form.sb1.Max(), 4);
     EXPECT_EQ(form.sb1.Value(), 1);
-    EXPECT_EQ(form.ezDicom.FileName(), opened.series("Patient001", "Series1") + QDir::separator() + "1.dcm");
-    EXPECT_EQ(form.thumb[2]->Tag(), opened.series("Patient001", "Series3"));
+    EXPECT_EQ(shown(), "Patient001/Study1/Series1/1");
+    EXPECT_EQ(form.thumb[2]->Tag(), study + "/Series3");
     EXPECT_EQ(form.lblSeries.Caption(), "Image :1/2");
-    const QString folder = opened.series("Patient001", "Series3");
-    QDir(folder).mkdir("empty");
-    opened.openFolder(folder);
-    EXPECT_EQ(form.File1.Path(), folder);
-    EXPECT_EQ(form.ezDicom.FileName(), form.File1.fullPath(0));
+    QDir(study).mkdir("Series3/empty");
+    form.openFolder(study + "/Series3");
+    EXPECT_EQ(form.below(form.File1.Path()), "Patient001/Study1/Series3");
+    EXPECT_EQ(shown(), "Patient001/Study1/Series3/1");
     EXPECT_EQ(form.lblSeries.Caption(), "Image :1/3");
     EXPECT_EQ(form.sb1.Max(), 2);
 }

@@ -38,8 +38,6 @@ class DiscBuilder {
 
   private:
     static QByteArray framesAsText(int frames) { return QByteArray::number(frames); }
-    void writeCatalogue(const QList<PatientPlan>& patients) const;
-
     QTemporaryDir folder_;
 };
 

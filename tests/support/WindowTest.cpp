@@ -1,8 +1,54 @@
 #include "tests/support/WindowTest.h"
 
+#include "tests/support/SampleFile.h"
+
 #include <QAbstractButton>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QPushButton>
+#include <QWheelEvent>
 
 namespace cinedisc::test {
+
+void WindowTest::show() {
+    window().show();
+    // Where no window manager does so.
+    window().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+}
+
+void WindowTest::clickNode(int row) {
+    auto& tree = find<QTreeView>("TreeView1");
+    const QModelIndex node = tree.model()->index(row, 0);
+    tree.scrollTo(node);
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(node).center());
+}
+
+void WindowTest::roll(const QString& name, int delta) {
+    QWidget& target = find(name);
+    QWheelEvent event(QPointF(2, 2), target.mapToGlobal(QPointF(2, 2)), {}, {0, delta}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&target, &event);
+}
+
+void WindowTest::expectThatNoNameOccursTwice() {
+    QStringList names;
+    for (const QWidget* widget : window().findChildren<QWidget*>())
+        if (!widget->objectName().startsWith("qt_")) names << widget->objectName();
+    names.removeAll("");
+    EXPECT_EQ(names.removeDuplicates(), 0);
+}
+
+void WindowTest::expectHandlersOfAllButtonsAndMenuItems(QStringList handled) {
+    QStringList commands;
+    for (const QAction* action : window().findChildren<QAction*>())
+        if (action->objectName().startsWith("mnu") && !action->menu()) commands << action->objectName();
+    for (const QPushButton* button : window().findChildren<QPushButton*>()) commands << button->objectName();
+    handled.sort();
+    commands.sort();
+    EXPECT_EQ(commands.join(' ').toStdString(), handled.join(' ').toStdString());
+}
 
 void WindowTest::expectEveryDisplayToolWorks() {
     const bool smooth = view("Smooth").toBool();
@@ -37,6 +83,12 @@ void WindowTest::expectEveryDisplayToolWorks() {
         EXPECT_EQ(view(c.member), c.value) << qPrintable(c.control);
         EXPECT_FALSE(popUp && popUp->isVisible()) << qPrintable(c.control);
     }
+    openPopUp("cmdOverlay", "Frame6");
+    find<QAbstractButton>("Option3").click();
+    EXPECT_FALSE(find("Frame6").isVisible()) << "also with the choice in force";
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->image().size(), sampleSize);
 }
 
 void WindowTest::expectEscapeHidesThePopUps(const QStringList& places) {

@@ -6,8 +6,6 @@
 #include <QLabel>
 #include <QTest>
 #include <QTreeView>
-#include <QWheelEvent>
-#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -21,12 +19,7 @@ class WindowTest : public testing::Test {
 
     virtual QWidget& window() = 0;
 
-    void show() {
-        window().show();
-        // Where no window manager does so.
-        window().activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
-    }
+    void show();
     template <typename Control = QWidget>
     Control& find(const QString& name) {
         auto* control = window().findChild<Control*>(name);
@@ -35,29 +28,43 @@ class WindowTest : public testing::Test {
     }
     void click(const QString& name) { QTest::mouseClick(&find(name), Qt::LeftButton); }
     void choose(const QString& menuItem) { find<QAction>(menuItem).trigger(); }
-    QVariant view(const char* member) { return find("ezDicom").property(member); }
-    QVariant preview(int index, const char* member) {
-        return find(QString("thumb(%1)").arg(index)).property(member);
+    QVariant property(const QString& name, const char* member) {
+        return find<QObject>(name).property(member);
     }
+    QVariant view(const char* member) { return property("ezDicom", member); }
     QString text(const QString& label) { return find<QLabel>(label).text(); }
     /// Clicks a node of the patient tree's first level.
-    void clickNode(int row) {
-        auto& tree = find<QTreeView>("TreeView1");
-        const QModelIndex node = tree.model()->index(row, 0);
-        tree.scrollTo(node);
-        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(node).center());
-    }
-    void roll(const QString& name, int delta) {
-        QWidget& target = find(name);
-        QWheelEvent event(QPointF(2, 2), target.mapToGlobal(QPointF(2, 2)), {}, {0, delta}, Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&target, &event);
+    void clickNode(int row);
+    void roll(const QString& name, int delta);
+    /// "name=text" of each control of a class whose name is the design's, sorted and joined by "|".
+    template <typename Control>
+    std::string captionsIn(const QWidget& place) {
+        QStringList all;
+        for (const Control* control : place.findChildren<Control*>()) {
+            const QString name = control->objectName();
+            if (!name.isEmpty() && !name.startsWith("qt_")) all << name + '=' + control->text();
+        }
+        all.sort();
+        return all.join('|').toStdString();
     }
 
-    /// Uses every display tool by its button and by its menu item; a file is loaded and not inverted.
+    void expectThatNoNameOccursTwice();
+    void expectHandlersOfAllButtonsAndMenuItems(QStringList handled);
+    /// Uses every display tool by its button and by its menu item, and the keys; a file is loaded and not
+    /// inverted.
     void expectEveryDisplayToolWorks();
     /// With the keyboard on each of these controls; "" is where opening a pop-up puts it.
     void expectEscapeHidesThePopUps(const QStringList& places);
+    /// Number of the run-time error that ends the program in `act`; 0 for none.
+    template <typename Act>
+    int fatalErrorOf(Act&& act) {
+        int number = 0;
+        const auto before =
+            EventGuard::replaceFatalAction([&](const RunTimeError& error) { number = error.number(); });
+        act();
+        EventGuard::replaceFatalAction(before);
+        return number;
+    }
 
   private:
     QWidget* openPopUp(const QString& button, const QString& panel);

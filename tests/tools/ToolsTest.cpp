@@ -8,73 +8,64 @@
 namespace cinedisc::test {
 namespace {
 
-struct ToolsTest : testing::Test {
-    ToolsTest() : form(folder.path()) {}
-    QTemporaryDir folder;
-    RecordingForm1 form;
-    DisplayTools& tools = form.behaviour.tools;
-
+struct ToolsTest : testing::Test, DiscForm {
+    ToolsTest() : DiscForm({patientOf("A", {{3}})}) {}
     void load() {
-        DiscBuilder::write(folder.filePath("1.dcm"), "3");
-        form.ezDicom.putFileName(folder.filePath("1.dcm"));
+        form.ezDicom.putFileName(folder("Patient000/Study1/Series1/1.dcm"));
         form.journal.clear();
     }
+    DisplayTools& tools = form.behaviour.tools;
 };
 
-TEST_F(ToolsTest, CommandsWriteTheirMembersInOrder) {
-    using T = DisplayTools;
-    T* const t = &tools;
-    const auto run = [t](void (T::*command)()) { return [t, command] { (t->*command)(); }; };
-    const auto fit = [t](int index) { return [t, index] { t->cmdFit_Click(index); }; };
-    const auto list = [t](int index) { return [t, index] { t->zoomFromList(index); }; };
-    const QString fill = "ezDicom.BackgroundFill=True ezDicom.BackgroundColor=%1 Frame6.Visible=False";
-    const QString zoom = "ezDicom.BestFit=False ezDicom.ZoomPercent=%1", hide = " Frame5.Visible=False";
+TEST_F(ToolsTest, CommandsPutTheirMembersInOrder) {
+    const auto pressing = [this](const char* name) { return [this, name] { form.press(name); }; };
+    const QString fill = "ezDicom.BackgroundFill=true ezDicom.BackgroundColor=%1 Frame6.Visible=false";
+    const QString zoom = "ezDicom.BestFit=false ezDicom.ZoomPercent=%1", fit = "ezDicom.BestFit=true";
+    const QString hide = " Frame5.Visible=false", polarity = "ezDicom.Polarity=%1";
     const std::pair<std::function<void()>, QString> cases[] = {
-        {fit(0), "ezDicom.BestFit=True" + hide},
-        {fit(1), zoom.arg(100) + hide},
-        {fit(2), zoom.arg(50) + hide},
-        {fit(3), zoom.arg(150) + hide},
-        {fit(4), zoom.arg(200) + hide},
-        {[t] { t->zoomTo(150); }, zoom.arg(150)},
-        {run(&T::mnuBestFit_Click), "ezDicom.BestFit=True"},
-        {run(&T::cmdInvert_Click), "ezDicom.Polarity=-1"},
-        {run(&T::cmdInvert_Click), "ezDicom.Polarity=1"},
-        {run(&T::mnuNone_Click), "Option1.Value=True ezDicom.BackgroundFill=False Frame6.Visible=False"},
-        {run(&T::mnuBlack_Click), "Option2.Value=True " + fill.arg(1)},
-        {run(&T::mnuWhite_Click), "Option3.Value=True " + fill.arg(0)},
-        {[t] { t->setOption247(); }, "ezDicom.Option247=True"},
-        {[t] { t->smoothAgain(); }, "ezDicom.Smooth=True"},
-        {[t] { t->headerAgain(); }, "ezDicom.ShowHeader=True"},
-        {[t] { t->invertAgain(); }, "ezDicom.Polarity=-1"},
-        {[t] { t->magnifyAgain(); }, "ezDicom.MouseMode=3"},
-        {[t] { t->panAgain(); }, "ezDicom.MouseMode=4"},
-        {[t] { t->labelAgain(); }, "ezDicom.MouseMode=5"},
-        {list(0), "ezDicom.BestFit=True"},
-        {list(1), zoom.arg(50)},
-        {list(2), zoom.arg(100)},
-        {list(4), zoom.arg(200)},
-        {list(5), ""},
-        {[t] { t->mouseModeFromList(2); }, "ezDicom.MouseMode=3"},
-        {[t] { t->polarityFromList(4); }, "ezDicom.Polarity=4"},
-        {run(&T::mnuCopy_Click), ""},
-        {run(&T::mnuCopyHeader_Click), ""},
+        {pressing("cmdFit(0)"), fit + hide},
+        {pressing("cmdFit(1)"), zoom.arg(100) + hide},
+        {pressing("cmdFit(2)"), zoom.arg(50) + hide},
+        {pressing("cmdFit(3)"), zoom.arg(150) + hide},
+        {pressing("cmdFit(4)"), zoom.arg(200) + hide},
+        {pressing("mnu150"), zoom.arg(150)},
+        {pressing("mnuBestFit"), fit},
+        {pressing("cmdInvert"), polarity.arg(-1)},
+        {pressing("mnuInvert"), polarity.arg(1)},
+        {pressing("mnuNone"), "Option1.Value=true ezDicom.BackgroundFill=false Frame6.Visible=false"},
+        {pressing("mnuBlack"), "Option2.Value=true " + fill.arg(1)},
+        {pressing("mnuWhite"), "Option3.Value=true " + fill.arg(0)},
+        {[&] { tools.setOption247(); }, "ezDicom.Option247=true"},
+        {[&] { tools.smoothAgain(); }, "ezDicom.Smooth=true"},
+        {[&] { tools.headerAgain(); }, "ezDicom.ShowHeader=true"},
+        {[&] { tools.invertAgain(); }, polarity.arg(-1)},
+        {[&] { tools.magnifyAgain(); }, "ezDicom.MouseMode=3"},
+        {[&] { tools.panAgain(); }, "ezDicom.MouseMode=4"},
+        {[&] { tools.labelAgain(); }, "ezDicom.MouseMode=5"},
+        {[&] { tools.zoomFromList(0); }, fit},
+        {[&] { tools.zoomFromList(1); }, zoom.arg(50)},
+        {[&] { tools.zoomFromList(2); }, zoom.arg(100)},
+        {[&] { tools.zoomFromList(4); }, zoom.arg(200)},
+        {[&] { tools.zoomFromList(5); }, ""},
+        {[&] { tools.mouseModeFromList(2); }, "ezDicom.MouseMode=3"},
+        {[&] { tools.polarityFromList(4); }, polarity.arg(4)},
+        {pressing("mnuCopy"), ""},
+        {pressing("mnuCopyHeader"), ""},
+        {[&] { load(), form.press("mnuCopy"); }, "ezDicom.CopyToClipboard"},
+        {pressing("mnuCopyHeader"), "ezDicom.CopyHeaderToClipboard"},
     };
     for (const auto& [command, puts] : cases) {
         form.journal.clear();
         command();
-        EXPECT_EQ(form.journal.entries().join(' '), puts);
+        EXPECT_EQ(form.journal.join(' '), puts);
     }
-    load();
-    tools.mnuCopy_Click();
-    tools.mnuCopyHeader_Click();
-    EXPECT_EQ(form.journal.entries().join(' '), "ezDicom.CopyToClipboard ezDicom.CopyHeaderToClipboard");
     form.ezDicom.putPolarity(std::numeric_limits<qint32>::min());
     EXPECT_THROW(tools.cmdInvert_Click(), RunTimeError);
     EXPECT_THROW(tools.cmdFit_Click(5), RunTimeError);
 }
 
 TEST_F(ToolsTest, WhateverEndsAnExportEndsItQuietlyAndTheCineGoesOn) {
-    form.exportFormat = "BMP";
+    form.formatToExport = "BMP";
     const std::function<void()> endings[] = {
         [] {}, [] { throw RunTimeError::pathNotFound(); }, [] { throw std::bad_alloc(); },
         [] { throw std::system_error(EAGAIN, std::system_category()); }, [] { throw QUnhandledException(); }};
@@ -87,7 +78,7 @@ TEST_F(ToolsTest, WhateverEndsAnExportEndsItQuietlyAndTheCineGoesOn) {
                 playedMeanwhile = form.Timer4.Enabled();
                 end();
             };
-            form.behaviour.exporter.cmdExport_Click();
+            form.press("cmdExport");
             EXPECT_FALSE(playedMeanwhile);
             EXPECT_EQ(form.Timer4.Enabled(), playing);
         }
@@ -96,13 +87,14 @@ TEST_F(ToolsTest, WhateverEndsAnExportEndsItQuietlyAndTheCineGoesOn) {
 
 TEST_F(ToolsTest, LoadHandlerPutsTheStartUpDefaults) {
     form.behaviour.Form_Load();
-    const QString puts = form.journal.entries().join(' ');
-    EXPECT_TRUE(puts.startsWith(
-        "ezDicom.StartupFlag=False thumb(0).StartupFlag=False thumb(0).BestFit=True thumb(1).StartupFlag"));
-    EXPECT_TRUE(puts.endsWith(
-        "thumb(4).BestFit=True Slider1.Value=5 Timer4.Interval=50 DoEvents MouseHook Option4.Value=True "
-        "Option9.Value=True Option3.Value=True ezDicom.BackgroundFill=True ezDicom.BackgroundColor=0 "
-        "Frame6.Visible=False"));
+    QString expected = "ezDicom.StartupFlag=false ";
+    for (int i = 0; i < 5; ++i)
+        expected += QString("thumb(%1).StartupFlag=false thumb(%1).BestFit=true ").arg(i);
+    EXPECT_EQ(form.journal.join(' '),
+              expected +
+                  "Slider1.Value=5 Timer4.Interval=50 DoEvents MouseHook Option4.Value=true "
+                  "Option9.Value=true Option3.Value=true ezDicom.BackgroundFill=true "
+                  "ezDicom.BackgroundColor=0 Frame6.Visible=false");
 }
 
 }  // namespace

@@ -1,31 +1,25 @@
 #include "tests/support/DiscBuilder.h"
-#include "tests/support/RecordingViewer.h"
 #include "tests/support/ViewerContractTests.h"
-
-#include <QTemporaryDir>
+#include "tests/support/form/StandIns.h"
 
 namespace cinedisc::test {
 namespace {
 
 /// The stand-in that the logic's tests rely on keeps the same contract as the component.
-class StandIn {
+class StandInViewer {
   public:
-    StandIn() {
-        DiscBuilder::write(run(), "12");
-        DiscBuilder::write(still(), "1");
-    }
     ViewerControl& viewer() { return viewer_; }
-    QString run() const { return folder_.filePath("run.dcm"); }
-    QString still() const { return folder_.filePath("still.dcm"); }
-    QString unreadable() const { return folder_.filePath("missing.dcm"); }
+    QString run() const { return disc_.path({"Dicom", "Patient000", "Study1", "Series1", "1.dcm"}); }
+    QString still() const { return disc_.path({"Dicom", "Patient000", "Study1", "Series1", "2.dcm"}); }
+    QString unreadable() const { return disc_.path({"missing.dcm"}); }
 
   private:
-    QTemporaryDir folder_;
-    Journal journal_;
+    DiscBuilder disc_{{patientOf("A", {{12, 1}})}};
+    QStringList journal_;
     RecordingViewer viewer_{"ezDicom", journal_};
 };
 
-INSTANTIATE_TYPED_TEST_SUITE_P(StandIn, ViewerContract, StandIn);
+INSTANTIATE_TYPED_TEST_SUITE_P(StandIn, ViewerContract, StandInViewer);
 
 }  // namespace
 }  // namespace cinedisc::test

@@ -56,37 +56,23 @@ OddDisc::OddDisc(unsigned seed, const DiscBuilder::FileMaker& makeFile) : random
 }
 
 void OddDisc::spoil(const QString& folder, int number) {
-    const QString beside = QFileInfo(folder).path() + "/";
-    const QString series = folder + "/Study 1/Series1";
-    switch (below(9)) {
-        case 0:
-            QDir(folder).removeRecursively();
-            break;
-        case 1:
-            QDir(folder).removeRecursively(), QDir().mkdir(folder);
-            break;
-        case 2:
-            QDir().rename(folder, beside + tagOf(number).toLower());
-            break;
-        case 3:
-            QDir().rename(folder, folder + " copy");
-            break;
-        case 4:
-            QDir().rename(folder, beside + QString("Patient%1").arg(number));
-            break;
-        case 5:
-            QDir().rename(folder, beside + tagOf(number + 20));
-            break;
-        case 6:
-            QDir(folder + "/Study 1").removeRecursively(), QDir().mkdir(folder + "/Study 1");
-            break;
-        case 7:
-            DiscBuilder::write(folder + "/loose.dcm", "2");
-            break;
-        case 8:
-            QDir(series).removeRecursively(), QDir().mkpath(series);
-            break;
-    }
+    const auto rename = [&](const QString& name) {
+        QDir().rename(folder, QFileInfo(folder).path() + "/" + name);
+    };
+    const auto remove = [&](const QString& below) { QDir(folder + below).removeRecursively(); };
+    const auto empty = [&](const QString& below) { remove(below), QDir().mkpath(folder + below); };
+    const std::function<void()> faults[] = {
+        [&] { remove(""); },
+        [&] { empty(""); },
+        [&] { rename(tagOf(number).toLower()); },
+        [&] { rename(tagOf(number) + " copy"); },
+        [&] { rename(QString("Patient%1").arg(number)); },
+        [&] { rename(tagOf(number + 20)); },
+        [&] { empty("/Study 1"); },
+        [&] { DiscBuilder::write(folder + "/loose.dcm", "2"); },
+        [&] { empty("/Study 1/Series1"); },
+    };
+    faults[below(int(std::size(faults)))]();
 }
 
 QString OddDisc::nameOf(const QString& patientFolder) const {

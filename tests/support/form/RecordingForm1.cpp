@@ -1,42 +1,104 @@
 #include "tests/support/form/RecordingForm1.h"
 
+#include "app/CommandTable.h"
+#include "viewerwindow/ViewerCommands.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <stdexcept>
+
 namespace cinedisc::test {
 
-RecordingForm1::RecordingForm1(const QString& programFolder)
-    : disc{.programFolder = programFolder,
-           .TreeView1 = TreeView1,
-           .FraTree = FraTree,
-           .Frame8 = Frame8,
-           .Frame9 = Frame9,
-           .Label1 = Label1,
-           .Label5 = Label5,
-           .Label13 = Label13,
-           .Label6 = Label6,
-           .Label15 = Label15,
-           .lblSeries = lblSeries,
-           .ezTest = ezTest,
-           .namedPatientView = *this,
-           .dialogs = dialogs},
-      behaviour(controls, disc,
-                {.ezDicom = ezDicom,
-                 .Frame5 = Frame5,
-                 .Frame6 = Frame6,
-                 .Option1 = Option1,
-                 .Option2 = Option2,
-                 .Option3 = Option3},
-                {*this, [this](const QString& format) { journal.put("ezDicom", "ExportFormat", format); }},
-                *this) {
-    sb1.changed = [this] { behaviour.sb1_Change(); };
-    Slider1.changed = [this] { behaviour.cine.Slider1_Change(); };
-    Slider2.changed = [this] { behaviour.frames.Slider2_Change(); };
-    Option4.selectedHandler = [this] { behaviour.cine.Option4_Click(); };
-    Option1.selectedHandler = [this] { behaviour.tools.Option1_Click(); };
-    Option2.selectedHandler = [this] { behaviour.tools.Option2_Click(); };
-    Option3.selectedHandler = [this] { behaviour.tools.Option3_Click(); };
-    disc.showDesignNames();
+namespace {
+
+std::array<ViewerControl*, Previews::count> makePreviews(
+    std::array<std::unique_ptr<RecordingViewer>, Previews::count>& thumb, QStringList& journal) {
+    std::array<ViewerControl*, Previews::count> views{};
+    for (std::size_t i = 0; i < thumb.size(); ++i) {
+        thumb[i] = std::make_unique<RecordingViewer>(QString("thumb(%1)").arg(i), journal);
+        views[i] = thumb[i].get();
+    }
+    return views;
+}
+
+}  // namespace
+
+RecordingWindow::RecordingWindow()
+    : controls{ezDicom, Previews(makePreviews(thumb, journal)),
+               File1,   sb1,
+               Slider1, Slider2,
+               Option4, Option11,
+               Option9, Option10,
+               lblImg,  lblFra,
+               Timer1,  Timer4,
+               *this} {
+    RecordingOption::pair(Option4, Option11);
+    RecordingOption::pair(Option9, Option10);
+    Option4.putValue(true);
+    Option9.putValue(true);
     lblImg.putCaption("Image");
     lblFra.putCaption("Frame");
     journal.clear();
+}
+
+void RecordingWindow::connect(ViewerBehaviour& behaviour) {
+    sb1.onChange = [&behaviour] { behaviour.sb1_Change(); };
+    Slider1.onChange = [&behaviour] { behaviour.cine.Slider1_Change(); };
+    Slider2.onChange = [&behaviour] { behaviour.frames.Slider2_Change(); };
+    Option4.onSelected = [&behaviour] { behaviour.cine.Option4_Click(); };
+    Option1.onSelected = [&behaviour] { behaviour.tools.Option1_Click(); };
+    Option2.onSelected = [&behaviour] { behaviour.tools.Option2_Click(); };
+    Option3.onSelected = [&behaviour] { behaviour.tools.Option3_Click(); };
+}
+
+QStringList RecordingWindow::puts() {
+    static const QRegularExpression folder("=/.*/");
+    QStringList puts = std::exchange(journal, {});
+    return puts.replaceInStrings(folder, "=");
+}
+
+QString RecordingWindow::strip() const {
+    QStringList names;
+    for (const auto& preview : thumb) names << QFileInfo(preview->FileName()).completeBaseName();
+    return names.join(' ');
+}
+
+void RecordingWindow::doEvents() {
+    journal << "DoEvents";
+    if (pending) pending();
+}
+
+RecordingForm1::RecordingForm1(const QString& folder) : programFolder(folder) {
+    connect(behaviour);
+    FraTree.putVisible(true);
+    Frame9.putVisible(true);
+    disc.showDesignNames();
+    journal.clear();
+}
+
+bool RecordingForm1::warns() const {
+    const QString shown = ezDicom.FileName();
+    return !namedPatientFolder.isEmpty() && !shown.isEmpty() && !shown.startsWith(namedPatientFolder + '/');
+}
+
+QString RecordingForm1::images() const {
+    return lblImg.Caption() + " | " + lblFra.Caption() + " | " + lblSeries.Caption();
+}
+
+QString RecordingForm1::below(const QString& path) const {
+    return path.section('/', programFolder.count('/') + 2).remove(".dcm");
+}
+
+void RecordingForm1::press(const QString& command) {
+    if (!runCommand(discCommands(), command, behaviour) &&
+        !runCommand<ViewerBehaviour>(viewerCommands(), command, behaviour))
+        throw std::runtime_error("no command " + command.toStdString());
+}
+
+void RecordingForm1::openFolder(const QString& folder) {
+    dialogs.folder = folder;
+    press("mnuOpen");
 }
 
 void RecordingForm1::clickNode(int node) {
@@ -46,8 +108,7 @@ void RecordingForm1::clickNode(int node) {
 
 void RecordingForm1::clickPatient(int number) {
     for (int node = 1; node <= TreeView1.nodeCount(); ++node) {
-        if (TreeView1.text(node).isEmpty() || TreeView1.tag(node).isEmpty()) continue;
-        if (number-- == 0) return clickNode(node);
+        if (!TreeView1.tag(node).isEmpty() && number-- == 0) return clickNode(node);
     }
 }
 

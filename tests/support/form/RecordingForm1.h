@@ -2,56 +2,103 @@
 
 #include "app/Form1Behaviour.h"
 #include "tests/support/DiscBuilder.h"
-#include "tests/support/RecordingWindow.h"
+#include "tests/support/form/StandIns.h"
+
+#include <array>
+#include <memory>
 
 namespace cinedisc::test {
 
-/// The main window's behaviour with every control a stand-in, wired as the window wires them.
-class RecordingForm1 : public RecordingWindow,
-                       private MouseWheelHook,
-                       private ExportFormatDialog,
-                       private NamedPatientView {
+/// What every viewer window is wired of, as stand-ins, with the ranges of a window that has just been opened.
+class RecordingWindow : MessageLoop, public MouseWheelHook, ExportFormatDialog {
+  public:
+    RecordingWindow();
+
+    QStringList journal;
+    RecordingViewer ezDicom{"ezDicom", journal};
+    std::array<std::unique_ptr<RecordingViewer>, Previews::count> thumb;
+    FileListBox File1;
+    RecordingRange sb1{"sb1", journal, 1, 32767, RecordingRange::LoweringMax::RaisesChange};
+    RecordingRange Slider1{"Slider1", journal, 0, 10, RecordingRange::LoweringMax::IsQuiet};
+    RecordingRange Slider2{"Slider2", journal, 1, 10, RecordingRange::LoweringMax::IsQuiet};
+    RecordingOption Option1{"Option1", journal}, Option2{"Option2", journal}, Option3{"Option3", journal};
+    RecordingOption Option4{"Option4", journal}, Option11{"Option11", journal};
+    RecordingOption Option9{"Option9", journal}, Option10{"Option10", journal};
+    RecordingLabel lblImg{"lblImg", journal}, lblFra{"lblFra", journal};
+    RecordingTimer Timer1{"Timer1", journal}, Timer4{"Timer4", journal};
+    RecordingPanel Frame5{"Frame5", journal}, Frame6{"Frame6", journal};
+    PreparedDialogs dialogs;
+    QString formatToExport;
+    /// Runs when a handler yields.
+    std::function<void()> pending;
+    ViewerControls controls;
+    DisplayTools::Controls tools{ezDicom, Frame5, Frame6, Option1, Option2, Option3};
+    ExportCommand::Format exportFormat{*this,
+                                       [this](const QString& format) { journal << "format=" + format; }};
+
+    /// The puts since the last call, without the folder of the files.
+    QStringList puts();
+    /// Names of the files in the previews, "" for an empty one.
+    QString strip() const;
+
+  protected:
+    void connect(ViewerBehaviour& behaviour);
+
+  private:
+    void doEvents() override;
+    void MouseHook() override { journal << "MouseHook"; }
+    void MouseUnhook() override { journal << "MouseUnhook"; }
+    QString chooseFormat() override { return formatToExport; }
+};
+
+/// The main window's behaviour on a disc, with every control a stand-in, wired as the window wires them.
+class RecordingForm1 : NamedPatientView, public RecordingWindow {
   public:
     explicit RecordingForm1(const QString& programFolder);
 
+    const QString programFolder;
     RecordingTree TreeView1;
-    RecordingPanel FraTree{"FraTree", journal, true};
-    RecordingPanel Frame5{"Frame5", journal, false};
-    RecordingPanel Frame6{"Frame6", journal, false};
-    RecordingPanel Frame8{"Frame8", journal, false};
-    RecordingPanel Frame9{"Frame9", journal, true};
-    RecordingLabel Label1{"Label1", journal};
-    RecordingLabel Label5{"Label5", journal};
-    RecordingLabel Label13{"Label13", journal};
-    RecordingLabel Label6{"Label6", journal};
-    RecordingLabel Label15{"Label15", journal};
-    RecordingLabel lblSeries{"lblSeries", journal};
+    RecordingPanel FraTree{"FraTree", journal}, Frame8{"Frame8", journal}, Frame9{"Frame9", journal};
+    RecordingLabel Label1{"Label1", journal}, Label5{"Label5", journal}, Label6{"Label6", journal};
+    RecordingLabel Label13{"Label13", journal}, Label15{"Label15", journal}, lblSeries{"lblSeries", journal};
     RecordingViewer ezTest{"ezTest", journal};
-    RecordingOption Option1{"Option1", journal};
-    RecordingOption Option2{"Option2", journal};
-    RecordingOption Option3{"Option3", journal};
-    AnsweringDialogs dialogs;
-    DiscControls disc;
-    QString exportFormat;
+    DiscControls disc{programFolder, TreeView1, FraTree, Frame8,    Frame9, Label1, Label5,
+                      Label13,       Label6,    Label15, lblSeries, ezTest, *this,  dialogs};
     QString namedPatientFolder;
-    Form1Behaviour behaviour;
+    Form1Behaviour behaviour{controls, disc, tools, exportFormat, *this};
 
+    const DiscPosition& place() const { return behaviour.place.position(); }
     /// Whether a view that is told so would warn that its picture is not the named patient's.
-    bool warns() const {
-        const QString shown = ezDicom.FileName();
-        return !namedPatientFolder.isEmpty() && !shown.isEmpty() &&
-               !shown.startsWith(namedPatientFolder + '/');
-    }
+    bool warns() const;
+    /// "Patient's name | series' name".
+    QString names() const { return Label5.Caption() + " | " + Label6.Caption(); }
+    /// What the three labels of positions show.
+    QString images() const;
+    /// A path on the disc below the patients' folder, "Patient000/Study1/Series1/1".
+    QString below(const QString& path) const;
+
+    /// Runs the command of a button or menu item.
+    void press(const QString& command);
+    void openFolder(const QString& folder);
     /// Selects a node of the tree as a click does and runs the click handler.
     void clickNode(int node);
     /// Clicks the patient of this number, counted from 0.
     void clickPatient(int number);
 
   private:
-    void MouseHook() override { journal.call("MouseHook"); }
-    void MouseUnhook() override { journal.call("MouseUnhook"); }
-    QString chooseFormat() override { return exportFormat; }
     void putNamedPatientFolder(const QString& folder) override { namedPatientFolder = folder; }
+};
+
+/// The same on a disc of its own, which is open.
+struct DiscForm {
+    explicit DiscForm(const QList<PatientPlan>& patients) : disc(patients), form(disc.path()) {
+        form.press("Open");
+        form.journal.clear();
+    }
+    QString folder(const QString& below) const { return disc.path({"Dicom"}) + "/" + below; }
+
+    DiscBuilder disc;
+    RecordingForm1 form;
 };
 
 }  // namespace cinedisc::test

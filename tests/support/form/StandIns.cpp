@@ -1,4 +1,4 @@
-#include "tests/support/RecordingViewer.h"
+#include "tests/support/form/StandIns.h"
 
 #include <QFile>
 
@@ -10,22 +10,21 @@ void RecordingViewer::putFileName(const QString& path) {
     frameCount_ = !path.isEmpty() && file.open(QFile::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
     currentFrame_ = 1;
     Polarity_ = 1;
-    windowCenter_ = 100;
+    WindowCenter_ = 100;
     windowWidth_ = 50;
 }
 
 void RecordingViewer::putCurrentFrame(qint32 frame) {
-    journal_.put(name_, "CurrentFrame", frame);
+    note("CurrentFrame", frame);
     if (frame >= 1 && frame <= frameCount_) currentFrame_ = frame;
 }
 
 void RecordingViewer::putThumbIndex(qint32 index) {
     record("ThumbIndex", thumbIndex_, index);
-    if (index == -1) {
-        fileName_.clear();
-        frameCount_ = 0;
-        currentFrame_ = 1;
-    }
+    if (index != -1) return;
+    fileName_.clear();
+    frameCount_ = 0;
+    currentFrame_ = 1;
 }
 
 void RecordingViewer::putWindowWidth(double width) {
@@ -33,12 +32,12 @@ void RecordingViewer::putWindowWidth(double width) {
 }
 
 bool RecordingViewer::CopyToClipboard() {
-    journal_.call(name_ + ".CopyToClipboard");
+    note("CopyToClipboard");
     return frameCount_ > 0;
 }
 
 bool RecordingViewer::CopyHeaderToClipboard() {
-    journal_.call(name_ + ".CopyHeaderToClipboard");
+    note("CopyHeaderToClipboard");
     return frameCount_ > 0;
 }
 

@@ -1,0 +1,289 @@
+#include "app/CommandTable.h"
+#include "app/Form1.h"
+#include "app/Main.h"
+#include "control/CornerText.h"
+#include "control/ezDICOMX.h"
+#include "control/frames/ImageLibrary.h"
+#include "panels/Theme.h"
+#include "tests/support/DiscBuilder.h"
+#include "tests/support/SampleFile.h"
+#include "tests/support/WindowTest.h"
+#include "viewerwindow/ViewerCommands.h"
+
+#include <QDir>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSlider>
+#include <QSplitter>
+#include <QTimer>
+
+namespace cinedisc::test {
+namespace {
+
+/// The real window on a disc of DICOM files.
+class Form1Test : public WindowTest {
+  protected:
+    static void SetUpTestSuite() { applyTheme(*qApp); }
+    Form1Test() {
+        ImageLibrary::shared().lookAhead(std::chrono::minutes(1));
+        StripWheel::setMainScrollBar(&form.sb1());
+        show();
+    }
+
+    QWidget& window() override { return form; }
+    QString shownFile() { return view("FileName").toString().section(QDir::separator(), -3); }
+    /// Where a widget is, in the window.
+    QRect placeOf(const QString& name) {
+        const QWidget& widget = find(name);
+        return {widget.mapTo(&window(), QPoint()), widget.size()};
+    }
+    void openPatient(int patient) {
+        click("Open");
+        clickNode(patient);
+    }
+    /// One tick of the cine clock that does not depend on time.
+    void tick() { form.behaviour().cine.Timer4_Timer(); }
+
+    DiscBuilder disc{{patientOf("Cine <b>A</b> & Co", {{30, 4, 5, 6, 7, 8, 9}, {3, 3}}),
+                      patientOf("Stills", {{1, 1, 1}, {1}})},
+                     sampleFile};
+    Form1 form{disc.path()};
+};
+
+TEST_F(Form1Test, StartsAsDesigned) {
+    EXPECT_EQ(form.windowTitle(), "Cine Disc Viewer");
+    EXPECT_EQ(captionsIn<QAbstractButton>(form),
+              "CmdStudyBack=|Command2=|Command3=Command3|Open=|Option10=Reverse|Option11=Continuos|"
+              "Option1=None|Option2=Black|Option3=White|Option4=Continuos|Option9=Forward|cmNext=|"
+              "cmdExit=Exit|cmdExport=Export..|cmdFit(0)=Best Fit|cmdFit(1)=100%|cmdFit(2)=50%|"
+              "cmdFit(3)=150%|cmdFit(4)=200%|cmdHeader=Header|cmdInvert=Invert|cmdLabel=|cmdMagnify=|"
+              "cmdNext=|cmdNextImage=|cmdNextSeries=|cmdOverlay=Overlay|cmdPanning=Panning|cmdPatBack=|"
+              "cmdPlay=|cmdPrev=|cmdPrevImage=|cmdPreviousSeries=|cmdReverse=|cmdSerBack=|cmdSerNext=|"
+              "cmdSeriesBack=|cmdSmooth=Smooth|cmdStop=Stop|cmdStudyNext=|cmdWindow=|cmdZoom=Zoom");
+    EXPECT_EQ(captionsIn<QLabel>(form),
+              "Label13=Study Scroll Bar|Label15=Series Scroll Bar|Label1=|Label2=Loop|Label3=Continuous|"
+              "Label5=Study Scroll Bar|Label6=Series Scroll Bar|Label8=Frame Scroll Bar|"
+              "Label9=Image Scroll Bar|lblFra=Frame|lblImg=Image|lblRemark=|lblSeries=");
+    EXPECT_EQ(property("FraTree", "title"), "Patient List..");
+    for (const auto* button : form.findChildren<QAbstractButton*>()) {
+        if (!button->text().isEmpty() || button->objectName().startsWith("qt_")) continue;
+        EXPECT_FALSE(button->icon().isNull()) << qPrintable(button->objectName());
+        EXPECT_FALSE(button->toolTip().isEmpty()) << qPrintable(button->objectName());
+    }
+    QStringList toolTips;
+    for (const char* name : {"cmdPatBack", "Command2", "CmdStudyBack", "cmdStudyNext", "cmdSerBack",
+                             "cmdSerNext", "cmdSeriesBack", "cmNext", "cmdPreviousSeries", "cmdNextSeries",
+                             "Option1", "Option2", "Option3", "Option9", "Option10", "Slider1"})
+        toolTips << find(name).toolTip();
+    EXPECT_EQ(toolTips.join('|'),
+              "Previous Patient|Next Patient|Previous Patient|Next Patient|"
+              "Previous Series|Next Series|Previous Series|Next Series|"
+              "Previous Frame|Next Frame||||||Speed Bar");
+    expectThatNoNameOccursTwice();
+    QStringList handled;
+    for (const auto& row : windowCommands()) handled << row.name;
+    for (const auto& row : discCommands()) handled << row.name;
+    for (const auto& row : viewerCommands()) handled << row.name;
+    expectHandlersOfAllButtonsAndMenuItems(handled);
+
+    for (const auto& [name, minimum, maximum, value] :
+         {std::tuple{"Slider1", 0, 10, 5}, {"Slider2", 1, 10, 1}, {"sb1", 1, 32767, 1}}) {
+        const auto& slider = find<QAbstractSlider>(name);
+        EXPECT_EQ((QList{slider.minimum(), slider.maximum(), slider.value()}),
+                  (QList{minimum, maximum, value}));
+    }
+    for (const char* timer : {"Timer1", "Timer4"}) {
+        EXPECT_EQ(property(timer, "interval"), 50);
+        EXPECT_EQ(property(timer, "active"), false);
+    }
+    for (const auto& [panel, hidden] : {std::pair{"FraTree", false},
+                                        {"Frame9", false},
+                                        {"Frame8", true},
+                                        {"Frame5", true},
+                                        {"Frame6", true},
+                                        {"ezTest", true}})
+        EXPECT_EQ(find(panel).isHidden(), hidden) << panel;
+    for (const char* selected : {"Option4", "Option9", "Option3"})
+        EXPECT_TRUE(find<QRadioButton>(selected).isChecked()) << selected;
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(find<ezDICOMX>(QString("thumb(%1)").arg(i)).role(), ViewRole::Preview);
+    EXPECT_EQ(find<ezDICOMX>("ezTest").role(), ViewRole::Probe);
+    EXPECT_EQ(view("MouseMode"), 1);
+    EXPECT_EQ(view("BackgroundFill"), true);
+    EXPECT_EQ(view("BackgroundColor"), 0);
+    EXPECT_EQ(view("FileName"), "");
+    EXPECT_TRUE(form.property("WheelPresent").toBool());
+    EXPECT_EQ(form.property("CurrentFolder"), "");
+    EXPECT_EQ(property("File1", "Pattern"), "*.dcm");
+}
+
+/// The menus as "name=caption shortcut", what they hold in braces.
+QString outline(const QList<QAction*>& actions) {
+    QStringList items;
+    for (const QAction* action : actions) {
+        items << action->objectName() + "=" + action->text() + action->shortcut().toString();
+        if (action->menu()) items.last() += "{" + outline(action->menu()->actions()) + "}";
+    }
+    return items.join("|");
+}
+
+TEST_F(Form1Test, TheTreeOfMenusIsTheDesigned) {
+    EXPECT_EQ(outline(form.menuBar()->actions()),
+              "mnuFile=&File{mnuOpen=&Open|mnuOpenCD=OpenCD|mnuExport=Export|mnuExit=E&xit}|"
+              "mnuEdit=&Edit{mnuCopy=&Copy ImageCtrl+C|mnuCopyHeader=Copy Header}|"
+              "mnuTools=&Tools{mnuWindow=&Window|mnuPanning=&Panning|mnuSmooth=&Smooth|mnuMagnify=&Magnify|"
+              "mnuInvert=&Invert|mnuLabel=&Label|mnuHeader=&Header|"
+              "mnuZoom=&Zoom{mnuBestFit=&Bestfit|mnu50=50%|mnu100=100%|mnu150=150%|mnu200=200%}|"
+              "mnuOverLay=&Overlay{mnuNone=None|mnuBlack=&Black |mnuWhite=&White}|"
+              "mnuCine=&Cine{mnuReverse=&Reverse|mnuStop=&Stop|mnuPlay=&Play|mnuNextSlice=Next Slice|"
+              "mnuPreviousSlice=Previous Slice |mnuNext=Next Image|mnuPrevious=Previous Image}}|"
+              "mnuHelp=&Help{mnuAbout=&About}");
+}
+
+TEST_F(Form1Test, NothingIsClippedInTheSmallestWindowNorMovesThePicture) {
+    const auto settle = [this](QSize size) {
+        form.resize(size);
+        QCoreApplication::processEvents();
+    };
+    settle(QSize(1024, 700));
+    ASSERT_EQ(form.size(), QSize(1024, 700));
+    for (const bool stills : {true, false}) {
+        find("Frame8").setVisible(stills);
+        find("Frame9").setVisible(!stills);
+        QCoreApplication::processEvents();
+        for (const QWidget* widget : form.findChildren<QWidget*>()) {
+            const QString name = widget->objectName();
+            const bool holdsText =
+                qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QLabel*>(widget);
+            if (!holdsText || !widget->isVisible() || name.isEmpty() || name.startsWith("qt_")) continue;
+            EXPECT_TRUE(form.rect().contains(placeOf(name))) << qPrintable(name);
+            EXPECT_EQ(widget->size().expandedTo(widget->sizeHint()), widget->size()) << qPrintable(name);
+        }
+    }
+    for (const auto& [button, popUp] : {std::pair{"cmdZoom", "Frame5"}, {"cmdOverlay", "Frame6"}}) {
+        click(button);
+        EXPECT_EQ(placeOf(popUp).left(), placeOf(button).left());
+        EXPECT_GT(placeOf(popUp).top(), placeOf(button).bottom());
+        QWidget* const onTop = form.childAt(placeOf(popUp).center());
+        EXPECT_TRUE(onTop == &find(popUp) || find(popUp).isAncestorOf(onTop));
+        find(popUp).hide();
+    }
+    settle(QSize(1280, 900));
+    const QRect besideTree = placeOf("ezDicom"), tree = placeOf("FraTree");
+    find("FraTree").hide();
+    QCoreApplication::processEvents();
+    const QRect alone = placeOf("ezDicom");
+    EXPECT_EQ(alone.left(), tree.left());
+    EXPECT_EQ(alone.right(), besideTree.right());
+    EXPECT_GT(alone.height(), 2 * form.height() / 3);
+    find("Frame9").hide();
+    find("Frame8").show();
+    for (const char* label : {"Label5", "Label1"}) find<QLabel>(label).setText(QString(500, 'W'));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(placeOf("ezDicom"), alone) << "neither the mode nor long texts move it";
+    for (int i = 0; i < 5; ++i) {
+        const QSize preview = find(QString("thumb(%1)").arg(i)).size();
+        EXPECT_NEAR(preview.width(), preview.height(), 2);
+    }
+    // However the two share the room, the corner words have theirs.
+    find("FraTree").show();
+    form.findChild<QSplitter*>()->setSizes({100000, 0});
+    QCoreApplication::processEvents();
+    EXPECT_GE(find("ezDicom").width(), CornerText::leastWidth());
+}
+
+TEST_F(Form1Test, OpensAPatientPlaysStepsAndShowsStills) {
+    openPatient(0);
+    EXPECT_EQ(shownFile(), "Study1/Series1/1.dcm");
+    EXPECT_EQ(text("Label5"), "Cine <b>A</b> & Co");
+    EXPECT_EQ(text("Label15"), "Cine <b>A</b> & Co Study1 Series1");
+    EXPECT_EQ(text("lblImg"), "Image : 1/7");
+    EXPECT_FALSE(find("FraTree").isVisible());
+    EXPECT_EQ(form.property("CurrentFolder"), disc.path({"Dicom", "Patient000"}));
+    EXPECT_EQ(form.property("PatientsFolder"), disc.path({"Dicom"}));
+    EXPECT_EQ(form.property("ThumbFillCount"), 4);
+    EXPECT_EQ(form.property("PatientCounter"), 2);
+    EXPECT_EQ(form.property("HasStudyFolders"), true);
+    EXPECT_EQ(form.property("StillsMode"), false);
+    // The clock runs by itself, and each of its ticks moves picture, slider and label together.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view("CurrentFrame").toInt() >= 3; }));
+    EXPECT_EQ(property("Slider2", "value"), view("CurrentFrame"));
+    EXPECT_EQ(text("lblFra"), "Frame :" + view("CurrentFrame").toString());
+    click("cmdStop");
+    EXPECT_EQ(property("Timer4", "active"), false);
+    find<QSlider>("Slider1").setValue(9);
+    EXPECT_EQ(property("Timer4", "interval"), 10);
+    tick();
+    find<QSlider>("Slider2").setValue(20);
+    EXPECT_EQ(view("CurrentFrame"), 20);
+    click("cmdNextImage");
+    EXPECT_EQ(shownFile(), "Study1/Series1/2.dcm");
+    click("thumb(4)");
+    EXPECT_EQ(shownFile(), "Study1/Series1/5.dcm");
+    EXPECT_EQ(property("Timer4", "active"), true);
+    for (const auto& [on, delta, value] :
+         {std::tuple{"sb1", -1200, 6}, {"thumb(2)", -1, 7}, {"sb1", 120, 6}, {"sb1", 0, 6}}) {
+        click("cmdStop");
+        roll(on, delta);
+        EXPECT_EQ(property("sb1", "value"), value) << "one step a roll";
+    }
+    click("cmNext");
+    EXPECT_EQ(shownFile(), "Study1/Series2/1.dcm");
+    click("cmdStudyNext");
+    EXPECT_EQ(text("Label5"), "Stills");
+    EXPECT_TRUE(find("Frame8").isVisible());
+    click("cmdNextSeries");
+    EXPECT_EQ(shownFile(), "Study1/Series1/2.dcm");
+    EXPECT_EQ(text("lblSeries"), "Image :2/3");
+    EXPECT_EQ(form.property("StillsMode"), true);
+}
+
+TEST_F(Form1Test, ToolsAndMenusWork) {
+    openPatient(0);
+    choose("mnuStop");
+    EXPECT_EQ(property("Timer4", "active"), false);
+    expectEveryDisplayToolWorks();
+    find("FraTree").show();
+    expectEscapeHidesThePopUps({"", "ezDicom", "sb1", "TreeView1", "Slider2", "cmdInvert"});
+    choose("mnuReverse");
+    EXPECT_TRUE(find<QRadioButton>("Option10").isChecked() && !find<QRadioButton>("Option9").isChecked());
+    choose("mnuStop");
+    const int frame = view("CurrentFrame").toInt();
+    choose("mnuNextSlice");
+    EXPECT_EQ(view("CurrentFrame").toInt(), frame % 30 + 1);
+    // The button of the mouse tool in force is marked.
+    choose("mnuPanning");
+    EXPECT_TRUE(property("cmdPanning", "active").toBool() && !property("cmdWindow", "active").toBool());
+    find<QRadioButton>("Option11").click();
+    find<QRadioButton>("Option4").click();
+    EXPECT_TRUE(property("cmdWindow", "active").toBool() && !property("cmdPanning", "active").toBool());
+}
+
+TEST_F(Form1Test, PulledOutDiscKeepsTheWindowUsableAndAnUntrappedErrorIsTold) {
+    openPatient(0);
+    click("cmdStop");
+    DiscBuilder::write(disc.path({"CD.xml"}), "<cd><p><n>Somebody else</n></p></cd>");
+    find("FraTree").show();
+    EXPECT_EQ(fatalErrorOf([&] { clickNode(0); }), 91);
+    click("cmdStop");
+    ASSERT_TRUE(QDir(disc.path()).removeRecursively());
+    for (const char* button : {"cmNext", "cmdSeriesBack", "cmdStudyNext", "CmdStudyBack", "cmdNextImage",
+                               "cmdPrevImage", "cmdNext", "cmdPrev", "thumb(1)"})
+        click(button);
+    tick();
+    EXPECT_TRUE(find("ezDicom").isVisible());
+}
+
+TEST(MainProcedure, ShowsTheWindowAndForgetsItWhenClosed) {
+    Main();
+    ASSERT_NE(MainForm, nullptr);
+    EXPECT_TRUE(MainForm->isVisible());
+    MainForm->close();
+    EXPECT_EQ(MainForm, nullptr);
+}
+
+}  // namespace
+}  // namespace cinedisc::test
