@@ -34,25 +34,20 @@ class EventGuardTest : public testing::Test {
     QList<int> told;
 };
 
-TEST_F(EventGuardTest, EveryKindOfExceptionIsToldAsARunTimeError) {
-    EventGuard::run([] { throw RunTimeError::objectNotSet(); });
-    EventGuard::run([] { throw std::bad_alloc(); });
-    EventGuard::run([] { throw std::length_error("x"); });
-    EventGuard::run([] { throw 1; });
-    EventGuard::run([] {});
-    EXPECT_EQ(told, (QList<int>{91, 7, 51, 51}));
-}
-
-TEST_F(EventGuardTest, NoOtherHandlerRunsWhileAnErrorIsTold) {
+TEST_F(EventGuardTest, EveryKindOfExceptionIsToldAsARunTimeErrorAndNoOtherHandlerRunsMeanwhile) {
     int runs = 0;
     const auto handler = EventGuard::guarded([&] { ++runs; });
     whileTelling = [&] {
         handler();
         EventGuard::protect([] { throw std::bad_alloc(); });
     };
-    EventGuard::run([] { throw RunTimeError::overflow(); });
+    EventGuard::run([] { throw RunTimeError::objectNotSet(); });
+    EventGuard::run([] { throw std::bad_alloc(); });
+    EventGuard::run([] { throw std::length_error("x"); });
+    EventGuard::run([] { throw 1; });
+    EventGuard::run([] {});
+    EXPECT_EQ(told, (QList<int>{91, 7, 51, 51})) << "one box each is enough";
     EXPECT_EQ(runs, 0);
-    EXPECT_EQ(told, QList<int>{6}) << "one box is enough";
     handler();
     EXPECT_EQ(runs, 1);
 }

@@ -17,78 +17,67 @@ namespace {
 
 using test::ModalDialog;
 
-class QtDialogsTest : public testing::Test {
-  protected:
-    static void SetUpTestSuite() { home_ = std::make_unique<test::EmptyHome>(); }
-    static void TearDownTestSuite() { home_.reset(); }
-    void TearDown() override {
-        for (const QString& folder : made) QDir(home().filePath(folder)).removeRecursively();
-        EXPECT_TRUE(home().entries().isEmpty()) << qPrintable(home().entries().join(" "));
-    }
-    static test::EmptyHome& home() { return *home_; }
-    void makeFolder(const QString& name) {
-        QDir(home().path()).mkdir(name);
-        made += name;
-    }
+struct QtDialogsTest : testing::Test {
+    static void SetUpTestSuite() { home = std::make_unique<test::EmptyHome>(); }
+    static void TearDownTestSuite() { home.reset(); }
+    void TearDown() override { EXPECT_EQ(home->entries().join(' '), ""); }
     static void type(QFileDialog& dialog, const QString& name) {
+        if (name.isEmpty()) return dialog.reject();
         dialog.findChild<QLineEdit*>()->setText(name);
         static_cast<QDialog&>(dialog).accept();
     }
 
-    static inline std::unique_ptr<test::EmptyHome> home_;
-    QStringList made;
+    static inline std::unique_ptr<test::EmptyHome> home;
     QWidget window;
     QtDialogs dialogs{&window};
 };
 
 TEST_F(QtDialogsTest, TheQuestionIsPlainTextUnderTheProgramsTitle) {
-    for (const auto& [button, answer] : {std::pair{QMessageBox::Yes, true}, {QMessageBox::No, false}}) {
+    for (const auto& [button, isYes] : {std::pair{QMessageBox::Yes, true}, {QMessageBox::No, false}}) {
         ModalDialog<QMessageBox> box([&, which = button](QMessageBox& shown) {
             EXPECT_EQ(shown.windowTitle(), "Cine Disc Viewer");
             EXPECT_EQ(shown.text(), "<b>Really?</b>");
             EXPECT_EQ(shown.textFormat(), Qt::PlainText);
             shown.button(which)->click();
         });
-        EXPECT_EQ(dialogs.askYesNo("<b>Really?</b>"), answer);
-        EXPECT_TRUE(box.wasShown());
+        EXPECT_EQ(dialogs.askYesNo("<b>Really?</b>"), isYes);
     }
 }
 
-TEST_F(QtDialogsTest, TheFolderBrowserAnswersTheFolderOrNothing) {
+TEST_F(QtDialogsTest, TheFolderBrowserReturnsTheFolderOrNothing) {
     QTemporaryDir disc;
-    ModalDialog<QFileDialog> choose([&](QFileDialog& shown) {
-        EXPECT_EQ(shown.windowTitle(), "Dicom");
-        EXPECT_TRUE(shown.testOption(QFileDialog::DontUseNativeDialog));
-        type(shown, disc.path());
-    });
-    EXPECT_EQ(dialogs.browseForFolder("Dicom"), disc.path());
-    ModalDialog<QFileDialog> cancel([](QFileDialog& shown) { shown.reject(); });
-    EXPECT_EQ(dialogs.browseForFolder("Dicom"), "");
+    for (const QString& chosen : {disc.path(), QString()}) {
+        ModalDialog<QFileDialog> browser([&](QFileDialog& shown) {
+            EXPECT_EQ(shown.windowTitle(), "Dicom");
+            EXPECT_TRUE(shown.testOption(QFileDialog::DontUseNativeDialog));
+            type(shown, chosen);
+        });
+        EXPECT_EQ(dialogs.browseForFolder("Dicom"), chosen);
+    }
 }
 
 TEST_F(QtDialogsTest, TheSaveDialogPassesTheNameOnAsTypedAndStartsWhereTheLastOneWas) {
-    QString startsIn = home().path();
-    QString answered;
+    QDir folder(home->path());
+    QString startsIn = home->path();
     const auto save = [&](const QString& typed) {
         ModalDialog<QFileDialog> drive([&](QFileDialog& shown) {
             EXPECT_EQ(shown.windowTitle(), "Save as");
             EXPECT_EQ(shown.acceptMode(), QFileDialog::AcceptSave);
             EXPECT_EQ(shown.nameFilters(), QStringList{"(*.jpg)"});
             EXPECT_EQ(shown.directory().path(), startsIn);
-            if (typed.isEmpty()) return shown.reject();
             type(shown, typed);
         });
         return dialogs.saveFileName("Save as", "(*.jpg)|*.jpg");
     };
     EXPECT_EQ(save(""), "");
-    makeFolder("Pictures");
-    startsIn = home().filePath("Pictures");
+    folder.mkdir("Pictures");
+    startsIn = folder.filePath("Pictures");
     EXPECT_EQ(save(""), "");
-    makeFolder("exports");
-    const QDir exports(home().filePath("exports"));
+    folder.mkdir("exports");
+    QDir exports(folder.filePath("exports"));
     QFile existing(exports.filePath("there.jpg"));
     ASSERT_TRUE(existing.open(QFile::WriteOnly));
-    EXPECT_EQ(save(exports.filePath("there.jpg")), exports.filePath("there.jpg"));
+    EXPECT_EQ(save(existing.fileName()), existing.fileName());
     startsIn = exports.path();
     for (const char* name : {"no extension", "there.jpg", "other.bmp", "Left \"prox\".jpg", "\"a\" \"b.jpg",
                              "100%41 #1? ;&.jpg", " blanks "}) {
@@ -96,9 +85,10 @@ TEST_F(QtDialogsTest, TheSaveDialogPassesTheNameOnAsTypedAndStartsWhereTheLastOn
         EXPECT_EQ(save(""), "") << "cancelled";
         EXPECT_EQ(save(exports.filePath(name)), exports.filePath(name));
     }
-    QDir(exports).removeRecursively();
-    startsIn = home().filePath("Pictures");
+    exports.removeRecursively();
+    startsIn = folder.filePath("Pictures");
     EXPECT_EQ(save(""), "") << "that folder is gone";
+    QDir(startsIn).removeRecursively();
 }
 
 TEST(NameFiltersTest, PairsBecomeTheToolkitsFilters) {

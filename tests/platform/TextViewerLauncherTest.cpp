@@ -4,54 +4,33 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace cinedisc {
 namespace {
 
-/// A search path with programs that write down what they were started with.
-class TextViewerLauncherTest : public testing::Test {
-  protected:
-    void SetUp() override {
-        path = qgetenv("PATH");
-        qputenv("PATH", programs.path().toUtf8());
-    }
-    void TearDown() override { qputenv("PATH", path); }
-
-    void addProgram(const QString& name) {
-        QFile script(programs.filePath(name));
+TEST(TextViewerLauncherTest, TheDesktopsOpenerComesFirstThenAnEditorAndBothGetThePathAsItIs) {
+    const QTemporaryDir programs;
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", programs.path().toUtf8());
+    const QString file = "/disc of \"J\" $HOME; `x` 'y'/license.txt";
+    EXPECT_THAT([&] { TextViewerLauncher::open(file); },
+                testing::ThrowsMessage<RunTimeError>("53: File not found"));
+    for (const QString program : {"mousepad", "xdg-open"}) {
+        // A program that writes down what it was started with; the record appears whole or not at all.
+        QFile script(programs.filePath(program)), record(programs.filePath("record"));
         ASSERT_TRUE(script.open(QFile::WriteOnly));
-        // The record appears whole or not at all.
         script.write(
             "#!/bin/sh\nout=\"${0%/*}/record\"\nprintf '%s|%s|%s' \"${0##*/}\" \"$#\" \"$1\" > "
-            "\"$out.part\"\n"
-            "/bin/mv \"$out.part\" \"$out\"\n");
+            "\"$out.part\"\n/bin/mv \"$out.part\" \"$out\"\n");
         script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        script.close();
+        TextViewerLauncher::open(file);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return record.exists(); }) && record.open(QFile::ReadOnly));
+        EXPECT_EQ(QString::fromUtf8(record.readAll()), program + "|1|" + file);
+        record.remove();
     }
-    QString record() {
-        QFile file(programs.filePath("record"));
-        if (!QTest::qWaitFor([&] { return file.exists(); })) return "nothing started";
-        return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : "unreadable";
-    }
-
-    QTemporaryDir programs;
-    QByteArray path;
-};
-
-TEST_F(TextViewerLauncherTest, TheDesktopsOpenerComesFirstThenAnEditorAndBothGetThePathAsItIs) {
-    const QString file = "/disc of \"J\" $HOME; `x` 'y'/license.txt";
-    try {
-        openTextViewer(file);
-        ADD_FAILURE() << "something was started";
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.number(), 53);
-    }
-    for (const QString program : {"mousepad", "xdg-open"}) {
-        addProgram(program);
-        openTextViewer(file);
-        EXPECT_EQ(record(), program + "|1|" + file);
-        QFile::remove(programs.filePath("record"));
-    }
+    qputenv("PATH", path);
 }
 
 }  // namespace

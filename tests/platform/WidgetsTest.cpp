@@ -1,0 +1,204 @@
+#include "platform/RunTimeError.h"
+#include "platform/widgets/ElidedLabel.h"
+#include "platform/widgets/IndicatorOption.h"
+#include "platform/widgets/LabelAdapter.h"
+#include "platform/widgets/OptionAdapter.h"
+#include "platform/widgets/OptionHandler.h"
+#include "platform/widgets/PanelAdapter.h"
+#include "platform/widgets/Icon.h"
+#include "platform/widgets/PopUpPanel.h"
+#include "platform/widgets/RangeAdapter.h"
+#include "platform/widgets/TimerAdapter.h"
+#include "platform/widgets/WheelFilter.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSlider>
+#include <QTest>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+#include <gmock/gmock.h>
+
+namespace cinedisc {
+namespace {
+
+const auto throwsInvalidValue = testing::ThrowsMessage<RunTimeError>("380: Invalid property value");
+
+/// A window with two widgets in a column.
+struct Column : QWidget {
+    Column(QWidget* first, QWidget* second) {
+        auto* column = new QVBoxLayout(this);
+        column->addWidget(first);
+        column->addWidget(second);
+        show();
+    }
+};
+
+TEST(OptionTest, HandlersRunAtAPersonsClickAndWhenCodeChangesTheSelection) {
+    QRadioButton *forward = new QRadioButton, *reverse = new QRadioButton;
+    const Column window(forward, reverse);
+    OptionAdapter Option9(*forward), Option10(*reverse);
+    QString runs;
+    connectOption(*forward, [&] { runs += "f"; });
+    connectOption(*reverse, [&] { runs += "r"; });
+    QTest::mouseClick(forward, Qt::LeftButton, {}, QPoint(6, forward->height() / 2));
+    forward->click();
+    EXPECT_EQ(runs, "ff") << "a click also when it is selected already";
+    QTest::keyClick(reverse, Qt::Key_Space);
+    for (OptionAdapter* option : {&Option9, &Option9, &Option10, &Option9}) option->putValue(true);
+    EXPECT_EQ(runs, "ffrfrf");
+    EXPECT_TRUE(Option9.Value() && !Option10.Value());
+    Option9.putValue(false);
+    EXPECT_FALSE(Option9.Value() || Option10.Value());
+    EXPECT_EQ(runs, "ffrfrf");
+    Option10.putValue(true);
+    Option9.putValue(true);
+    EXPECT_FALSE(Option10.Value()) << "still one group";
+}
+
+TEST(RangeAdapterTest, ChangesAreToldOnceAndValuesOutsideTheRangeRefused) {
+    for (const MaxPull pull : {MaxPull::RaisesChange, MaxPull::Silent}) {
+        QSlider slider;
+        slider.setRange(1, 20);
+        RangeAdapter range(slider, pull);
+        QList<int> changes;
+        QObject::connect(&slider, &QSlider::valueChanged, [&](int value) { changes << value; });
+        for (const int value : {20, 20, 1, 20}) range.putValue(value);
+        for (const int outside : {0, -1, 21, 32768})
+            EXPECT_THAT([&] { range.putValue(outside); }, throwsInvalidValue) << outside;
+        EXPECT_THROW(range.putMax(0), RunTimeError);
+        EXPECT_EQ(slider.minimum(), 1);
+        EXPECT_EQ(range.Max(), 20);
+        range.putMax(6);
+        EXPECT_EQ(range.Value(), 6);
+        range.putMax(30);
+        range.putValue(30);
+        EXPECT_EQ(changes, pull == MaxPull::Silent ? (QList{20, 1, 20, 30}) : (QList{20, 1, 20, 6, 30}));
+    }
+}
+
+TEST(TimerAdapterTest, IntervalAndEnabledAreIndependentAndThePeriodGoesOn) {
+    QTimer timer, later;
+    TimerAdapter Timer4(timer);
+    EXPECT_EQ(timer.timerType(), Qt::PreciseTimer);
+    Timer4.putInterval(20);
+    EXPECT_FALSE(timer.isActive());
+    Timer4.putEnabled(true);
+    // A period begun anew would end after that of a timer which was started meanwhile.
+    later.setTimerType(Qt::PreciseTimer);
+    later.start(20);
+    Timer4.putEnabled(true);
+    Timer4.putInterval(20);
+    QString order;
+    QObject::connect(&timer, &QTimer::timeout, [&] { order += "first "; });
+    QObject::connect(&later, &QTimer::timeout, [&] { order += "later "; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return order.contains("later"); }));
+    EXPECT_TRUE(order.startsWith("first")) << qPrintable(order);
+    Timer4.putInterval(10);
+    EXPECT_TRUE(Timer4.Enabled());
+    Timer4.putEnabled(false);
+    EXPECT_FALSE(timer.isActive());
+    for (const int interval : {0, -5}) EXPECT_THAT([&] { Timer4.putInterval(interval); }, throwsInvalidValue);
+    EXPECT_EQ(Timer4.Interval(), 10);
+}
+
+TEST(WheelFilterTest, OneCallForEachVerticalRollWhateverItsSizeAndNoStepOfTheBarsOwn) {
+    QScrollBar bar(Qt::Vertical);
+    bar.setRange(1, 100);
+    bar.setValue(50);
+    QString rolls;
+    WheelFilter filter(
+        [&](WheelRoll roll) { rolls += roll == WheelRoll::AwayFromUser ? "away " : "towards "; });
+    const auto turn = [&](QPoint angle) {
+        QWheelEvent event({2, 2}, {2, 2}, {}, angle, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&bar, &event);
+    };
+    filter.watch(bar);
+    for (const QPoint angle : {QPoint(0, 3), QPoint(0, 1200), QPoint(500, -1), QPoint(120, 0), QPoint()})
+        turn(angle);
+    EXPECT_EQ(bar.value(), 50);
+    filter.unwatch(bar);
+    turn(QPoint(0, 120));
+    EXPECT_EQ(rolls, "away away towards ");
+    EXPECT_NE(bar.value(), 50) << "the bar has its own wheel again";
+}
+
+TEST(ElidedLabelTest, ATextOfAnyLengthStaysWholeAndMovesNothing) {
+    ElidedLabel label("Study Scroll Bar", "Anonymous^Patient");
+    LabelAdapter Label5(label);
+    const QSize size = label.sizeHint();
+    for (const QString& text :
+         {QString(100'000, 'x'), QString("<h1>R & D</h1>"), QString::fromUtf8("כהן^דוד")}) {
+        Label5.putCaption(text);
+        EXPECT_EQ(label.text(), text);
+        EXPECT_EQ(Label5.Caption(), text);
+        EXPECT_EQ(label.sizeHint(), size);
+        EXPECT_FALSE(label.grab().isNull());
+    }
+    EXPECT_EQ(label.textFormat(), Qt::PlainText);
+}
+
+TEST(PanelAdapterTest, APanelKeepsItsStateInsideAHiddenOne) {
+    QWidget window, *outer = new QWidget(&window), *inner = new QWidget(outer);
+    PanelAdapter Frame9(*outer), Frame1(*inner);
+    Frame9.putVisible(false);
+    Frame1.putVisible(true);
+    window.show();
+    EXPECT_TRUE(!Frame9.Visible() && Frame1.Visible() && !inner->isVisible());
+    Frame9.putVisible(true);
+    EXPECT_TRUE(inner->isVisible());
+}
+
+TEST(IndicatorOptionTest, TheWordsBesideItCanBeClicked) {
+    auto* words = new QLabel("Loop");
+    auto* option = new IndicatorOption("Continuos", *words, nullptr);
+    const Column window(words, option);
+    EXPECT_EQ(option->text(), "Continuos");
+    EXPECT_EQ(option->accessibleName(), "Loop");
+    EXPECT_LT(option->sizeHint().width(), option->fontMetrics().horizontalAdvance("Continuos"));
+    QTest::mouseClick(words, Qt::RightButton);
+    EXPECT_FALSE(option->isChecked());
+    QTest::mouseClick(words, Qt::LeftButton);
+    EXPECT_TRUE(option->isChecked());
+}
+
+TEST(PopUpPanelTest, ItOpensUnderItsButtonInsideTheWindowAndEscapeHidesIt) {
+    QWidget window;
+    window.resize(400, 300);
+    QPushButton button("Zoom", &window);
+    button.setGeometry(350, 10, 50, 30);
+    PopUpPanel panel(button, window), second(button, window);
+    auto* choice = new QPushButton("a rather wide choice", &panel);
+    (new QVBoxLayout(&panel))->addWidget(choice);
+    window.show();
+    EXPECT_FALSE(panel.isVisible() || panel.isWindow());
+    panel.show();
+    EXPECT_GE(panel.y(), button.geometry().bottom());
+    EXPECT_TRUE(window.rect().contains(panel.geometry()));
+    EXPECT_EQ(window.focusWidget(), choice);
+    second.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    for (int press = 0; press < 2; ++press) QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(panel.isVisible() || second.isVisible());
+}
+
+TEST(IconTest, EveryIconDrawsSomethingOfItsOwnAtBothDensities) {
+    for (const qreal density : {1.0, 2.0}) {
+        QImage empty(QSize(iconEdge, iconEdge) * density, QImage::Format_ARGB32_Premultiplied);
+        empty.fill(Qt::transparent);
+        QList<QImage> drawn{empty};
+        for (int i = int(Icon::None) + 1; i <= int(Icon::Program); ++i) {
+            const QImage image =
+                drawnIcon(Icon(i)).pixmap(QSize(iconEdge, iconEdge), density).toImage();
+            EXPECT_EQ(image.size(), empty.size());
+            drawn << image.convertToFormat(empty.format());
+            drawn.last().setDevicePixelRatio(1);
+            EXPECT_EQ(drawn.indexOf(drawn.last()), i - int(Icon::None)) << "same as another";
+        }
+    }
+}
+
+}  // namespace
+}  // namespace cinedisc
