@@ -167,15 +167,16 @@ DicomBuilder DicomBuilder::image(int rows, int columns, int frames, int bitsAllo
         .text({0x0008, 0x0060}, "CS", "XA")
         .text({0x0010, 0x0010}, "PN", "Sample^Person")
         .text({0x0010, 0x0020}, "LO", "P-1")
-        .numbers({0x0028, 0x0002}, "US", {1})
         .text({0x0028, 0x0004}, "CS", "MONOCHROME2")
-        .text({0x0028, 0x0008}, "IS", std::to_string(frames))
-        .numbers({0x0028, 0x0010}, "US", {rows})
-        .numbers({0x0028, 0x0011}, "US", {columns})
-        .numbers({0x0028, 0x0100}, "US", {bitsAllocated})
-        .numbers({0x0028, 0x0101}, "US", {bitsStored})
-        .numbers({0x0028, 0x0102}, "US", {bitsStored - 1})
-        .numbers({0x0028, 0x0103}, "US", {0});
+        .text({0x0028, 0x0008}, "IS", std::to_string(frames));
+    for (const auto& [element, value] : {std::pair<int, int>{0x0002, 1},
+                                         {0x0010, rows},
+                                         {0x0011, columns},
+                                         {0x0100, bitsAllocated},
+                                         {0x0101, bitsStored},
+                                         {0x0102, bitsStored - 1},
+                                         {0x0103, 0}})
+        builder.numbers({0x0028, static_cast<std::uint16_t>(element)}, "US", {value});
     return builder;
 }
 

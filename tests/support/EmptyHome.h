@@ -25,7 +25,6 @@ class EmptyHome {
     Q_DISABLE_COPY_MOVE(EmptyHome)
 
     QString path() const { return folder_.path(); }
-    QString filePath(const QString& name) const { return folder_.filePath(name); }
     /// Everything in it, hidden or not.
     QStringList entries() const {
         QStringList found;
