@@ -1,5 +1,5 @@
-#include "platform/widgets/PatientTreeView.h"
 #include "platform/widgets/Icon.h"
+#include "platform/widgets/PatientTreeView.h"
 #include "platform/widgets/PlainTextDelegate.h"
 #include "platform/widgets/TreeAdapter.h"
 

@@ -1,11 +1,11 @@
 #include "platform/RunTimeError.h"
 #include "platform/widgets/ElidedLabel.h"
+#include "platform/widgets/Icon.h"
 #include "platform/widgets/IndicatorOption.h"
 #include "platform/widgets/LabelAdapter.h"
 #include "platform/widgets/OptionAdapter.h"
 #include "platform/widgets/OptionHandler.h"
 #include "platform/widgets/PanelAdapter.h"
-#include "platform/widgets/Icon.h"
 #include "platform/widgets/PopUpPanel.h"
 #include "platform/widgets/RangeAdapter.h"
 #include "platform/widgets/TimerAdapter.h"
@@ -190,8 +190,7 @@ TEST(IconTest, EveryIconDrawsSomethingOfItsOwnAtBothDensities) {
         empty.fill(Qt::transparent);
         QList<QImage> drawn{empty};
         for (int i = int(Icon::None) + 1; i <= int(Icon::Program); ++i) {
-            const QImage image =
-                drawnIcon(Icon(i)).pixmap(QSize(iconEdge, iconEdge), density).toImage();
+            const QImage image = drawnIcon(Icon(i)).pixmap(QSize(iconEdge, iconEdge), density).toImage();
             EXPECT_EQ(image.size(), empty.size());
             drawn << image.convertToFormat(empty.format());
             drawn.last().setDevicePixelRatio(1);

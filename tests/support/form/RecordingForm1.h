@@ -31,7 +31,7 @@ class RecordingWindow : MessageLoop, public MouseWheelHook, ExportFormatDialog {
     QString formatToExport;
     /// Runs when a handler yields.
     std::function<void()> pending;
-    ViewerControls controls;
+    FormControls controls;
     DisplayTools::Controls tools{ezDicom, Frame5, Frame6, Option1, Option2, Option3};
     ExportCommand::Format exportFormat{*this,
                                        [this](const QString& format) { journal << "format=" + format; }};

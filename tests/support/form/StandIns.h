@@ -3,7 +3,7 @@
 #include "platform/Dialogs.h"
 #include "platform/RunTimeError.h"
 #include "platform/TreeControl.h"
-#include "viewer/ViewerControls.h"
+#include "viewer/FormControls.h"
 
 #include <QVariant>
 
