@@ -8,7 +8,8 @@
 #include "tests/support/DiscBuilder.h"
 #include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
-#include "viewerwindow/ViewerCommands.h"
+#include "tests/support/form/CommandNames.h"
+#include "viewerwindow/StripWheel.h"
 
 #include <QDir>
 #include <QMenu>
@@ -83,11 +84,9 @@ TEST_F(Form1Test, StartsAsDesigned) {
               "Previous Series|Next Series|Previous Series|Next Series|"
               "Previous Frame|Next Frame||||||Speed Bar");
     expectThatNoNameOccursTwice();
-    QStringList handled;
-    for (const auto& row : windowCommands()) handled << row.name;
-    for (const auto& row : discCommands()) handled << row.name;
-    for (const auto& row : viewerCommands()) handled << row.name;
-    expectHandlersOfAllButtonsAndMenuItems(handled);
+    expectTheButtonsAndMenuItems(commandNames(form1Faces()));
+    EXPECT_THROW(CommandHandlers()("cmdNothing"), std::logic_error);
+    EXPECT_THROW(ButtonTable(form1Faces().buttons).make("cmdNothing", &form), std::logic_error);
 
     for (const auto& [name, minimum, maximum, value] :
          {std::tuple{"Slider1", 0, 10, 5}, {"Slider2", 1, 10, 1}, {"sb1", 1, 32767, 1}}) {

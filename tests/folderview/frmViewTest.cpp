@@ -3,8 +3,9 @@
 #include "folderview/frmViewCommandTable.h"
 #include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
+#include "tests/support/form/CommandNames.h"
 #include "tests/support/form/RecordingForm1.h"
-#include "viewerwindow/ViewerCommands.h"
+#include "viewerwindow/StripWheel.h"
 
 #include <QFileInfo>
 #include <QPushButton>
@@ -119,10 +120,7 @@ TEST_F(frmViewTest, StartsWithItsOwnDesignAndNothingOfTheCatalogue) {
     for (const char* absent : {"TreeView1", "FraTree", "ezTest"})
         EXPECT_EQ(form.findChild<QObject*>(absent), nullptr) << absent;
     expectThatNoNameOccursTwice();
-    QStringList handled;
-    for (const auto& row : frmViewCommandTable()) handled << row.name;
-    for (const auto& row : viewerCommands()) handled << row.name;
-    expectHandlersOfAllButtonsAndMenuItems(handled);
+    expectTheButtonsAndMenuItems(commandNames(frmViewFaces()));
 }
 
 TEST_F(frmViewTest, OpensAFolderWithoutLoadingTheMainViewAndKeepsItWhenAnotherIsNotOpened) {

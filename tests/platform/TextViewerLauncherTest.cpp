@@ -14,8 +14,7 @@ TEST(TextViewerLauncherTest, TheDesktopsOpenerComesFirstThenAnEditorAndBothGetTh
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", programs.path().toUtf8());
     const QString file = "/disc of \"J\" $HOME; `x` 'y'/license.txt";
-    EXPECT_THAT([&] { TextViewerLauncher::open(file); },
-                testing::ThrowsMessage<RunTimeError>("53: File not found"));
+    EXPECT_THAT([&] { openTextViewer(file); }, testing::ThrowsMessage<RunTimeError>("53: File not found"));
     for (const QString program : {"mousepad", "xdg-open"}) {
         // A program that writes down what it was started with; the record appears whole or not at all.
         QFile script(programs.filePath(program)), record(programs.filePath("record"));
@@ -25,7 +24,7 @@ TEST(TextViewerLauncherTest, TheDesktopsOpenerComesFirstThenAnEditorAndBothGetTh
             "\"$out.part\"\n/bin/mv \"$out.part\" \"$out\"\n");
         script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         script.close();
-        TextViewerLauncher::open(file);
+        openTextViewer(file);
         ASSERT_TRUE(QTest::qWaitFor([&] { return record.exists(); }) && record.open(QFile::ReadOnly));
         EXPECT_EQ(QString::fromUtf8(record.readAll()), program + "|1|" + file);
         record.remove();

@@ -40,14 +40,14 @@ void WindowTest::expectThatNoNameOccursTwice() {
     EXPECT_EQ(names.removeDuplicates(), 0);
 }
 
-void WindowTest::expectHandlersOfAllButtonsAndMenuItems(QStringList handled) {
+void WindowTest::expectTheButtonsAndMenuItems(QStringList names) {
     QStringList commands;
     for (const QAction* action : window().findChildren<QAction*>())
         if (action->objectName().startsWith("mnu") && !action->menu()) commands << action->objectName();
     for (const QPushButton* button : window().findChildren<QPushButton*>()) commands << button->objectName();
-    handled.sort();
+    names.sort();
     commands.sort();
-    EXPECT_EQ(commands.join(' ').toStdString(), handled.join(' ').toStdString());
+    EXPECT_EQ(commands.join(' ').toStdString(), names.join(' ').toStdString());
 }
 
 void WindowTest::expectEveryDisplayToolWorks() {

@@ -49,7 +49,7 @@ class WindowTest : public testing::Test {
     }
 
     void expectThatNoNameOccursTwice();
-    void expectHandlersOfAllButtonsAndMenuItems(QStringList handled);
+    void expectTheButtonsAndMenuItems(QStringList names);
     /// Uses every display tool by its button and by its menu item, and the keys; a file is loaded and not
     /// inverted.
     void expectEveryDisplayToolWorks();

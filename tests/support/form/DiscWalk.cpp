@@ -2,6 +2,7 @@
 
 #include "app/CommandTable.h"
 #include "platform/Paths.h"
+#include "tests/support/form/CommandNames.h"
 #include "viewer/MouseWheel.h"
 #include "viewerwindow/ViewerCommands.h"
 
@@ -104,15 +105,13 @@ DiscWalk::DiscWalk(OddDisc& disc, Form1Behaviour& window, Hands hands)
 }
 
 void DiscWalk::addCommands() {
-    for (const auto& row : discCommands()) {
-        if (qstrcmp(row.name, "mnuOpen") != 0) steps_.append({row.name, [this, &row] { row.run(window_); }});
-    }
-    for (const auto& row : viewerCommands()) {
-        // Dialogs and the clipboard have nothing to do with where the window is.
-        const QString name = row.name;
-        if (!name.contains("Export") && !name.contains("Copy"))
-            steps_.append({name, [this, &row] { row.run(window_); }});
-    }
+    CommandHandlers handlers;
+    handlers.add(discCommands(), window_);
+    handlers.add<ViewerBehaviour>(viewerCommands(), window_);
+    // Dialogs, the clipboard and the end have nothing to do with where the window is.
+    static const QRegularExpression leftOut("Export|Copy|xit|mnuOpen$|About");
+    for (const QString& name : commandNames(form1Faces()))
+        if (!name.contains(leftOut)) steps_.append({name, handlers(name)});
     const auto clickNode = [this](bool mayBeAnyLevel) {
         QList<int> nodes;
         for (int n = 1; n <= controls_.TreeView1.nodeCount(); ++n)

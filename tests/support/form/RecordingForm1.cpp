@@ -6,8 +6,6 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include <stdexcept>
-
 namespace cinedisc::test {
 
 namespace {
@@ -91,9 +89,10 @@ QString RecordingForm1::below(const QString& path) const {
 }
 
 void RecordingForm1::press(const QString& command) {
-    if (!runCommand(discCommands(), command, behaviour) &&
-        !runCommand<ViewerBehaviour>(viewerCommands(), command, behaviour))
-        throw std::runtime_error("no command " + command.toStdString());
+    CommandHandlers handlers;
+    handlers.add(discCommands(), behaviour);
+    handlers.add<ViewerBehaviour>(viewerCommands(), behaviour);
+    handlers(command)();
 }
 
 void RecordingForm1::openFolder(const QString& folder) {
