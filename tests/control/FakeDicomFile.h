@@ -135,6 +135,18 @@ inline std::shared_ptr<FakeDicomFile> colourRun(int columns, int rows, std::func
     return file;
 }
 
+/// Both what is read as text and what is read as a number.
+inline void put(FakeDicomFile& file, dicom::Tag tag, const std::string& value) {
+    file.texts[tag] = value;
+    std::erase_if(file.headerData.elements, [&](const auto& element) { return element.tag == tag; });
+    dicom::Element added;
+    added.tag = tag;
+    added.valueRepresentation = dicom::vr("DS");
+    for (const char c : value) added.value.push_back(static_cast<std::byte>(c));
+    added.length = added.value.size();
+    file.headerData.elements.push_back(std::move(added));
+}
+
 /// A library that opens what a test put under a path; any other path is a file that cannot be read.
 struct FakeLibrary {
     std::map<std::string, std::shared_ptr<const dicom::DicomFile>> files;

@@ -4,6 +4,7 @@
 #include "tests/control/FakeDicomFile.h"
 
 #include <QImage>
+#include <QLineEdit>
 #include <QScreen>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -33,21 +34,47 @@ class ViewFixture : public testing::Test {
         return shown.copy(view.rect()).toImage().convertToFormat(QImage::Format_RGB32);
     }
     int greyAt(int x, int y) { return qRed(seen().pixel(x, y)); }
+    QLineEdit* editor() { return view.findChild<QLineEdit*>("labelEditor"); }
 
-    void drag(QPoint from, QPoint to) {
-        QTest::mousePress(&view, Qt::LeftButton, {}, from);
-        QTest::mouseMove(&view, to);
-        QTest::mouseRelease(&view, Qt::LeftButton, {}, to);
-    }
-    void dragAndEscape(QPoint from, QPoint to) {
-        QTest::mousePress(&view, Qt::LeftButton, {}, from);
-        QTest::mouseMove(&view, to);
-        QTest::keyClick(&view, Qt::Key_Escape);
-        QTest::mouseRelease(&view, Qt::LeftButton, {}, to);
+    /// Does one step after the other, divided by ";": "ZoomPercent 200" puts, "ZoomPercent is 200" expects,
+    /// "drag 1 2 30 40", "keep a" remembers what is seen, "like a" and "unlike a" expect it ...
+    void run(const QString& script) {
+        for (const QString& step : script.split(';')) {
+            SCOPED_TRACE(qPrintable(step));
+            QStringList words = step.simplified().split(' ');
+            const QString what = words.takeFirst(), first = words.value(0);
+            const QPoint at(first.toInt(), words.value(1).toInt());
+            const QPoint to(words.value(2).toInt(), words.value(3).toInt());
+            QWidget* const typedIn =
+                editor() && editor()->isVisible() ? editor() : static_cast<QWidget*>(&view);
+            const auto button = words.value(2) == "right" ? Qt::RightButton : Qt::LeftButton;
+            if (what == "press" || what == "click" || what == "drag")
+                QTest::mousePress(&view, button, {}, at);
+            if (what == "move") QTest::mouseMove(&view, at);
+            if (what == "drag") QTest::mouseMove(&view, to);
+            if (what == "double") QTest::mouseDClick(&view, button, {}, at);
+            if (what == "release" || what == "click" || what == "drag" || what == "double")
+                QTest::mouseRelease(&view, button, {}, what == "drag" ? to : at);
+            if (what == "type") QTest::keyClicks(typedIn, words.join(' '));
+            if (what == "key") QTest::keySequence(typedIn, QKeySequence(first));
+            if (what == "keep") kept_[first] = seen();
+            if (what == "like" || what == "unlike") {
+                EXPECT_EQ(seen() == kept_[first], what == "like");
+            }
+            if (!what.front().isUpper()) continue;
+            const QString value = words.join(' ');
+            EXPECT_TRUE(first == "is" || view.setProperty(qPrintable(what), value));
+            if (first == "is") {
+                EXPECT_EQ("is " + view.property(qPrintable(what)).toString(), value);
+            }
+        }
     }
 
     FakeLibrary fake;
     ezDICOMX view;
+
+  private:
+    std::map<QString, QImage> kept_;
 };
 
 }  // namespace cinedisc::test

@@ -47,18 +47,6 @@ TEST(ReadableDateAndTime, AreTurnedFromBothSpellings) {
     for (const auto& [value, shown] : times) EXPECT_EQ(readableTime(value), shown) << qPrintable(value);
 }
 
-/// Both what is read as text and what is read as a number.
-void put(test::FakeDicomFile& file, dicom::Tag tag, const std::string& value) {
-    file.texts[tag] = value;
-    std::erase_if(file.headerData.elements, [&](const auto& element) { return element.tag == tag; });
-    dicom::Element added;
-    added.tag = tag;
-    added.valueRepresentation = dicom::vr("DS");
-    for (const char c : value) added.value.push_back(static_cast<std::byte>(c));
-    added.length = added.value.size();
-    file.headerData.elements.push_back(std::move(added));
-}
-
 TEST(HeaderFacts, TellWhatTheFileSays) {
     test::FakeDicomFile file;
     EXPECT_TRUE(HeaderFacts::of(file).patient.isEmpty());
@@ -98,15 +86,15 @@ TEST(HeaderFacts, TellWhatTheFileSays) {
         {{0x0008, 0x0060}, "MG", 1, "2024-01-31 08:13|LCA"},
     };
     for (const auto& c : cases) {
-        put(file, c.tag, c.value);
+        test::put(file, c.tag, c.value);
         file.announced = c.frames;
         EXPECT_EQ(HeaderFacts::of(file).study.join('|').toStdString(), c.study);
     }
-    put(file, {0x0010, 0x0010}, "DOE^JANE");
-    put(file, {0x0010, 0x0020}, "4711");
-    put(file, {0x0010, 0x0030}, "19500102");
-    put(file, {0x0028, 0x2110}, "01");
-    put(file, {0x0028, 0x2112}, "12.5");
+    test::put(file, {0x0010, 0x0010}, "DOE^JANE");
+    test::put(file, {0x0010, 0x0020}, "4711");
+    test::put(file, {0x0010, 0x0030}, "19500102");
+    test::put(file, {0x0028, 0x2110}, "01");
+    test::put(file, {0x0028, 0x2112}, "12.5");
     EXPECT_EQ(HeaderFacts::of(file).patient, (QStringList{"DOE, JANE", "ID 4711", "Born 1950-01-02"}));
     EXPECT_EQ(HeaderFacts::of(file).lossy, "Lossy 12.5:1");
 }

@@ -80,11 +80,10 @@ TEST(ReadingPlan, ReadsWhatAnObviousVersionReads) {
         const auto any = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
         const auto store = std::make_shared<FrameStore>(std::array{1000000, 60000, 9000}[seed % 3]);
         std::array<std::shared_ptr<const ImageFile>, 4> files;
-        for (const int number : {0, 1, 2, 3}) {
-            auto fake = test::greyRun(16, 16, std::array{1, 3, 40, 100}[static_cast<std::size_t>(number)]);
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            auto fake = test::greyRun(16, 16, std::array{1, 3, 40, 100}[i]);
             fake->readBytes = std::array{0, 100, 250}[seed / 3 % 3];
-            files[static_cast<std::size_t>(number)] =
-                std::make_shared<const ImageFile>(fake, FileStamp(), store);
+            files[i] = std::make_shared<const ImageFile>(fake, FileStamp(), store);
         }
         ReadingPlan plan(*store);
         ObviousPlan obvious{files, *store};
@@ -92,21 +91,17 @@ TEST(ReadingPlan, ReadsWhatAnObviousVersionReads) {
         for (int step = 0; step < 600; ++step) {
             SCOPED_TRACE(testing::Message() << "seed " << seed << " step " << step);
             const int what = any(60);
-            int run = obvious.run, frame = obvious.frame, next = obvious.next;
+            int run = what < 3 || obvious.run < 0 ? any(4) : obvious.run, next = obvious.next;
+            const int count = obvious.frames(run);
             auto direction = obvious.direction;
-            if (what < 3 || run < 0) {
-                run = any(4), frame = any(obvious.frames(run)), next = any(4);
-                if (next == run) next = -1;
-            } else if (what < 6) {
-                frame = any(obvious.frames(run));
-            } else if (what < 8) {
-                direction = any(2) ? PlayDirection::Forward : PlayDirection::Reverse;
-                if (any(2)) next = run == 3 ? -1 : 3;
-            } else if (what < 24) {
-                const int count = obvious.frames(run);
-                frame = (frame + (direction == PlayDirection::Forward ? 1 : count - 1)) % count;
-            }
-            if (what < 24) {
+            if (run != obvious.run) next = (run + any(4)) % 4;
+            if (what == 7) direction = any(2) ? PlayDirection::Forward : PlayDirection::Reverse;
+            if (what == 8) next = any(4);
+            if (next == run) next = -1;
+            const int by = direction == PlayDirection::Forward ? 1 : count - 1;
+            const int frame =
+                what < 7 || what > 24 || run != obvious.run ? any(count) : (obvious.frame + by) % count;
+            if (what < 24 || obvious.run < 0) {
                 plan.follow(file(run), frame, direction, next < 0 ? QString() : QString::number(next));
                 obvious.follow(run, frame, direction, next);
             } else if (what == 24) {
@@ -114,9 +109,8 @@ TEST(ReadingPlan, ReadsWhatAnObviousVersionReads) {
                 plan.leave(file(run).get());
                 if (obvious.run == run) obvious.run = -1;
             } else if (what < 28) {
-                const int wanted = any(obvious.frames(run));
-                const int read = plan.onTheWayTo({file(run).get(), wanted});
-                ASSERT_EQ(read, obvious.onTheWayTo(run, wanted));
+                const int read = plan.onTheWayTo({file(run).get(), frame});
+                ASSERT_EQ(read, obvious.onTheWayTo(run, frame));
                 store->read({file(run).get(), read});
             } else if (what < 35) {
                 store->decodeNextDue(plan.run().get(), plan.next().get());
@@ -126,19 +120,19 @@ TEST(ReadingPlan, ReadsWhatAnObviousVersionReads) {
                 const auto read = plan.step();
                 ASSERT_EQ(read.has_value(), expected.has_value());
                 if (!read) continue;
-                if (expected->second < 0) {
-                    ASSERT_EQ(read->file, nullptr);
-                    const QString path = plan.beginOpeningNext();
-                    ASSERT_EQ(path, QString::number(obvious.next));
-                    const bool opens = any(4) > 0, isLate = any(4) == 0;
-                    plan.openedNext(isLate ? "elsewhere" : path, opens ? file(obvious.next) : nullptr);
-                    obvious.isNextTried = true;
-                    obvious.isNextOpen = opens && !isLate;
-                } else {
-                    ASSERT_EQ(read->file, file(expected->first));
+                const bool opensNext = expected->second < 0;
+                ASSERT_EQ(read->file, opensNext ? nullptr : file(expected->first));
+                if (!opensNext) {
                     ASSERT_EQ(read->frame, expected->second);
                     store->read({read->file.get(), read->frame});
+                    continue;
                 }
+                const QString path = plan.beginOpeningNext();
+                ASSERT_EQ(path, QString::number(obvious.next));
+                const bool opens = any(4) > 0, isLate = any(4) == 0;
+                plan.openedNext(isLate ? "elsewhere" : path, opens ? file(obvious.next) : nullptr);
+                obvious.isNextTried = true;
+                obvious.isNextOpen = opens && !isLate;
             }
         }
     }

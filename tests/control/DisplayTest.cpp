@@ -1,0 +1,256 @@
+#include "control/CornerText.h"
+#include "tests/control/ViewFixture.h"
+#include "tests/support/ViewerContractTests.h"
+
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+
+#include <random>
+
+namespace cinedisc {
+namespace {
+
+using test::greyRun;
+
+class Display : public test::ViewFixture {};
+
+TEST_F(Display, DrawsOnlyWhatIsVisibleOfExtremePictures) {
+    struct Case {
+        int columns, rows;
+        qint32 percent;
+    };
+    constexpr Case cases[] = {{1, 1, 100},   {1, 1, 2000000000}, {65535, 1, 100},
+                              {1, 65535, 7}, {65535, 3, 800000}, {300, 200, -4}};
+    for (const auto& c : cases) {
+        load(greyRun(c.columns, c.rows, 1, [](int, int, int) { return 77; }));
+        run(QString("BestFit 0; ZoomPercent %1").arg(c.percent));
+        EXPECT_EQ(greyAt(69, 59), 77) << c.columns << "x" << c.rows << " at " << c.percent;
+        view.putBestFit(true);
+        for (const QSize size : {QSize(0, 0), QSize(1, 1), QSize(1, 300), QSize(140, 120)}) {
+            view.resize(size);
+            seen();
+        }
+        EXPECT_EQ(greyAt(70, 60), 77);
+    }
+}
+
+// Whatever is put while threads read ahead: the screen shows what the view says of itself.
+TEST_F(Display, ShowsOnTheScreenWhateverIsPutInAnyOrder) {
+    fake.library.lookAhead(std::chrono::minutes(1));
+    const auto greyOfFrame = [](int frame) {
+        dicom::GreyTransform grey;
+        grey.windows = {{40.0 + 20 * frame, 60.0, dicom::Window::Function::Linear}};
+        grey.rescale = {1.0, 10.0 * (frame / 2)};
+        return grey;
+    };
+    constexpr int frames[] = {5, 4, 40};
+    const auto stored = [](int file, int frame) { return (80 * file + 3 * frame) % 251; };
+    for (const int f : {0, 1, 2}) {
+        const auto file = greyRun(48, 48, frames[f], [=](int, int, int frame) { return stored(f, frame); });
+        if (f == 0) file->greyOfFrame = greyOfFrame;
+        if (f == 1) file->broken = {0, 2};
+        fake.files["/" + std::to_string(f)] = file;
+    }
+    view.setNeighbour([](const QString& path, PlayDirection towards) {
+        return "/" + QString::number((path.back().digitValue() + (towards == PlayDirection::Forward)) % 3);
+    });
+    std::mt19937 random(17);
+    const auto below = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    const auto point = [&] { return QString(" %1 %2").arg(below(300) - 150).arg(below(300) - 150); };
+    const QString paths[] = {"", "/0", "/1", "/2", "/2", "/nowhere"};
+    const struct {
+        const char* property;
+        int from, to;
+    } puts[] = {{"CurrentFrame", -5, 45}, {"WindowCenter", -100, 300}, {"WindowWidth", -100, 300},
+                {"Polarity", -3, 4},      {"BestFit", 0, 2},           {"ZoomPercent", -20, 680},
+                {"Smooth", 0, 2},         {"MouseMode", 0, 2},         {"ShowHeader", 0, 2},
+                {"ThumbIndex", -1, 2},    {"BackgroundFill", 0, 2},    {"BackgroundColor", 0, 2}};
+    for (int step = 0; step < 2000; ++step) {
+        const int what = below(20);
+        SCOPED_TRACE(testing::Message() << "step " << step << ", put " << what);
+        if (what < 12) {
+            view.setProperty(puts[what].property, puts[what].from + below(puts[what].to - puts[what].from));
+        } else if (what < 14) {
+            view.putFileName(paths[below(6)]);
+        } else if (what < 15) {
+            view.resize(1 + below(159), 1 + below(159));
+        } else if (what < 16) {
+            run("drag" + point() + point());
+        } else {
+            view.putCurrentFrame(what < 17 ? view.CurrentFrame() - 1 : view.CurrentFrame() % frames[0] + 1);
+        }
+        ASSERT_TRUE(view.CurrentFrame() == 1 || view.CurrentFrame() <= view.FrameCount());
+        ASSERT_TRUE(QTest::qWaitFor([&] { return onScreen() == seen(); }));
+        const QString path = view.FileName();
+        const int file = path.isEmpty() ? -1 : path.back().digitValue(), frame = view.CurrentFrame() - 1;
+        const bool isBroken = file == 1 && (frame == 0 || frame == 2);
+        const QString words[] = {
+            "", "This file cannot be shown. There is no such file.",
+            QString("Frame %1 cannot be shown. The data of this frame are damaged.").arg(frame + 1)};
+        const auto* page = view.findChild<QPlainTextEdit*>();
+        const bool hasPage = page && page->isVisible();
+        ASSERT_EQ(hasPage, view.ShowHeader() && file >= 0);
+        if (hasPage) {
+            EXPECT_EQ(page->geometry(), view.rect());
+            continue;
+        }
+        EXPECT_EQ(view.accessibleDescription(), words[path.isEmpty() ? 0 : file < 0 ? 1 : 2 * isBroken]);
+        const QImage shown = seen();
+        const int fill = !view.BackgroundFill() || path.isEmpty() ? 38
+                         : view.BackgroundColor() == 0            ? 255
+                                                                  : 0;
+        if (file < 0 || isBroken) {
+            EXPECT_EQ(qRed(shown.pixel(0, 0)), fill);
+            continue;
+        }
+        const int value = stored(file, frame) + (file == 0 ? 10 * (frame / 2) : 0);
+        const double width = std::max(view.WindowWidth() - 1, 1e-9);
+        const double level = (value - view.WindowCenter() + 0.5) / width + 0.5;
+        const int grey = static_cast<int>(std::clamp(level, 0.0, 1.0) * 255 + 0.5);
+        const int expected = view.Polarity() < 0 ? 255 - grey : grey;
+        ASSERT_EQ(qRed(shown.pixel(view.width() / 2, view.height() / 2)), expected);
+        const double scale = std::max(1, view.ZoomPercent()) / 100.0;
+        const int side = view.BestFit() ? std::min(view.width(), view.height())
+                                        : static_cast<int>(std::max(1.0, std::round(48 * scale)));
+        const int margin = (view.width() - side) / 2;
+        if (margin < 2 || side < 4) continue;
+        EXPECT_EQ(qRed(shown.pixel(margin - 2, view.height() / 2)), fill);
+        EXPECT_EQ(qRed(shown.pixel(margin + 1, view.height() / 2)), expected);
+    }
+}
+
+class Preview : public test::ViewFixture {
+  protected:
+    Preview() : ViewFixture(ViewRole::Preview, {200, 200}) {}
+};
+
+TEST_F(Preview, IsClickedWithTheLeftButtonAndTheKeyboardWhateverItShows) {
+    QSignalSpy clicks(&view, &ezDICOMX::clicked);
+    fake.files["/run"] = greyRun(20, 20, 1);
+    for (const QString path : {"", "/run", "/nowhere"}) {
+        clicks.clear();
+        run("FileName " + path + "; click 100 100; click 100 100 right; drag 100 100 160 160; drag 1 9 -1 9");
+        EXPECT_EQ(clicks.count(), 1) << qPrintable(path);
+        run("key Return; key Space; key A");
+        EXPECT_EQ(clicks.count(), 3) << qPrintable(path);
+    }
+}
+
+// Previews of the same file share what was drawn, as long as they look the same.
+TEST_F(Preview, ShowsWhatItSaysThoughAnotherHasDrawnTheFileBefore) {
+    const auto run = greyRun(90, 70, 3);
+    load(run);
+    view.clearFocus();
+    ezDICOMX other(ViewRole::Preview, nullptr, fake.library);
+    const auto seenInOther = [&] { return other.grab().toImage().convertToFormat(QImage::Format_RGB32); };
+    other.resize(view.size());
+    other.putFileName("/run");
+    const std::pair<const char*, int> changes[] = {{"ThumbStyle", 2},   {"Polarity", -1}, {"WindowWidth", 80},
+                                                   {"CurrentFrame", 3}, {"BestFit", 1},   {"Smooth", 0}};
+    for (const auto& [property, value] : changes) {
+        const QImage before = seen();
+        EXPECT_EQ(seenInOther(), before);
+        other.setProperty(property, value);
+        EXPECT_NE(seenInOther(), before) << property;
+        view.setProperty(property, value);
+    }
+    EXPECT_EQ(seenInOther(), seen());
+    EXPECT_EQ(run->decodeCount, 2);
+}
+
+TEST_F(Preview, CarriesNoWordsAndNoTools) {
+    const auto file = greyRun(200, 200, 2, [](int, int, int) { return 50; });
+    test::put(*file, {0x0010, 0x0010}, "DOE^JOHN");
+    load(file);
+    view.clearFocus();
+    for (const char* style : {"2", "0"}) {
+        run(QString("BestFit 1; MouseMode 5; click 50 50; ThumbStyle ") + style);
+        EXPECT_EQ(editor(), nullptr);
+        QImage flat = seen();
+        flat.fill(qRgb(50, 50, 50));
+        EXPECT_EQ(seen().copy(2, 2, 196, 196), flat.copy(2, 2, 196, 196));
+    }
+}
+
+class CornerWords : public test::ViewFixture {
+  protected:
+    CornerWords() : ViewFixture(ViewRole::Main, {600, 300}) { run("BackgroundFill 1; BestFit 1"); }
+    void loadFlat(int grey, const std::string& patient) {
+        const auto file = greyRun(300, 300, 2, [=](int, int, int) { return grey; });
+        test::put(*file, {0x0010, 0x0010}, patient);
+        load(file, QString("/%1 ").arg(grey) + patient.c_str());
+    }
+    /// Darkest and lightest of a part of the view, where it is not of one colour.
+    std::pair<int, int> greysIn(const QRect& part, int ground = 0) {
+        const QImage image = seen().copy(part);
+        std::pair<int, int> greys{255, 0};
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const int grey = qRed(image.pixel(x, y));
+                if (grey != ground) greys = {std::min(greys.first, grey), std::max(greys.second, grey)};
+            }
+        }
+        return greys;
+    }
+};
+
+TEST_F(CornerWords, StandInTheMarginsAndChangeWithWhatIsShown) {
+    loadFlat(0, "A very long name that does not fit into the margin^of the picture");
+    const QRect patient(0, 0, 150, 60), frame(0, 240, 150, 60), display(450, 240, 150, 60);
+    for (const QRect& corner : {patient, frame, display}) EXPECT_GT(greysIn(corner).second, 0) << corner.x();
+    EXPECT_EQ(greysIn({150, 0, 300, 300}).second, 0) << "the picture is free";
+    const QImage before = seen();
+    run("CurrentFrame 2");
+    EXPECT_NE(seen().copy(frame), before.copy(frame));
+    EXPECT_EQ(seen().copy(display), before.copy(display));
+    run("Polarity -1");
+    EXPECT_NE(seen().copy(display), before.copy(display)) << "inverted";
+    loadFlat(0, "ROE^JANE");
+    EXPECT_NE(seen().copy(patient), before.copy(patient));
+    view.resize(CornerText::leastWidth(), 500);
+    for (const char* end : {"i", "l", "W"}) {
+        run("keep last");
+        // The longest that a name may be.
+        loadFlat(0, std::string("Aabcdefg hijklmno^cranial and caudal views, after dilatation") + end);
+        run("unlike last");
+    }
+}
+
+TEST_F(CornerWords, AreDarkOnlyOnAWhiteMarginBesideThePicture) {
+    loadFlat(90, "DOE^JANE");
+    run("BackgroundColor 0");
+    const QRect margin(0, 0, 150, 60), onPicture(0, 0, 300, 60);
+    EXPECT_GT(greysIn(margin, 255).first, 25) << "no black rim";
+    EXPECT_LT(greysIn(margin, 255).first, 80);
+    run("BackgroundColor 1");
+    EXPECT_EQ(greysIn(margin).second, 255);
+    run("BackgroundColor 0; BestFit 0; ZoomPercent 200");
+    EXPECT_EQ(greysIn(onPicture, 90), std::pair(0, 255)) << "light over the picture, with its rim";
+}
+
+}  // namespace
+
+namespace test {
+namespace {
+
+struct Component {
+    Component() {
+        const auto file = greyRun(16, 16, 12);
+        file->grey.windows = {{100, 50, dicom::Window::Function::Linear}};
+        fake.files["/run"] = file;
+        fake.files["/still"] = greyRun(16, 16, 1);
+    }
+    ViewerControl& viewer() { return control; }
+    QString run() { return "/run"; }
+    QString still() { return "/still"; }
+    QString unreadable() { return "/nowhere"; }
+
+    FakeLibrary fake;
+    ezDICOMX control{ViewRole::Main, nullptr, fake.library};
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Component, ViewerContract, Component);
+
+}  // namespace
+}  // namespace test
+}  // namespace cinedisc

@@ -1,0 +1,209 @@
+#include "control/picture/PictureLabels.h"
+#include "tests/control/ViewFixture.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+namespace cinedisc {
+namespace {
+
+using test::greyRun;
+
+class MouseTools : public test::ViewFixture {
+  protected:
+    MouseTools() {
+        const auto file = greyRun(140, 120, 3);
+        file->grey.windows = {{100, 80, dicom::Window::Function::Linear}};
+        load(file);
+    }
+};
+
+TEST_F(MouseTools, MoveTheWindowByWhatTheFrameHasNotByWhatItsBitsCouldHold) {
+    struct Case {
+        int bits, highest, padding;
+        double wider;
+    };
+    constexpr Case cases[] = {{8, 255, 255, 6},
+                              {14, 200, 200, 6},
+                              {16, 200, 60000, 6},
+                              {16, 4000, 60000, 39},
+                              {16, 60000, 60001, 586}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.bits << " bits up to " << c.highest);
+        const auto file = test::wideRun(140, 120, c.bits, [&c](int x, int y) {
+            return x == 0 ? 0 : x == 1 ? c.highest : x == 2 ? c.padding : (x + y) % 200;
+        });
+        file->grey.windows = {{100, 80, dicom::Window::Function::Linear}};
+        if (c.padding > c.highest) file->grey.padding = {{c.padding, 65535}};
+        load(file, QString("/%1").arg(c.bits + c.highest));
+        const QString window("WindowWidth is %1; WindowCenter is %2");
+        run("drag 40 40 60 60;" + window.arg(80 + c.wider).arg(100 + c.wider));
+        run("FileName " + view.FileName() + "; drag 60 40 60 20;" + window.arg(80).arg(100 - c.wider));
+        run("drag 130 40 -4000 40; WindowWidth is 1");
+    }
+}
+
+TEST_F(MouseTools, RestoreEverythingOnEscapeAndTakeTheLeftButtonOnly) {
+    const auto file = greyRun(140, 120, 1);
+    file->grey.voiLuts = {{0, 8, {0, 40, 9}}};
+    load(file, "/table");
+    run("BestFit 1; keep before");
+    for (const char* mode : {"1", "2", "3", "4", "5", "77"}) {
+        run(QString("MouseMode ") + mode + "; press 40 40 right; move 90 90; release 90 90 right");
+        if (*mode != '5') run("press 40 40; move 90 75; key Esc; release 90 75; click 40 40");
+        run("ZoomPercent is 100; like before");
+    }
+    run("MouseMode 1; drag 40 40 80 60; unlike before");
+}
+
+TEST_F(MouseTools, ZoomAroundThePointWhereTheDragBegan) {
+    run("BestFit 1; MouseMode 2");
+    const int grey = greyAt(45, 100);
+    run("drag 45 100 45 40; BestFit is false; ZoomPercent is 141");  // half the way to twice the size
+    EXPECT_NEAR(greyAt(45, 100), grey, 12);
+    run("drag 45 40 45 100; ZoomPercent is 100; drag 45 40 45 -4000; ZoomPercent is 3200");
+    run("drag 45 40 45 4000; ZoomPercent is 5");
+}
+
+TEST_F(MouseTools, PanThePictureButDoNotLoseIt) {
+    const QImage before = seen();
+    run("MouseMode 4; drag 60 60 80 50");
+    EXPECT_EQ(seen().copy(20, 0, 100, 100), before.copy(0, 10, 100, 100));
+    run("drag 60 60 5000 5000; drag 60 60 5000 5000");
+    EXPECT_EQ(seen().copy(71, 61, 60, 50), before.copy(1, 1, 60, 50)) << "half of it stays";
+    run("ZoomPercent 200; keep enlarged; ZoomPercent 100; ZoomPercent 200; like enlarged");
+}
+
+TEST_F(MouseTools, GoOnFromWhatIsPutMeanwhile) {
+    run("BestFit 1; keep fitted; MouseMode 4");
+    const QImage fitted = seen();
+    for (const QString fit : {"BestFit 1", "FileName /run"}) {
+        run("press 60 60; move 80 50; unlike fitted;" + fit);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() == fitted; }));
+        run("move 81 50");
+        EXPECT_EQ(seen().copy(1, 0, 139, 120), fitted.copy(0, 0, 139, 120));
+        run("release 81 50");
+    }
+    run("MouseMode 1; press 60 60; move 100 20; WindowWidth 240; move 101 20; release 101 20; WindowWidth is "
+        "241");
+    run("MouseMode 2; press 60 60; move 60 20; ZoomPercent 50; move 60 20; release 60 20; ZoomPercent is 50");
+    // Another file has a window of its own.
+    run("MouseMode 1; press 40 40; move 60 40; FileName /run; move 90 40; key Esc; release 90 40; "
+        "WindowWidth is 80");
+}
+
+TEST_F(MouseTools, MagnifyUnderThePointerWhilePressed) {
+    const auto grey = [this](int x) { return greyAt(x, 60); };
+    const int middle = grey(70), beside = grey(74);
+    const QImage before = seen();
+    run("MouseMode 3; keep before; press 70 60");
+    EXPECT_NEAR(grey(70), middle, 10) << "the point under the pointer stays";
+    EXPECT_NEAR(grey(80), beside, 10) << "two and a half times";
+    EXPECT_EQ(seen().copy(0, 0, 20, 20), before.copy(0, 0, 20, 20));
+    run("move 10 10; keep moved");
+    EXPECT_NE(seen().copy(0, 0, 20, 20), before.copy(0, 0, 20, 20));
+    EXPECT_EQ(seen().copy(90, 90, 30, 30), before.copy(90, 90, 30, 30));
+    // The cine plays on under it.
+    run("CurrentFrame 2; unlike moved; CurrentFrame 1; release 10 10; like before");
+}
+
+class LabelTool : public MouseTools {
+  protected:
+    LabelTool() {
+        run("MouseMode 5; keep clean");
+        clean = seen();
+    }
+    /// Where a label is: the place in which the picture with it differs from the one without.
+    QRect place() {
+        const QImage now = seen();
+        QRect changed;
+        for (int y = 0; y < now.height(); ++y)
+            for (int x = 0; x < now.width(); ++x)
+                if (now.pixel(x, y) != clean.pixel(x, y)) changed |= QRect(x, y, 1, 1);
+        return changed;
+    }
+    QImage copied() {
+        view.CopyToClipboard();
+        return QGuiApplication::clipboard()->image();
+    }
+    QImage clean;
+};
+
+TEST_F(LabelTool, PlacesTheTypedTextAtReturnOnThatFrame) {
+    run("click 30 50; type LAD; key Esc; like clean; click 30 50; type ; key Return; like clean");
+    run("click 30 50; type LAD; key Return; unlike clean; keep labelled");
+    EXPECT_FALSE(editor()->isVisible());
+    EXPECT_TRUE(place().contains(35, 50)) << place().x() << "," << place().y();
+    run("CurrentFrame 2; keep second; CurrentFrame 1; key Esc; FileName is /run");
+    EXPECT_FALSE(place().isEmpty()) << "the frame keeps it";
+    run("FileName /run; like clean; CurrentFrame 2; like second");
+}
+
+TEST_F(LabelTool, MovesALabelWithADragAndBackOnEscape) {
+    run("click 30 50; type LAD; key Return");
+    const QRect before = place();
+    run("drag 35 50 65 80");
+    EXPECT_EQ(place(), before.translated(30, 30));
+    run("press 70 80; move 40 20; key Esc; release 40 20");
+    EXPECT_EQ(place(), before.translated(30, 30));
+    run("drag 70 80 400 300");
+    const QRect atEdge = place();
+    const QPoint center = atEdge.center();
+    run(QString("drag %1 %2 %3 %4")
+            .arg(center.x())
+            .arg(center.y())
+            .arg(center.x() - 20)
+            .arg(center.y() - 10));
+    EXPECT_EQ(place().topLeft(), atEdge.topLeft() - QPoint(20, 10)) << "no way to go first";
+}
+
+TEST_F(LabelTool, EditsALabelAndRemovesItWithDeleteOrAnEmptyText) {
+    run("click 20 50; type LAD prox; key Return; keep labelled; double 25 50");
+    ASSERT_TRUE(editor()->isVisible());
+    EXPECT_EQ(editor()->text(), "LAD prox");
+    EXPECT_EQ(editor()->font().pixelSize(), PictureLabels::font(QRectF(view.rect())).pixelSize());
+    EXPECT_TRUE(editor()->geometry().contains(place())) << "nothing of the label beside the editor";
+    run("key Esc; like labelled; double 25 50; key Del; key Return; like clean");
+    for (const char* key : {"Del", "Backspace"})
+        run(QString("click 30 50; type LAD; key Return; click 35 50; key ") + key + "; like clean");
+    run("click 30 50; type LAD; key Return; click 35 50; key F2; type RCA; key Return; unlike clean");
+}
+
+TEST_F(LabelTool, CountsWhatIsStillTypedWhenSomethingElseIsDone) {
+    const QImage bare = copied();
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("a.bmp");
+    const QString doings[] = {"MouseMode 1", "CurrentFrame 2", "ShowHeader 1", "", "ExportFile " + file};
+    for (const QString& done : doings) {
+        run("FileName /run; MouseMode 5; click 30 50; type RCA");
+        done.isEmpty() ? void(copied()) : run(done);
+        EXPECT_FALSE(editor()->isVisible()) << qPrintable(done);
+        run("ShowHeader 0; CurrentFrame 1");
+        EXPECT_FALSE(place().isEmpty());
+        EXPECT_NE(copied(), bare);
+    }
+    EXPECT_EQ(QImage(file).convertToFormat(bare.format()), copied());
+}
+
+TEST_F(LabelTool, KeepsTheWholeTextInsideThePictureAndItsCopies) {
+    load(greyRun(280, 90, 1, [](int, int, int) { return 90; }), "/plain");
+    run("BestFit 1");
+    const auto inkOf = [&](const QString& text, const QString& at) {
+        run("FileName /plain; click " + at + "; type " + text + "; key Return");
+        const QImage with = copied();
+        double ink = 0;
+        for (int y = 0; y < with.height(); ++y)
+            for (int x = 0; x < with.width(); ++x) ink += std::abs(qRed(with.pixel(x, y)) - 90);
+        return ink;
+    };
+    const double whole = inkOf("<b>LAD</b>", "70 60");
+    EXPECT_GT(whole, 10000);
+    for (const char* at : {"1 1", "139 119", "139 1", "1 119"})
+        EXPECT_NEAR(inkOf("<b>LAD</b>", at), whole, 0.1 * whole) << at;
+    const QString longer = QString("a very long text that one row cannot hold ").repeated(4);
+    EXPECT_NE(inkOf(longer + "i", "139 119"), inkOf(longer + "W", "139 119")) << "its end is seen";
+}
+
+}  // namespace
+}  // namespace cinedisc
