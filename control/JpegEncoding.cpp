@@ -13,7 +13,7 @@ namespace cinedisc {
 
 namespace {
 
-constexpr int quality = 97;
+constexpr int pictureQuality = 97, filmQuality = 92;
 
 struct Session {
     explicit Session(QIODevice& device) : into(device) {}
@@ -67,7 +67,8 @@ void onEnd(j_compress_ptr library) {
 }
 
 /// No object is made in here: an error leaves it at once.
-bool run(Session& session, const QImage& rows, J_COLOR_SPACE colour, int components) {
+bool run(Session& session, const QImage& rows, JpegUse use) {
+    const bool isGrey = rows.format() == QImage::Format_Grayscale8;
     jpeg_compress_struct& library = session.library;
     library.err = jpeg_std_error(&session.errors);
     session.errors.error_exit = onError;
@@ -81,11 +82,11 @@ bool run(Session& session, const QImage& rows, J_COLOR_SPACE colour, int compone
     library.dest = &session.destination;
     library.image_width = static_cast<JDIMENSION>(rows.width());
     library.image_height = static_cast<JDIMENSION>(rows.height());
-    library.input_components = components;
-    library.in_color_space = colour;
+    library.input_components = isGrey ? 1 : 3;
+    library.in_color_space = isGrey ? JCS_GRAYSCALE : JCS_RGB;
     jpeg_set_defaults(&library);
-    jpeg_set_quality(&library, quality, TRUE);
-    library.comp_info[0].h_samp_factor = library.comp_info[0].v_samp_factor = 1;
+    jpeg_set_quality(&library, use == JpegUse::Film ? filmQuality : pictureQuality, TRUE);
+    if (use == JpegUse::Picture) library.comp_info[0].h_samp_factor = library.comp_info[0].v_samp_factor = 1;
     jpeg_start_compress(&library, TRUE);
     while (library.next_scanline < library.image_height) {
         auto* row = const_cast<JSAMPROW>(rows.constScanLine(static_cast<int>(library.next_scanline)));
@@ -97,11 +98,11 @@ bool run(Session& session, const QImage& rows, J_COLOR_SPACE colour, int compone
 
 }  // namespace
 
-bool encodeJpeg(const QImage& picture, QIODevice& into) {
-    const bool isGrey = picture.format() == QImage::Format_Grayscale8;
+bool encodeJpeg(const QImage& picture, QIODevice& into, JpegUse use) {
+    const bool isGrey = use == JpegUse::Picture && picture.format() == QImage::Format_Grayscale8;
     const QImage rows = isGrey ? picture : picture.convertToFormat(QImage::Format_RGB888);
     Session session(into);
-    return !rows.isNull() && run(session, rows, isGrey ? JCS_GRAYSCALE : JCS_RGB, isGrey ? 1 : 3);
+    return !rows.isNull() && run(session, rows, use);
 }
 
 }  // namespace cinedisc

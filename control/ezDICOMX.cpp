@@ -1,5 +1,6 @@
 #include "control/ezDICOMX.h"
 
+#include "control/FilmExport.h"
 #include "control/PictureClipboard.h"
 #include "control/PictureExport.h"
 #include "control/ViewWords.h"
@@ -200,6 +201,11 @@ void ezDICOMX::putExportFile(const QString& path) {
     update();
     const auto otherwise = parts_->plain.exportFormat == "BMP" ? PictureFormat::Bmp : PictureFormat::Jpeg;
     exportPicture(displayedPicture(parts_->view), path, formatFor(path, otherwise));
+}
+
+std::unique_ptr<FilmExport> ezDICOMX::exportFilm(const QString& path, double otherwiseRate) {
+    parts_->tools.finish();
+    return std::make_unique<FilmExport>(parts_->view, parts_->library, path, otherwiseRate);
 }
 
 qint32 ezDICOMX::ThumbIndex() const { return parts_->plain.thumbIndex; }

@@ -13,6 +13,8 @@
 
 namespace cinedisc {
 
+class FilmExport;
+
 /// The viewer component: shows the frames of one DICOM file at a time. Every member of the contract is a
 /// property of the same name, and putting the property does what the contract's put does.
 ///
@@ -85,6 +87,10 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
     void putShowHeader(bool on) override;
     Q_INVOKABLE bool CopyToClipboard() override;
     Q_INVOKABLE bool CopyHeaderToClipboard() override;
+    /// Begins to write the whole run as a film (AVI), as it is displayed now; text that is still typed counts
+    /// as set. `otherwiseRate`: frames per second of a run that does not tell its own. Deleting the result
+    /// ends it.
+    std::unique_ptr<FilmExport> exportFilm(const QString& path, double otherwiseRate);
     QString ExportFile() const override;
     void putExportFile(const QString& path) override;
     /// "JPEG" or "BMP": how ExportFile writes a name whose extension names neither. JPEG until it is put.

@@ -14,8 +14,8 @@ constexpr int borderWidth = 2;
 
 }  // namespace
 
-ezDICOMX::Parts::Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& library)
-    : owner(widget), role(viewRole), view(library), tools(view, widget) {
+ezDICOMX::Parts::Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& openFiles)
+    : owner(widget), role(viewRole), library(openFiles), view(openFiles), tools(view, widget) {
     QObject::connect(&library.arrivals(), &FrameArrivals::arrived, &owner, [this] { takeArrival(); });
 }
 

@@ -17,7 +17,7 @@ namespace cinedisc {
 
 /// What the component is made of.
 struct ezDICOMX::Parts {
-    Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& library);
+    Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& openFiles);
 
     /// The part of the component inside its border.
     QRect content() const;
@@ -49,6 +49,7 @@ struct ezDICOMX::Parts {
 
     ezDICOMX& owner;
     ViewRole role;
+    ImageLibrary& library;
     ViewState view;
     MouseTools tools;
     ViewPainter painter;
