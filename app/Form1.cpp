@@ -2,11 +2,15 @@
 
 #include "app/CommandTable.h"
 #include "app/Main.h"
+#include "app/TreePanel.h"
+#include "control/ezDICOMX.h"
+#include "viewerwindow/PictureCommands.h"
 #include "viewerwindow/ViewerCommands.h"
 #include "viewerwindow/ViewerEvents.h"
 
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QPushButton>
 
 namespace cinedisc {
 
@@ -22,7 +26,16 @@ Form1::Form1(const QString& programFolder)
     buildMenus(*menuBar(), form1Faces().items, handlers);
     routeButtons(*this, handlers);
     connectEvents(layout_, behaviour_);
-    controls_.TreeView1.onNodeClick([this](int node) { behaviour_.patients.TreeView1_NodeClick(node); });
+    controls_.TreeView1.onNodeClick([this](int node) {
+        behaviour_.patients.TreeView1_NodeClick(node);
+        if (!layout_.ezDicom->FileName().isEmpty()) layout_.ezDicom->setFocus();
+    });
+    const auto toTree = [this] { layout_.FraTree->TreeView1->setFocus(); };
+    connect(findChild<QPushButton*>("Open"), &QPushButton::clicked, this, toTree);
+    connect(findChild<QAction*>("mnuOpenCD"), &QAction::triggered, this, toTree);
+    connectPicture({*this, layout_, behaviour_, controls_.dialogs,
+                    [handlers](const QString& command) { handlers(command)(); },
+                    [this] { return StillsMode(); }});
     behaviour_.Form_Load();
 }
 

@@ -3,6 +3,7 @@
 #include "control/FilmExport.h"
 #include "control/PictureClipboard.h"
 #include "control/PictureExport.h"
+#include "control/RunTiming.h"
 #include "control/ViewWords.h"
 #include "control/ezDICOMXParts.h"
 #include "control/picture/DisplayedPicture.h"
@@ -90,6 +91,11 @@ void ezDICOMX::putCurrentFrame(qint32 frame) {
     // A disc that is nearly in time would make pictures and notices flicker: the last picture of the run,
     // with its own number, stands a little longer.
     if (!parts_->noticeDelay.isActive()) parts_->noticeDelay.start(noticeAfter, this);
+}
+
+double ezDICOMX::recordedRate() const {
+    const auto* file = parts_->view.picture.file();
+    return file ? recordedFrameRate(file->dicom()) : 0;
 }
 
 bool ezDICOMX::isCoarse() const { return parts_->view.picture.coarse() != nullptr; }

@@ -123,6 +123,9 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
 
     /// The disc has not given the frame shown yet. Stepping on would only leave pictures out.
     bool isReading() const override;
+    /// Frames per second that the run was recorded at (PS3.3 C.7.6.5); 0 when its file does not tell, or is
+    /// not open.
+    double recordedRate() const;
     /// A coarse picture stands for the frame shown, which is being decoded.
     bool isCoarse() const;
     /// Who is asked which file is likely to be shown after `path`, "" for none: it is read ahead.
@@ -132,8 +135,10 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
     QSize sizeHint() const override;
 
   signals:
-    /// A preview was pressed and released with the left button, or chosen with Space or Return.
+    /// A preview was pressed and released with the left button, or chosen with Return.
     void clicked();
+    /// The main view has drawn another frame, or another picture of it.
+    void frameDrawn();
     /// Another mouse tool is in force.
     void mouseModeChanged(int mode);
 

@@ -5,6 +5,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <utility>
+
 namespace cinedisc {
 
 void ezDICOMX::timerEvent(QTimerEvent* event) {
@@ -29,6 +31,8 @@ void ezDICOMX::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     parts_->painter.paint(painter, rect(), parts_->content(), parts_->view, parts_->tools, look);
     parts_->lookAhead();
+    const auto revision = parts_->view.picture.frameRevision();
+    if (std::exchange(parts_->drawnRevision, revision) != revision && !isReading()) emit frameDrawn();
 }
 
 void ezDICOMX::resizeEvent(QResizeEvent*) {
@@ -99,8 +103,7 @@ void ezDICOMX::keyPressEvent(QKeyEvent* event) {
         tools.chosen()->useKey(key);
         return update();
     }
-    if (parts_->role == ViewRole::Preview &&
-        (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter)) {
+    if (parts_->role == ViewRole::Preview && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
         emit clicked();
         return;
     }

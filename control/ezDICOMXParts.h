@@ -70,6 +70,7 @@ struct ezDICOMX::Parts {
     qint32 backgroundColor = 1;
     bool showHeader = false;
     qint32 thumbStyle = 0;
+    std::uint64_t drawnRevision = 0;   ///< of the frame that was drawn last
     bool awaiting = false;             ///< the disc has not given the frame shown yet
     QBasicTimer noticeDelay;           ///< runs while the last frame stands for the awaited one
     std::optional<QPointF> pressedAt;  ///< of a click on a preview

@@ -1,6 +1,7 @@
 #include "folderview/frmView.h"
 
 #include "folderview/frmViewCommandTable.h"
+#include "viewerwindow/PictureCommands.h"
 #include "viewerwindow/ViewerCommands.h"
 #include "viewerwindow/ViewerEvents.h"
 
@@ -21,6 +22,8 @@ frmView::frmView(Dialogs* dialogs)
     buildMenus(*menuBar(), frmViewFaces().items, handlers);
     routeButtons(*this, handlers);
     connectEvents(layout_, behaviour_);
+    connectPicture({*this, layout_, behaviour_, dialogs ? *dialogs : controls_.dialogs,
+                    [handlers](const QString& command) { handlers(command)(); }, [] { return false; }});
     behaviour_.Form_Load();
 }
 

@@ -57,6 +57,10 @@ CinePanel::CinePanel(const ButtonTable& buttons, const CinePanelDesign& design, 
     grid_->addLayout(stepRow(buttons, {.back = "cmdPrevImage", .next = "cmdNextImage"}, *lblImg, this),
                      ControlRow, ImageColumn);
 
+    lblRate = named(new ElidedLabel("", "60 fps (recorded 30)", this), "lblRate");
+    asRemark(*lblRate);
+    grid_->addWidget(lblRate, OptionRow, ImageColumn);
+
     grid_->setColumnStretch(FrameColumn, 5);
 }
 
@@ -130,6 +134,10 @@ QWidget* CinePanel::endOfRunAndSpeed() {
     row->addStretch(1);
     row->addWidget(remark(tr("Speed Bar"), part));
     row->addWidget(Slider1, 1);
+    chkRecordedRate = named(new QCheckBox(tr("As recorded"), part), "chkRecordedRate");
+    chkRecordedRate->setToolTip(tr("Play as many frames a second as were recorded"));
+    chkRecordedRate->setFocusPolicy(Qt::TabFocus);
+    row->addWidget(chkRecordedRate);
     return part;
 }
 

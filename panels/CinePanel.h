@@ -3,6 +3,7 @@
 #include "panels/ButtonTable.h"
 #include "platform/widgets/ElidedLabel.h"
 
+#include <QCheckBox>
 #include <QFrame>
 #include <QRadioButton>
 #include <QSlider>
@@ -36,12 +37,14 @@ class CinePanel final : public QFrame {
     /// Adds a button beside the directions.
     void addToDirections(QPushButton& button);
 
-    QSlider* Slider1 = nullptr;        ///< speed, 0 to 10
-    QSlider* Slider2 = nullptr;        ///< frame, from 1
-    QRadioButton* Option4 = nullptr;   ///< loop
-    QRadioButton* Option11 = nullptr;  ///< continuous
-    QRadioButton* Option9 = nullptr;   ///< forward
-    QRadioButton* Option10 = nullptr;  ///< reverse
+    QSlider* Slider1 = nullptr;            ///< speed, 0 to 10
+    QSlider* Slider2 = nullptr;            ///< frame, from 1
+    QRadioButton* Option4 = nullptr;       ///< loop
+    QRadioButton* Option11 = nullptr;      ///< continuous
+    QRadioButton* Option9 = nullptr;       ///< forward
+    QRadioButton* Option10 = nullptr;      ///< reverse
+    QCheckBox* chkRecordedRate = nullptr;  ///< play as fast as the run was recorded
+    ElidedLabel* lblRate = nullptr;        ///< how fast it plays, and was recorded
     ElidedLabel* lblImg = nullptr;
     ElidedLabel* lblFra = nullptr;
     QFrame* Frame2 = nullptr;  ///< holds the directions

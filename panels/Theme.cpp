@@ -62,6 +62,11 @@ QRadioButton::indicator:hover { border-color: %text%; }
 QRadioButton::indicator:focus { border-color: %accent%; }
 QRadioButton::indicator:checked { border-color: %accent%; background: qradialgradient(cx: 0.5, cy: 0.5, radius: 0.5,
     fx: 0.5, fy: 0.5, stop: 0 %mark%, stop: 0.5 %mark%, stop: 0.6 %field%, stop: 1 %field%); }
+QCheckBox { spacing: 6px; }
+QCheckBox::indicator { width: 11px; height: 11px; border: 1px solid %ring%; border-radius: 2px; background: %field%; }
+QCheckBox::indicator:hover { border-color: %text%; }
+QCheckBox::indicator:focus { border-color: %accent%; }
+QCheckBox::indicator:checked { border-color: %accent%; background: %mark%; }
 QSlider { min-height: 20px; }
 QSlider::groove:horizontal { height: 4px; border-radius: 2px; background: %line%; }
 QSlider::sub-page:horizontal { border-radius: 2px; background: %filled%; }

@@ -1,6 +1,7 @@
 #include "tools/ExportCommand.h"
 
 #include "platform/RunTimeError.h"
+#include "tools/CinePause.h"
 #include "viewer/WindowWords.h"
 
 namespace cinedisc {
@@ -8,15 +9,7 @@ namespace cinedisc {
 void ExportCommand::cmdExport_Click() {
     trapErrors([this] {
         if (ezDicom_.FileName().isEmpty()) return;
-        // What is exported is what was shown: the cine waits for the dialogs.
-        struct Pause {
-            explicit Pause(TimerControl& clock) : clock_(clock), wasPlaying_(clock.Enabled()) {
-                clock_.putEnabled(false);
-            }
-            ~Pause() { clock_.putEnabled(wasPlaying_); }
-            TimerControl& clock_;
-            bool wasPlaying_;
-        } pause(Timer4_);
+        const CinePause pause(Timer4_);
         exportShownFrame();
     });
 }

@@ -23,6 +23,16 @@ void FrameStepper::cmdPrev_Click() {
     });
 }
 
+void FrameStepper::showFirst() { showFrame(1); }
+void FrameStepper::showLast() { showFrame(form_.ezDicom.FrameCount()); }
+
+void FrameStepper::showFrame(qint32 frame) {
+    whenLoaded([this, frame](ViewerControl& view) {
+        view.putCurrentFrame(frame);
+        showStep();
+    });
+}
+
 void FrameStepper::showStep() {
     form_.Slider2.putValue(form_.ezDicom.CurrentFrame());
     form_.showImagePosition();

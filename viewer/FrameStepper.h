@@ -15,10 +15,13 @@ class FrameStepper {
     void cmdNextImage_Click();
     void cmdPrevImage_Click();
     void Slider2_Change();
+    void showFirst();
+    void showLast();
 
   private:
     template <typename Handler>
     void whenLoaded(Handler&& handler);
+    void showFrame(qint32 frame);
     void showStep();
     void openImage(Int16 position);
 

@@ -32,6 +32,12 @@ QString folderDialogTitle() { return say("Dicom"); }
 
 QString saveDialogTitle() { return say("Save as"); }
 
+QString writingFilm() { return say("Writing the film"); }
+
+QString filmFailed() { return say("The film could not be written."); }
+
+QString cancel() { return say("Cancel"); }
+
 QString noFirstImage() {
     return say(
         "The first series of the first patient holds no images, so the patient list is not shown. A folder "

@@ -22,6 +22,10 @@ QString openFolderInstead();
 QString folderDialogTitle();
 QString saveDialogTitle();
 
+QString writingFilm();
+QString filmFailed();
+QString cancel();
+
 /// What is wrong with a disc, above the tree.
 QString noFirstImage();
 QString catalogueUnreadable();

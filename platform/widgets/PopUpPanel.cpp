@@ -1,6 +1,7 @@
 #include "platform/widgets/PopUpPanel.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QEvent>
 #include <QShortcut>
 
@@ -22,6 +23,7 @@ void PopUpPanel::showEvent(QShowEvent* event) {
     QFrame::showEvent(event);
     place();
     raise();
+    qApp->installEventFilter(this);
     focusBefore_ = window()->focusWidget();
     const auto choices = findChildren<QAbstractButton*>();
     const auto chosen = std::ranges::find_if(choices, &QAbstractButton::isChecked);
@@ -29,12 +31,18 @@ void PopUpPanel::showEvent(QShowEvent* event) {
 }
 
 void PopUpPanel::hideEvent(QHideEvent* event) {
-    if (focusBefore_) focusBefore_->setFocus();
+    qApp->removeEventFilter(this);
+    if (focusBefore_ && focusBefore_->isVisible()) focusBefore_->setFocus();
     QFrame::hideEvent(event);
 }
 
 bool PopUpPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize && isVisible()) place();
+    if (watched == parent() && event->type() == QEvent::Resize && isVisible()) place();
+    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType()) {
+        // The button itself opens and closes it.
+        const auto* pressed = static_cast<QWidget*>(watched);
+        if (pressed != this && !isAncestorOf(pressed) && pressed != &button_) hide();
+    }
     return QFrame::eventFilter(watched, event);
 }
 

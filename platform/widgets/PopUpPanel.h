@@ -6,7 +6,7 @@
 namespace cinedisc {
 
 /// A panel with choices that opens under its button, on top of whatever is there; not a window of its own.
-/// Hidden at first. Escape hides it.
+/// Hidden at first. Escape hides it, and so does a click elsewhere.
 class PopUpPanel : public QFrame {
     Q_OBJECT
 

@@ -58,7 +58,8 @@ TEST_F(Form1Test, StartsAsDesigned) {
     EXPECT_EQ(form.windowTitle(), "Cine Disc Viewer");
     EXPECT_EQ(captionsIn<QAbstractButton>(form),
               "CmdStudyBack=|Command2=|Command3=Command3|Open=|Option10=Reverse|Option11=Continuos|"
-              "Option1=None|Option2=Black|Option3=White|Option4=Continuos|Option9=Forward|cmNext=|"
+              "Option1=None|Option2=Black|Option3=White|Option4=Continuos|Option9=Forward|chkRecordedRate="
+              "Recorded|cmNext=|"
               "cmdExit=Exit|cmdExport=Export..|cmdFit(0)=Best Fit|cmdFit(1)=100%|cmdFit(2)=50%|"
               "cmdFit(3)=150%|cmdFit(4)=200%|cmdHeader=Header|cmdInvert=Invert|cmdLabel=|cmdMagnify=|"
               "cmdNext=|cmdNextImage=|cmdNextSeries=|cmdOverlay=Overlay|cmdPanning=Panning|cmdPatBack=|"
@@ -67,7 +68,7 @@ TEST_F(Form1Test, StartsAsDesigned) {
     EXPECT_EQ(captionsIn<QLabel>(form),
               "Label13=Study Scroll Bar|Label15=Series Scroll Bar|Label1=|Label2=Loop|Label3=Continuous|"
               "Label5=Study Scroll Bar|Label6=Series Scroll Bar|Label8=Frame Scroll Bar|"
-              "Label9=Image Scroll Bar|lblFra=Frame|lblImg=Image|lblRemark=|lblSeries=");
+              "Label9=Image Scroll Bar|lblFra=Frame|lblImg=Image|lblRate=|lblRemark=|lblSeries=");
     EXPECT_EQ(property("FraTree", "title"), "Patient List..");
     for (const auto* button : form.findChildren<QAbstractButton*>()) {
         if (!button->text().isEmpty() || button->objectName().startsWith("qt_")) continue;

@@ -101,10 +101,10 @@ TEST_F(frmViewTest, StartsWithItsOwnDesignAndNothingOfTheCatalogue) {
     for (const char* hidden : {"Frame5", "Frame6", "ListView1"})
         EXPECT_FALSE(find(hidden).isVisible()) << hidden;
     for (const auto& [frame, captions] :
-         {std::pair{
-              "Frame1",
-              "Command3=Command3|Option10=Reverse|Option11=Continuos|Option4=Continuos|Option9=Forward|"
-              "cmdNext=|cmdNextImage=|cmdPlay=Play|cmdPrev=|cmdPrevImage=|cmdReverse=Reverse|cmdStop=Stop"},
+         {std::pair{"Frame1",
+                    "Command3=Command3|Option10=Reverse|Option11=Continuos|Option4=Continuos|Option9=Forward|"
+                    "chkRecordedRate=Recorded|cmdNext=|cmdNextImage=|cmdPlay=Play|cmdPrev=|cmdPrevImage=|"
+                    "cmdReverse=Reverse|cmdStop=Stop"},
           {"Frame2", "Command3=Command3|Option10=Reverse|Option9=Forward"},
           {"Frame3",
            "Command15=Exit|cmdExport=Export..|cmdHeader=Header|cmdInvert=Invert|cmdLabel=|"
@@ -113,7 +113,7 @@ TEST_F(frmViewTest, StartsWithItsOwnDesignAndNothingOfTheCatalogue) {
           {"Frame5", "cmdFit(0)=Best Fit|cmdFit(1)=100%|cmdFit(2)=50%|cmdFit(3)=150%|cmdFit(4)=200%"},
           {"Frame6", "Option1=None|Option2=Black|Option3=White"}})
         EXPECT_EQ(captionsIn<QAbstractButton>(find(frame)), captions);
-    EXPECT_EQ(captionsIn<QLabel>(form), "Label2=Loop|Label3=Continuous|lblFra=Frame|lblImg=Image");
+    EXPECT_EQ(captionsIn<QLabel>(form), "Label2=Loop|Label3=Continuous|lblFra=Frame|lblImg=Image|lblRate=");
     for (const auto* button : form.findChildren<QPushButton*>())
         EXPECT_FALSE(button->text().isEmpty() && button->icon().isNull()) << qPrintable(button->objectName());
     EXPECT_TRUE(find("Frame4").isAncestorOf(&find("thumb(4)")));
