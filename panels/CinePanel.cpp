@@ -134,7 +134,7 @@ QWidget* CinePanel::endOfRunAndSpeed() {
     row->addStretch(1);
     row->addWidget(remark(tr("Speed Bar"), part));
     row->addWidget(Slider1, 1);
-    chkRecordedRate = named(new QCheckBox(tr("As recorded"), part), "chkRecordedRate");
+    chkRecordedRate = named(new QCheckBox(tr("Recorded"), part), "chkRecordedRate");
     chkRecordedRate->setToolTip(tr("Play as many frames a second as were recorded"));
     chkRecordedRate->setFocusPolicy(Qt::TabFocus);
     row->addWidget(chkRecordedRate);
