@@ -13,7 +13,7 @@ namespace cinedisc::viewWords {
 QString reading();
 QString fileNotShown();
 QString frameNotShown(int frame);
-/// The fault's own words, or those for its kind when it has none; one sentence with its stop.
+/// What is wrong with the file or the frame; one sentence with its stop.
 QString reason(const dicom::DecodeError& fault);
 
 QString headerTooLarge();

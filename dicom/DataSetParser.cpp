@@ -33,8 +33,8 @@ std::optional<ElementHeader> DataSetParser::peekHeader(const Level& level) {
     return readElementHeader(buffer_.peek(most), level.encoding, room);
 }
 
-DataSetParser::End DataSetParser::broken(DecodeError::Kind kind, Tag tag, const char* message) {
-    error_ = DecodeError{kind, message, tag, buffer_.position(), -1};
+DataSetParser::End DataSetParser::broken(DecodeError::Kind kind, Tag tag) {
+    error_ = DecodeError{kind, DecodeError::Reason::Header, {}, tag, buffer_.position()};
     return End::Broken;
 }
 
@@ -43,7 +43,7 @@ DataSetParser::End DataSetParser::brokenOff(Tag tag) {
         error_ = faults::cannotRead(tag, buffer_.size());
         return End::Broken;
     }
-    return broken(DecodeError::Kind::CutOff, tag, "The file is cut off within its header");
+    return broken(DecodeError::Kind::CutOff, tag);
 }
 
 void DataSetParser::parseFileMeta(DataSet& into) {
@@ -91,8 +91,7 @@ DataSetParser::End DataSetParser::parseElements(DataSet& into, const Level& leve
 
 DataSetParser::End DataSetParser::parseElement(DataSet& into, const ElementHeader& header,
                                                const Level& level) {
-    if (++elementCount_ > mostElements)
-        return broken(DecodeError::Kind::TooLarge, header.tag, "The file's header is too large");
+    if (++elementCount_ > mostElements) return broken(DecodeError::Kind::TooLarge, header.tag);
     const bool isSequence = holdsItems(header, level);
     buffer_.advance(static_cast<std::uint64_t>(header.bytes));
     const std::uint64_t room = level.end - std::min(buffer_.position(), level.end);
@@ -140,8 +139,7 @@ bool DataSetParser::holdsItems(const ElementHeader& header, const Level& level) 
 
 DataSetParser::End DataSetParser::parseItems(Element& sequence, const Level& level) {
     if (level.depth > deepestNesting) {
-        if (!level.hasKnownEnd)
-            return broken(DecodeError::Kind::Broken, sequence.tag, "The file's header is damaged");
+        if (!level.hasKnownEnd) return broken(DecodeError::Kind::Broken, sequence.tag);
         buffer_.advance(level.end - buffer_.position());
         return End::Reached;
     }
@@ -149,13 +147,12 @@ DataSetParser::End DataSetParser::parseItems(Element& sequence, const Level& lev
         const auto header = peekHeader(level);
         if (!header || !(header->tag == tags::Item || isDelimiter(header->tag))) {
             if (level.hasKnownEnd) break;
-            return broken(DecodeError::Kind::Broken, sequence.tag, "The file's header is damaged");
+            return broken(DecodeError::Kind::Broken, sequence.tag);
         }
         buffer_.advance(static_cast<std::uint64_t>(header->bytes));
         if (header->tag == tags::SequenceDelimitation && !level.hasKnownEnd) return End::Reached;
         if (isDelimiter(header->tag)) continue;
-        if (++elementCount_ > mostElements)
-            return broken(DecodeError::Kind::TooLarge, sequence.tag, "The file's header is too large");
+        if (++elementCount_ > mostElements) return broken(DecodeError::Kind::TooLarge, sequence.tag);
         sequence.items.emplace_back();
         if (parseItem(sequence.items.back(), header->length, level) == End::Broken) return End::Broken;
     }
@@ -180,7 +177,7 @@ DataSetParser::End DataSetParser::skipFragments(const Level& level) {
             break;
         buffer_.advance(header->length);
     }
-    return broken(DecodeError::Kind::Broken, {}, "The file's header is damaged");
+    return broken(DecodeError::Kind::Broken, {});
 }
 
 void DataSetParser::readValue(Element& element, const Encoding& encoding) {

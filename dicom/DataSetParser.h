@@ -49,7 +49,7 @@ class DataSetParser {
     bool takePixels(DataSet& into, const ElementHeader& header);
     void tellFrameBytes(const DataSet& header);
     std::optional<ElementHeader> peekHeader(const Level& level);
-    End broken(DecodeError::Kind kind, Tag tag, const char* message);
+    End broken(DecodeError::Kind kind, Tag tag);
     End brokenOff(Tag tag);
 
     ForwardBuffer& buffer_;

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-/// What may be wrong with a file or a frame, in words for a clinician.
+/// What is reported in place of a picture.
 namespace cinedisc::dicom::faults {
 
 /// The object has no pixels of its own: it may still hold an icon, or be the directory of a disc.
@@ -16,12 +16,13 @@ DecodeError cutOff(int complete, int announced, Tag tag = {}, std::uint64_t offs
 DecodeError unreadableCompression(std::string_view name);
 /// The pixels lie on a server (JPIP).
 DecodeError pictureElsewhere();
-DecodeError damaged(Tag tag, std::uint64_t offset, int frame = -1);
+/// The bytes of one frame are not as they must be.
+DecodeError damaged(Tag tag, std::uint64_t offset, int frame);
 /// The disc does not give the bytes.
 DecodeError cannotRead(Tag tag, std::uint64_t offset);
 DecodeError tooLarge();
 /// Rows, columns or the like are missing or make no sense.
 DecodeError undescribedPicture(Tag tag);
-DecodeError unsupportedPixels(std::string_view what);
+DecodeError unsupportedSamples(std::int64_t samplesPerPixel);
 
 }  // namespace cinedisc::dicom::faults

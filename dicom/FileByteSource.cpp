@@ -9,17 +9,8 @@ Result<std::shared_ptr<const ByteSource>> FileByteSource::open(const std::string
     if (file) return std::shared_ptr<const ByteSource>(new FileByteSource(std::move(file)));
     DecodeError error;
     error.kind = DecodeError::Kind::CannotRead;
-    switch (why) {
-        case OpenError::Missing:
-            error.message = "The file is missing";
-            break;
-        case OpenError::NotRegular:
-            error.message = "This is not a file that can be read";
-            break;
-        default:
-            error.message = "The file cannot be read";
-            break;
-    }
+    if (why == OpenError::Missing) error.reason = DecodeError::Reason::Missing;
+    if (why == OpenError::NotRegular) error.reason = DecodeError::Reason::NotRegular;
     return error;
 }
 

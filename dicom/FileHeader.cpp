@@ -66,13 +66,13 @@ bool isDeflated(const FileHeader& header, ForwardBuffer& buffer) {
 }  // namespace
 
 Result<FileHeader> readFileHeader(std::shared_ptr<const ByteSource> source) {
-    if (source->size() == 0) return DecodeError{DecodeError::Kind::NotDicom, "The file is empty", {}, 0, -1};
+    if (source->size() == 0) return DecodeError{DecodeError::Kind::NotDicom, DecodeError::Reason::Empty};
     FileHeader header;
     ForwardBuffer buffer(*source);
     const bool hasPrefix = skipPrefix(buffer);
     if (buffer.hasFailed() && buffer.remaining() == 0) return faults::cannotRead({}, buffer.size());
     if (!hasPrefix && !looksLikeDataSet(buffer.peek(ElementHeader::mostBytes), buffer.size()))
-        return DecodeError{DecodeError::Kind::NotDicom, "This is not a DICOM file", {}, 0, -1};
+        return DecodeError{DecodeError::Kind::NotDicom};
 
     DataSetParser(buffer).parseFileMeta(header.elements);
     header.syntaxUid = header.elements.string(tags::TransferSyntaxUID);

@@ -58,12 +58,10 @@ Result<std::vector<std::byte>> inflateFrom(const ByteSource& source, std::uint64
     for (const int windowBits : {rawStream, wrappedStream}) {
         out.clear();
         if (!Inflater(windowBits).run(source, offset, most, out))
-            return DecodeError{
-                DecodeError::Kind::TooLarge, "The file is too large to be unpacked", {}, offset, -1};
+            return DecodeError{DecodeError::Kind::TooLarge, DecodeError::Reason::Unpacking, {}, {}, offset};
         if (!out.empty()) return out;
     }
-    return DecodeError{
-        DecodeError::Kind::Broken, "The file is damaged: it cannot be unpacked", {}, offset, -1};
+    return DecodeError{DecodeError::Kind::Broken, DecodeError::Reason::Unpacking, {}, {}, offset};
 }
 
 }  // namespace cinedisc::dicom

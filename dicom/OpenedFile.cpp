@@ -25,7 +25,7 @@ std::optional<DecodeError> OpenedFile::missing(int frame) const {
     else if (frame >= picture_.frameCount && frame < picture_.announcedFrameCount)
         error = faults::cutOff(picture_.frameCount, picture_.announcedFrameCount);
     else if (frame < 0 || frame >= picture_.frameCount)
-        error = DecodeError{DecodeError::Kind::Broken, "The file has no such frame", {}, 0, frame};
+        error = DecodeError{DecodeError::Kind::Broken, DecodeError::Reason::NoSuchFrame};
     else
         return std::nullopt;
     error.frame = frame;

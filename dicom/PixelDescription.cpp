@@ -94,8 +94,7 @@ Result<PixelFormat> readPixelFormat(const DataSet& header, Tag pixelTag) {
     format.rows = static_cast<int>(*header.integer(tags::Rows));
     format.columns = static_cast<int>(*header.integer(tags::Columns));
     const auto samples = header.integer(tags::SamplesPerPixel).value_or(1);
-    if (samples != 1 && samples != 3)
-        return faults::unsupportedPixels(std::to_string(samples) + " samples a pixel");
+    if (samples != 1 && samples != 3) return faults::unsupportedSamples(samples);
     format.samplesPerPixel = static_cast<int>(samples);
     format.planar = samples == 3 && header.integer(tags::PlanarConfiguration).value_or(0) == 1;
     readBits(header, format);

@@ -5,6 +5,7 @@
 /// The elements that the program itself reads, by their keywords (PS3.6).
 namespace cinedisc::dicom::tags {
 
+constexpr Tag MediaStorageSOPClassUID{0x0002, 0x0002};
 constexpr Tag TransferSyntaxUID{0x0002, 0x0010};
 constexpr Tag SpecificCharacterSet{0x0008, 0x0005};
 constexpr Tag SOPClassUID{0x0008, 0x0016};

@@ -30,8 +30,7 @@ std::variant<ImageRecord, Skipped> readRecord(const std::filesystem::path& path)
     const auto opened = dicom::DicomFile::open(path.string());
     if (!opened.ok()) {
         const bool isNone = opened.error().kind == dicom::DecodeError::Kind::NotDicom;
-        return Skipped{isNone ? Skipped::Reason::NotDicom : Skipped::Reason::Unreadable,
-                       opened.error().message};
+        return Skipped{isNone ? Skipped::Reason::NotDicom : Skipped::Reason::Unreadable, "cannot be read"};
     }
     const auto& file = *opened.value();
     const auto& header = file.header();

@@ -31,7 +31,6 @@ Result<std::shared_ptr<const ByteSource>> FileByteSource::open(const std::string
         return std::shared_ptr<const ByteSource>(std::make_shared<WatchedSource>(std::move(file), path));
     DecodeError error;
     error.kind = DecodeError::Kind::CannotRead;
-    error.message = "The file cannot be read";
     return error;
 }
 

@@ -55,7 +55,7 @@ class DcmtkDicomFile : public OpenedFile {
   private:
     static DecodeError refused(int number) {
         DecodeError error;
-        error.message = "DCMTK does not decode this frame";
+        error.reason = DecodeError::Reason::Unknown;
         error.frame = number;
         return error;
     }

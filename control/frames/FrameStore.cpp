@@ -17,13 +17,13 @@ auto safely(const Step& step) -> decltype(step()) {
         return step();
     } catch (const std::bad_alloc&) {
         error.kind = dicom::DecodeError::Kind::TooLarge;
-        error.message = "the picture needs more memory than there is";
+        error.reason = dicom::DecodeError::Reason::Memory;
     } catch (const std::length_error&) {
         error.kind = dicom::DecodeError::Kind::TooLarge;
-        error.message = "the picture needs more memory than there is";
+        error.reason = dicom::DecodeError::Reason::Memory;
     } catch (...) {
         // Whoever waits for the frame must hear of it.
-        error.message = "the picture cannot be worked out";
+        error.reason = dicom::DecodeError::Reason::Unknown;
     }
     return error;
 }

@@ -68,7 +68,7 @@ DecodedFrame ImageFile::decodeRead(int index, const dicom::FrameBytes& bytes) co
     if (!frame) return frame;
     if (!isWhole(frame.value(), dicom_->pixelFormat())) {
         dicom::DecodeError error;
-        error.message = "the picture does not have the size that its header says";
+        error.reason = dicom::DecodeError::Reason::WrongSize;
         error.frame = index;
         return error;
     }

@@ -17,7 +17,7 @@ namespace {
 dicom::DecodeError tooLarge() {
     dicom::DecodeError error;
     error.kind = dicom::DecodeError::Kind::TooLarge;
-    error.message = "the file needs more memory than there is";
+    error.reason = dicom::DecodeError::Reason::Memory;
     return error;
 }
 
@@ -143,7 +143,7 @@ Opening::Outcome ImageLibrary::open(const QString& path) {
     } catch (const std::length_error&) {
         return tooLarge();
     } catch (...) {
-        return dicom::DecodeError{dicom::DecodeError::Kind::CannotRead, "the file cannot be read"};
+        return dicom::DecodeError{dicom::DecodeError::Kind::CannotRead};
     }
 }
 

@@ -37,7 +37,7 @@ class Opening : public Errand {
     const Open open_;
     const std::function<void()> opened_;
     const Asker asker_;
-    Outcome outcome_ = dicom::DecodeError{dicom::DecodeError::Kind::CannotRead, "the file cannot be read"};
+    Outcome outcome_ = dicom::DecodeError{dicom::DecodeError::Kind::CannotRead};
 };
 
 }  // namespace cinedisc

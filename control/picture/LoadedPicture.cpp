@@ -57,8 +57,8 @@ void LoadedPicture::take(const Opening::Outcome& outcome) {
     if (!outcome) {
         fileFault_ = outcome.error();
     } else if (file_ && frameCount() == 0) {
-        fileFault_ = file_->dicom().pictureError().value_or(
-            dicom::DecodeError{dicom::DecodeError::Kind::NoPicture, "this file holds no picture"});
+        fileFault_ =
+            file_->dicom().pictureError().value_or(dicom::DecodeError{dicom::DecodeError::Kind::NoPicture});
     }
 }
 

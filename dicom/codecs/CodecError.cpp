@@ -3,19 +3,15 @@
 namespace cinedisc::dicom::codecs {
 
 DecodeError broken(const std::string& detail) {
-    return {DecodeError::Kind::Broken, "The picture data are damaged (" + detail + ")"};
+    return {DecodeError::Kind::Broken, DecodeError::Reason::PictureData, detail};
 }
 
-DecodeError cutOff() {
-    return {DecodeError::Kind::CutOff,
-            "The picture data are damaged: they are cut off before the picture's end"};
-}
+DecodeError cutOff() { return {DecodeError::Kind::CutOff, DecodeError::Reason::PictureData}; }
 
 DecodeError unsupported(const std::string& name) {
-    return {DecodeError::Kind::Unsupported,
-            "The picture is stored in a way this viewer cannot read (" + name + ")"};
+    return {DecodeError::Kind::Unsupported, DecodeError::Reason::PictureData, name};
 }
 
-DecodeError tooLarge() { return {DecodeError::Kind::TooLarge, "The picture is too large to be shown"}; }
+DecodeError tooLarge() { return {DecodeError::Kind::TooLarge}; }
 
 }  // namespace cinedisc::dicom::codecs

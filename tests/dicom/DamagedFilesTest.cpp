@@ -54,10 +54,7 @@ std::vector<Bytes> builtFiles() {
 /// Everything that a viewer does with a file.
 void useUp(const Bytes& bytes) {
     const auto result = DicomFile::open(std::make_shared<MemoryByteSource>(bytes));
-    if (!result) {
-        EXPECT_FALSE(result.error().message.empty());
-        return;
-    }
+    if (!result) return;
     const DicomFile& file = *result.value();
     EXPECT_EQ(file.frameCount() == 0, file.pictureError().has_value());
     for (int frame = 0; frame < std::min(file.frameCount(), 5); ++frame) {
@@ -121,7 +118,7 @@ TEST(DamagedFiles, OnScratchedDiscsAreNotTakenForCutOffOnes) {
             const auto result = DicomFile::open(std::make_shared<CountingSource>(bytes, readable));
             const auto frame = result ? result.value()->decode(1) : Result<Frame>(result.error());
             ASSERT_FALSE(frame.ok()) << readable;
-            EXPECT_EQ(frame.error().kind, DecodeError::Kind::CannotRead) << readable << frame.error().message;
+            EXPECT_EQ(frame.error().kind, DecodeError::Kind::CannotRead) << readable;
         }
     }
 }

@@ -103,29 +103,28 @@ Bytes element(std::uint32_t tag, std::size_t length, const Bytes& value) {
 }
 
 TEST(DataSetParsing, BoundsTheNumberOfElementsItemsAndFragments) {
+    using Kind = DecodeError::Kind;
     constexpr std::uint32_t privateElement = 0x10010009, open = 0xFFFFFFFF;
     const auto error = [](const Bytes& bytes, dicom::Encoding encoding = implicitLittle) {
         const auto found = Parsed(bytes, encoding).error;
-        return found ? found->message : "";
+        return found ? std::optional(found->kind) : std::nullopt;
     };
     const Bytes empty = element(privateElement, 0, {}), item = element(0xE000FFFE, 0, {});
     const Bytes fragments = bytesOf({9, 0, 1, 0x10, 'O', 'B', 0, 0, 255, 255, 255, 255});
     const Bytes end = element(0xE0DDFFFE, 0, {});
-    EXPECT_EQ(error(repeated(empty, 500'000)), "");
-    EXPECT_EQ(error(repeated(empty, 500'001)), "The file's header is too large");
+    EXPECT_EQ(error(repeated(empty, 500'000)), std::nullopt);
+    EXPECT_EQ(error(repeated(empty, 500'001)), Kind::TooLarge);
     for (const bool isOpen : {false, true}) {
         const auto sequence = [&](std::size_t count) {
             const Bytes items = repeated(item, count) + (isOpen ? end : Bytes());
             return element(privateElement, isOpen ? open : items.size(), items);
         };
-        EXPECT_EQ(error(sequence(499'999)), "");
-        EXPECT_EQ(error(sequence(500'000)), "The file's header is too large");
+        EXPECT_EQ(error(sequence(499'999)), std::nullopt);
+        EXPECT_EQ(error(sequence(500'000)), Kind::TooLarge);
     }
-    EXPECT_EQ(error(fragments + repeated(item, 499'999) + end, explicitLittle), "");
-    EXPECT_EQ(error(fragments + repeated(item, 500'000) + end, explicitLittle),
-              "The file's header is damaged");
-    EXPECT_EQ(error(fragments + element(0xE000FFFE, 9, Bytes(8)), explicitLittle),
-              "The file's header is damaged");
+    EXPECT_EQ(error(fragments + repeated(item, 499'999) + end, explicitLittle), std::nullopt);
+    EXPECT_EQ(error(fragments + repeated(item, 500'000) + end, explicitLittle), Kind::Broken);
+    EXPECT_EQ(error(fragments + element(0xE000FFFE, 9, Bytes(8)), explicitLittle), Kind::Broken);
 }
 
 TEST(DataSetParsing, BoundsNesting) {

@@ -22,7 +22,7 @@ DicomBuilder run(OffsetTable table, int count = frames, int fragments = 1) {
 
 void expectFrame(const DicomFile& file, int frame, const Bytes& pixels) {
     const auto decoded = file.decode(frame);
-    ASSERT_TRUE(decoded.ok()) << frame << ": " << decoded.error().message;
+    ASSERT_TRUE(decoded.ok()) << frame << ": " << decoded.error().detail;
     EXPECT_EQ(samplesOf(decoded.value()), pixels) << frame;
 }
 
@@ -91,7 +91,7 @@ TEST(EncapsulatedFrames, CutOffRunShowsTheFramesItHas) {
             const auto decoded = file->decode(missing);
             ASSERT_FALSE(decoded.ok());
             EXPECT_EQ(decoded.error().kind, DecodeError::Kind::CutOff);
-            EXPECT_EQ(decoded.error().message, "The file is cut off: 2 of 5 frames can be shown");
+            EXPECT_EQ(decoded.error().completeFrames, 2);
             EXPECT_EQ(decoded.error().frame, missing);
         }
     }

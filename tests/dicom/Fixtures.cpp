@@ -15,7 +15,7 @@ using namespace dicom;
 
 std::shared_ptr<const DicomFile> opened(const Bytes& bytes) {
     auto file = DicomFile::open(std::make_shared<MemoryByteSource>(bytes));
-    if (!file) throw std::runtime_error(file.error().message);
+    if (!file) throw std::runtime_error(file.error().detail);
     return file.value();
 }
 
