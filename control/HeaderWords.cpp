@@ -1,5 +1,7 @@
 #include "control/HeaderWords.h"
 
+#include "dicom/ReadableValues.h"
+
 #include <QRegularExpression>
 
 namespace cinedisc {
@@ -37,10 +39,8 @@ QStringList personNameLines(const QString& value) {
 }
 
 QString readableDate(const QString& value) {
-    static const QRegularExpression date(R"(^(\d{4})[.]?(\d{2})[.]?(\d{2})$)");
-    const auto match = date.match(value.trimmed());
-    if (!match.hasMatch()) return harmless(value);
-    return match.captured(1) + '-' + match.captured(2) + '-' + match.captured(3);
+    const auto date = dicom::isoDate(value.trimmed().toStdString());
+    return date ? QString::fromStdString(*date) : harmless(value);
 }
 
 QString readableTime(const QString& value) {

@@ -19,7 +19,8 @@ constexpr std::uint64_t mostBytesHeld = 64ull << 20;
 std::uint64_t holdLimit(Tag tag) {
     constexpr std::uint64_t usual = 64 << 10, table = 256 << 10, offsetTable = 16 << 20;
     if (tag.group == tags::ExtendedOffsetTable.group) return offsetTable;
-    const bool isPalette = tag >= tags::RedPaletteData && tag <= Tag{0x0028, 0x1223};
+    const bool isPalette =
+        tag >= tags::RedPaletteData && tag <= tags::forColour(tags::SegmentedRedPaletteData, 2);
     return tag == tags::LUTData || isPalette || tags::isOverlayGroup(tag.group) ? table : usual;
 }
 

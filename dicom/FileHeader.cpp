@@ -31,16 +31,11 @@ bool skipPrefix(ForwardBuffer& buffer) {
     return false;
 }
 
-std::string uidOf(const Encoding& encoding) {
-    if (!encoding.explicitVr) return "1.2.840.10008.1.2";
-    return encoding.order == ByteOrder::Big ? "1.2.840.10008.1.2.2" : "1.2.840.10008.1.2.1";
-}
-
 void parseBody(FileHeader& header, ForwardBuffer& buffer, Encoding declared) {
     header.encoding = sniffEncoding(buffer.peek(ElementHeader::mostBytes), declared);
     if (header.syntaxUid.empty()) {
-        header.syntaxUid = uidOf(header.encoding);
-        header.syntax = findTransferSyntax(header.syntaxUid);
+        header.syntax = &nativeSyntax(header.encoding);
+        header.syntaxUid = header.syntax->uid;
     }
     DataSetParser parser(buffer);
     header.brokenOff = parser.parse(header.elements, header.encoding);

@@ -53,7 +53,9 @@ void FrameGrouping::regroupBySignature() {
 
 void FrameGrouping::dealOutEvenly() {
     const bool tooFew = rule_ == Rule::BySignature && starts_.size() < frames_;
-    if (!tooFew || fragments_.size() % frames_ != 0) return;
+    // Where the file is cut off, nobody knows how many fragments there were.
+    const bool isWhole = walker_.ended() == FragmentWalker::Ended::AtDelimiter;
+    if (!tooFew || !isWhole || fragments_.size() % frames_ != 0) return;
     starts_.clear();
     for (std::size_t frame = 0; frame < frames_; ++frame)
         starts_.push_back(frame * (fragments_.size() / frames_));

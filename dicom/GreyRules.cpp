@@ -53,7 +53,7 @@ std::vector<Window> readWindows(const DataSet& from) {
     return windows;
 }
 
-std::pair<std::int64_t, std::int64_t> storedRange(const PixelFormat& format) {
+std::pair<std::int64_t, std::int64_t> storableRange(const PixelFormat& format) {
     const int bits = std::min(format.bitsStored, 32);
     if (format.isSigned) return {-(std::int64_t{1} << (bits - 1)), (std::int64_t{1} << (bits - 1)) - 1};
     return {0, (std::int64_t{1} << bits) - 1};
@@ -62,7 +62,7 @@ std::pair<std::int64_t, std::int64_t> storedRange(const PixelFormat& format) {
 /// What comes out of the modality step, into a VOI LUT.
 LutInput voiInput(const GreyTransform& grey, const PixelFormat& format) {
     if (grey.modalityLut) return {false, 0xFFFF};
-    const auto [lowest, highest] = storedRange(format);
+    const auto [lowest, highest] = storableRange(format);
     const Rescale rescale = grey.rescale.value_or(Rescale{});
     const double a = static_cast<double>(lowest) * rescale.slope + rescale.intercept;
     const double b = static_cast<double>(highest) * rescale.slope + rescale.intercept;
@@ -91,7 +91,7 @@ void readModalityStep(const DataSet& header, const PixelFormat& format, int fram
     grey.rescale = readRescale(transformation);
     const auto& items = header.items(tags::ModalityLUTSequence);
     if (items.empty()) return;
-    const auto [lowest, highest] = storedRange(format);
+    const auto [lowest, highest] = storableRange(format);
     grey.modalityLut = readLookupTable(items.front(), {lowest < 0, highest});
     if (grey.modalityLut) grey.rescale.reset();
 }

@@ -16,8 +16,8 @@ constexpr int fewestBits = 8, mostBits = 16;
 
 }  // namespace
 
-int plausibleLutBits(int stated, unsigned highestEntry) {
-    const int used = std::max(fewestBits, static_cast<int>(std::bit_width(highestEntry)));
+int plausibleLutBits(int stated, unsigned largest) {
+    const int used = std::max(fewestBits, static_cast<int>(std::bit_width(largest)));
     constexpr int unusedThatIsDamage = 3;
     const bool isPlausible = stated >= used && stated <= mostBits && stated - used < unusedThatIsDamage;
     return isPlausible ? stated : used;
@@ -39,7 +39,7 @@ std::optional<LutDescriptor> readLutDescriptor(const DataSet& header, Tag tag, c
     return descriptor;
 }
 
-unsigned highestEntry(const LookupTable& table) {
+unsigned largestEntry(const LookupTable& table) {
     return table.entries.empty() ? 0 : *std::max_element(table.entries.begin(), table.entries.end());
 }
 
@@ -55,7 +55,7 @@ std::optional<LookupTable> makeLookupTable(const LutDescriptor& descriptor, std:
     table.entries.reserve(there);
     for (std::size_t i = 0; i < there; ++i)
         table.entries.push_back(singleBytes ? std::to_integer<std::uint16_t>(data[i]) : load16(&data[2 * i]));
-    table.bits = singleBytes ? fewestBits : plausibleLutBits(descriptor.bits, highestEntry(table));
+    table.bits = singleBytes ? fewestBits : plausibleLutBits(descriptor.bits, largestEntry(table));
     return table;
 }
 

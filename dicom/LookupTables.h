@@ -28,8 +28,8 @@ std::optional<LutDescriptor> readLutDescriptor(const DataSet& header, Tag tag, c
 
 /// Bits of the entries, when their highest belies what is stated: 16 where only 8 or 12 are used, which would
 /// make the picture black, or 8 where more are used.
-int plausibleLutBits(int stated, unsigned highestEntry);
-unsigned highestEntry(const LookupTable& table);
+int plausibleLutBits(int stated, unsigned largestEntry);
+unsigned largestEntry(const LookupTable& table);
 
 /// Entries out of a table's bytes: one byte each when there are only as many, two otherwise. `bits` is
 /// corrected where the entries belie it.

@@ -11,10 +11,6 @@ namespace cinedisc::dicom {
 
 namespace {
 
-Tag forColour(Tag red, std::size_t colour) {
-    return {red.group, static_cast<std::uint16_t>(red.element + colour)};
-}
-
 std::optional<LookupTable> readSegmented(const LutDescriptor& descriptor, const Element& data) {
     const bool isPlainlyTwoBytes = descriptor.bits > 8;
     LookupTable table;
@@ -40,9 +36,9 @@ std::optional<Palette> readPalette(const DataSet& header, const PixelFormat& for
     unsigned highest = 0;
     for (std::size_t colour = 0; colour < tables.size(); ++colour) {
         const auto descriptor =
-            readLutDescriptor(header, forColour(tags::RedPaletteDescriptor, colour), input);
-        const Element* plain = header.find(forColour(tags::RedPaletteData, colour));
-        const Element* segmented = header.find(forColour(tags::SegmentedRedPaletteData, colour));
+            readLutDescriptor(header, tags::forColour(tags::RedPaletteDescriptor, colour), input);
+        const Element* plain = header.find(tags::forColour(tags::RedPaletteData, colour));
+        const Element* segmented = header.find(tags::forColour(tags::SegmentedRedPaletteData, colour));
         if (!descriptor || !(plain || segmented)) return std::nullopt;
         auto table = plain && !plain->value.empty() ? makeLookupTable(*descriptor, plain->value)
                      : segmented                    ? readSegmented(*descriptor, *segmented)
@@ -50,7 +46,7 @@ std::optional<Palette> readPalette(const DataSet& header, const PixelFormat& for
         if (!table) return std::nullopt;
         tables[colour] = std::move(*table);
         bits = std::max(bits, descriptor->bits);
-        highest = std::max(highest, highestEntry(tables[colour]));
+        highest = std::max(highest, largestEntry(tables[colour]));
     }
     // A colour that is hardly used must not be taken for one of fewer bits than the others.
     for (LookupTable& table : tables) table.bits = plausibleLutBits(bits, highest);

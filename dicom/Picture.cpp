@@ -43,7 +43,7 @@ class BareStream : public FrameSource {
 };
 
 bool beginsWithItem(const FileHeader& header) {
-    std::array<std::byte, 8> start{};
+    std::array<std::byte, itemHeader> start{};
     const std::size_t got = header.body->readAt(header.pixels->offset, start);
     const auto item = readElementHeader(std::span(start).first(got), implicitLittle, got);
     return item && item->tag == tags::Item;

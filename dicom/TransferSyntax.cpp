@@ -98,6 +98,13 @@ constexpr std::array table = std::to_array<TransferSyntax>({
 
 }  // namespace
 
+const TransferSyntax& nativeSyntax(const Encoding& encoding) {
+    // The plain ones stand first.
+    const auto at = std::find_if(table.begin(), table.end(),
+                                 [&encoding](const auto& row) { return row.encoding == encoding; });
+    return at == table.end() ? nativeSyntax(implicitLittle) : *at;
+}
+
 const TransferSyntax* findTransferSyntax(std::string_view uid) {
     const auto at =
         std::find_if(table.begin(), table.end(), [uid](const auto& row) { return row.uid == uid; });

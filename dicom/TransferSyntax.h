@@ -33,6 +33,8 @@ struct TransferSyntax {
     bool isLossless = false;  ///< of compressed pixels: the syntax admits no loss
 };
 
+/// The syntax of native pixels that stands for an encoding; implicit little endian for one that none has.
+const TransferSyntax& nativeSyntax(const Encoding& encoding);
 /// The syntax of a UID, null when it is not known.
 const TransferSyntax* findTransferSyntax(std::string_view uid);
 

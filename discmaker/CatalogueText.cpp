@@ -1,8 +1,8 @@
 #include "discmaker/CatalogueText.h"
 
+#include "dicom/ReadableValues.h"
 #include "discmaker/Utf8.h"
 
-#include <cmath>
 #include <string_view>
 #include <vector>
 
@@ -27,23 +27,15 @@ void join(std::string& text, std::string_view separator, const std::string& next
 }
 
 /// "20240522" or "2024.05.22" as "2024-05-22"; what is no date as it stands.
-std::string displayDate(const std::string& date) {
-    std::string digits;
-    for (char letter : date)
-        if (letter != '.') digits += letter;
-    if (digits.size() != 8 || digits.find_first_not_of("0123456789") != std::string::npos)
-        return oneLine(date);
-    return digits.substr(0, 4) + "-" + digits.substr(4, 2) + "-" + digits.substr(6);
-}
+std::string displayDate(const std::string& date) { return dicom::isoDate(date).value_or(oneLine(date)); }
 
 std::string count(std::size_t number, const char* one, const char* many) {
     return number == 0 ? std::string() : std::to_string(number) + " " + (number == 1 ? one : many);
 }
 
-std::string angle(const char* positive, const char* negative, double degrees) {
-    const auto whole = std::lround(degrees);
-    return whole == 0 ? std::string()
-                      : std::string(whole > 0 ? positive : negative) + " " + std::to_string(std::abs(whole));
+std::string angleText(const dicom::BeamAngle& angle) {
+    return angle.degrees == 0 ? std::string()
+                              : std::string(angle.direction) + " " + std::to_string(angle.degrees);
 }
 
 }  // namespace
@@ -106,9 +98,9 @@ std::string entryText(const ImageRecord& record, std::size_t position) {
 }
 
 std::string viewName(double primaryAngle, double secondaryAngle) {
-    std::string text = angle("LAO", "RAO", primaryAngle);
-    if (text.empty()) text = "AP";
-    join(text, " ", angle("CRAN", "CAUD", secondaryAngle));
+    const auto sideways = dicom::sidewaysAngle(primaryAngle);
+    std::string text = sideways.degrees == 0 ? sideways.direction : angleText(sideways);
+    join(text, " ", angleText(dicom::tilt(secondaryAngle)));
     return text;
 }
 

@@ -54,22 +54,29 @@ TEST(CharacterSets, OfTheWholeWorldAreDecoded) {
         {"\\ISO 2022 IR 159", "\x1B$(D0!\x1B(B.", "丂."},
         {"ISO 2022 IR 100\\ISO 2022 IR 144", "\xE9 \x1B-L\xBB\xEE \x1B-A\xE9", "é Лю é"},
         {"\\ISO 2022 IR 126\\ISO 2022 IR 144", "\x1B-F\xC4^\xC4", "Δ^Ä"},
+        {"\\ISO 2022 IR 87", "\x1B$B;3 ED\x7F\x1B(B", "山 田\x7F"},
+        {"\\ISO 2022 IR 13", "\x1B)I\xA0\xA1\xDF\xE0", "\uFFFD\uFF61\uFF9F\uFFFD"},
+        // Unknown ones, and some that only look like UTF-8.
+        {"no such set", "\xC3\xA9", "é"},
+        {"no such set", "\xE9\x8D", "é\uFFFD"},
+        {"ISO_IR 100", "\xC3\xA9", "Ã©"},
+        {"ISO_IR 192", "\xE9", "\uFFFD"},
+        {"ISO-IR 144", "\xBB\xEE", "Лю"},
+        {"ISO_IR_144", "\xBB\xEE", "Лю"},
+        {"iso_ir144", "\xBB\xEE", "Лю"},
+        {"ISO 2022 IR 144", "\xBB\xEE", "Лю"},
+        {"IR 144", "\xBB\xEE", "Лю"},
+        {"UTF-8", "\xC3\xA9", "é"},
     };
     for (const Row& row : rows)
         EXPECT_EQ(characterSet(row.terms).decode(row.bytes, CharacterSet::Resets::AtNameParts), row.text)
             << row.terms;
 }
 
-TEST(CharacterSets, MayBeMisspelt) {
-    for (const char* terms :
-         {"ISO-IR 144", "ISO_IR_144", "ISO IR 144", "iso_ir144", "ISO 2022 IR 144", "IR 144"})
-        EXPECT_EQ(characterSet(terms).decode("\xBB\xEE"), "Лю") << terms;
-    EXPECT_EQ(characterSet("UTF-8").decode("\xC3\xA9"), "é");
-}
-
 TEST(CharacterSets, OutsideNamesExtensionsHoldUntilTheValueEnds) {
     const CharacterSet characters = characterSet("\\ISO 2022 IR 144");
     EXPECT_EQ(characters.decode("\x1B-L\xBB=\xEE\\\xEE"), "Л=ю\\î");
+    EXPECT_EQ(characters.decode("\x1B-L\xBB\n\xEE"), "Л\nî");
 }
 
 TEST(CharacterSets, NonsenseStaysValidText) {
@@ -81,6 +88,22 @@ TEST(CharacterSets, NonsenseStaysValidText) {
         for (std::size_t from = 0; from < 4; ++from)
             EXPECT_TRUE(isValidUtf8(characterSet(terms).decode(bytes.substr(from) + "\x1B$B$\x1B$)C\xA1")))
                 << terms;
+    }
+}
+
+TEST(Utf8, IsWhatTheStandardSays) {
+    for (const char* text : {"", "\x7F", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF",
+                             "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"})
+        EXPECT_TRUE(isValidUtf8(text)) << text;
+    for (const char* text :
+         {"\x80", "\xC1\xBF", "\xC2", "\xC2\xC0", "\xE0\x9F\xBF", "\xE1\x80", "\xED\xA0\x80",
+          "\xF0\x8F\xBF\xBF", "\xF1\x80\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80"})
+        EXPECT_FALSE(isValidUtf8(text)) << text;
+    for (const char32_t letter : {U'\x7F', U'\x80', U'\x7FF', U'\x800', U'\xFFFF', U'\x10000', U'\x10FFFF'}) {
+        std::string text;
+        appendUtf8(text, letter);
+        EXPECT_TRUE(isValidUtf8(text)) << text;
+        EXPECT_EQ(text.size(), 1u + (letter > 0x7F) + (letter > 0x7FF) + (letter > 0xFFFF));
     }
 }
 

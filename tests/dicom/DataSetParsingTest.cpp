@@ -1,4 +1,5 @@
 #include "dicom/DataSetParser.h"
+#include "dicom/ElementHeader.h"
 #include "dicom/MemoryByteSource.h"
 #include "dicom/Tags.h"
 #include "tests/support/DicomBuilder.h"
@@ -100,6 +101,60 @@ Bytes repeated(const Bytes& unit, std::size_t count) {
 /// An element or an item, in implicit little endian; the tag's group in its lower half.
 Bytes element(std::uint32_t tag, std::size_t length, const Bytes& value) {
     return numberBytes(tag, 4) + numberBytes(length, 4) + value;
+}
+
+TEST(ElementHeaders, AreUnderstoodThoughTheirLettersAreNone) {
+    const auto headerOf = [](const char* letters, std::vector<int> behind, std::uint64_t room,
+                             dicom::Encoding encoding = explicitLittle) {
+        Bytes bytes = bytesOf({9, 0, 1, 0x10}) + bytesOf(std::string_view(letters, 2));
+        for (const int byte : behind) bytes.push_back(static_cast<std::byte>(byte));
+        const auto header = readElementHeader(bytes, encoding, room);
+        return header ? std::tuple(header->bytes, int(header->length), int(header->encoding.explicitVr))
+                      : std::tuple(0, 0, 0);
+    };
+    using Found = std::tuple<int, int, int>;  // header, length, whether items have representations
+    EXPECT_EQ(headerOf("CS", {4, 1}, 99), Found(8, 0x104, 1));
+    EXPECT_EQ(headerOf("CS", {4}, 99), Found(0, 0, 0));
+    EXPECT_EQ(headerOf("OB", {0, 0, 5, 1, 0, 0}, 99), Found(12, 0x105, 1));
+    EXPECT_EQ(headerOf("UN", {0, 0, 5, 0, 0, 0}, 99), Found(12, 5, 0));
+    EXPECT_EQ(headerOf("OB", {0, 0, 5, 0, 0}, 99), Found(0, 0, 0));
+    EXPECT_EQ(headerOf("ZZ", {0, 0, 5, 0, 0, 0}, 17), Found(12, 5, 0)) << "long, as new ones are";
+    EXPECT_EQ(headerOf("ZZ", {0, 0, 5, 0, 0, 0}, 16), Found(8, 0, 1)) << "there is no room for that";
+    EXPECT_EQ(headerOf("ZZ", {0, 0, 0, 0, 0, 0}, 99), Found(8, 0, 1));
+    EXPECT_EQ(headerOf("ZZ", {6, 0, 5, 0, 0, 0}, 99), Found(8, 6, 1));
+    EXPECT_EQ(headerOf("\0\0", {6, 0, 0, 0, 0, 0}, 99), Found(8, 6, 1));
+    EXPECT_EQ(headerOf("\6\0", {0, 0, 0, 0, 0, 0}, 99), Found(8, 6, 0)) << "copied from an implicit file";
+    EXPECT_EQ(headerOf("\6\0", {0, 0}, 99, implicitLittle), Found(8, 6, 0));
+}
+
+TEST(ElementHeaders, TellHowADataSetIsWritten) {
+    constexpr dicom::Encoding explicitBig{ByteOrder::Big, true};
+    struct Row {
+        Bytes start;
+        dicom::Encoding declared, found;
+    };
+    for (const Row& row : {Row{bytesOf({8, 0, 5, 0, 'C', 'S', 4, 0}), implicitLittle, explicitLittle},
+                           {bytesOf({0, 8, 0, 5, 'C', 'S', 0, 4}), implicitLittle, explicitBig},
+                           {bytesOf({8, 0, 5, 0, 'C', 'S', 4, 0}), explicitBig, explicitLittle},
+                           {bytesOf({0, 0, 5, 0, 'U', 'L', 4, 0}), explicitBig, explicitBig},
+                           {bytesOf({8, 0, 5, 0, 4, 0, 0, 0}), explicitLittle, implicitLittle},
+                           {bytesOf({8, 0, 5, 0, 255, 255, 0, 0}), explicitLittle, implicitLittle},
+                           {bytesOf({8, 0, 5, 0, 0, 0, 1, 0}), explicitLittle, explicitLittle},
+                           {bytesOf({8, 0, 5, 0, 255, 255, 255, 255}), explicitLittle, implicitLittle},
+                           {bytesOf({0, 8, 0, 5, 4, 0, 0}), implicitLittle, implicitLittle}})
+        EXPECT_EQ(sniffEncoding(row.start, row.declared), row.found) << testing::PrintToString(row.start);
+    const auto looks = [](int group, int element, int length, std::uint64_t size) {
+        return looksLikeDataSet(bytesOf({group, 0, element, 0, length, 0, 0, 0}), size);
+    };
+    EXPECT_TRUE(looks(8, 5, 4, 12));
+    EXPECT_FALSE(looks(8, 5, 4, 11)) << "its end is beyond the file's";
+    EXPECT_TRUE(looks(0x28, 5, 4, 12));
+    EXPECT_FALSE(looks(0x2A, 5, 4, 12)) << "no group to begin with";
+    EXPECT_FALSE(looks(9, 5, 4, 12)) << "a private one";
+    EXPECT_TRUE(looks(8, 0, 4, 12)) << "the length of a group";
+    EXPECT_FALSE(looks(8, 0, 6, 99));
+    EXPECT_TRUE(looksLikeDataSet(bytesOf({8, 0, 5, 0, 255, 255, 255, 255}), 8)) << "an open sequence";
+    EXPECT_FALSE(looksLikeDataSet(bytesOf({8, 0, 5, 0, 0, 0, 0}), 7));
 }
 
 TEST(DataSetParsing, BoundsTheNumberOfElementsItemsAndFragments) {

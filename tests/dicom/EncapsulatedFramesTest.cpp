@@ -1,10 +1,13 @@
+#include "dicom/CodeStream.h"
 #include "dicom/DicomFile.h"
 #include "dicom/Tags.h"
 #include "tests/dicom/Fixtures.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <random>
 #include <thread>
 
 namespace cinedisc::test {
@@ -12,192 +15,291 @@ namespace {
 
 using namespace dicom;
 
-constexpr int rows = 24, columns = 32, frames = 5;
-constexpr std::size_t pixelCount = rows * columns;
-constexpr OffsetTable tables[] = {OffsetTable::Empty, OffsetTable::Filled, OffsetTable::Extended};
-
-DicomBuilder run(OffsetTable table, int count = frames, int fragments = 1) {
-    return rleRun(rows, columns, count, table, fragments);
-}
-
-void expectFrame(const DicomFile& file, int frame, const Bytes& pixels) {
-    const auto decoded = file.decode(frame);
-    ASSERT_TRUE(decoded.ok()) << frame << ": " << decoded.error().detail;
-    EXPECT_EQ(samplesOf(decoded.value()), pixels) << frame;
-}
-
-void expectAllFrames(const DicomBuilder& builder) {
-    for (const auto& order : {std::vector{0, 1, 2, 3, 4}, {4, 0, 3, 1, 2}, {3, 4, 0}, {2, 2, 1, 4}}) {
-        const auto file = opened(builder);
-        ASSERT_EQ(file->frameCount(), frames);
-        for (const int frame : order) expectFrame(*file, frame, pixelsOfFrame(frame, pixelCount));
+/// Frames out of fragments of random length, of which only the first begins like a code stream: one each, or
+/// several at least for the first.
+struct RandomRun {
+    RandomRun(std::mt19937& random, int frames, bool hasOneEach) {
+        for (int frame = 0; frame < frames; ++frame) {
+            starts.push_back(fragments.size());
+            const auto count = hasOneEach ? 1 : frame == 0 ? 2 + random() % 3 : 1 + random() % 4;
+            for (std::size_t i = 0; i < count; ++i) {
+                Bytes fragment(8 + random() % 40 * 2);
+                for (std::byte& byte : fragment) byte = static_cast<std::byte>(random() % 255);
+                if (i == 0) fragment = fakeJpeg(fragment.size(), static_cast<int>(random() % 255));
+                fragments.push_back(fragment);
+            }
+        }
+        starts.push_back(fragments.size());
+        offsets.push_back(0);
+        for (const Bytes& each : fragments)
+            offsets.push_back(offsets.back() + 8 + std::uint32_t(each.size()));
     }
+
+    Bytes frame(std::size_t index) const {
+        Bytes joined;
+        for (std::size_t i = starts[index]; i < starts[index + 1]; ++i) joined = joined + fragments[i];
+        return joined;
+    }
+    std::vector<std::uint32_t> table() const {
+        std::vector<std::uint32_t> entries;
+        for (std::size_t i = 0; i + 1 < starts.size(); ++i) entries.push_back(offsets[starts[i]]);
+        return entries;
+    }
+
+    std::vector<Bytes> fragments;
+    std::vector<std::size_t> starts;     ///< the first fragment of each frame, and one behind the last
+    std::vector<std::uint32_t> offsets;  ///< of each fragment's item, and one behind the last
+};
+
+DicomBuilder jpegPicture(int frames) {
+    return DicomBuilder::image(64, 64, frames).transferSyntax(jpegSyntax);
+}
+
+/// What is wrong with a table, or with the items behind it.
+enum Fault { None, NoTable, Late, Early, Zeros, Backwards, TooShort, TooLong, Beyond, LastBeyond, Extended };
+
+void spoil(std::vector<std::uint32_t>& table, Fault fault) {
+    const auto each = [&table](auto change) { std::for_each(table.begin(), table.end(), change); };
+    if (fault == NoTable || fault == Extended) table.clear();
+    if (fault == Late) each([](auto& entry) { entry += entry ? 8 : 0; });
+    if (fault == Early) each([](auto& entry) { entry -= entry ? 8 : 0; });
+    if (fault == Zeros) each([](auto& entry) { entry = 0; });
+    if (fault == Backwards) std::reverse(table.begin(), table.end());
+    if (fault == TooShort) table.pop_back();
+    if (fault == TooLong) table.push_back(table.back() + 20);
+    if (fault == Beyond) each([](auto& entry) { entry *= 0x100000; });
+    if (fault == LastBeyond) table.back() = 0x40000000;
+}
+
+void expectFrame(const DicomFile& file, int frame, const Bytes& stream) {
+    const auto read = file.readFrame(frame);
+    ASSERT_TRUE(read.ok()) << frame << " kind " << static_cast<int>(read.error().kind);
+    EXPECT_EQ(Bytes(read.value().bytes().begin(), read.value().bytes().end()), stream) << frame;
 }
 
 TEST(EncapsulatedFrames, AreFoundInAnyOrderWhateverTellsThem) {
-    for (const auto table : tables) {
-        for (const int fragments : {1, 2, 5}) {
-            SCOPED_TRACE(std::to_string(static_cast<int>(table)) + " " + std::to_string(fragments));
-            expectAllFrames(run(table, frames, fragments));
+    std::mt19937 random(77);
+    for (int i = 0; i < 4000; ++i) {
+        const auto fault = static_cast<Fault>(i % (Extended + 1));
+        const int frames = 2 + static_cast<int>(random() % 6);
+        const RandomRun run(random, frames, random() % 3 == 0);
+        SCOPED_TRACE(std::to_string(i) + " fault " + std::to_string(fault));
+        auto table = run.table();
+        DicomBuilder builder = jpegPicture(frames);
+        if (fault == Extended) builder.numbers(tags::ExtendedOffsetTable, "OV", {table.begin(), table.end()});
+        spoil(table, fault);
+        auto fragments = run.fragments;
+        // Without its end a file may be cut off, as such a table says.
+        const bool isEnded = random() % 2 || fault == Beyond || fault == LastBeyond;
+        if (table.empty() && fault != Extended && random() % 2) {
+            fragments.back().push_back(std::byte{1});
+            fragments.insert(fragments.begin() + std::ptrdiff_t(run.starts[1]), Bytes());
+            fragments.emplace_back();
         }
-        expectFrame(*opened(run(table, 1, 40)), 0, pixelsOfFrame(0, pixelCount));
+        builder.encapsulated(fragments, table, isEnded ? FilePart::Present : FilePart::Absent);
+        if (fault == None && random() % 2) builder.remove(tags::NumberOfFrames);
+        const auto file = opened(builder);
+        ASSERT_EQ(file->frameCount(), frames);
+        for (int k = 0; k < 2 * frames; ++k) {
+            const auto frame = k < frames ? k : static_cast<int>(random()) & 1;
+            const auto asked = i % 2 ? frame : frames - 1 - frame;
+            auto stream = run.frame(std::size_t(asked));
+            if (asked == frames - 1 && fragments.back().empty()) stream.push_back(std::byte{1});
+            expectFrame(*file, asked, stream);
+        }
+        EXPECT_FALSE(file->readFrame(frames).ok());
+        EXPECT_FALSE(file->readFrame(-1).ok());
     }
 }
 
-TEST(EncapsulatedFrames, AreFoundInSpiteOfWrongTablesAndStrayFragments) {
-    std::vector<Bytes> streams;
-    for (int frame = 0; frame < frames; ++frame)
-        streams.push_back(rleFrame(pixelsOfFrame(frame, pixelCount)));
-    const auto step = static_cast<std::uint32_t>(streams[0].size() + 8);
-    DicomBuilder builder = run(OffsetTable::Empty);
-    for (const auto& offsets : std::vector<std::vector<std::uint32_t>>{
-             {0, step, 2 * step, 3 * step, 4 * step},
-             {0, step + 8, 2 * step + 8, 3 * step + 8, 4 * step + 8},
-             {28, 28 + step, 28 + 2 * step, 28 + 3 * step, 28 + 4 * step},
-             {0, step - 8, 2 * (step - 8), 3 * (step - 8), 4 * (step - 8)},
-             {0, 0, 0, 0, 0},
-             {0, step, step, 3 * step, 4 * step},
-             {0},
-             {0, step, 2 * step, 3 * step, 4 * step, 5 * step, 6 * step},
-             {4 * step, 3 * step, 2 * step, step, 0},
-             {0, 0x10000000, 0x20000000, 0x30000000, 0x40000000},
-             {0, step, 2 * step, 3 * step, 0x40000000}}) {
-        SCOPED_TRACE(testing::PrintToString(offsets));
-        builder.encapsulated(streams, offsets);
-        expectAllFrames(builder);
-    }
-    builder.encapsulated(streams, {}, FilePart::Absent);
-    expectAllFrames(builder);
-    auto odd = streams, withEmpty = streams;
-    odd[1].push_back(std::byte{0});
-    builder.encapsulated(odd, {});
-    expectAllFrames(builder);
-    withEmpty.insert(withEmpty.begin() + 2, Bytes());
-    withEmpty.emplace_back();
-    builder.encapsulated(withEmpty, {});
-    expectAllFrames(builder);
-}
-
-TEST(EncapsulatedFrames, CutOffRunShowsTheFramesItHas) {
-    const std::size_t frameBytes = rleFrame(Bytes(pixelCount)).size() + 8;
-    for (const auto table : tables) {
-        Bytes bytes = run(table).build();
-        bytes.resize(bytes.size() - 8 - 2 * frameBytes - frameBytes / 2);
+TEST(EncapsulatedFrames, OfACutOffRunAreShownAsFarAsTheyGo) {
+    std::mt19937 random(78);
+    for (int i = 0; i < 1500; ++i) {
+        const int frames = 2 + static_cast<int>(random() % 5);
+        const RandomRun run(random, frames, random() % 3 == 0);
+        const bool hasTable = i % 2;
+        DicomBuilder builder = jpegPicture(frames);
+        builder.encapsulated(run.fragments, hasTable ? run.table() : std::vector<std::uint32_t>());
+        Bytes bytes = builder.build();
+        const std::size_t first = bytes.size() - 8 - run.offsets.back();
+        const std::size_t room = random() % run.offsets.back();
+        bytes.resize(first + room);
         const auto file = opened(bytes);
-        EXPECT_EQ(file->frameCount(), table == OffsetTable::Empty ? frames : 2);
         EXPECT_EQ(file->announcedFrameCount(), frames);
-        EXPECT_TRUE(file->decode(1).ok());
-        for (const int missing : {2, 3, 4}) {
-            const auto decoded = file->decode(missing);
-            ASSERT_FALSE(decoded.ok());
-            EXPECT_EQ(decoded.error().kind, DecodeError::Kind::CutOff);
-            EXPECT_EQ(decoded.error().completeFrames, 2);
-            EXPECT_EQ(decoded.error().frame, missing);
+        int complete = 0;
+        while (run.offsets[run.starts[std::size_t(complete) + 1]] <= room) ++complete;
+        SCOPED_TRACE(std::to_string(i) + ": " + std::to_string(complete) + " of " + std::to_string(frames));
+        // Between two fragments, or before one begins like a frame, nothing shows what is missing.
+        if (std::any_of(run.offsets.begin(), run.offsets.end(),
+                        [room](auto offset) { return room >= offset && room < offset + 10; }))
+            continue;
+        for (int frame = frames - 1; frame >= 0; --frame) {
+            if (frame < complete) {
+                expectFrame(*file, frame, run.frame(std::size_t(frame)));
+            } else {
+                const auto read = file->readFrame(frame);
+                ASSERT_FALSE(read.ok()) << frame;
+                EXPECT_EQ(read.error().kind, DecodeError::Kind::CutOff) << frame;
+                EXPECT_EQ(read.error().frame, frame);
+            }
+        }
+        if (hasTable && complete + 1 < frames) {
+            EXPECT_EQ(file->frameCount(), complete);
+            EXPECT_EQ(file->readFrame(frames - 1).error().completeFrames, complete);
         }
     }
 }
 
 TEST(EncapsulatedFrames, AreCountedByTheFileWhereTheHeaderCannotTell) {
-    DicomBuilder endless = run(OffsetTable::Empty), unreadable = run(OffsetTable::Filled);
-    endless.text(tags::NumberOfFrames, "IS", "2000000000");
-    const auto file = opened(endless);
-    EXPECT_LT(file->frameCount(), 1000);
-    EXPECT_TRUE(file->decode(4).ok());
-    EXPECT_FALSE(file->decode(5).ok());
-
-    unreadable.text(tags::NumberOfFrames, "IS", "1A");
-    EXPECT_EQ(opened(unreadable)->frameCount(), frames);
-    unreadable.remove(tags::NumberOfFrames);
-    expectAllFrames(unreadable);
-
+    std::mt19937 random(79);
+    const RandomRun run(random, 5, true);
+    DicomBuilder builder = jpegPicture(5);
+    builder.encapsulated(run.fragments, {}).text(tags::NumberOfFrames, "IS", "2000000000");
+    const auto endless = opened(builder);
+    EXPECT_LT(endless->frameCount(), 1000);
+    EXPECT_FALSE(endless->readFrame(5).ok());
+    expectFrame(*endless, 4, run.fragments[4]);
+    builder.encapsulated(run.fragments, run.table()).text(tags::NumberOfFrames, "IS", "1A");
+    EXPECT_EQ(opened(builder)->frameCount(), 5);
     // A single picture with an entry for each of its fragments.
-    const Bytes pixels = pixelsOfFrame(0, pixelCount), stream = rleFrame(pixels);
-    const auto middle = stream.begin() + 70;
-    DicomBuilder single = run(OffsetTable::Empty, 1);
-    single.remove(tags::NumberOfFrames);
-    single.encapsulated({{stream.begin(), middle}, {middle, stream.end()}}, {0, 78});
-    EXPECT_EQ(opened(single)->frameCount(), 1);
-    expectFrame(*opened(single), 0, pixels);
+    const Bytes stream = fakeJpeg(40, 1), rest(12, std::byte{9});
+    builder.encapsulated({stream, rest}, {0, 48}).remove(tags::NumberOfFrames);
+    EXPECT_EQ(opened(builder)->frameCount(), 1);
+    expectFrame(*opened(builder), 0, stream + rest);
 }
 
 TEST(EncapsulatedFrames, AreToldApartByTheirBeginningsOrElseDealtOutEvenly) {
     const Bytes a = fakeJpeg(100, 1), b = fakeJpeg(200, 2), c = fakeJpeg(60, 3);
-    const Bytes rest(50, std::byte{7}), part(40, std::byte{5}), other(40, std::byte{6});
+    const Bytes part(40, std::byte{5}), other(40, std::byte{6});
     struct Row {
         std::vector<Bytes> fragments;
         int frames;
         std::vector<std::pair<int, Bytes>> asked;
     };
     const Row table[] = {
-        {{a, rest, rest, b, c, rest}, 3, {{2, c + rest}, {0, a + rest + rest}, {1, b}}},
         // The first two begin streams, and only then is seen that not every fragment does.
-        {{a, b, rest, c, rest}, 3, {{0, a}, {2, c + rest}, {1, b + rest}}},
+        {{a, b, part, c, part}, 3, {{0, a}, {2, c + part}, {1, b + part}}},
         {{a, part, other, part}, 2, {{1, other + part}, {0, a + part}}},
         // Seen only while the second frame, which seemed to begin a stream, is being read.
         {{a, part, c, other, part, other, part, part, other}, 3, {{1, other + part + other}}},
         // Streams without any known beginning: one fragment each.
         {{part, other, part}, 3, {{1, other}}},
         {{a, b}, 1, {{0, a}}},
+        {{part, other}, 1, {{0, part + other}}},
     };
     for (const Row& row : table) {
-        DicomBuilder builder = DicomBuilder::image(64, 64, row.frames);
-        const auto file = opened(builder.transferSyntax(jpegSyntax).encapsulated(row.fragments, {}));
-        for (const auto& [frame, stream] : row.asked) {
-            const auto read = file->readFrame(frame);
-            ASSERT_TRUE(read.ok());
-            EXPECT_EQ(Bytes(read.value().bytes().begin(), read.value().bytes().end()), stream) << frame;
-        }
+        const auto file = opened(jpegPicture(row.frames).encapsulated(row.fragments, {}));
+        for (const auto& [frame, stream] : row.asked) expectFrame(*file, frame, stream);
+    }
+}
+
+TEST(CodeStreams, AreKnownByTheirFirstBytes) {
+    const auto found = [](const Bytes& bytes) { return sniffCompression(bytes); };
+    const Bytes start = bytesOf({0xFF, 0xD8}), frame = bytesOf({0xFF, 0xF7, 0, 2});
+    for (const int code : {0xC4, 0xC8, 0xCC, 0xE0, 0xD0, 0xBF})
+        EXPECT_EQ(found(start + bytesOf({0xFF, code, 0, 4, 0xFF, 0xC0}) + frame), Compression::JpegLs)
+            << code;
+    for (const int code : {0xC0, 0xC3, 0xCF, 0xDA})
+        EXPECT_EQ(found(start + bytesOf({0xFF, code, 0, 2}) + frame), Compression::Jpeg) << code;
+    EXPECT_EQ(found(start + bytesOf({0xFF}) + frame), Compression::JpegLs) << "a fill byte";
+    EXPECT_EQ(found(start + bytesOf({0xFE}) + frame), Compression::Jpeg);
+    EXPECT_EQ(found(start + Bytes(frame.begin(), frame.end() - 1)), Compression::Jpeg);
+    EXPECT_EQ(found(start), Compression::Jpeg);
+    EXPECT_EQ(found(bytesOf({0xFF})), std::nullopt);
+    EXPECT_EQ(found(bytesOf({0xFF, 0x4F, 0xFF, 0x51})), Compression::Jpeg2000);
+    EXPECT_EQ(found(bytesOf({0xFF, 0x4F, 0xFF})), std::nullopt);
+    EXPECT_EQ(found(bytesOf({0, 0, 0, 12, 'j', 'P', ' ', ' '})), Compression::Jpeg2000);
+    const auto isRle = [&](int segments, int first, int second) {
+        const Bytes header = numberBytes(std::uint64_t(segments), 4) + numberBytes(std::uint64_t(first), 4);
+        return found(header + numberBytes(std::uint64_t(second), 4)) == Compression::Rle;
+    };
+    EXPECT_TRUE(isRle(1, 64, 0) && isRle(15, 64, 65) && isRle(2, 64, 65));
+    EXPECT_FALSE(isRle(0, 64, 65) || isRle(16, 64, 65) || isRle(2, 64, 64) || isRle(1, 63, 0));
+    EXPECT_EQ(found(bytesOf({1, 0, 0, 0, 64, 0, 0, 0, 0, 0, 0})), std::nullopt);
+}
+
+TEST(EncapsulatedFrames, EndWhereGarbageBegins) {
+    for (const bool hasTable : {false, true}) {
+        DicomBuilder builder = jpegPicture(3);
+        const Bytes stream = fakeJpeg(40, 1);
+        builder.encapsulated({stream, stream, stream},
+                             hasTable ? std::vector{0u, 48u, 96u} : std::vector{0u});
+        Bytes bytes = builder.build();
+        bytes[bytes.size() - 8 - 48] = std::byte{7};
+        const auto file = opened(bytes);
+        expectFrame(*file, 1, stream);
+        EXPECT_EQ(file->readFrame(2).error().kind, DecodeError::Kind::Broken);
     }
 }
 
 TEST(EncapsulatedFrames, NotEncapsulatedAtAllAreUnderstood) {
-    // Six times 128 pixels of the value 9.
-    Bytes stream = bytesOf({1, 0, 0, 0, 64}) + Bytes(59);
-    for (int i = 0; i < 6; ++i) stream = stream + bytesOf({0x81, 9});
-    DicomBuilder bare = DicomBuilder::image(rows, columns), native = bare,
-                 hidden = run(OffsetTable::Empty, 1);
-    expectFrame(*opened(bare.transferSyntax(rleSyntax).pixels(stream, "OB")), 0,
-                Bytes(pixelCount, std::byte{9}));
+    const Bytes pixels = pixelsOfFrame(0, 24 * 32), stream = rleFrame(pixels);
+    const DicomBuilder image = DicomBuilder::image(24, 32);
+    DicomBuilder bare = image, native = image, hidden = image;
+    // RLE, half of the pixels' bytes.
+    Bytes runs = bytesOf({1, 0, 0, 0, 64}) + Bytes(59);
+    for (int i = 0; i < 6; ++i) runs = runs + bytesOf({0x81, 9});
+    for (const DicomBuilder& each : {bare.transferSyntax(rleSyntax).pixels(runs, "OB"),
+                                     native.transferSyntax(jpegSyntax).pixels(pixels, "OB"),
+                                     // The other way round: a syntax of native pixels is named.
+                                     hidden.encapsulated({stream}, {})}) {
+        const auto frame = opened(each)->decode(0);
+        ASSERT_TRUE(frame.ok());
+        EXPECT_EQ(samplesOf(frame.value()),
+                  each.form.syntax == rleSyntax ? Bytes(768, std::byte{9}) : pixels);
+    }
+    Bytes cut = bare.build();
+    cut.pop_back();
+    EXPECT_EQ(opened(cut)->pictureError()->kind, DecodeError::Kind::CutOff);
+}
 
-    const Bytes pixels = pixelsOfFrame(0, pixelCount);
-    expectFrame(*opened(native.transferSyntax(jpegSyntax).pixels(pixels, "OB")), 0, pixels);
-    // The other way round: a syntax of native pixels is named.
-    expectFrame(*opened(hidden.transferSyntax("1.2.840.10008.1.2.1")), 0, pixels);
+TEST(EncapsulatedFrames, MayBeDeflatedOrNotCompressedAtAll) {
+    const Bytes pixels = pixelsOfFrame(1, 16 * 16);
+    for (const auto& [syntax, stream] :
+         {std::pair("1.2.840.10008.1.2.8.1", wrappedDeflate(pixels)), {"1.2.840.10008.1.2.1.98", pixels}}) {
+        DicomBuilder builder = DicomBuilder::image(16, 16);
+        const auto file = opened(builder.transferSyntax(syntax).encapsulated({stream}, {}));
+        const auto frame = file->decode(0);
+        ASSERT_TRUE(frame.ok()) << syntax;
+        EXPECT_EQ(samplesOf(frame.value()), pixels) << syntax;
+        EXPECT_FALSE(file->decodeCoarse(0, file->readFrame(0).value(), 1));
+    }
 }
 
 TEST(EncapsulatedFrames, AreWholeWhenTheSyntaxOrElseTheHeaderVouchesForIt) {
     struct Row {
-        const char *syntax, *loss;  ///< LossyImageCompression
-        bool mayBeLossy;
+        const char* syntax;
+        bool isLossless;
     };
-    for (const Row& row : {Row{"1.2.840.10008.1.2.4.90", "", false},
-                           {"1.2.840.10008.1.2.4.90", "00", false},
-                           {"1.2.840.10008.1.2.4.90", "01", true},
-                           {"1.2.840.10008.1.2.4.91", "", true},
-                           {"1.2.840.10008.1.2.4.91", "00", false},
-                           {"1.2.840.10008.1.2.4.91", "01", true},
-                           {"1.2.840.10008.1.2.4.201", "", false},
-                           {"1.2.840.10008.1.2.4.202", "", false},
-                           {"1.2.840.10008.1.2.4.203", "", true},
-                           {"1.2.3.4 nobody knows", "", true}}) {
-        DicomBuilder builder = run(OffsetTable::Empty, 1);
-        builder.transferSyntax(row.syntax).text(tags::LossyImageCompression, "CS", row.loss);
-        EXPECT_EQ(opened(builder)->pixelFormat().mayBeLossy, row.mayBeLossy) << row.syntax << row.loss;
+    for (const Row& row : {Row{"1.2.840.10008.1.2.4.90", true},
+                           {"1.2.840.10008.1.2.4.91", false},
+                           {"1.2.840.10008.1.2.4.201", true},
+                           {"1.2.840.10008.1.2.4.203", false},
+                           {"1.2.3.4 nobody knows", false}}) {
+        for (const auto& [loss, mayBeLossy] : {std::pair("", !row.isLossless), {"00", false}, {"01", true}}) {
+            DicomBuilder builder = jpegPicture(1).transferSyntax(row.syntax);
+            builder.encapsulated({fakeJpeg(9, 9)}, {}).text(tags::LossyImageCompression, "CS", loss);
+            EXPECT_EQ(opened(builder)->pixelFormat().mayBeLossy, mayBeLossy) << row.syntax << loss;
+        }
     }
 }
 
 TEST(EncapsulatedFrames, CanBeReadFromSeveralThreads) {
     constexpr int many = 60;
-    for (const auto table : tables) {
-        const auto file = opened(run(table, many, 2));
+    std::mt19937 random(80);
+    const RandomRun run(random, many, false);
+    for (const bool hasTable : {false, true}) {
+        DicomBuilder builder = jpegPicture(many);
+        builder.encapsulated(run.fragments, hasTable ? run.table() : std::vector<std::uint32_t>());
+        const auto file = opened(builder);
         std::vector<std::jthread> threads;
         std::atomic<int> right = 0;
         for (int thread = 0; thread < 4; ++thread) {
-            threads.emplace_back([&file, &right, thread] {
+            threads.emplace_back([&, thread] {
                 for (int i = 0; i < many; ++i) {
                     const int frame = (i * (thread % 2 ? 7 : 1) + thread * 11) % many;
-                    const auto decoded = file->decode(frame);
-                    if (decoded && samplesOf(decoded.value()) == pixelsOfFrame(frame, pixelCount)) ++right;
+                    const auto read = file->readFrame(frame);
+                    right += read && std::ranges::equal(read.value().bytes(), run.frame(std::size_t(frame)));
                 }
             });
         }

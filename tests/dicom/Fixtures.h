@@ -27,6 +27,10 @@ std::vector<std::filesystem::path> samplePaths();
 /// Bytes that begin like a JPEG stream and hold `size` in all, recognisable by `mark`.
 Bytes fakeJpeg(std::size_t size, int mark);
 
+inline constexpr const char* implicitUid = "1.2.840.10008.1.2";
+inline constexpr const char* explicitUid = "1.2.840.10008.1.2.1";
+inline constexpr const char* bigEndianUid = "1.2.840.10008.1.2.2";
+inline constexpr const char* deflatedUid = "1.2.840.10008.1.2.1.99";
 inline constexpr const char* rleSyntax = "1.2.840.10008.1.2.5";
 inline constexpr const char* jpegSyntax = "1.2.840.10008.1.2.4.50";
 

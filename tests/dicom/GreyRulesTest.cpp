@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <optional>
 #include <tuple>
 
 namespace cinedisc::test {
@@ -65,6 +66,23 @@ TEST(GreyRules, ModalityStepIsLeftOutForProjectionsOfXRayOnly) {
     }
 }
 
+TEST(GreyRules, RescaleThatChangesNothingIsNone) {
+    using Numbers = std::optional<std::pair<double, double>>;
+    for (const auto& [slope, intercept, expected] : {std::tuple("2", "-1024", Numbers({2, -1024})),
+                                                     {"1", "-1", Numbers({1, -1})},
+                                                     {"3", "", Numbers({3, 0})},
+                                                     {"", "5", Numbers({1, 5})},
+                                                     {"1", "0", Numbers()},
+                                                     {"0", "5", Numbers()},
+                                                     {"", "", Numbers()}}) {
+        DicomBuilder builder = greyPicture("CT", "2");
+        builder.text(tags::RescaleSlope, "DS", slope).text(tags::RescaleIntercept, "DS", intercept);
+        const auto rescale = greyOf(builder).rescale;
+        EXPECT_EQ(rescale ? Numbers({rescale->slope, rescale->intercept}) : Numbers(), expected)
+            << slope << ' ' << intercept;
+    }
+}
+
 TEST(GreyRules, LookUpTablesOfManyMakesAreUnderstood) {
     struct Row {
         const char* name;
@@ -93,16 +111,35 @@ TEST(GreyRules, LookUpTablesOfManyMakesAreUnderstood) {
 }
 
 TEST(GreyRules, FirstMappedValueIsSignedWhenTheInputIs) {
-    for (const auto& [kind, pixelRepresentation, intercept, first] : {std::tuple("US", 0, "0", 0xFC00),
-                                                                      {"US", 1, "0", -1024},
-                                                                      {"SS", 0, "0", -1024},
-                                                                      {"US", 0, "-1024", -1024}}) {
+    struct Row {
+        const char* kind;
+        int pixelRepresentation;
+        const char *slope, *intercept;
+        std::int64_t first;
+    };
+    for (const Row& row : {Row{"US", 0, "1", "0", 0xFC00},
+                           {"US", 1, "1", "0", -1024},
+                           {"SS", 0, "1", "0", -1024},
+                           {"US", 0, "1", "-1024", -1024},
+                           {"US", 1, "1", "2048", 0xFC00},
+                           {"US", 1, "1", "2047", -1024},
+                           {"US", 0, "-1", "4095", 0xFC00},
+                           {"US", 0, "-1", "4094", -1024},
+                           // As high as 64512, and one below.
+                           {"US", 1, "20", "23572", 0xFC00},
+                           {"US", 1, "20", "23571", -1024}}) {
         DicomBuilder builder = greyPicture("CT", "2");
-        builder.numbers(tags::PixelRepresentation, "US", {pixelRepresentation})
-            .text(tags::RescaleIntercept, "DS", intercept)
-            .sequence(tags::VOILUTSequence, {lut({2, 0xFC00, 12}, {0, 4095}, kind)});
-        EXPECT_EQ(greyOf(builder).voiLuts.at(0).firstMapped, first)
-            << kind << pixelRepresentation << intercept;
+        builder.numbers(tags::PixelRepresentation, "US", {row.pixelRepresentation})
+            .text(tags::RescaleSlope, "DS", row.slope)
+            .text(tags::RescaleIntercept, "DS", row.intercept)
+            .sequence(tags::VOILUTSequence, {lut({2, 0xFC00, 12}, {0, 4095}, row.kind)});
+        EXPECT_EQ(greyOf(builder).voiLuts.at(0).firstMapped, row.first)
+            << row.kind << row.pixelRepresentation << row.slope << row.intercept;
+        // Behind a table nothing is negative.
+        builder.sequence(tags::ModalityLUTSequence, {lut({2, 0xFC00, 12}, {0, 4095}, row.kind)});
+        const auto grey = greyOf(builder);
+        EXPECT_EQ(grey.voiLuts.at(0).firstMapped < 0, *row.kind == 'S');
+        EXPECT_EQ(grey.modalityLut->firstMapped < 0, *row.kind == 'S' || row.pixelRepresentation == 1);
     }
 }
 
@@ -120,6 +157,8 @@ TEST(GreyRules, EnhancedObjectsHaveTheirRulesFrameByFrame) {
     builder.sequence(tags::SharedFunctionalGroups, {group("1", "5", 30000)});
     builder.sequence(tags::PerFrameFunctionalGroups, {group("10", "2", 40000), group("20", "", 50000)});
     const auto file = opened(builder);
+    EXPECT_TRUE(file->hasGreyRulesByFrame());
+    EXPECT_FALSE(opened(greyPicture())->hasGreyRulesByFrame());
     const std::array<double, 3> expected[] = {{10, 2, 40000}, {20, 5, 50000}, {1, 5, 30000}};
     for (int frame = 0; frame < 3; ++frame) {
         const auto grey = file->greyTransform(frame);
@@ -146,6 +185,8 @@ TEST(GreyRules, InversionAndPadding) {
     EXPECT_EQ(greyOf(builder).padding, Range(-2000, -2000));
     builder.numbers(tags::PixelPaddingRangeLimit, "SS", {-2100});
     EXPECT_EQ(greyOf(builder).padding, Range(-2100, -2000));
+    builder.numbers(tags::PixelRepresentation, "US", {0});
+    EXPECT_EQ(greyOf(builder).padding, Range(0xF7CC, 0xF830));
 }
 
 }  // namespace

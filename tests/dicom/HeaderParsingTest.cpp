@@ -17,11 +17,6 @@ constexpr Tag sequenceTag{0x0008, 0x1140}, privateTag{0x0009, 0x1001}, uidTag{0x
 constexpr auto absent = FilePart::Absent;
 constexpr auto present = FilePart::Present;
 
-constexpr const char* implicitUid = "1.2.840.10008.1.2";
-constexpr const char* explicitUid = "1.2.840.10008.1.2.1";
-constexpr const char* bigEndianUid = "1.2.840.10008.1.2.2";
-constexpr const char* deflatedUid = "1.2.840.10008.1.2.1.99";
-
 /// A 16-bit picture with a sequence in front of its description.
 DicomBuilder picture(LengthForm lengths = LengthForm::Undefined) {
     DicomItem inner, item;

@@ -9,79 +9,87 @@ namespace {
 
 using namespace dicom;
 
-template <typename T>
-std::vector<T> samplesAs(const Result<Frame>& frame) {
-    const auto* samples = frame ? std::get_if<std::vector<T>>(&frame.value().samples) : nullptr;
-    return samples ? *samples : std::vector<T>();
+std::vector<double> samplesIn(const Result<Frame>& frame) {
+    std::vector<double> numbers;
+    if (frame)
+        std::visit([&](const auto& all) { numbers.assign(all.begin(), all.end()); }, frame.value().samples);
+    return numbers;
+}
+
+/// The cell of a pixel, taken bit by bit; of a signed one as a number of `stored` bits.
+double cellAt(const Bytes& bytes, std::size_t index, const DicomBuilder& image, int highBit, bool isSigned) {
+    const auto allocated = static_cast<std::size_t>(image.bitsAllocated);
+    std::int64_t value = 0;
+    for (std::size_t bit = 0; bit < static_cast<std::size_t>(image.bitsStored); ++bit) {
+        const std::size_t at =
+            index * allocated + bit + static_cast<std::size_t>(highBit + 1 - image.bitsStored);
+        value |= std::to_integer<std::int64_t>(bytes[at / 8] >> at % 8 & std::byte{1}) << bit;
+    }
+    const std::int64_t range = std::int64_t{1} << image.bitsStored;
+    return static_cast<double>(isSigned && value >= range / 2 ? value - range : value);
+}
+
+TEST(NativeFrames, OfAllLayoutsAreWhatTheirBitsSay) {
+    constexpr int rows = 3, columns = 5, frames = 3;
+    for (const int allocated : {1, 4, 7, 8, 10, 12, 16, 20, 24, 31, 32}) {
+        for (int layout = 0; layout < 4; ++layout) {
+            const int stored = allocated - (layout % 2 ? allocated / 4 : 0);
+            const int highBit = layout == 1 ? stored - 1 : allocated - 1;
+            const bool isSigned = layout >= 2 && allocated > 1;
+            DicomBuilder builder = DicomBuilder::image(rows, columns, frames, allocated, stored);
+            builder.numbers(tags::HighBit, "US", {highBit})
+                .numbers(tags::PixelRepresentation, "US", {isSigned});
+            Bytes bytes = pixelsOfFrame(allocated, std::size_t(rows * columns * frames * allocated + 7) / 8);
+            if (bytes.size() % 2) bytes.push_back({});
+            for (const char* syntax : {implicitUid, explicitUid, bigEndianUid, deflatedUid}) {
+                // Packed cells have no byte order of their own.
+                if (syntax == bigEndianUid && allocated > 8 && allocated != 16 && allocated != 32) continue;
+                for (const char* kind : {"OW", "OB"}) {
+                    if (*kind == 'O' && kind[1] == 'B' && allocated > 8) continue;
+                    const auto unit = allocated == 32 && syntax == bigEndianUid ? "OL" : kind;
+                    const auto file = opened(builder.pixels(bytes, unit).transferSyntax(syntax));
+                    ASSERT_EQ(file->frameCount(), frames);
+                    for (int frame = 0; frame < frames; ++frame) {
+                        std::vector<double> expected;
+                        for (int i = 0; i < rows * columns; ++i)
+                            expected.push_back(cellAt(bytes, std::size_t(frame * rows * columns + i), builder,
+                                                      highBit, isSigned));
+                        EXPECT_EQ(samplesIn(file->decode(frame)), expected)
+                            << syntax << ' ' << kind << ' ' << allocated << ' ' << layout << ' ' << frame;
+                    }
+                }
+            }
+        }
+    }
 }
 
 TEST(NativeFrames, AreAsManyAsHeaderAndFileAgreeOn) {
     struct Row {
         const char* number;
+        int behind;  ///< bytes behind four frames, or that are cut off
         int counted, announced;
     };
-    // The file holds four frames.
-    for (const Row& row : {Row{"4", 4, 4}, Row{"3", 3, 3}, Row{"6", 4, 6}, Row{"99999999999", 4, 2147483647},
-                           Row{"1A", 4, 4}, Row{"0", 4, 4}, Row{"-2", 4, 4}, Row{"", 4, 4}}) {
-        DicomBuilder builder = DicomBuilder::image(5, 7, 4);
+    for (const Row& row :
+         {Row{"4", 0, 4, 4}, Row{"3", 0, 3, 3}, Row{"6", 0, 4, 6}, Row{"99999999999", 0, 4, 2147483647},
+          Row{"1A", 0, 4, 4}, Row{"0", 0, 4, 4}, Row{"-2", 0, 4, 4}, Row{"", 0, 4, 4}, Row{"", 1, 4, 4},
+          Row{"", 2, 1, 1}, Row{"", 17, 5, 5}, Row{"4", -1, 3, 4}, Row{"4", -47, 1, 4}}) {
+        DicomBuilder builder = DicomBuilder::image(4, 4, 4);
         builder.gradientPixels().text(tags::NumberOfFrames, "IS", row.number);
-        const auto file = opened(builder);
-        EXPECT_EQ(file->frameCount(), row.counted) << row.number;
-        EXPECT_EQ(file->announcedFrameCount(), row.announced) << row.number;
-        EXPECT_TRUE(file->decode(row.counted - 1).ok()) << row.number;
-        EXPECT_FALSE(file->decode(row.counted).ok()) << row.number;
-        EXPECT_FALSE(file->decode(-1).ok()) << row.number;
-    }
-}
-
-TEST(NativeFrames, AreNotCountedWhereDataBehindThePictureAreOfNoFrame) {
-    for (const auto& [behind, counted] : {std::pair(0, 1), {1, 1}, {100, 1}, {144, 1}, {256, 2}, {257, 2}}) {
-        DicomBuilder builder = DicomBuilder::image(16, 16);
-        builder.pixels(Bytes(static_cast<std::size_t>(256 + behind)), "OB").remove(tags::NumberOfFrames);
-        EXPECT_EQ(opened(builder)->frameCount(), counted) << behind;
-    }
-}
-
-TEST(NativeFrames, CutOffRunShowsTheFramesItHas) {
-    Bytes bytes = DicomBuilder::image(16, 16, 60).gradientPixels().build();
-    bytes.resize(bytes.size() - 47 * 256 - 100);
-    const auto file = opened(bytes);
-    EXPECT_EQ(file->frameCount(), 12);
-    EXPECT_TRUE(file->decode(11).ok());
-    EXPECT_EQ(file->decode(30).error().completeFrames, 12);
-
-    bytes.resize(bytes.size() - 12 * 256);
-    const auto nothing = opened(bytes);
-    EXPECT_EQ(nothing->frameCount(), 0);
-    EXPECT_EQ(nothing->pictureError()->kind, DecodeError::Kind::CutOff);
-}
-
-TEST(NativeFrames, OfSingleBitsNeedNotBeginOnAByte) {
-    DicomBuilder builder = DicomBuilder::image(3, 3, 3, 1, 1);
-    // Frames of nine bits: all set, none set, every other set.
-    const auto file = opened(builder.pixels(numberBytes(0b101010101'000000000'111111111, 4), "OB"));
-    ASSERT_EQ(file->frameCount(), 3);
-    EXPECT_EQ(samplesOf(file->decode(0).value()), Bytes(9, std::byte{1}));
-    EXPECT_EQ(samplesOf(file->decode(1).value()), Bytes(9));
-    EXPECT_EQ(samplesOf(file->decode(2).value()), bytesOf({1, 0, 1, 0, 1, 0, 1, 0, 1}));
-}
-
-TEST(NativeFrames, PackedCellsOfTwelveBitsAreSpread) {
-    DicomBuilder builder = DicomBuilder::image(1, 3, 2, 12, 12);
-    // 0x123, 0xABC, 0xFFF and 0x001, 0x800, 0x456, twelve bits each.
-    const auto file = opened(builder.pixels(bytesOf({0x23, 0xC1, 0xAB, 0xFF, 0x1F, 0x00, 0x00, 0x68, 0x45})));
-    ASSERT_EQ(file->frameCount(), 2);
-    EXPECT_EQ(samplesAs<std::uint16_t>(file->decode(0)), (std::vector<std::uint16_t>{0x123, 0xABC, 0xFFF}));
-    EXPECT_EQ(samplesAs<std::uint16_t>(file->decode(1)), (std::vector<std::uint16_t>{0x001, 0x800, 0x456}));
-}
-
-TEST(NativeFrames, BytesInBigEndianWordsAreTurnedBack) {
-    for (const char* kind : {"OW", "OB"}) {
-        DicomBuilder builder = DicomBuilder::image(3, 3, 2);
-        const Bytes all = pixelsOfFrame(1, 18);
-        const auto file = opened(builder.pixels(all, kind).transferSyntax("1.2.840.10008.1.2.2"));
-        EXPECT_EQ(samplesOf(file->decode(0).value()), Bytes(all.begin(), all.begin() + 9)) << kind;
-        EXPECT_EQ(samplesOf(file->decode(1).value()), Bytes(all.begin() + 9, all.end())) << kind;
+        builder.pixels(builder.elements.back().value + Bytes(std::size_t(std::max(row.behind, 0))), "OB");
+        Bytes bytes = builder.build();
+        bytes.resize(bytes.size() - std::size_t(std::max(-row.behind, 0)));
+        const auto file = opened(bytes);
+        SCOPED_TRACE(row.number + std::string(" ") + std::to_string(row.behind));
+        EXPECT_EQ(file->frameCount(), row.counted);
+        EXPECT_EQ(file->announcedFrameCount(), row.announced);
+        EXPECT_TRUE(file->decode(row.counted - 1).ok());
+        EXPECT_FALSE(file->decode(-1).ok());
+        const auto missing = file->decode(row.counted);
+        ASSERT_FALSE(missing.ok());
+        const bool isCut = row.counted < row.announced;
+        EXPECT_EQ(missing.error().completeFrames, isCut ? row.counted : 0);
+        EXPECT_EQ(missing.error().reason,
+                  isCut ? DecodeError::Reason::Frames : DecodeError::Reason::NoSuchFrame);
     }
 }
 
@@ -102,11 +110,12 @@ TEST(NativeFrames, OfFloatingPointAreShown) {
     for (const Tag tag : {tags::BitsAllocated, tags::BitsStored, tags::HighBit}) floats.remove(tag);
     floats.reals(tags::FloatPixelData, "OF", {0.5, -1, 3, 4});
     doubles.reals(tags::DoubleFloatPixelData, "FD", {0.25, 7});
-    EXPECT_EQ(samplesAs<float>(opened(floats)->decode(1)), (std::vector<float>{3, 4}));
-    EXPECT_EQ(samplesAs<double>(opened(doubles)->decode(0)), (std::vector<double>{0.25, 7}));
+    EXPECT_EQ(samplesIn(opened(floats)->decode(1)), (std::vector<double>{3, 4}));
+    EXPECT_EQ(samplesIn(opened(doubles)->decode(0)), (std::vector<double>{0.25, 7}));
+    EXPECT_EQ(opened(floats)->pixelFormat().highBit, 31);
 }
 
-TEST(NativeFrames, OfImpossibleSizesAreRefusedBeforeAnythingIsAllocated) {
+TEST(NativeFrames, OfImpossibleDescriptionsAreRefusedOrSetRight) {
     using Kind = DecodeError::Kind;
     struct Row {
         int rows, columns, samples;
@@ -123,16 +132,49 @@ TEST(NativeFrames, OfImpossibleSizesAreRefusedBeforeAnythingIsAllocated) {
         builder.pixels(Bytes(16)).numbers(tags::SamplesPerPixel, "US", {row.samples});
         const auto file = opened(builder);
         EXPECT_EQ(file->frameCount(), 0);
-        EXPECT_EQ(file->pictureError().value().kind, row.kind) << row.rows << "x" << row.columns;
+        ASSERT_TRUE(file->pictureError());
+        EXPECT_EQ(file->pictureError()->kind, row.kind) << row.rows << " " << row.columns;
+    }
+    // Allocated, stored and high bit, as they are stated and taken; -1 for none.
+    for (const auto& [stated, taken] :
+         std::vector<std::pair<std::array<int, 3>, std::array<int, 3>>>{{{-1, -1, -1}, {8, 8, 7}},
+                                                                        {{-1, 8, -1}, {8, 8, 7}},
+                                                                        {{-1, 12, -1}, {16, 12, 11}},
+                                                                        {{16, 12, 15}, {16, 12, 15}},
+                                                                        {{16, 12, 10}, {16, 12, 11}},
+                                                                        {{16, 12, 16}, {16, 12, 11}},
+                                                                        {{16, 17, 16}, {16, 16, 15}},
+                                                                        {{16, 0, 0}, {16, 16, 15}},
+                                                                        {{0, 8, 7}, {8, 8, 7}},
+                                                                        {{65, 9, 8}, {16, 9, 8}},
+                                                                        {{16, 16, 15}, {16, 16, 15}},
+                                                                        {{64, 64, 63}, {64, 64, 63}}}) {
+        DicomBuilder builder = DicomBuilder::image(2, 2);
+        builder.pixels(Bytes(64));
+        const Tag tagsOf[] = {tags::BitsAllocated, tags::BitsStored, tags::HighBit};
+        for (std::size_t i = 0; i < 3; ++i) {
+            builder.numbers(tagsOf[i], "US", {stated[i]});
+            if (stated[i] < 0) builder.remove(tagsOf[i]);
+        }
+        const auto format = opened(builder)->pixelFormat();
+        EXPECT_EQ((std::array{format.bitsAllocated, format.bitsStored, format.highBit}), taken);
     }
 }
 
-TEST(NativeFrames, BitsThatContradictEachOtherAreSettled) {
-    DicomBuilder builder = DicomBuilder::image(2, 2, 1, 16, 12);
-    builder.gradientPixels().numbers(tags::BitsStored, "US", {40}).numbers(tags::HighBit, "US", {77});
-    const PixelFormat format = opened(builder)->pixelFormat();
-    EXPECT_EQ(format.bitsStored, 16);
-    EXPECT_EQ(format.highBit, 15);
+TEST(NativeFrames, HaveColoursOnlyWithTheSamplesForThem) {
+    for (const auto& [name, samples, meaning] : {std::tuple("MONOCHROME1", 1, Photometric::Monochrome1),
+                                                 {"RGB", 1, Photometric::Monochrome2},
+                                                 {"PALETTE COLOR", 1, Photometric::Monochrome2},
+                                                 {"MONOCHROME1", 3, Photometric::Rgb},
+                                                 {"YBR_FULL", 3, Photometric::YbrFull}}) {
+        DicomBuilder builder = DicomBuilder::image(2, 2);
+        builder.pixels(Bytes(12), "OB")
+            .numbers(tags::SamplesPerPixel, "US", {samples})
+            .numbers(tags::PlanarConfiguration, "US", {1})
+            .text(tags::PhotometricInterpretation, "CS", name);
+        EXPECT_EQ(opened(builder)->pixelFormat().photometric, meaning) << name << samples;
+        EXPECT_EQ(opened(builder)->pixelFormat().planar, samples == 3);
+    }
 }
 
 }  // namespace

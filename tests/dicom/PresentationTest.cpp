@@ -13,60 +13,83 @@ namespace {
 
 using namespace dicom;
 
-constexpr Tag forColour(Tag red, int colour) {
-    return {red.group, static_cast<std::uint16_t>(red.element + colour)};
-}
-
 DicomBuilder greyRun(int frames = 1) { return DicomBuilder::image(4, 4, frames).gradientPixels(); }
 
-DicomBuilder palettePicture() {
-    DicomBuilder builder = greyRun();
-    builder.text(tags::PhotometricInterpretation, "CS", "PALETTE COLOR");
-    return builder;
-}
-
-TEST(Palette, BitsAreJudgedFromAllColoursTogether) {
-    DicomBuilder builder = palettePicture();
-    const Bytes bright = bytesOf({0, 0, 0xFF, 0xFF}), dim = bytesOf({0, 0, 0, 0x08});
-    for (int colour = 0; colour < 3; ++colour) {
-        builder.numbers(forColour(tags::RedPaletteDescriptor, colour), "US", {2, 5, 16});
-        builder.binary(forColour(tags::RedPaletteData, colour), "OW", colour == 2 ? dim : bright);
+TEST(Palette, TablesOfThreeColoursArePlainOrSegmented) {
+    // A value of 5 and less, and the two behind, as the tables of each colour have them.
+    struct Row {
+        const char* name;
+        std::vector<std::int64_t> descriptor;
+        Bytes red, blue;
+        int bits;
+        std::array<unsigned, 2> blueEntries;
+        bool isSegmented = false;
+    };
+    const Bytes bright = bytesOf({0, 0, 0xFF, 0xFF});
+    for (const Row& row :
+         {Row{"judged by all colours", {2, 5, 16}, bright, bytesOf({0, 0, 0, 8}), 16, {0, 0x800}},
+          {"8 bits", {2, 5, 8}, bytesOf({0, 255}), bytesOf({1, 200}), 8, {1, 200}},
+          {"segments",
+           {2, 5, 16},
+           bytesOf({0, 0, 2, 0, 1, 0, 0, 0x90}),
+           bytesOf({0, 0, 1, 0, 7, 0, 1, 0, 1, 0, 9, 0}),
+           16,
+           {7, 9},
+           true},
+          {"segments of bytes", {2, 5, 8}, bytesOf({0, 2, 3, 255}), bytesOf({0, 2, 4, 6}), 8, {4, 6}, true},
+          {"segments of words for bytes",
+           {2, 5, 8},
+           bytesOf({0, 0, 2, 0, 3, 0, 255, 0}),
+           bytesOf({0, 0, 2, 0, 4, 0, 6, 0}),
+           8,
+           {4, 6},
+           true}}) {
+        DicomBuilder builder = greyRun();
+        builder.text(tags::PhotometricInterpretation, "CS", "PALETTE COLOR");
+        const Tag first = row.isSegmented ? tags::SegmentedRedPaletteData : tags::RedPaletteData;
+        for (std::size_t colour = 0; colour < 3; ++colour) {
+            builder.numbers(tags::forColour(tags::RedPaletteDescriptor, colour), "US", row.descriptor);
+            builder.binary(tags::forColour(first, colour), "OW", colour == 2 ? row.blue : row.red);
+        }
+        const auto file = opened(builder);
+        ASSERT_TRUE(file->palette()) << row.name;
+        const LookupTable& blue = file->palette()->blue;
+        EXPECT_EQ(blue.firstMapped, 5) << row.name;
+        EXPECT_EQ(blue.bits, row.bits) << row.name;
+        ASSERT_EQ(blue.entries.size(), 2u) << row.name;
+        EXPECT_EQ((std::array<unsigned, 2>{blue.entries[0], blue.entries[1]}), row.blueEntries) << row.name;
+        builder.remove(tags::forColour(first, 1));
+        EXPECT_FALSE(opened(builder)->palette()) << row.name;
     }
-    const auto file = opened(builder);
-    ASSERT_TRUE(file->palette());
-    EXPECT_EQ(file->palette()->red.firstMapped, 5);
-    EXPECT_EQ(file->palette()->blue.bits, 16);
-    EXPECT_EQ(file->palette()->blue.entries[1], 0x0800);
-
-    builder.remove(forColour(tags::RedPaletteData, 1));
-    EXPECT_FALSE(opened(builder)->palette());
 }
 
 TEST(Palette, SegmentsAreExpanded) {
-    // Discrete 10 20, linear to 60 in four steps, and once more the discrete segment.
-    const auto bytes = expandSegments(bytesOf({0, 2, 10, 20, 1, 4, 60, 2, 1, 0, 0, 0, 0}), 1, 256);
-    EXPECT_EQ(bytes, (std::vector<std::uint16_t>{10, 20, 30, 40, 50, 60, 10, 20}));
-    const auto words =
-        expandSegments(bytesOf({0, 0, 1, 0, 0, 0, 1, 0, 2, 0, 0xFF, 0xFF, 2, 0, 2, 0, 0, 0, 0, 0}), 2, 256);
-    EXPECT_EQ(words, (std::vector<std::uint16_t>{0, 0x8000, 0xFFFF, 0, 0x8000, 0xFFFF}));
-    // Downwards, and no further than is asked for.
-    EXPECT_EQ(expandSegments(bytesOf({0, 1, 100, 1, 100, 0}), 1, 3),
-              (std::vector<std::uint16_t>{100, 99, 98}));
-    // Segments that refer to themselves or break off end the table.
-    EXPECT_TRUE(expandSegments(bytesOf({2, 255, 0, 0, 0, 0}), 1, 256).empty());
-    EXPECT_EQ(expandSegments(bytesOf({0, 9, 1, 2}), 1, 256).size(), 2u);
-}
-
-TEST(Palette, SegmentedTablesReplaceThePlainOnes) {
-    DicomBuilder builder = palettePicture();
-    for (int colour = 0; colour < 3; ++colour) {
-        builder.numbers(forColour(tags::RedPaletteDescriptor, colour), "US", {256, 0, 16});
-        builder.numbers(forColour(tags::SegmentedRedPaletteData, colour), "US", {0, 1, 0, 1, 255, 65280});
-    }
-    const auto file = opened(builder);
-    ASSERT_TRUE(file->palette());
-    EXPECT_EQ(file->palette()->green.entries.size(), 256u);
-    EXPECT_EQ(file->palette()->green.entries[128], 128 * 256);
+    using Entries = std::vector<std::uint16_t>;
+    struct Row {
+        Bytes segments;
+        std::size_t wordSize, most;
+        Entries entries;
+    };
+    for (const Row& row :
+         // Discrete 10 20, linear to 60 in four steps, and once more the discrete segment.
+         {Row{bytesOf({0, 2, 10, 20, 1, 4, 60, 2, 1, 0, 0, 0, 0}), 1, 256, {10, 20, 30, 40, 50, 60, 10, 20}},
+          {bytesOf({0, 0, 1, 0, 0, 0, 1, 0, 2, 0, 0xFF, 0xFF, 2, 0, 2, 0, 0, 0, 0, 0}),
+           2,
+           256,
+           {0, 0x8000, 0xFFFF, 0, 0x8000, 0xFFFF}},
+          {bytesOf({0, 1, 10, 1, 2, 15, 1, 2, 10}), 1, 256, {10, 13, 15, 12, 10}},
+          {bytesOf({0, 1, 10, 1, 4, 11}), 1, 256, {10, 10, 11, 11, 11}},
+          // Downwards, and no further than is asked for.
+          {bytesOf({0, 1, 100, 1, 100, 0}), 1, 3, {100, 99, 98}},
+          {bytesOf({0, 3, 1, 2, 3, 0, 1, 4}), 1, 3, {1, 2, 3}},
+          // Segments that refer to themselves or to nothing, break off or are unknown end the table.
+          {bytesOf({2, 255, 0, 0, 0, 0}), 1, 256, {}},
+          {bytesOf({2, 1, 99, 0, 0, 0, 0, 1, 7}), 1, 256, {7}},
+          {bytesOf({0, 1, 7, 2, 1, 0, 0, 0}), 1, 256, {7}},
+          {bytesOf({1, 2, 9}), 1, 256, {}},
+          {bytesOf({0, 1, 7, 3, 1, 9}), 1, 256, {7}},
+          {bytesOf({0, 9, 1, 2}), 1, 256, {1, 2}}})
+        EXPECT_EQ(expandSegments(row.segments, row.wordSize, row.most), row.entries);
 }
 
 TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
@@ -74,26 +97,44 @@ TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
     builder.text(tags::ShutterShape, "CS", "RECTANGULAR\\CIRCULAR\\POLYGONAL\\BITMAP")
         .text(tags::ShutterLeftVerticalEdge, "IS", "2")
         .text(tags::ShutterRightVerticalEdge, "IS", "99999999999")
-        .text(tags::ShutterUpperHorizontalEdge, "IS", "-5")
+        .text(tags::ShutterUpperHorizontalEdge, "IS", "7")
         .text(tags::ShutterLowerHorizontalEdge, "IS", "7")
-        .text(tags::CenterOfCircularShutter, "IS", "3\\4")
-        .text(tags::RadiusOfCircularShutter, "IS", "10")
+        .text(tags::CenterOfCircularShutter, "IS", "-3\\4")
+        .text(tags::RadiusOfCircularShutter, "IS", "1")
         .text(tags::VerticesOfThePolygonalShutter, "IS", "1\\1\\1\\9\\9\\9\\5")
         .numbers(tags::ShutterOverlayGroup, "US", {0x6002})
         .numbers(tags::ShutterPresentationValue, "US", {300});
     const Shutter shutter = opened(builder)->shutter(0);
     ASSERT_TRUE(shutter.rectangle && shutter.circle);
     const auto& [left, right, upper, lower] = *shutter.rectangle;
-    EXPECT_EQ((std::array{left, right, upper, lower}), (std::array{2, 1'000'000, -5, 7}));
+    EXPECT_EQ((std::array{left, right, upper, lower}), (std::array{2, 1'000'000, 7, 7}));
     const auto& [row, column, radius] = *shutter.circle;
-    EXPECT_EQ((std::array{row, column, radius}), (std::array{3, 4, 10}));
+    EXPECT_EQ((std::array{row, column, radius}), (std::array{-3, 4, 1}));
     EXPECT_EQ(shutter.polygon, (std::vector<std::pair<int, int>>{{1, 1}, {1, 9}, {9, 9}}));
     EXPECT_EQ(shutter.bitmapGroup, 0x6002);
     EXPECT_EQ(shutter.presentationValue, 300);
 
-    builder.remove(tags::RadiusOfCircularShutter).text(tags::ShutterLowerHorizontalEdge, "IS", "?");
-    builder.text(tags::ShutterShape, "CS", "RECTANGULAR\\CIRCULAR");
-    EXPECT_FALSE(opened(builder)->shutter(0).any());
+    for (const auto& [tag, value] : {std::pair(tags::ShutterShape, "NONE"),
+                                     {tags::ShutterLeftVerticalEdge, "?"},
+                                     {tags::ShutterRightVerticalEdge, "1"},
+                                     {tags::ShutterUpperHorizontalEdge, "8"},
+                                     {tags::ShutterLowerHorizontalEdge, ""},
+                                     {tags::CenterOfCircularShutter, "3"},
+                                     {tags::RadiusOfCircularShutter, "0"},
+                                     {tags::VerticesOfThePolygonalShutter, "1\\1\\9\\9\\5"},
+                                     {tags::ShutterOverlayGroup, "6002"}}) {
+        DicomBuilder broken = builder;
+        broken.text(tag, "IS", value);
+        const Shutter rest = opened(broken)->shutter(0);
+        const bool isNone = tag == tags::ShutterShape;
+        const bool isEdge = tag >= tags::ShutterLeftVerticalEdge && tag <= tags::ShutterLowerHorizontalEdge;
+        const bool isCircle = tag == tags::CenterOfCircularShutter || tag == tags::RadiusOfCircularShutter;
+        EXPECT_EQ(rest.rectangle.has_value(), !isNone && !isEdge) << tag.element;
+        EXPECT_EQ(rest.circle.has_value(), !isNone && !isCircle) << tag.element;
+        EXPECT_EQ(rest.polygon.empty(), isNone || tag == tags::VerticesOfThePolygonalShutter) << tag.element;
+        EXPECT_EQ(rest.bitmapGroup == 0x6002, !isNone && tag != tags::ShutterOverlayGroup) << tag.element;
+        EXPECT_EQ(rest.any(), !isNone) << tag.element;
+    }
 }
 
 TEST(Shutters, OfEnhancedObjectsStandInTheirGroups) {
@@ -154,22 +195,31 @@ TEST(Overlays, AreReadFromSixteenGroups) {
     DicomBuilder builder = greyRun();
     for (int group = 0x6000; group <= 0x6020; group += 2)
         withOverlay(builder, 3, 3, bytesOf({0b11010101, 1}), group);
+    builder.text(overlay(0x1500, 0x601E), "LO", "Annotation");
     const auto file = opened(builder);
     ASSERT_EQ(file->overlays().size(), 16u);
     const Overlay& last = file->overlays().back();
     EXPECT_EQ(last.group, 0x601E);
     EXPECT_EQ(last.originRow, -3);
     EXPECT_EQ(last.originColumn, 9);
+    EXPECT_EQ(last.label, "Annotation");
     EXPECT_EQ(last.bits, (Bits{1, 0, 1, 0, 1, 0, 1, 1, 1}));
     EXPECT_EQ(file->overlayBits(last, 77), last.bits);
+    EXPECT_TRUE(file->overlayBits(last, -1).empty());
 }
 
 TEST(Overlays, OfSeveralFramesGoWithTheirImageFrames) {
     DicomBuilder builder = greyRun(5);
-    withOverlay(builder, 1, 3, bytesOf({0b00101011, 0}));
-    builder.text(overlay(0x0015), "IS", "2").numbers(overlay(0x0051), "US", {3});
-    const Bits expected[] = {{}, {}, {1, 1, 0}, {1, 0, 1}, {}};
-    for (int frame = 0; frame < 5; ++frame) EXPECT_EQ(bitsOf(builder, frame), expected[frame]) << frame;
+    withOverlay(builder, 1, 3, bytesOf({0b00101011, 0})).numbers(overlay(0x0051), "US", {3});
+    const Bits first{1, 1, 0}, second{1, 0, 1};
+    // Data for five of the frames that are announced; the picture has two behind the third.
+    for (const auto& [frames, expected] : {std::pair("1", std::array<Bits, 5>{Bits(), {}, first, {}, {}}),
+                                           {"2", {Bits(), {}, first, second, {}}},
+                                           {"99", {Bits(), {}, first, second, {0, 0, 0}}}}) {
+        builder.text(overlay(0x0015), "IS", frames);
+        for (int frame = 0; frame < 5; ++frame)
+            EXPECT_EQ(bitsOf(builder, frame), expected[std::size_t(frame)]) << frames << ' ' << frame;
+    }
 }
 
 TEST(Overlays, ThatAreLargeAreReadFrameByFrameInAnyByteOrder) {

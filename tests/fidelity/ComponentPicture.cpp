@@ -36,11 +36,4 @@ ComponentPicture componentPicture(const QString& path) {
     return picture;
 }
 
-QString noticeInPlaceOf(const QString& path) {
-    ViewState view(ImageLibrary::shared());
-    view.picture.load(path);
-    const auto notice = noticeFor(view.picture);
-    return notice ? notice->reason : QString();
-}
-
 }  // namespace cinedisc::fidelity

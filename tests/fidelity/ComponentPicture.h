@@ -15,7 +15,5 @@ struct ComponentPicture {
 
 /// Opens a file and draws it through the component's own pipeline.
 ComponentPicture componentPicture(const QString& path);
-/// What stands in place of a file's picture in a small view, "" when the picture does.
-QString noticeInPlaceOf(const QString& path);
 
 }  // namespace cinedisc::fidelity

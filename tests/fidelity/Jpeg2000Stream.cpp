@@ -1,31 +1,13 @@
 #include "tests/fidelity/Jpeg2000Stream.h"
 
+#include <QTemporaryFile>
 #include <openjpeg.h>
 
 #include <memory>
-#include <sstream>
 
 namespace cinedisc::fidelity {
 
 namespace {
-
-std::istringstream& source(void* data) { return *static_cast<std::istringstream*>(data); }
-
-OPJ_SIZE_T readFrom(void* buffer, OPJ_SIZE_T count, void* data) {
-    source(data).read(static_cast<char*>(buffer), static_cast<std::streamsize>(count));
-    const auto got = static_cast<OPJ_SIZE_T>(source(data).gcount());
-    return got == 0 ? static_cast<OPJ_SIZE_T>(-1) : got;
-}
-
-OPJ_OFF_T skipIn(OPJ_OFF_T count, void* data) {
-    source(data).ignore(count);
-    return count;
-}
-
-OPJ_BOOL seekIn(OPJ_OFF_T at, void* data) {
-    source(data).clear();
-    return source(data).seekg(at) ? OPJ_TRUE : OPJ_FALSE;
-}
 
 bool put(const opj_image_t& image, DcmItem& into) {
     const std::size_t pixels = std::size_t{image.comps[0].w} * image.comps[0].h;
@@ -49,14 +31,12 @@ bool put(const opj_image_t& image, DcmItem& into) {
 }  // namespace
 
 bool decodeJpeg2000(const std::vector<Uint8>& stream, DcmItem& into) {
-    std::istringstream bytes(std::string(stream.begin(), stream.end()));
-    const std::unique_ptr<opj_stream_t, void (*)(opj_stream_t*)> opened(opj_stream_default_create(OPJ_TRUE),
-                                                                        opj_stream_destroy);
-    opj_stream_set_read_function(opened.get(), readFrom);
-    opj_stream_set_skip_function(opened.get(), skipIn);
-    opj_stream_set_seek_function(opened.get(), seekIn);
-    opj_stream_set_user_data(opened.get(), &bytes, nullptr);
-    opj_stream_set_user_data_length(opened.get(), stream.size());
+    QTemporaryFile file;
+    if (!file.open()) return false;
+    file.write(reinterpret_cast<const char*>(stream.data()), static_cast<qint64>(stream.size()));
+    file.close();
+    const std::unique_ptr<opj_stream_t, void (*)(opj_stream_t*)> opened(
+        opj_stream_create_default_file_stream(qPrintable(file.fileName()), OPJ_TRUE), opj_stream_destroy);
 
     const bool isBoxed = stream.size() > 4 && stream[0] != 0xFF;
     const std::unique_ptr<opj_codec_t, void (*)(opj_codec_t*)> codec(
