@@ -275,7 +275,7 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
     later.join();
     view.putFileName("/nowhere");
     EXPECT_EQ(view.FrameCount(), 0);
-    EXPECT_TRUE(view.accessibleDescription().contains("There is no such file")) << "before it is drawn";
+    EXPECT_TRUE(view.accessibleDescription().contains("The file is missing")) << "before it is drawn";
     EXPECT_EQ(probed->decodeCount, 0);
     lookAhead(atOnce, atOnce);
     disc.hold("open");
