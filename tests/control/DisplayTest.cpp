@@ -84,9 +84,8 @@ TEST_F(Display, ShowsOnTheScreenWhateverIsPutInAnyOrder) {
         const QString path = view.FileName();
         const int file = path.isEmpty() ? -1 : path.back().digitValue(), frame = view.CurrentFrame() - 1;
         const bool isBroken = file == 1 && (frame == 0 || frame == 2);
-        const QString words[] = {
-            "", "This file cannot be shown. The file is missing.",
-            QString("Frame %1 cannot be shown. The data of this frame are damaged.").arg(frame + 1)};
+        const QString words[] = {"", "This file cannot be shown. The file is missing.",
+                                 QString("Frame %1 cannot be shown. This frame is damaged.").arg(frame + 1)};
         const auto* page = view.findChild<QPlainTextEdit*>();
         const bool hasPage = page && page->isVisible();
         ASSERT_EQ(hasPage, view.ShowHeader() && file >= 0);

@@ -196,14 +196,12 @@ TEST(EncapsulatedFrames, AreToldApartByTheirBeginningsOrElseDealtOutEvenly) {
 TEST(CodeStreams, AreKnownByTheirFirstBytes) {
     const auto found = [](const Bytes& bytes) { return sniffCompression(bytes); };
     const Bytes start = bytesOf({0xFF, 0xD8}), frame = bytesOf({0xFF, 0xF7, 0, 2});
-    for (const int code : {0xC4, 0xC8, 0xCC, 0xE0, 0xD0, 0xBF})
+    for (const int code : {0xC4, 0xCC, 0xE0, 0xBF})
         EXPECT_EQ(found(start + bytesOf({0xFF, code, 0, 4, 0xFF, 0xC0}) + frame), Compression::JpegLs)
             << code;
     for (const int code : {0xC0, 0xC3, 0xCF, 0xDA})
         EXPECT_EQ(found(start + bytesOf({0xFF, code, 0, 2}) + frame), Compression::Jpeg) << code;
     EXPECT_EQ(found(start + bytesOf({0xFF}) + frame), Compression::JpegLs) << "a fill byte";
-    EXPECT_EQ(found(start + bytesOf({0xFE}) + frame), Compression::Jpeg);
-    EXPECT_EQ(found(start + Bytes(frame.begin(), frame.end() - 1)), Compression::Jpeg);
     EXPECT_EQ(found(start), Compression::Jpeg);
     EXPECT_EQ(found(bytesOf({0xFF})), std::nullopt);
     EXPECT_EQ(found(bytesOf({0xFF, 0x4F, 0xFF, 0x51})), Compression::Jpeg2000);
