@@ -1,15 +1,19 @@
 #include "catalogue/CatalogueReader.h"
 
 #include "platform/io/RandomAccessFile.h"
+#include "platform/io/TextEncoding.h"
 
-#include <QFile>
-#include <libxml/encoding.h>
+#include <QRegularExpression>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/tree.h>
 
 #include <algorithm>
+#include <iterator>
+#include <limits>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -25,18 +29,46 @@ using Document = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 using ParserContext = std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)>;
 
 /// Texts are written in the successors of the encodings that are declared: the successor reads them all.
-void nameSuccessors() {
+std::string successorOf(const std::string& declared) {
     constexpr std::pair<const char*, const char*> successors[] = {
         {"GB2312", "GB18030"},  {"GBK", "GB18030"},  {"CP936", "GB18030"}, {"SHIFT_JIS", "CP932"},
         {"SHIFT-JIS", "CP932"}, {"X-SJIS", "CP932"}, {"EUC-KR", "CP949"},  {"KS_C_5601-1987", "CP949"},
     };
-    for (const auto& [declared, read] : successors) xmlAddEncodingAlias(read, declared);
+    for (const auto& [name, read] : successors)
+        if (declared == name) return read;
+    return declared;
+}
+
+/// The encoding that a declaration in plain letters names, in capitals.
+std::string declaredEncoding(std::string_view bytes) {
+    static const QRegularExpression declaration(
+        R"(^<\?xml\s[^>]*?\sencoding\s*=\s*["']([A-Za-z][A-Za-z0-9._-]*)["'])");
+    constexpr std::size_t longest = 512;
+    const auto start = bytes.substr(0, std::min(bytes.size(), longest));
+    return declaration.match(QString::fromLatin1(start.data(), static_cast<qsizetype>(start.size())))
+        .captured(1)
+        .toUpper()
+        .toStdString();
+}
+
+/// The file in UTF-8 where the parser may not know its encoding, but the platform does; nothing when it is
+/// for the parser as it stands. The parser refuses a file with bytes that do not belong to its encoding, and
+/// so does this: the file is empty then.
+std::optional<std::string> inUtf8(std::string_view bytes) {
+    constexpr std::string_view parsersOwn[] = {"",         "UTF-8",    "UTF8",    "UTF-16",
+                                               "UTF-16LE", "UTF-16BE", "US-ASCII"};
+    const std::string declared = declaredEncoding(bytes);
+    if (std::find(std::begin(parsersOwn), std::end(parsersOwn), declared) != std::end(parsersOwn))
+        return std::nullopt;
+    auto text = decodeText(bytes, successorOf(declared).c_str());
+    if (text && text->find("\xEF\xBF\xBD") != std::string::npos) text->clear();
+    return text;
 }
 
 xmlParserInputPtr refuseEntity(const char*, const char*, xmlParserCtxtPtr) { return nullptr; }
 
 std::vector<std::byte> readWholeFile(const QString& path) {
-    const auto file = RandomAccessFile::open(QFile::encodeName(path).toStdString());
+    const auto file = RandomAccessFile::open(path.toStdString());
     if (!file || file->size() > largestCatalogue) return {};
     std::vector<std::byte> bytes(file->size());
     bytes.resize(file->readAt(0, bytes));
@@ -45,12 +77,16 @@ std::vector<std::byte> readWholeFile(const QString& path) {
 
 Document parse(const std::vector<std::byte>& bytes) {
     xmlSetExternalEntityLoader(refuseEntity);
-    nameSuccessors();
+    const std::string_view file(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const auto converted = inUtf8(file);
+    const std::string_view text = converted ? *converted : file;
     const ParserContext context(xmlNewParserCtxt(), xmlFreeParserCtxt);
-    if (!context || bytes.empty()) return {nullptr, xmlFreeDoc};
-    return {xmlCtxtReadMemory(context.get(), reinterpret_cast<const char*>(bytes.data()),
-                              static_cast<int>(bytes.size()), nullptr, nullptr,
-                              XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+    if (!context || text.empty() || text.size() > std::numeric_limits<int>::max())
+        return {nullptr, xmlFreeDoc};
+    return {xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()), nullptr,
+                              converted ? "UTF-8" : nullptr,
+                              XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
+                                  (converted ? XML_PARSE_IGNORE_ENC : 0)),
             xmlFreeDoc};
 }
 

@@ -13,6 +13,14 @@ foreach(name dcmjpls dcmjpeg dcmimage dcmimgle dcmdata oflog ofstd)
   find_library(DCMTK_${name} ${name} REQUIRED)
   target_link_libraries(cinedisc_dcmtk INTERFACE ${DCMTK_${name}})
 endforeach()
+if(WIN32)
+  # Static libraries do not say what they need.
+  foreach(name dcmtkcharls ijg8 ijg12 ijg16 oflog ofstd)
+    find_library(DCMTK_${name} ${name} REQUIRED)
+    target_link_libraries(cinedisc_dcmtk INTERFACE ${DCMTK_${name}})
+  endforeach()
+  target_link_libraries(cinedisc_dcmtk INTERFACE iphlpapi ws2_32 netapi32 wsock32)
+endif()
 target_link_libraries(cinedisc_dcmtk INTERFACE ZLIB::ZLIB Threads::Threads)
 
 # OpenJPEG's CMake package refuses to load when its command-line tools are not installed.

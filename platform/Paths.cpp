@@ -10,7 +10,10 @@
 
 namespace cinedisc {
 
-QString joinPath(const QString& folder, const QString& name) { return folder + QDir::separator() + name; }
+QString joinPath(const QString& folder, const QString& name) {
+    // The root of a drive is the one folder whose path ends with a separator.
+    return folder.endsWith(QDir::separator()) ? folder + name : folder + QDir::separator() + name;
+}
 
 QString findIgnoringCase(const QString& folder, const QStringList& names) {
     QString path = folder;
@@ -32,11 +35,13 @@ QString findIgnoringCase(const QString& folder, const QStringList& names) {
 QString folderPath(const QString& path) { return QDir::toNativeSeparators(QDir::cleanPath(path)); }
 
 bool isBelow(const QString& path, const QString& folder) {
-    return !folder.isEmpty() && folderPath(path).startsWith(folderPath(folder) + QDir::separator());
+    return !folder.isEmpty() && folderPath(path).startsWith(joinPath(folderPath(folder), {}));
 }
 
 QString programFolder() {
-    const QFileInfo running(QCoreApplication::applicationFilePath());
+    // A launcher that starts the program by other means tells where it lies itself.
+    const QString launcher = qEnvironmentVariable("CINEDISC_PROGRAM");
+    const QFileInfo running(launcher.isEmpty() ? QCoreApplication::applicationFilePath() : launcher);
     const QString called = QCoreApplication::arguments().value(0);
     if (called.contains(u'/')) {
         const QFileInfo asCalled(called);

@@ -13,14 +13,16 @@ QString joinPath(const QString& folder, const QString& name);
 /// that is not there stays as given, and so do those after it.
 QString findIgnoringCase(const QString& folder, const QStringList& names);
 
-/// A folder's path as the rest of the program writes it: native separators, no separator at its end.
+/// A folder's path as the rest of the program writes it: native separators, and none at its end but a
+/// root's.
 QString folderPath(const QString& path);
 
 /// Whether the file or folder at `path` lies below `folder`, in whatever depth. Compares the paths only;
 /// nothing lies below "".
 bool isBelow(const QString& path, const QString& folder);
 
-/// The folder of the running executable. A link to the executable counts where the link lies.
+/// The folder of the running executable, or of the launcher that started it. A link to either counts where
+/// the link lies.
 QString programFolder();
 
 }  // namespace cinedisc

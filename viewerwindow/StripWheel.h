@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/widgets/SystemWheel.h"
 #include "platform/widgets/WheelFilter.h"
 #include "viewer/MouseWheel.h"
 #include "viewer/MouseWheelHook.h"
@@ -29,6 +30,8 @@ class StripWheel : public MouseWheelHook {
   private:
     QList<QWidget*> watched_;
     WheelFilter filter_;
+    SystemWheel system_;
+    qint32 OsWheelCode_ = 0;
     bool WheelPresent_ = false;
 };
 

@@ -124,7 +124,7 @@ std::shared_ptr<const ImageFile> ImageLibrary::openedAs(const QString& path, con
 Opening::Outcome ImageLibrary::open(const QString& path) {
     // Two threads that open the same file at once both read it; the second then takes the first one's.
     try {
-        const std::string encoded = QFile::encodeName(path).toStdString();
+        const std::string encoded = path.toStdString();
         const FileStamp identity = stamp_(encoded);
         if (auto file = openedAs(path, identity)) {
             frames_->dropFaults(file.get());
@@ -154,7 +154,7 @@ std::shared_ptr<const ImageFile> ImageLibrary::stillOpen(const QString& path) {
         const auto found = files_.find(path);
         if (found == files_.end() || found->second.expired()) return nullptr;
     }
-    const auto identity = stamps_->within(glance_, QFile::encodeName(path).toStdString());
+    const auto identity = stamps_->within(glance_, path.toStdString());
     return identity ? openedAs(path, *identity) : nullptr;
 }
 

@@ -1,9 +1,6 @@
 #include "discmaker/CommandLine.h"
-
-#include <string>
-#include <vector>
+#include "platform/io/ProgramArguments.h"
 
 int main(int count, char** values) {
-    const std::vector<std::string> arguments(values + 1, values + count);
-    return cinedisc::discmaker::runCommandLine(arguments);
+    return cinedisc::discmaker::runCommandLine(cinedisc::programArguments(count, values));
 }

@@ -13,7 +13,7 @@ struct FileStamp {
     std::int64_t changed = 0;  ///< nanoseconds; also changes when another file takes the place
     std::uint64_t number = 0;  ///< of the file in its file system
 
-    /// `path` is in the platform's file encoding (UTF-8 on Linux).
+    /// `path` is in UTF-8.
     static FileStamp of(const std::string& path);
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };

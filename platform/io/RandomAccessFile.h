@@ -14,7 +14,7 @@ class RandomAccessFile {
     enum class OpenError { None, Missing, NotRegular, NoAccess };
 
     /// Opens for reading. Never waits on a pipe or device: anything but a regular file is refused. `path` is
-    /// in the platform's file encoding (UTF-8 on Linux). On failure the result is null and `error` says why.
+    /// in UTF-8. On failure the result is null and `error` says why.
     static std::unique_ptr<RandomAccessFile> open(const std::string& path, OpenError* error = nullptr);
     ~RandomAccessFile();
     RandomAccessFile(const RandomAccessFile&) = delete;
@@ -25,9 +25,11 @@ class RandomAccessFile {
     std::size_t readAt(std::uint64_t offset, std::span<std::byte> into) const;
 
   private:
-    RandomAccessFile(int handle, std::uint64_t size) : handle_(handle), size_(size) {}
+    using Handle = std::intptr_t;  ///< whatever the system names an open file with
 
-    int handle_;
+    RandomAccessFile(Handle handle, std::uint64_t size) : handle_(handle), size_(size) {}
+
+    Handle handle_;
     std::uint64_t size_;
 };
 

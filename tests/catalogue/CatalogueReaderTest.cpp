@@ -86,6 +86,7 @@ TEST_F(CatalogueReaderTest, HostileOrBrokenFilesAreNotWellFormed) {
                                 "<a><b></a>",
                                 "<a/><a/>",
                                 "<?xml version='1.0' encoding='no-such'?><a/>",
+                                "<?xml version='1.0' encoding='GB18030'?><a>\xFF</a>",
                                 laughs,
                                 quadratic,
                                 QByteArray("<a>").repeated(30 << 20)};

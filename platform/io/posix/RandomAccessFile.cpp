@@ -26,13 +26,14 @@ std::unique_ptr<RandomAccessFile> RandomAccessFile::open(const std::string& path
         new RandomAccessFile(handle, static_cast<std::uint64_t>(status.st_size)));
 }
 
-RandomAccessFile::~RandomAccessFile() { ::close(handle_); }
+RandomAccessFile::~RandomAccessFile() { ::close(static_cast<int>(handle_)); }
 
 std::size_t RandomAccessFile::readAt(std::uint64_t offset, std::span<std::byte> into) const {
+    const int handle = static_cast<int>(handle_);
     std::size_t done = 0;
     while (done < into.size()) {
         const auto got =
-            ::pread(handle_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
+            ::pread(handle, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) break;
         done += static_cast<std::size_t>(got);

@@ -4,8 +4,6 @@
 
 namespace cinedisc {
 
-#ifdef SIGXFSZ
-
 struct FileSizeLimit::Before {
     struct sigaction action;
 };
@@ -17,13 +15,5 @@ FileSizeLimit::FileSizeLimit() : before_(std::make_unique<Before>()) {
 }
 
 FileSizeLimit::~FileSizeLimit() { sigaction(SIGXFSZ, &before_->action, nullptr); }
-
-#else
-
-struct FileSizeLimit::Before {};
-FileSizeLimit::FileSizeLimit() = default;
-FileSizeLimit::~FileSizeLimit() = default;
-
-#endif
 
 }  // namespace cinedisc
