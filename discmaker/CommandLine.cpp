@@ -2,6 +2,7 @@
 
 #include "discmaker/DemoDisc.h"
 #include "discmaker/DiscMaker.h"
+#include "platform/io/ProgramArguments.h"
 
 #include <QCommandLineParser>
 
@@ -53,12 +54,17 @@ std::variant<MakeRequest, Answer, UsageError> parseCommandLine(std::span<const s
     const QCommandLineOption demo("demo",
                                   "Make a disc of simulated coronary angiograms; no files are named.");
     const QCommandLineOption title("title", "Name of the disc, kept in the catalogue.", "text");
-    const QCommandLineOption program("program", "Copy the viewer beside the catalogue.", "path");
+    const QCommandLineOption program(
+        "program",
+        "Copy this program beside the catalogue, or what this folder holds; may be given "
+        "several times. Without it, the folder \"programs\" beside makedisc.",
+        "path");
+    const QCommandLineOption autorun("autorun", "Have Windows offer to start the viewer (autorun.inf).");
     const QCommandLineOption license("license", "Copy this file as license.txt beside the catalogue.",
                                      "file");
     QCommandLineParser parser;
     parser.setApplicationDescription(description);
-    parser.addOptions({demo, title, program, license, help, version});
+    parser.addOptions({demo, title, program, autorun, license, help, version});
     parser.addPositionalArgument("dir", "The folder that becomes the disc.");
     parser.addPositionalArgument("files", "DICOM files, and folders that hold some.", "[file-or-folder...]");
 
@@ -74,7 +80,9 @@ std::variant<MakeRequest, Answer, UsageError> parseCommandLine(std::span<const s
     MakeRequest request;
     request.demo = parser.isSet(demo);
     request.title = value(title);
-    if (parser.isSet(program)) request.enclosures.program = value(program);
+    for (const auto& path : parser.values(program))
+        request.enclosures.programs.emplace_back(path.toLatin1().toStdString());
+    request.enclosures.autorun = parser.isSet(autorun);
     if (parser.isSet(license)) request.enclosures.license = value(license);
     for (const auto& place : parser.positionalArguments())
         request.named.emplace_back(place.toLatin1().toStdString());
@@ -98,8 +106,12 @@ int runCommandLine(std::span<const std::string> arguments) {
         std::cout << answer->text;
         return Done;
     }
+    auto request = std::get<MakeRequest>(parsed);
     try {
-        return make(std::get<MakeRequest>(parsed));
+        const auto beside = std::filesystem::path(programPath()).parent_path() / "programs";
+        if (request.enclosures.programs.empty() && std::filesystem::is_directory(beside))
+            request.enclosures.programs = {beside};
+        return make(request);
     } catch (const std::exception& error) {
         tell(error.what());
         return NoDisc;

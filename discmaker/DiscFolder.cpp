@@ -81,9 +81,13 @@ void DiscFolder::publish() {
     fs::remove(folder_ / catalogueName);
     fs::create_directory(outdated_);
     if (fs::exists(folder_ / dicomFolder)) fs::rename(folder_ / dicomFolder, outdated_ / dicomFolder);
-    for (const auto& entry : fs::directory_iterator(staging_))
-        if (entry.path().filename() != catalogueName)
-            fs::rename(entry.path(), folder_ / entry.path().filename());
+    for (const auto& entry : fs::directory_iterator(staging_)) {
+        const auto name = entry.path().filename();
+        if (name == catalogueName) continue;
+        // A file takes the place of another; a folder does not.
+        if (fs::is_directory(folder_ / name)) fs::rename(folder_ / name, outdated_ / name);
+        fs::rename(entry.path(), folder_ / name);
+    }
     fs::rename(staging_ / catalogueName, folder_ / catalogueName);
     fs::remove_all(outdated_);
     fs::remove_all(staging_);

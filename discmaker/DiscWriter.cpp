@@ -14,6 +14,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr const char* windowsProgram = "cinedisc.exe";
+
 void writeText(const fs::path& path, const std::string& text) {
     std::ofstream stream(path, std::ios::binary);
     stream << text;
@@ -26,8 +28,19 @@ void copyEnclosures(const Enclosures& enclosures, const fs::path& folder) {
         if (!fs::is_regular_file(from)) throw DiscError(from.string() + " is not a file");
         fs::copy_file(from, to);
     };
-    if (enclosures.program) copy(*enclosures.program, folder / enclosures.program->filename());
+    for (const auto& program : enclosures.programs) {
+        if (fs::is_directory(program)) {
+            fs::copy(program, folder, fs::copy_options::recursive);
+        } else {
+            copy(program, folder / program.filename());
+        }
+    }
     if (enclosures.license) copy(*enclosures.license, folder / "license.txt");
+    if (!enclosures.autorun) return;
+    if (!fs::exists(folder / windowsProgram))
+        throw DiscError("--autorun needs the program for Windows, " + std::string(windowsProgram));
+    const std::string name = windowsProgram;
+    writeText(folder / "autorun.inf", "[autorun]\r\nopen=" + name + "\r\nicon=" + name + "\r\n");
 }
 
 }  // namespace

@@ -6,13 +6,16 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace cinedisc::discmaker {
 
 /// What may lie beside the catalogue.
 struct Enclosures {
-    std::optional<std::filesystem::path> program;  ///< copied under its own name
+    /// Programs, copied under their own names, and folders, whose contents are copied.
+    std::vector<std::filesystem::path> programs;
     std::optional<std::filesystem::path> license;  ///< copied as `license.txt`
+    bool autorun = false;                          ///< writes an `autorun.inf` that starts `cinedisc.exe`
 };
 
 /// Writes content `number` of a plan into a new file.

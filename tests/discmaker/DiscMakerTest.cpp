@@ -153,13 +153,20 @@ TEST_F(DiscMakerTest, LaysProgramAndLicenceBesideTheCatalogue) {
     fs::permissions(root_ / "viewer", fs::perms::owner_exec, fs::perm_options::add);
     writeFile(root_ / "terms", "licence");
     const auto place = [this](const char* name) { return (root_ / name).string(); };
-    const std::vector<std::string> arguments{"--program", place("viewer"), disc_.string(),
-                                             "--license", place("terms"),  input_.string()};
+    writeFile(root_ / "programs/cinedisc.exe", "Windows");
+    writeFile(root_ / "programs/linux/lib/library", "Linux");
+    const std::vector<std::string> arguments{"--program",    place("viewer"), "--autorun",
+                                             disc_.string(), "--program",     place("programs"),
+                                             "--license",    place("terms"),  input_.string()};
     ASSERT_EQ(run(arguments), 0);
     ASSERT_EQ(run(arguments), 0) << "a second time over the first";
     EXPECT_EQ(contentOf(disc_ / "license.txt"), "licence");
+    EXPECT_EQ(contentOf(disc_ / "linux/lib/library"), "Linux");
+    EXPECT_THAT(contentOf(disc_ / "autorun.inf"), HasSubstr("open=cinedisc.exe\r\n"));
     EXPECT_NE(fs::status(disc_ / "viewer").permissions() & fs::perms::owner_exec, fs::perms::none);
     EXPECT_EQ(run({"--program", place("nothing"), (root_ / "other").string(), input_.string()}), 1);
+    EXPECT_EQ(run({"--autorun", "--program", place("viewer"), (root_ / "other").string(), input_.string()}),
+              1);
     EXPECT_FALSE(fs::exists(root_ / "other"));
 }
 
@@ -183,7 +190,7 @@ TEST(CommandLine, SaysWhatIsWrongWithTheArguments) {
     EXPECT_EQ(request.title, "Ł");
     EXPECT_EQ(request.disc, "disc\xE9") << "names are bytes, not letters";
     EXPECT_EQ(request.named, std::vector<fs::path>{"--demo"});
-    EXPECT_FALSE(request.enclosures.program || request.enclosures.license);
+    EXPECT_FALSE(request.enclosures.autorun || request.enclosures.license);
     const auto answer = [](std::vector<std::string> arguments) {
         return std::get<Answer>(parseCommandLine(arguments)).text;
     };
