@@ -11,6 +11,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   endif()
 endif()
 
+if(WIN32)
+  # The linker then leaves out what nothing uses.
+  add_compile_options(-ffunction-sections -fdata-sections)
+endif()
+
 function(cinedisc_settings target)
   target_compile_options(${target} PRIVATE ${CINEDISC_WARNINGS})
   if(CINEDISC_WERROR)
@@ -51,7 +56,26 @@ function(cinedisc_test name)
   add_executable(test_${name} ${TEST_SOURCES})
   target_link_libraries(test_${name} PRIVATE ${TEST_LIBRARIES} test_support)
   cinedisc_settings(test_${name})
+  if(WIN32)
+    target_link_options(test_${name} PRIVATE -Wl,--gc-sections -s)
+  endif()
   add_test(NAME ${name} COMMAND test_${name})
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;CINEDISC_SAMPLES=${CINEDISC_SAMPLES}"
                        TIMEOUT 600)
+endfunction()
+
+# cinedisc_program(NAME DESCRIPTION): what an executable that people get has besides its code; it is installed.
+function(cinedisc_program name description)
+  cinedisc_settings(${name})
+  install(TARGETS ${name} RUNTIME DESTINATION bin)
+  if(WIN32)
+    set(PROGRAM_NAME ${name})
+    set(PROGRAM_DESCRIPTION ${description})
+    configure_file(${CMAKE_SOURCE_DIR}/packaging/windows/program.rc.in ${name}.rc @ONLY)
+    enable_language(RC)
+    target_sources(${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
+    set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${name}.rc PROPERTIES OBJECT_DEPENDS
+      "${CMAKE_SOURCE_DIR}/packaging/windows/program.manifest;${CMAKE_SOURCE_DIR}/packaging/windows/cinedisc.ico")
+    target_link_options(${name} PRIVATE -Wl,--gc-sections -s)
+  endif()
 endfunction()
