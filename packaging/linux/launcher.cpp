@@ -24,7 +24,7 @@ int main(int, char** arguments) {
     const std::string folder = self.substr(0, self.rfind('/')) + "/linux/";
     const std::string loader = folder + "lib/ld-linux-x86-64.so.2";
     // The loader is what the system takes for the program. What the viewer starts gets none of these
-    // (TextViewerLauncher).
+    // (openTextViewer).
     setenv("CINEDISC_PROGRAM", self.c_str(), 1);
     setenv("GCONV_PATH", (folder + "gconv").c_str(), 1);
     setenv("FONTCONFIG_FILE", (folder + "fonts.conf").c_str(), 1);
