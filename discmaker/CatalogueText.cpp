@@ -81,7 +81,6 @@ std::string seriesText(const ImageRecord& record, SeriesContents contents) {
     join(text, ": ", description.empty() ? oneLine(record.modality) : description);
     std::string what = count(contents.runs, "run", "runs");
     join(what, ", ", count(contents.images, "image", "images"));
-    join(what, ", ", count(contents.others, "document", "documents"));
     return text + " (" + what + ")";
 }
 
@@ -90,7 +89,6 @@ std::string entryText(const ImageRecord& record, std::size_t position) {
     const auto view = record.primaryAngle && record.secondaryAngle
                           ? viewName(*record.primaryAngle, *record.secondaryAngle)
                           : std::string();
-    if (record.frames == 0) return "Document " + number;
     std::string text = (record.frames > 1 ? "Run " : "Image ") + number;
     join(text, ": ", view);
     if (record.frames > 1) join(text, view.empty() ? ": " : ", ", std::to_string(record.frames) + " frames");

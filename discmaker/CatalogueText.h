@@ -7,9 +7,9 @@
 
 namespace cinedisc::discmaker {
 
-/// How many files of a series are cine runs, single images and objects without picture.
+/// How many files of a series are cine runs and single images.
 struct SeriesContents {
-    std::size_t runs = 0, images = 0, others = 0;
+    std::size_t runs = 0, images = 0;
 };
 
 // The texts of the catalogue. Never empty, on one line, without white space at their ends.
@@ -26,7 +26,7 @@ std::string entryText(const ImageRecord& record, std::size_t position);
 /// A person's name (PS3.5 section 6.2.1) as people write it: "Doe, Dr John Paul", other scripts behind a
 /// stroke.
 std::string displayName(const std::string& personName);
-/// The name without regard to letter case, for sorting: Latin, Greek and Cyrillic capitals are made small.
+/// The name without regard to letter case, empty parts and composed letters, for sorting and comparing.
 std::string sortName(const std::string& personName);
 /// The C-arm's view: "RAO 30 CAUD 20", "AP CRAN 35", "LAO 90".
 std::string viewName(double primaryAngle, double secondaryAngle);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "discmaker/DiscWriter.h"
+#include "discmaker/DiscMaker.h"
 
 #include <filesystem>
 #include <span>
@@ -13,10 +13,7 @@ namespace cinedisc::discmaker {
 /// What the person at the command line asked for.
 struct MakeRequest {
     bool demo = false;
-    std::string title;
-    std::filesystem::path disc;
-    std::vector<std::filesystem::path> named;  ///< files and folders, none for the demo
-    Enclosures enclosures;
+    DiscRequest disc;  ///< without named files for the demo
 };
 /// What is to be shown instead: the help or the version.
 struct Answer {
@@ -27,11 +24,12 @@ struct UsageError {
     std::string message;
 };
 
-/// Reads the arguments behind the program's name.
-std::variant<MakeRequest, Answer, UsageError> parseCommandLine(std::span<const std::string> arguments);
+/// Reads the arguments behind the program's name. `beside`: the folder that makedisc lies in.
+std::variant<MakeRequest, Answer, UsageError> parseCommandLine(std::span<const std::string> arguments,
+                                                               const std::filesystem::path& beside);
 
-/// Does what the arguments ask. Answers the exit status: 0 done, 1 no disc was written, 2 the arguments are
-/// wrong, 3 the disc was written without some files that seem to be DICOM but cannot be read.
-int runCommandLine(std::span<const std::string> arguments);
+/// Does what the arguments ask. Returns the exit status: 0 done, 1 no disc was written, 2 the arguments are
+/// wrong, 3 the disc was written, but files are damaged, missing or left out that seem to be DICOM.
+int runCommandLine(std::span<const std::string> arguments, const std::filesystem::path& beside);
 
 }  // namespace cinedisc::discmaker

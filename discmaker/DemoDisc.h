@@ -1,16 +1,13 @@
 #pragma once
 
 #include "discmaker/DemoImage.h"
-#include "discmaker/DiscWriter.h"
-
-#include <filesystem>
-#include <string>
+#include "discmaker/DiscMaker.h"
 
 namespace cinedisc::discmaker {
 
-/// Writes the demo disc: simulated patients with simulated angiograms, the same bytes every time. Raises
+/// Writes the demo disc: simulated patients with simulated angiograms, the same bytes every time. No
+/// files are named. Raises
 /// DiscError.
-void makeDemoDisc(const std::filesystem::path& disc, const std::string& title, const Enclosures& enclosures,
-                  DemoSize size = DemoSize::Full);
+void makeDemoDisc(const DiscRequest& request, DemoSize size = DemoSize::Full);
 
 }  // namespace cinedisc::discmaker

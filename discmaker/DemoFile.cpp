@@ -106,6 +106,7 @@ ImageRecord demoRecord(const DemoImage& image) {
     ImageRecord record;
     record.patientName = image.patient.name;
     record.patientId = image.patient.id;
+    record.birthDate = image.patient.birthDate;
     record.studyUid = uidFor(studyName(image));
     record.studyDate = image.study.date;
     record.studyTime = image.study.time;

@@ -7,7 +7,10 @@
 #include <array>
 #include <fstream>
 #include <iterator>
+#include <set>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace cinedisc::discmaker {
 
@@ -17,6 +20,10 @@ namespace {
 
 constexpr const char* catalogueName = "CD.xml";
 constexpr const char* dicomFolder = "Dicom";
+constexpr const char* otherFolder = "Other";
+/// Besides the programs that one run was given and another was not.
+const std::set<std::string> ownNames{"CD.xml",      "Dicom",    "Other",        "README.TXT", "license.txt",
+                                     "autorun.inf", "cinedisc", "cinedisc.exe", "linux"};
 
 bool bearsMark(const fs::path& catalogue) {
     std::ifstream stream(catalogue, std::ios::binary);
@@ -36,22 +43,50 @@ bool isNumbered(const std::string& name, const std::string& prefix, const std::s
 }
 
 /// Nothing is deleted that a person has put among the pictures.
-void requireOwnFiles(const fs::path& folder, std::size_t level) {
-    static const std::array<std::string, 4> prefixes{"Patient", "Study", "Series", "IM"};
-    const bool files = level + 1 == prefixes.size();
+void requireOwnFiles(const fs::path& folder, std::span<const std::string> prefixes) {
+    if (!fs::exists(folder)) return;
+    const bool files = prefixes.size() == 1;
     for (const auto& entry : fs::directory_iterator(folder)) {
         const bool kind = files ? entry.is_regular_file() : entry.is_directory();
         if (!kind || entry.is_symlink() ||
-            !isNumbered(entry.path().filename().string(), prefixes[level], files ? ".dcm" : ""))
+            !isNumbered(entry.path().filename().string(), prefixes.front(), files ? ".dcm" : ""))
             throw DiscError("will not replace the disc: makedisc did not write " + entry.path().string());
-        if (!files) requireOwnFiles(entry.path(), level + 1);
+        if (!files) requireOwnFiles(entry.path(), prefixes.subspan(1));
     }
+}
+
+void requireOwnDisc(const fs::path& disc) {
+    static const std::array<std::string, 4> pictures{"Patient", "Study", "Series", "IM"};
+    static const std::array<std::string, 1> others{"OT"};
+    requireOwnFiles(disc / dicomFolder, pictures);
+    requireOwnFiles(disc / otherFolder, others);
+}
+
+/// The folders Disc1, Disc2 ... of a disc that was too large for one.
+std::vector<fs::path> partsOf(const fs::path& folder) {
+    std::vector<fs::path> parts;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (isNumbered(entry.path().filename().string(), "Disc", "")) parts.push_back(entry.path());
+    return parts;
+}
+
+void requireOwnPart(const fs::path& part) {
+    if (fs::is_symlink(part) || !bearsMark(part / catalogueName))
+        throw DiscError("will not replace the disc: makedisc did not write " + part.string());
+    for (const auto& entry : fs::directory_iterator(part))
+        if (!ownNames.contains(entry.path().filename().string()))
+            throw DiscError("will not replace the disc: makedisc did not write " + entry.path().string());
+    requireOwnDisc(part);
 }
 
 }  // namespace
 
 DiscFolder::DiscFolder(fs::path folder)
-    : folder_(std::move(folder)), staging_(folder_ / ".makedisc-new"), outdated_(folder_ / ".makedisc-old") {
+    : folder_(std::move(folder)),
+      area_(folder_ / ".makedisc-new"),
+      outdated_(folder_ / ".makedisc-old"),
+      staging_(area_ / "disc"),
+      work_(area_ / "work") {
     if (fs::exists(folder_) && !fs::is_directory(folder_))
         throw DiscError(folder_.string() + " is not a folder");
     if (!fs::exists(folder_)) {
@@ -60,19 +95,22 @@ DiscFolder::DiscFolder(fs::path folder)
     } else if (!fs::is_empty(folder_)) {
         // A run that was broken off may have left its work aside and no catalogue.
         const auto catalogue = folder_ / catalogueName;
-        const bool own =
-            fs::exists(catalogue) ? bearsMark(catalogue) : fs::exists(staging_) || fs::exists(outdated_);
+        const auto parts = partsOf(folder_);
+        const bool own = fs::exists(catalogue) ? bearsMark(catalogue)
+                                               : fs::exists(area_) || fs::exists(outdated_) || !parts.empty();
         if (!own) throw DiscError(folder_.string() + " is not empty and not a disc that makedisc wrote");
-        if (fs::exists(folder_ / dicomFolder)) requireOwnFiles(folder_ / dicomFolder, 0);
+        requireOwnDisc(folder_);
+        for (const auto& part : parts) requireOwnPart(part);
     }
-    fs::remove_all(staging_);
+    fs::remove_all(area_);
     fs::remove_all(outdated_);
-    fs::create_directory(staging_);
+    fs::create_directories(staging_);
+    fs::create_directory(work_);
 }
 
 DiscFolder::~DiscFolder() {
     std::error_code ignored;
-    fs::remove_all(staging_, ignored);
+    fs::remove_all(area_, ignored);
     if (made_ && fs::is_empty(folder_, ignored)) fs::remove(folder_, ignored);
 }
 
@@ -80,17 +118,21 @@ void DiscFolder::publish() {
     // The catalogue goes first and comes last.
     fs::remove(folder_ / catalogueName);
     fs::create_directory(outdated_);
-    if (fs::exists(folder_ / dicomFolder)) fs::rename(folder_ / dicomFolder, outdated_ / dicomFolder);
-    for (const auto& entry : fs::directory_iterator(staging_)) {
-        const auto name = entry.path().filename();
+    const auto putAside = [this](const fs::path& name) {
+        if (fs::exists(folder_ / name)) fs::rename(folder_ / name, outdated_ / name);
+    };
+    for (const char* name : {dicomFolder, otherFolder, "README.TXT"}) putAside(name);
+    for (const auto& part : partsOf(folder_)) putAside(part.filename());
+    std::vector<fs::path> names;
+    for (const auto& entry : fs::directory_iterator(staging_)) names.push_back(entry.path().filename());
+    for (const auto& name : names) {
         if (name == catalogueName) continue;
-        // A file takes the place of another; a folder does not.
-        if (fs::is_directory(folder_ / name)) fs::rename(folder_ / name, outdated_ / name);
-        fs::rename(entry.path(), folder_ / name);
+        putAside(name);
+        fs::rename(staging_ / name, folder_ / name);
     }
-    fs::rename(staging_ / catalogueName, folder_ / catalogueName);
+    if (fs::exists(staging_ / catalogueName)) fs::rename(staging_ / catalogueName, folder_ / catalogueName);
     fs::remove_all(outdated_);
-    fs::remove_all(staging_);
+    fs::remove_all(area_);
 }
 
 }  // namespace cinedisc::discmaker

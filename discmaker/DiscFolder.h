@@ -5,8 +5,8 @@
 namespace cinedisc::discmaker {
 
 /// The folder that becomes a disc. A new disc is made aside within it and takes the place of an older one at
-/// the end, so that a catalogue never stands beside another disc's pictures. What else lies in the folder is
-/// left alone.
+/// the end, so that a catalogue never stands beside another disc's pictures. What else lies in the folder,
+/// under other names, is left alone.
 ///
 /// Everything raises DiscError or std::filesystem::filesystem_error.
 class DiscFolder {
@@ -21,13 +21,16 @@ class DiscFolder {
     const std::filesystem::path& path() const { return folder_; }
     /// Where the new disc is made: its catalogue and files, named as they are to be.
     const std::filesystem::path& staging() const { return staging_; }
+    /// For files that are worked on; they do not come on the disc.
+    const std::filesystem::path& work() const { return work_; }
     /// Puts the new disc in the place of the old one.
     void publish();
 
   private:
     std::filesystem::path folder_;
-    std::filesystem::path staging_;
+    std::filesystem::path area_;
     std::filesystem::path outdated_;
+    std::filesystem::path staging_, work_;
     bool made_ = false;
 };
 

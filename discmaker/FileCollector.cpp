@@ -1,12 +1,13 @@
 #include "discmaker/FileCollector.h"
 
 #include "discmaker/DiscError.h"
+#include "discmaker/SourceDirectory.h"
 #include "platform/NaturalOrder.h"
 
 #include <QString>
 
 #include <algorithm>
-#include <set>
+#include <map>
 
 namespace cinedisc::discmaker {
 
@@ -21,8 +22,8 @@ bool isInside(const fs::path& path, const fs::path& folder) {
 
 class Collection {
   public:
-    Collection(const fs::path& disc, const Report& report)
-        : disc_(fs::weakly_canonical(disc)), report_(report) {}
+    Collection(const fs::path& disc, fs::path scratch, const Report& report)
+        : disc_(fs::weakly_canonical(disc)), scratch_(std::move(scratch)), report_(report) {}
 
     void add(const fs::path& named) {
         const auto place = fs::canonical(named);
@@ -34,14 +35,32 @@ class Collection {
             take(named);
         }
     }
-    std::vector<fs::path> result() { return std::move(files_); }
+    Collected result() { return std::move(collected_); }
 
   private:
     void take(const fs::path& path) {
         std::error_code error;
         const auto place = fs::canonical(path, error);
-        if (!error && fs::is_regular_file(place, error) && known_.insert(place).second)
-            files_.push_back(path);
+        if (error || !fs::is_regular_file(place, error) || isInside(place, disc_)) return;
+        if (!known_.try_emplace(place, collected_.files.size()).second) return;
+        collected_.files.push_back({path, {}});
+        if (QString::fromStdString(place.filename().string()).compare("DICOMDIR", Qt::CaseInsensitive) == 0)
+            takeListed(path);
+    }
+
+    void takeListed(const fs::path& directory) {
+        const auto listing = readDirectory(directory, scratch_);
+        for (const auto& name : listing.missing) {
+            report_(directory.string() + " lists " + name + ", which is not there");
+            ++collected_.missing;
+        }
+        for (const auto& path : listing.files) {
+            take(path);
+            const auto known = known_.find(fs::weakly_canonical(path));
+            if (known == known_.end()) continue;
+            auto& place = collected_.files[known->second].place;
+            if (!place) place = listed_++;
+        }
     }
 
     void walk(const fs::path& folder, const fs::path& place) {
@@ -66,16 +85,18 @@ class Collection {
     }
 
     fs::path disc_;
+    fs::path scratch_;
     const Report& report_;
-    std::set<fs::path> known_;
-    std::vector<fs::path> files_;
+    std::map<fs::path, std::size_t> known_;
+    std::size_t listed_ = 0;
+    Collected collected_;
 };
 
 }  // namespace
 
-std::vector<fs::path> collectFiles(std::span<const fs::path> named, const fs::path& disc,
-                                   const Report& report) {
-    Collection collection(disc, report);
+Collected collectFiles(std::span<const fs::path> named, const fs::path& disc, const fs::path& scratch,
+                       const Report& report) {
+    Collection collection(disc, scratch, report);
     for (const auto& path : named) {
         if (!fs::exists(path)) throw DiscError("there is no file or folder " + path.string());
         collection.add(path);

@@ -35,6 +35,8 @@ std::string oneLine(std::string_view text) {
     return result.simplified().toStdString();
 }
 
-std::string lowered(std::string_view text) { return decoded(text).toLower().toStdString(); }
+std::string lowered(std::string_view text) {
+    return decoded(text).toLower().normalized(QString::NormalizationForm_C).toStdString();
+}
 
 }  // namespace cinedisc::discmaker

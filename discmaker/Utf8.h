@@ -11,7 +11,7 @@ namespace cinedisc::discmaker {
 /// of white space and control characters one blank; none is left at the ends. At most 256 characters: no
 /// header value is longer by right.
 std::string oneLine(std::string_view text);
-/// Latin, Greek and Cyrillic capitals made small, the rest as it is.
+/// Latin, Greek and Cyrillic capitals made small, and every letter in its composed form.
 std::string lowered(std::string_view text);
 
 }  // namespace cinedisc::discmaker

@@ -1,13 +1,19 @@
-#include "catalogue/CatalogueReader.h"
 #include "discmaker/CommandLine.h"
 #include "discmaker/DiscError.h"
 #include "discmaker/DiscMaker.h"
+#include "discmaker/FileCopy.h"
 #include "tests/discmaker/DiscFiles.h"
 #include "tests/support/DicomBuilder.h"
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <sys/resource.h>
+#include <utility>
 
 namespace cinedisc::discmaker {
 namespace {
@@ -16,21 +22,18 @@ namespace fs = std::filesystem;
 using test::contentOf;
 using test::DicomBuilder;
 using test::filesBelow;
+using test::playedFiles;
 using test::writeFile;
 using testing::HasSubstr;
-
-DicomBuilder plainImage(const std::string& patient, int frames = 1) {
-    auto builder = DicomBuilder::image(4, 4, frames);
-    builder.text({0x0010, 0x0010}, "PN", patient)
-        .text({0x0020, 0x000D}, "UI", "1.2")
-        .text({0x0020, 0x000E}, "UI", "1.2.3");
-    return builder;
-}
+using testing::Not;
 
 DicomBuilder image(const std::string& patient, int instance, int frames = 1) {
-    auto builder = plainImage(patient, frames);
+    auto builder = DicomBuilder::image(8, 8, frames);
     builder.text({0x0008, 0x0005}, "CS", "ISO_IR 144")
-        .text({0x0010, 0x0020}, "LO", "7")
+        .text({0x0008, 0x0018}, "UI", "1.2.9." + std::to_string(instance))
+        .text({0x0010, 0x0010}, "PN", patient)
+        .text({0x0020, 0x000D}, "UI", "1.2.77")
+        .text({0x0020, 0x000E}, "UI", "1.2.77.3")
         .text({0x0020, 0x0011}, "IS", "4")
         .text({0x0020, 0x0013}, "IS", std::to_string(instance));
     builder.gradientPixels();
@@ -39,164 +42,290 @@ DicomBuilder image(const std::string& patient, int instance, int frames = 1) {
 
 class DiscMakerTest : public testing::Test {
   protected:
-    DiscMakerTest() : root_(temporary_.path().toStdString()), input_(root_ / "in"), disc_(root_ / "out") {
-        fs::create_directories(input_ / "deep" / "down");
+    DiscMakerTest() : root_(temporary_.path().toStdString()), input_(root_ / "in") {
+        for (const char* name : {"deep", "img"}) fs::create_directories(input_ / name);
+        request_.disc = root_ / "out";
+        request_.title = "Title & more";
+        request_.named = {input_};
     }
 
-    DiscSummary make(const std::vector<fs::path>& named) {
-        return makeDisc(disc_, "Title & more", named, {},
-                        [this](const std::string& text) { reported_ += text + "\n"; });
+    DiscSummary make() {
+        reports_.clear();
+        return makeDisc(
+            request_, [this](const std::string& text) { reports_ += text + "\n"; },
+            [this](std::size_t done, std::size_t all) { isDone_ = done == all; });
     }
-    int run(std::vector<std::string> arguments) { return runCommandLine(arguments); }
+    int run(std::vector<std::string> arguments) { return runCommandLine(arguments, bin_); }
 
     QTemporaryDir temporary_;
-    fs::path root_, input_, disc_;
-    std::string reported_;
+    fs::path root_, input_, bin_ = root_ / "release/bin",
+                            series_ = root_ / "out/Dicom/Patient000/Study01/Series01";
+    DiscRequest request_;
+    std::string reports_;
+    bool isDone_ = false;
 };
 
-TEST_F(DiscMakerTest, CopiesDicomFilesUnchangedAndCountsTheRest) {
-    image("\xB8\xD2\xD0\xDD\xDE\xD2", 2, 3).writeTo(input_ / "x10");  // Cyrillic in ISO 8859-5
-    image("\xB8\xD2\xD0\xDD\xDE\xD2", 1).writeTo(input_ / "deep/down/last.bin");
-    DicomBuilder document;
-    document.text({0x0008, 0x0016}, "UI", "1.2.840.10008.5.1.4.1.1.88.11").text({0x0010, 0x0020}, "LO", "8");
-    document.writeTo(input_ / "deep/report.dcm");
-    DicomBuilder directory;
-    directory.sequence({0x0004, 0x1220}, {});
-    directory.writeTo(input_ / "DICOMDIR");
-    writeFile(input_ / "readme.txt",
-              "Not a picture, but long enough to hold a preamble." + std::string(400, '.'));
-    writeFile(input_ / "empty", "");
-    fs::create_symlink(input_, input_ / "deep/loop");
-    fs::create_symlink(input_ / "x10", input_ / "again");
-    fs::create_symlink(input_ / "nowhere", input_ / "dangling");
+TEST_F(DiscMakerTest, PutsEveryFileOnTheDiscOnceOrTellsWhyNot) {
+    const char* cyrillic = "\xB8\xD2\xD0\xDD\xDE\xD2";  // in ISO 8859-5
+    image(cyrillic, 2, 3).writeTo(input_ / "x10");
+    image(cyrillic, 1).writeTo(input_ / "deep/last > first.bin");
+    image("Other]]>B^<i>&\"", 1, 2).writeTo(input_ / "twin");
+    fs::copy(input_ / "x10", input_ / "x9");
+    image("Cut", 5, 3).writeTo(input_ / "part");
+    fs::resize_file(input_ / "part", fs::file_size(input_ / "part") - 64);
+    image("Cut", 6).writeTo(input_ / "cut");
+    fs::resize_file(input_ / "cut", 160);  // within the meta header
+    image("Cut", 7).writeTo(input_ / "bare");
+    fs::resize_file(input_ / "bare", fs::file_size(input_ / "bare") - 8);
+    DicomBuilder report;
+    report.text({0x0010, 0x0020}, "LO", "8");
+    report.writeTo(input_ / "deep/report.dcm");
+    writeFile(input_ / "readme.txt", "Not a picture, but with room for a preamble." + std::string(400, '.'));
+    for (const char* target : {"in", "in/x10", "nowhere"})
+        fs::create_symlink(root_ / target, input_ / ("link" + std::to_string(std::string(target).size())));
     fs::create_symlink("/dev/null", input_ / "device");
-    fs::create_directories(root_ / "elsewhere");
-    image("A", 1).writeTo(root_ / "elsewhere/not.dcm");
-    fs::create_directory_symlink(root_ / "elsewhere", input_ / "deep/elsewhere");
+    for (const auto& [name, content] : filesBelow(input_))
+        fs::permissions(input_ / name, fs::perms::owner_read);
 
-    const auto summary = make({input_, input_ / "x10"});
-    EXPECT_EQ(std::tuple(summary.patients, summary.files, summary.notDicom, summary.directories,
-                         summary.unreadable),
-              std::tuple(2u, 3u, 2u, 1u, 0u))
-        << "a file that is named twice goes on the disc once; " << reported_;
-    const auto files = filesBelow(disc_);
-    ASSERT_EQ(files.size(), 4u);
-    EXPECT_EQ(files.at("Dicom/Patient000/Study01/Series01/IM00001.dcm"),
-              contentOf(input_ / "deep/down/last.bin"));
-    EXPECT_EQ(files.at("Dicom/Patient000/Study01/Series01/IM00002.dcm"), contentOf(input_ / "x10"));
-    EXPECT_EQ(files.at("Dicom/Patient001/Study01/Series01/IM00001.dcm"),
-              contentOf(input_ / "deep/report.dcm"));
-    const auto& catalogue = files.at("CD.xml");
-    for (const char* text : {"<disc title=\"Title &amp; more\">", "<text>Иванов  (7)</text>",
-                             "<text>Series 4: XA (1 run, 1 image)</text>", "<text>Run 2: 3 frames</text>",
-                             "<text>Unnamed patient  (8)</text>", "<text>Document 1</text>"})
+    request_.named = {input_, input_ / "x10"};
+    const auto before = filesBelow(input_);
+    const auto summary = make();
+    EXPECT_TRUE(isDone_);
+    EXPECT_EQ(filesBelow(input_), before);
+    const auto& intake = summary.intake;
+    EXPECT_EQ(std::tuple(summary.patients, summary.files), std::tuple(3u, 4u)) << reports_;
+    EXPECT_EQ(std::tuple(intake.notDicom, intake.documents, intake.duplicates), std::tuple(1u, 1u, 1u));
+    EXPECT_EQ(std::tuple(intake.unshowable, intake.damaged), std::tuple(2u, 1u));
+    const auto played = playedFiles(request_.disc);
+    for (const auto& [name, content] : before) {
+        const auto copies = std::ranges::count(played, content);
+        EXPECT_LE(copies, 1) << name;
+        EXPECT_TRUE(copies == 1 || name == "readme.txt" || reports_.find(name) != std::string::npos) << name;
+    }
+    for (const char* text : {"x9: the same as ", "twin: they differ, but have one instance UID", "damaged ",
+                             "part: frame 3 of 3: ", "report.dcm: "})
+        EXPECT_THAT(reports_, HasSubstr(text));
+    const auto catalogue = contentOf(request_.disc / "CD.xml");
+    for (const char* text : {"<disc title=\"Title &amp; more\">", "Иванов  (P-1)", "Other]]&gt;B, &lt;i&gt;",
+                             "Series 4: XA (1 run, 1 image)", "Run 2: 3 frames", "Run 1: 2 frames"})
         EXPECT_THAT(catalogue, HasSubstr(text));
+    EXPECT_NE(fs::status(series_ / "IM00001.dcm").permissions() & fs::perms::owner_write, fs::perms::none);
+
+    request_.keep = true;
+    make();
+    EXPECT_EQ(playedFiles(request_.disc), played);
+    const auto others = filesBelow(request_.disc / "Other");
+    ASSERT_EQ(others.size(), 3u);
+    for (const char* name : {"cut", "bare", "deep/report.dcm"})
+        EXPECT_TRUE(std::ranges::any_of(others, [&](const auto& o) { return o.second == before.at(name); }));
 }
 
-TEST_F(DiscMakerTest, TakesFilesInNaturalOrderWhateverTheirNamesAndRights) {
-    // Without instance numbers the order is that of the files.
-    for (const char* name : {"b/x", "a10 > a9.dcm", "a9", "A1"}) {
-        auto file = plainImage("A]]>B^<i>&\"");
-        file.text({0x0008, 0x0060}, "CS", "RF");
-        file.text({0x0018, 0x1510}, "DS", "30").text({0x0018, 0x1511}, "DS", "20");
-        file.text({0x0008, 0x103E}, "LO", name);
-        file.gradientPixels();
-        fs::create_directories((input_ / name).parent_path());
-        file.writeTo(input_ / name);
-        fs::permissions(input_ / name, fs::perms::owner_read);
+TEST_F(DiscMakerTest, FollowsADirectory) {
+    image("A", 1).writeTo(input_ / "img/b.");
+    image("A", 2).writeTo(input_ / "img/c;1");
+    image("A", 3).writeTo(root_ / "outside");
+    writeFile(input_ / "TEXT", "no DICOM");
+    std::vector<test::DicomItem> records;
+    for (const char* fileId : {"IMG\\C", "IMG\\B", "GONE", "..\\OUTSIDE", "TEXT"}) {
+        test::DicomItem record;
+        record.numbers({0x0004, 0x1400}, "UL", {0}).numbers({0x0004, 0x1420}, "UL", {0});
+        record.numbers({0x0004, 0x1410}, "US", {0xFFFF}).text({0x0004, 0x1430}, "CS", "PRIVATE");
+        records.push_back(record.text({0x0004, 0x1500}, "CS", fileId));
     }
-    fs::rename(input_, root_ / "output");  // begins like the disc's own folder
-    fs::create_directory_symlink(root_ / "output", root_ / "link");
-    EXPECT_EQ(make({root_ / "link"}).files, 4u);
-
-    const auto series = disc_ / "Dicom/Patient000/Study01/Series01";
-    const char* order[] = {"A1", "a9", "a10 > a9.dcm", "b/x"};
-    for (int i = 0; i < 4; ++i) {
-        const auto copy = series / ("IM0000" + std::to_string(i + 1) + ".dcm");
-        EXPECT_TRUE(contentOf(copy) == contentOf(root_ / "output" / order[i])) << order[i];
-        EXPECT_NE(fs::status(copy).permissions() & fs::perms::owner_write, fs::perms::none);
+    DicomBuilder directory;
+    directory.text({0x0008, 0x0016}, "UI", "1.2.840.10008.1.3.10").sequence({0x0004, 0x1220}, records);
+    directory.writeTo(input_ / "DICOMDIR");
+    const std::vector<std::string> listed{contentOf(input_ / "img/c;1"), contentOf(input_ / "img/b.")};
+    for (const auto& named : {input_, input_ / "DICOMDIR"}) {
+        request_.named = {named};
+        const auto summary = make();
+        EXPECT_EQ(playedFiles(request_.disc), listed) << reports_;
+        EXPECT_EQ(std::tuple(summary.missing, summary.intake.unshowable), std::tuple(2u, 1u));
+        EXPECT_THAT(reports_, testing::AllOf(HasSubstr("lists GONE"), HasSubstr("TEXT: ")));
     }
-    const auto catalogue = readCatalogue(QString::fromStdString((disc_ / "CD.xml").string()));
-    ASSERT_TRUE(catalogue);
-    EXPECT_EQ(catalogue->children()[0].first().text(), "A]]>B, <i>&\"  (P-1)");
-    EXPECT_THAT(contentOf(disc_ / "CD.xml"), HasSubstr("<text>Image 4</text>")) << "only XA tells its view";
 }
 
 TEST_F(DiscMakerTest, RefusesWhatWouldDestroyOrRepeatItsInput) {
     image("A", 1).writeTo(input_ / "a.dcm");
-    make({input_});
-    const auto before = filesBelow(disc_);
-    EXPECT_THROW(make({disc_}), DiscError);
-    EXPECT_THROW(make({disc_ / "Dicom"}), DiscError);
-    EXPECT_THROW(make({input_, root_ / "missing"}), DiscError);
-    EXPECT_THROW(make({input_ / "deep"}), DiscError) << "nothing to put on the disc";
-    EXPECT_EQ(filesBelow(disc_), before);
-    EXPECT_EQ(make({root_}).files, 1u) << "the disc below a named folder is passed over";
+    make();
+    const auto before = filesBelow(request_.disc);
+    for (const auto& named : {request_.disc, request_.disc / "Dicom", root_ / "missing", input_ / "deep"}) {
+        request_.named = {named};
+        EXPECT_THROW(make(), DiscError) << named;
+        EXPECT_EQ(filesBelow(request_.disc), before);
+    }
+    request_.named = {root_};
+    EXPECT_EQ(make().files, 1u) << "the disc below a named folder is passed over";
+    writeFile(root_ / "x.iso", "a letter");
+    request_.image = root_ / "x.iso";
+    EXPECT_THROW(make(), DiscError);
+    EXPECT_EQ(contentOf(root_ / "x.iso"), "a letter");
 }
 
-TEST_F(DiscMakerTest, TellsOfFilesThatCannotBeRead) {
+TEST_F(DiscMakerTest, TellsWhenCopyingFails) {
+    image("A", 1, 100).writeTo(input_ / "a.dcm");
+    fs::create_hard_link(input_ / "a.dcm", root_ / "same");
+    EXPECT_THAT(copyFile(input_ / "a.dcm", root_ / "same").fault, HasSubstr("changed"));
+    EXPECT_FALSE(fs::exists(root_ / "same"));
+    EXPECT_THAT(copyFile(root_ / "none", root_ / "copy").fault, HasSubstr("cannot be read"));
+    EXPECT_THROW(copyFile(input_ / "a.dcm", root_ / "none/copy"), DiscError);
+    EXPECT_THROW(requireSame(input_ / "a.dcm", "digest"), DiscError);
+
+    image("A", 1, 100).writeTo(input_ / "a.dcm");
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{4096, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_THROW(make(), DiscError) << "as on a full medium";
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(fs::exists(request_.disc));
+}
+
+TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
+    for (int i = 1; i <= 2; ++i) {
+        auto file = image("Miller^Jane", i, 2);
+        test::DicomItem reference;
+        reference.text({0x0008, 0x1155}, "UI", "1.2.9.1").text({0x0040, 0xA123}, "PN", "Miller^Jane");
+        file.sequence({0x0008, 0x1140}, {reference}).text({0x0010, 0x0020}, "LO", "4711-88");
+        file.text({0x0008, 0x0020}, "DA", "20240522").text({0x0008, 0x0080}, "LO", "Clinic");
+        file.text({0x0008, 0x002A}, "DT", "20240522101500").text({0x0018, 0x1078}, "DT", "20240522");
+        file.text({0x0009, 0x0010}, "LO", "MINE").text({0x0009, 0x1001}, "LO", "Jane Miller");
+        file.text({0x0008, 0x1090}, "LO", "Room of miller").text({0x0008, 0x0070}, "LO", "Maker");
+        if (i == 2) file.text({0x0028, 0x0301}, "CS", "YES");
+        file.writeTo(input_ / std::to_string(i));
+        std::fstream(input_ / std::to_string(i), std::ios::in | std::ios::out) << "preamble";
+    }
+    request_.anonymise = true;
+    const auto open = [](const fs::path& path) { return dicom::DicomFile::open(path.string()).value(); };
+    const auto source = open(input_ / "1");
+    EXPECT_EQ(make().patients, 1u);
+    for (const auto& [name, content] : filesBelow(request_.disc))
+        for (const char* secret :
+             {"Mill", "mill", "4711", "20240522", "1.2.77", "1.2.9", "Clinic", "preamble"})
+            EXPECT_THAT(content, Not(HasSubstr(secret))) << name;
+    const auto first = open(series_ / "IM00001.dcm"), second = open(series_ / "IM00002.dcm");
+    EXPECT_EQ(test::samplesOf(*first, 1), test::samplesOf(*source, 1));
+    const auto uid = first->header().string({0x0008, 0x0018});
+    EXPECT_THAT(uid, testing::StartsWith("2.25."));
+    EXPECT_EQ(second->header().items({0x0008, 0x1140}).at(0).string({0x0008, 0x1155}), uid);
+    std::string values;
+    for (const auto& line : describeHeader(*second)) values += line.keyword + "=" + line.value + ";";
+    for (const char* value :
+         {";PatientName=Case 1;", ";PatientID=C1;", ";PatientIdentityRemoved=YES;", ";StudyDate=;",
+          ";AcquisitionDateTime=19110101000000;", ";Manufacturer=Maker;", ";InstitutionName=ANONYMOUS;",
+          ";SeriesNumber=4;", ";CodeValue=113100;", ";LongitudinalTemporalInformationModified=REMOVED;"})
+        EXPECT_THAT(values, HasSubstr(value));
+    EXPECT_THAT(reports_, testing::AllOf(HasSubstr("2: names may be burned"), Not(HasSubstr("1: names"))));
+    make();
+    EXPECT_NE(open(series_ / "IM00001.dcm")->header().string({0x0008, 0x0018}), uid)
+        << "no table of them is kept";
+}
+
+TEST_F(DiscMakerTest, WritesImagesInTheOrderOfReading) {
+    for (const int number : {3, 1, 2, 11}) {
+        auto file = image("A", number, 5000);
+        file.text({0x0020, 0x000D}, "UI", "1.2." + std::to_string(number));
+        file.text({0x0008, 0x0020}, "DA", std::to_string(20240100 + number));
+        file.writeTo(input_ / std::to_string(number));
+    }
+    writeFile(root_ / "programs/linux/cinedisc", "the program");
+    request_.enclosures.programs = {root_ / "programs"};
+    request_.image = root_ / "disc.iso";
+    const auto expectDisc = [&](const fs::path& folder, const char* imageName, const std::string& title) {
+        const auto bytes = contentOf(root_ / imageName);
+        auto files = playedFiles(folder);
+        files.insert(files.begin(), "the program");
+        auto at = bytes.find(contentOf(folder / "CD.xml"));
+        for (const auto& file : files) EXPECT_LT(std::exchange(at, bytes.find(file)), bytes.find(file));
+        EXPECT_LT(at, bytes.size());
+        EXPECT_EQ(bytes.substr(17 * 2048 + 88, 2), "%/") << "Joliet";
+        EXPECT_THAT(bytes, HasSubstr("IM00001.dcm")) << "Rock Ridge";
+        for (const char* file : {"README.TXT", "CD.xml"})
+            EXPECT_THAT(contentOf(folder / file), HasSubstr(title));
+        return files.size() - 1;
+    };
+    make();
+    EXPECT_EQ(expectDisc(request_.disc, "disc.iso", "Title"), 4u);
+    request_.size = 1'700'000;
+    EXPECT_EQ(make().discs, 2u);
+    EXPECT_FALSE(fs::exists(request_.disc / "CD.xml") || fs::exists(request_.disc / "Dicom"));
+    EXPECT_EQ(expectDisc(request_.disc / "Disc1", "disc-1.iso", "(1 of 2)"), 2u);
+    EXPECT_EQ(expectDisc(request_.disc / "Disc2", "disc-2.iso", "(2 of 2)"), 2u);
+    request_.size = 1'010'000;
+    EXPECT_THROW(make(), DiscError);
+    request_.size.reset();
+    make();
+    EXPECT_FALSE(fs::exists(request_.disc / "Disc1"));
+}
+
+TEST_F(DiscMakerTest, LaysTheViewersBesideTheCatalogue) {
     image("A", 1).writeTo(input_ / "a.dcm");
-    auto bytes = contentOf(input_ / "a.dcm");
-    bytes.resize(160);  // ends within the meta header
-    writeFile(input_ / "cut.dcm", bytes);
-    EXPECT_EQ(run({disc_.string(), input_.string()}), 3);
-    EXPECT_EQ(filesBelow(disc_ / "Dicom").size(), 1u);
-    make({input_});
-    EXPECT_THAT(reported_, HasSubstr("cut.dcm: "));
+    const auto out = request_.disc.string(), in = input_.string();
+    for (const char* name : {"release/bin/cinedisc", "release/bin/license.txt", "windows/bin/cinedisc.exe"})
+        writeFile(root_ / name, name);
+    fs::permissions(bin_ / "cinedisc", fs::perms::owner_exec, fs::perm_options::add);
+    for (int i = 0; i < 2; ++i) ASSERT_EQ(run({out, in, "--autorun"}), 0) << "and once more";
+    EXPECT_NE(fs::status(request_.disc / "cinedisc").permissions() & fs::perms::owner_exec, fs::perms::none);
+    EXPECT_EQ(contentOf(request_.disc / "license.txt"), "release/bin/license.txt");
+    EXPECT_THAT(contentOf(request_.disc / "autorun.inf"), HasSubstr("open=cinedisc.exe\r\n"));
+    for (const char* text : {"Coronary angiograms\r\n", "start cinedisc.exe", "Linux: start cinedisc"})
+        EXPECT_THAT(contentOf(request_.disc / "README.TXT"), HasSubstr(text));
+    writeFile(root_ / "linux/disc/linux/bin/cinedisc", "program");
+    ASSERT_EQ(run({out, in}), 0);
+    EXPECT_EQ(contentOf(request_.disc / "linux/bin/cinedisc"), "program");
+    EXPECT_TRUE(fs::exists(request_.disc / "cinedisc.exe"));
+    writeFile(bin_ / "programs/viewer", "");
+    EXPECT_EQ(findEnclosures(bin_).programs, std::vector{bin_ / "programs"});
+
+    writeFile(input_ / "cut.dcm", contentOf(input_ / "a.dcm").substr(0, 160));
+    EXPECT_EQ(run({"--program", (bin_ / "license.txt").string(), out, in}), 3);
+    for (const auto& arguments :
+         {std::vector{std::string("--program"), std::string("none")}, {"--autorun"}}) {
+        auto all = arguments;
+        all.insert(all.end(), {(root_ / "other").string(), in});
+        EXPECT_EQ(run(all), 1);
+        EXPECT_FALSE(fs::exists(root_ / "other"));
+    }
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(run({"--version"}), 0);
 }
 
-TEST_F(DiscMakerTest, LaysProgramAndLicenceBesideTheCatalogue) {
-    image("A", 1).writeTo(input_ / "a.dcm");
-    writeFile(root_ / "viewer", "program");
-    fs::permissions(root_ / "viewer", fs::perms::owner_exec, fs::perm_options::add);
-    writeFile(root_ / "terms", "licence");
-    const auto place = [this](const char* name) { return (root_ / name).string(); };
-    writeFile(root_ / "programs/cinedisc.exe", "Windows");
-    writeFile(root_ / "programs/linux/lib/library", "Linux");
-    const std::vector<std::string> arguments{"--program",    place("viewer"), "--autorun",
-                                             disc_.string(), "--program",     place("programs"),
-                                             "--license",    place("terms"),  input_.string()};
-    ASSERT_EQ(run(arguments), 0);
-    ASSERT_EQ(run(arguments), 0) << "a second time over the first";
-    EXPECT_EQ(contentOf(disc_ / "license.txt"), "licence");
-    EXPECT_EQ(contentOf(disc_ / "linux/lib/library"), "Linux");
-    EXPECT_THAT(contentOf(disc_ / "autorun.inf"), HasSubstr("open=cinedisc.exe\r\n"));
-    EXPECT_NE(fs::status(disc_ / "viewer").permissions() & fs::perms::owner_exec, fs::perms::none);
-    EXPECT_EQ(run({"--program", place("nothing"), (root_ / "other").string(), input_.string()}), 1);
-    EXPECT_EQ(run({"--autorun", "--program", place("viewer"), (root_ / "other").string(), input_.string()}),
-              1);
-    EXPECT_FALSE(fs::exists(root_ / "other"));
-}
-
 TEST(CommandLine, SaysWhatIsWrongWithTheArguments) {
+    const auto parse = [](const std::vector<std::string>& arguments) {
+        return parseCommandLine(arguments, "/nowhere");
+    };
     const std::pair<std::vector<std::string>, const char*> cases[] = {
         {{}, "folder of the disc is missing"},
         {{"disc"}, "no DICOM files or folders"},
-        {{"--demo"}, "folder of the disc is missing"},
         {{"--demo", "disc", "file"}, "one folder and no files"},
+        {{"--demo", "disc", "--anonymise"}, "is not kept"},
+        {{"disc", "file", "--keep", "--anonymise"}, "exclude each other"},
+        {{"disc", "file", "--size", "7X"}, "700M"},
+        {{"disc", "file", "--size", "-1"}, "700M"},
         {{"disc", "file", "--title"}, "Missing value after '--title'"},
         {{"--fast", "disc", "file"}, "Unknown option 'fast'"},
     };
-    for (const auto& [arguments, message] : cases) {
-        const auto parsed = parseCommandLine(arguments);
-        ASSERT_TRUE(std::holds_alternative<UsageError>(parsed)) << message;
-        EXPECT_THAT(std::get<UsageError>(parsed).message, HasSubstr(message));
-    }
-    const std::vector<std::string> dashed{"disc\xE9", "--title", "Ł", "--", "--demo"};
-    const auto request = std::get<MakeRequest>(parseCommandLine(dashed));
-    EXPECT_FALSE(request.demo);
-    EXPECT_EQ(request.title, "Ł");
-    EXPECT_EQ(request.disc, "disc\xE9") << "names are bytes, not letters";
-    EXPECT_EQ(request.named, std::vector<fs::path>{"--demo"});
-    EXPECT_FALSE(request.enclosures.autorun || request.enclosures.license);
-    const auto answer = [](std::vector<std::string> arguments) {
-        return std::get<Answer>(parseCommandLine(arguments)).text;
-    };
-    for (const char* option : {"--demo", "--title", "--program", "--license", "Exit status"})
-        EXPECT_THAT(answer({"disc", "--fast", "--help"}), HasSubstr(option));
-    EXPECT_THAT(answer({"--version"}), testing::MatchesRegex("makedisc [0-9.]+\n"));
+    for (const auto& [arguments, message] : cases)
+        EXPECT_THAT(std::get<UsageError>(parse(arguments)).message, HasSubstr(message));
+    const auto given = std::get<MakeRequest>(
+        parse({"disc\xE9", "--title", "Ł", "--size", "4.7G", "--iso", "i", "--keep", "--", "--demo"}));
+    EXPECT_FALSE(given.demo || given.disc.anonymise || given.disc.enclosures.license);
+    EXPECT_TRUE(given.disc.keep);
+    EXPECT_EQ(std::tuple(given.disc.title, given.disc.disc, given.disc.image, given.disc.size),
+              std::tuple("Ł", "disc\xE9", fs::path("i"), 4'700'000'000u));
+    EXPECT_EQ(given.disc.named, std::vector<fs::path>{"--demo"});
+
+    const auto help = std::get<Answer>(parse({"disc", "--fast", "--help"})).text;
+    const auto manual = contentOf(CINEDISC_MANUAL);
+    EXPECT_THAT(help, HasSubstr("Exit status"));
+    const QRegularExpression option("--([a-z]+)");
+    int options = 0;
+    for (auto all = option.globalMatch(QString::fromStdString(help)); all.hasNext(); ++options)
+        EXPECT_THAT(manual, HasSubstr("\\-\\-" + all.next().captured(1).toStdString()));
+    EXPECT_GE(options, 10);
+    EXPECT_THAT(std::get<Answer>(parse({"--version"})).text, testing::MatchesRegex("makedisc [0-9.]+\n"));
 }
 
 }  // namespace
