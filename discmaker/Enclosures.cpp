@@ -70,7 +70,7 @@ std::string readMe(const DiscPlan& plan, const Enclosures& enclosures) {
         "CD.xml       the list of patients, studies and series\n"
         "Dicom        the images, a folder a patient\n";
     if (enclosures.license) text += "license.txt  the licence of the viewer\n";
-    text += "\nThe images are personal data of patients. The viewer is not a medical device.\n";
+    text += "\nKeep the disc as safe as any medical record. The viewer is not a medical device.\n";
     std::string lines;
     for (const char letter : text) lines += letter == '\n' ? std::string("\r\n") : std::string(1, letter);
     return lines;

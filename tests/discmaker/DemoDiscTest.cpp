@@ -25,6 +25,7 @@ TEST(DemoDisc, PlaysInTheOrderOfItsListAndIsTheSameEveryTime) {
     const auto images = demoImages(DemoSize::Tiny);
     ASSERT_EQ(played.size(), images.size());
     std::set<std::string> instances, allSeries, studies;
+    std::string times;
     for (std::size_t i = 0; i < images.size(); ++i) {
         const auto path = request.disc / "image.dcm";
         test::writeFile(path, played[i]);
@@ -34,20 +35,18 @@ TEST(DemoDisc, PlaysInTheOrderOfItsListAndIsTheSameEveryTime) {
                   patientText(told) + studyText(told) + seriesText(told, {1, 0}) + entryText(told, 1));
         EXPECT_EQ(std::tie(read.studyUid, read.seriesUid, read.studyTime, read.instanceNumber),
                   std::tie(told.studyUid, told.seriesUid, told.studyTime, told.instanceNumber));
+        times += read.acquired.substr(8) + " ";
         EXPECT_TRUE(instances.insert(read.instanceUid).second);
         allSeries.insert(read.seriesUid);
         studies.insert(read.studyUid);
         fs::remove(path);
     }
     EXPECT_EQ(std::pair(allSeries.size(), studies.size()), std::pair(std::size_t{13}, std::size_t{6}));
+    EXPECT_NE(times.find("091100 "), std::string::npos) << "a minute an image, ten a series";
     const auto& xml = first.at("CD.xml");
     for (const char* text : {"(1 run)", "(5 runs)", "(7 runs)", "(3 images)", "LINDSTRÖM, ÅSA  (CD-100417)",
                              "КОВАЛЁВА, ОЛЬГА ПЕТРОВНА  (CD-100523)"})
         EXPECT_NE(xml.find(text), std::string::npos) << text;
-    const auto third = request.disc / "Dicom/Patient002/Study01/Series05/IM00001.dcm";
-    const auto opened = dicom::DicomFile::open(third.string()).value();
-    for (const auto& [element, time] : {std::pair{0x0030, "083000"}, {0x0031, "091000"}, {0x0033, "091100"}})
-        EXPECT_EQ(opened->header().string({0x0008, static_cast<std::uint16_t>(element)}), time);
     makeDemoDisc(request, DemoSize::Tiny);
     EXPECT_EQ(test::filesBelow(request.disc), first);
 }

@@ -1,4 +1,3 @@
-#include "discmaker/DiscError.h"
 #include "discmaker/LosslessFile.h"
 #include "tests/discmaker/DiscFiles.h"
 
@@ -30,7 +29,6 @@ TEST(LosslessFile, KeepsEverySampleAndNeedsNoDictionary) {
         }
         picture.write(path);
         const auto file = dicom::DicomFile::open(path).value();
-        EXPECT_EQ(file->transferSyntax(), "1.2.840.10008.1.2.4.70");
         for (int i = 0; i < 3; ++i) EXPECT_EQ(test::samplesOf(*file, i), frames[std::size_t(i)]) << columns;
         std::map<std::string, std::string> lines;
         for (const auto& line : describeHeader(*file)) lines[line.keyword] = line.vr + " " + line.value;
@@ -43,7 +41,6 @@ TEST(LosslessFile, KeepsEverySampleAndNeedsNoDictionary) {
                                             {"HighBit", bits > 8 ? "US 11" : "US 7"}})
             EXPECT_EQ(lines[keyword], line);
     }
-    EXPECT_THROW(LosslessFile({1, 1, 8}).write(folder.path().toStdString()), DiscError);
     EXPECT_EQ(uidFor("patient/1"), "2.25.326828722255908054846114447225414624549");
     EXPECT_EQ(uidFor("patient/22"), "2.25.741685636451064761532789966783045587") << "no zero in front";
 }
