@@ -1,8 +1,8 @@
 #include "control/HeaderFacts.h"
 
-#include "control/HeaderWords.h"
 #include "control/RunTiming.h"
-#include "control/ViewWords.h"
+#include "control/words/HeaderWords.h"
+#include "control/words/ViewWords.h"
 #include "dicom/ReadableValues.h"
 #include "dicom/Tags.h"
 

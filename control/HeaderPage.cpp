@@ -1,6 +1,6 @@
 #include "control/HeaderPage.h"
 
-#include "control/ViewWords.h"
+#include "control/words/ViewWords.h"
 
 #include <QFontDatabase>
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
 #include "control/Notice.h"
 
-#include "control/ViewWords.h"
+#include "control/words/ViewWords.h"
 
 #include <QFontMetricsF>
 

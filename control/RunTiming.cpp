@@ -1,6 +1,6 @@
 #include "control/RunTiming.h"
 
-#include "control/HeaderWords.h"
+#include "control/words/HeaderWords.h"
 #include "dicom/Tags.h"
 
 #include <vector>

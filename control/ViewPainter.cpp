@@ -1,6 +1,6 @@
 #include "control/ViewPainter.h"
 
-#include "control/ViewWords.h"
+#include "control/words/ViewWords.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "control/WrongPatientBar.h"
 
-#include "control/ViewWords.h"
+#include "control/words/ViewWords.h"
 #include "platform/Paths.h"
 
 #include <QAccessible>

@@ -4,9 +4,9 @@
 #include "control/PictureClipboard.h"
 #include "control/PictureExport.h"
 #include "control/RunTiming.h"
-#include "control/ViewWords.h"
 #include "control/ezDICOMXParts.h"
 #include "control/picture/DisplayedPicture.h"
+#include "control/words/ViewWords.h"
 
 #include <exception>
 #include <functional>

@@ -1,6 +1,6 @@
 #include "control/ezDICOMXParts.h"
 
-#include "control/ViewWords.h"
+#include "control/words/ViewWords.h"
 #include "dicom/DicomFile.h"
 
 #include <utility>

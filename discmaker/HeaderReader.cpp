@@ -1,5 +1,7 @@
 #include "discmaker/HeaderReader.h"
 
+#include "control/words/ViewWords.h"
+
 #include <dcmtk/config/osconfig.h>
 #include <dcmtk/dcmdata/dcdeftag.h>
 #include <dcmtk/dcmdata/dctagkey.h>
@@ -13,6 +15,9 @@ namespace cinedisc::discmaker {
 namespace {
 
 dicom::Tag tagOf(const DcmTagKey& key) { return {key.getGroup(), key.getElement()}; }
+
+/// In the words of the viewer, which will be asked about the same file.
+std::string wordsFor(const dicom::DecodeError& fault) { return viewWords::reason(fault).toStdString(); }
 
 bool isDirectory(const dicom::DataSet& header) {
     return header.string(tagOf(DCM_MediaStorageSOPClassUID)) == "1.2.840.10008.1.3.10" ||
@@ -94,7 +99,7 @@ PictureCheck checkPictures(const dicom::DicomFile& file) {
     const auto& noPicture = file.pictureError();
     if (file.frameCount() == 0) {
         check.isPlain = noPicture && noPicture->kind == dicom::DecodeError::Kind::NoPicture;
-        check.fault = noPicture ? noPicture->message : "it has no picture";
+        check.fault = noPicture ? wordsFor(*noPicture) : "it has no picture";
         return check;
     }
     const int frames = std::max(file.frameCount(), file.announcedFrameCount());
@@ -103,9 +108,9 @@ PictureCheck checkPictures(const dicom::DicomFile& file) {
         if (frame) {
             ++check.shown;
         } else if (check.fault.empty()) {
-            check.fault = frames == 1 ? frame.error().message
+            check.fault = frames == 1 ? wordsFor(frame.error())
                                       : "frame " + std::to_string(i + 1) + " of " + std::to_string(frames) +
-                                            ": " + frame.error().message;
+                                            ": " + wordsFor(frame.error());
         }
         // The rest of a run that ends early need not be tried one by one.
         if (!frame && i >= file.frameCount()) break;

@@ -1,7 +1,7 @@
 #include "control/HeaderFacts.h"
-#include "control/HeaderWords.h"
 #include "control/Notice.h"
-#include "control/ViewWords.h"
+#include "control/words/HeaderWords.h"
+#include "control/words/ViewWords.h"
 #include "tests/control/FakeDicomFile.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "control/ViewWords.h"
+#include "control/words/ViewWords.h"
 
-#include "control/HeaderWords.h"
+#include "control/words/HeaderWords.h"
 
 #include <QCoreApplication>
 

@@ -1,4 +1,4 @@
-#include "control/HeaderWords.h"
+#include "control/words/HeaderWords.h"
 
 #include "dicom/ReadableValues.h"
 
