@@ -1,4 +1,4 @@
-#include "tests/fidelity/PlainCover.h"
+#include "tests/fidelity/ReferencePictures.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,0 +1,197 @@
+#include "tests/fidelity/ReferencePictures.h"
+#include "tests/fidelity/StoredSamples.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace cinedisc::fidelity {
+
+namespace {
+
+/// From one stored value to the displayed level, 0 to 255, by the formulas of PS3.3 C.11.
+class PlainGrey {
+  public:
+    PlainGrey(ReferenceFile& file, int frame, const StoredSamples& samples);
+
+    double operator()(double stored) const;
+
+  private:
+    struct Table {
+        double first = 0;
+        double highest = 65535;
+        std::vector<unsigned> entries;
+        double at(double value) const;
+    };
+
+    static std::optional<Table> tableOf(const HeaderReader& header, const DcmTagKey& sequence, bool isSigned);
+    bool isPadding(double stored) const;
+    double modality(double stored) const;
+    double windowed(double value) const;
+    void windowWithoutHeader(ReferenceFile& file, const StoredSamples& samples);
+
+    std::optional<Table> modalityTable_, voiTable_;
+    std::optional<std::pair<double, double>> padding_;
+    double slope_ = 1, intercept_ = 0;
+    double center_ = 0, width_ = 0;
+    std::string function_;
+    bool inverse_ = false;
+};
+
+PlainGrey::PlainGrey(ReferenceFile& file, int frame, const StoredSamples& samples) {
+    const HeaderReader header = file.header();
+    const std::string modality = header.text(DCM_Modality);
+    if (modality != "XA" && modality != "RF") {
+        const HeaderReader step = header.macro(DCM_PixelValueTransformationSequence, frame);
+        slope_ = step.number(DCM_RescaleSlope, 1);
+        intercept_ = step.number(DCM_RescaleIntercept, 0);
+        modalityTable_ = tableOf(header, DCM_ModalityLUTSequence, samples.isSigned);
+    }
+    voiTable_ = tableOf(header, DCM_VOILUTSequence, samples.isSigned);
+
+    const HeaderReader voi = header.macro(DCM_FrameVOILUTSequence, frame);
+    const auto centers = voi.numbers(DCM_WindowCenter), widths = voi.numbers(DCM_WindowWidth);
+    function_ = voi.text(DCM_VOILUTFunction);
+    const std::string photometric = header.text(DCM_PhotometricInterpretation);
+    inverse_ = photometric == "MONOCHROME1" || header.text(DCM_PresentationLUTShape) == "INVERSE";
+    if (header.has(DCM_PixelPaddingValue)) {
+        const double value = header.number(DCM_PixelPaddingValue, 0);
+        const double limit = header.number(DCM_PixelPaddingRangeLimit, value);
+        padding_ = {std::min(value, limit), std::max(value, limit)};
+    }
+    if (!centers.empty() && !widths.empty()) {
+        center_ = centers.front();
+        width_ = widths.front();
+    } else {
+        windowWithoutHeader(file, samples);
+    }
+}
+
+void PlainGrey::windowWithoutHeader(ReferenceFile& file, const StoredSamples& samples) {
+    double low = std::numeric_limits<double>::max(), high = -low;
+    if (samples.bits <= 8 && !samples.isFloat) {
+        const double range = std::ldexp(1.0, samples.bits);
+        low = samples.isSigned ? -range / 2 : 0;
+        high = low + range - 1;
+    } else {
+        const auto first = file.nativeFrame(0);
+        for (const double value : storedSamples(*first).values) {
+            if (isPadding(value)) continue;
+            low = std::min(low, value);
+            high = std::max(high, value);
+        }
+    }
+    const double a = modality(low), b = modality(high);
+    function_ = "LINEAR_EXACT";
+    center_ = (a + b) / 2;
+    width_ = std::max(std::abs(b - a), 1e-9);
+}
+
+std::optional<PlainGrey::Table> PlainGrey::tableOf(const HeaderReader& header, const DcmTagKey& sequence,
+                                                   bool isSigned) {
+    const auto items = header.items(sequence);
+    if (items.empty()) return std::nullopt;
+    const auto descriptor = items.front().words(DCM_LUTDescriptor);
+    Table table;
+    table.entries = items.front().words(DCM_LUTData);
+    if (descriptor.size() < 3 || table.entries.empty()) return std::nullopt;
+    table.first = isSigned ? static_cast<Sint16>(descriptor[1]) : static_cast<double>(descriptor[1]);
+    table.highest = std::ldexp(1.0, static_cast<int>(descriptor[2])) - 1;
+    return table;
+}
+
+double PlainGrey::Table::at(double value) const {
+    const double last = static_cast<double>(entries.size()) - 1;
+    return entries[static_cast<std::size_t>(std::clamp(std::floor(value + 0.5) - first, 0.0, last))];
+}
+
+bool PlainGrey::isPadding(double stored) const {
+    return padding_ && stored >= padding_->first && stored <= padding_->second;
+}
+
+double PlainGrey::modality(double stored) const {
+    return modalityTable_ ? modalityTable_->at(stored) : stored * slope_ + intercept_;
+}
+
+double PlainGrey::windowed(double value) const {
+    if (voiTable_) return voiTable_->at(value) / voiTable_->highest * 255;
+    if (function_ == "SIGMOID") return 255 / (1 + std::exp(-4 * (value - center_) / width_));
+    if (function_ == "LINEAR_EXACT") return ((value - center_) / width_ + 0.5) * 255;
+    if (value <= center_ - 0.5 - (width_ - 1) / 2) return 0;
+    if (value > center_ - 0.5 + (width_ - 1) / 2) return 255;
+    return ((value - (center_ - 0.5)) / (width_ - 1) + 0.5) * 255;
+}
+
+double PlainGrey::operator()(double stored) const {
+    if (isPadding(stored)) return 0;
+    const double level = std::clamp(windowed(modality(stored)), 0.0, 255.0);
+    return inverse_ ? 255 - level : level;
+}
+
+std::uint8_t displayed(double level) {
+    return static_cast<std::uint8_t>(std::floor(std::clamp(level, 0.0, 255.0) + 0.5));
+}
+
+void paintGrey(ReferenceFile& file, int frame, const StoredSamples& samples, Pixels& into) {
+    const PlainGrey grey(file, frame, samples);
+    for (std::size_t i = 0; i < samples.values.size(); ++i)
+        std::fill_n(&into.rgb[i * 3], 3, displayed(grey(samples.values[i])));
+}
+
+/// PS3.3 C.7.6.3.1.2.
+void paintColour(const std::string& photometric, const StoredSamples& samples, Pixels& into) {
+    const double scale = 255 / (std::ldexp(1.0, samples.bits) - 1);
+    for (std::size_t i = 0; i + 2 < samples.values.size(); i += 3) {
+        const double a = samples.values[i] * scale, b = samples.values[i + 1] * scale,
+                     c = samples.values[i + 2] * scale;
+        const bool isRgb = !photometric.starts_with("YBR_FULL");
+        into.rgb[i] = displayed(isRgb ? a : a + 1.402 * (c - 128));
+        into.rgb[i + 1] = displayed(isRgb ? b : a - 0.344136 * (b - 128) - 0.714136 * (c - 128));
+        into.rgb[i + 2] = displayed(isRgb ? c : a + 1.772 * (b - 128));
+    }
+}
+
+/// PS3.3 C.7.6.3.1.5 and C.7.6.3.1.6.
+void paintPalette(const HeaderReader& header, const StoredSamples& samples, Pixels& into) {
+    const DcmTagKey descriptors[] = {DCM_RedPaletteColorLookupTableDescriptor,
+                                     DCM_GreenPaletteColorLookupTableDescriptor,
+                                     DCM_BluePaletteColorLookupTableDescriptor};
+    const DcmTagKey tables[] = {DCM_RedPaletteColorLookupTableData, DCM_GreenPaletteColorLookupTableData,
+                                DCM_BluePaletteColorLookupTableData};
+    for (std::size_t c = 0; c < 3; ++c) {
+        const auto descriptor = header.words(descriptors[c]);
+        const auto entries = header.words(tables[c]);
+        if (descriptor.size() < 3 || entries.empty()) return;
+        const double last = static_cast<double>(entries.size()) - 1;
+        for (std::size_t i = 0; i < samples.values.size(); ++i) {
+            const double index = std::clamp(samples.values[i] - descriptor[1], 0.0, last);
+            const unsigned entry = entries[static_cast<std::size_t>(index)];
+            into.rgb[i * 3 + c] = static_cast<std::uint8_t>(descriptor[2] > 8 ? entry >> 8 : entry);
+        }
+    }
+}
+
+}  // namespace
+
+Pixels plainPicture(ReferenceFile& file, int frame) {
+    const auto native = file.nativeFrame(frame);
+    if (!native) return {};
+    const StoredSamples samples = storedSamples(*native);
+    if (samples.values.empty()) return {};
+    Pixels picture{samples.rows, samples.columns, {}};
+    picture.rgb.resize(samples.values.size() / static_cast<std::size_t>(samples.perPixel) * 3);
+    const HeaderReader header(*native);
+    const std::string photometric = header.text(DCM_PhotometricInterpretation);
+    if (samples.perPixel == 3) {
+        paintColour(photometric, samples, picture);
+    } else if (photometric == "PALETTE COLOR") {
+        paintPalette(header, samples, picture);
+    } else {
+        paintGrey(file, frame, samples, picture);
+    }
+    coverPlainly(header, frame, picture);
+    return picture;
+}
+
+}  // namespace cinedisc::fidelity
