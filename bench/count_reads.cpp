@@ -5,7 +5,7 @@
 #include "dicom/DicomFile.h"
 #include "dicom/Tags.h"
 #include "discmaker/LosslessFile.h"
-#include "tests/dicom/CountingSource.h"
+#include "tests/dicom/Fixtures.h"
 
 #include <cstdio>
 #include <cstdlib>

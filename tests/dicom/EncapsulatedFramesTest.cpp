@@ -230,54 +230,39 @@ TEST(EncapsulatedFrames, EndWhereGarbageBegins) {
     }
 }
 
-TEST(EncapsulatedFrames, NotEncapsulatedAtAllAreUnderstood) {
-    const Bytes pixels = pixelsOfFrame(0, 24 * 32), stream = rleFrame(pixels);
-    const DicomBuilder image = DicomBuilder::image(24, 32);
-    DicomBuilder bare = image, native = image, hidden = image;
+TEST(EncapsulatedFrames, AreUnderstoodInAnyWrapping) {
+    const Bytes pixels = pixelsOfFrame(0, 24 * 32), even(24 * 32, std::byte{9});
     // RLE, half of the pixels' bytes.
     Bytes runs = bytesOf({1, 0, 0, 0, 64}) + Bytes(59);
     for (int i = 0; i < 6; ++i) runs = runs + bytesOf({0x81, 9});
-    for (const DicomBuilder& each : {bare.transferSyntax(rleSyntax).pixels(runs, "OB"),
-                                     native.transferSyntax(jpegSyntax).pixels(pixels, "OB"),
-                                     // The other way round: a syntax of native pixels is named.
-                                     hidden.encapsulated({stream}, {})}) {
-        const auto frame = opened(each)->decode(0);
-        ASSERT_TRUE(frame.ok());
-        EXPECT_EQ(samplesOf(frame.value()),
-                  each.form.syntax == rleSyntax ? Bytes(768, std::byte{9}) : pixels);
+    const DicomBuilder image = DicomBuilder::image(24, 32);
+    DicomBuilder bare = image, native = image, hidden = image, deflated = image, packed = image;
+    for (const auto& [builder, shown] :
+         {std::pair(&bare.transferSyntax(rleSyntax).pixels(runs, "OB"), even),
+          {&native.transferSyntax(jpegSyntax).pixels(pixels, "OB"), pixels},
+          // The other way round: a syntax of native pixels is named.
+          {&hidden.encapsulated({rleFrame(pixels)}, {}), pixels},
+          {&deflated.transferSyntax("1.2.840.10008.1.2.8.1").encapsulated({wrappedDeflate(pixels)}, {}),
+           pixels},
+          {&packed.transferSyntax("1.2.840.10008.1.2.1.98").encapsulated({pixels}, {}), pixels}}) {
+        const auto frame = opened(*builder)->decode(0);
+        ASSERT_TRUE(frame.ok()) << builder->form.syntax;
+        EXPECT_EQ(samplesOf(frame.value()), shown) << builder->form.syntax;
     }
+    EXPECT_FALSE(opened(packed)->decodeCoarse(0, opened(packed)->readFrame(0).value(), 1));
     Bytes cut = bare.build();
     cut.pop_back();
     EXPECT_EQ(opened(cut)->pictureError()->kind, DecodeError::Kind::CutOff);
 }
 
-TEST(EncapsulatedFrames, MayBeDeflatedOrNotCompressedAtAll) {
-    const Bytes pixels = pixelsOfFrame(1, 16 * 16);
-    for (const auto& [syntax, stream] :
-         {std::pair("1.2.840.10008.1.2.8.1", wrappedDeflate(pixels)), {"1.2.840.10008.1.2.1.98", pixels}}) {
-        DicomBuilder builder = DicomBuilder::image(16, 16);
-        const auto file = opened(builder.transferSyntax(syntax).encapsulated({stream}, {}));
-        const auto frame = file->decode(0);
-        ASSERT_TRUE(frame.ok()) << syntax;
-        EXPECT_EQ(samplesOf(frame.value()), pixels) << syntax;
-        EXPECT_FALSE(file->decodeCoarse(0, file->readFrame(0).value(), 1));
-    }
-}
-
 TEST(EncapsulatedFrames, AreWholeWhenTheSyntaxOrElseTheHeaderVouchesForIt) {
-    struct Row {
-        const char* syntax;
-        bool isLossless;
-    };
-    for (const Row& row : {Row{"1.2.840.10008.1.2.4.90", true},
-                           {"1.2.840.10008.1.2.4.91", false},
-                           {"1.2.840.10008.1.2.4.201", true},
-                           {"1.2.840.10008.1.2.4.203", false},
-                           {"1.2.3.4 nobody knows", false}}) {
-        for (const auto& [loss, mayBeLossy] : {std::pair("", !row.isLossless), {"00", false}, {"01", true}}) {
-            DicomBuilder builder = jpegPicture(1).transferSyntax(row.syntax);
+    for (const auto& [syntax, isLossless] : {std::pair("1.2.840.10008.1.2.4.90", true),
+                                             {"1.2.840.10008.1.2.4.203", false},
+                                             {"1.2.3.4 nobody knows", false}}) {
+        for (const auto& [loss, mayBeLossy] : {std::pair("", !isLossless), {"00", false}, {"01", true}}) {
+            DicomBuilder builder = jpegPicture(1).transferSyntax(syntax);
             builder.encapsulated({fakeJpeg(9, 9)}, {}).text(tags::LossyImageCompression, "CS", loss);
-            EXPECT_EQ(opened(builder)->pixelFormat().mayBeLossy, mayBeLossy) << row.syntax << loss;
+            EXPECT_EQ(opened(builder)->pixelFormat().mayBeLossy, mayBeLossy) << syntax << loss;
         }
     }
 }

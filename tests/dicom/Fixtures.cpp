@@ -1,10 +1,7 @@
 #include "tests/dicom/Fixtures.h"
 
-#include "dicom/MemoryByteSource.h"
-
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <span>
 #include <stdexcept>

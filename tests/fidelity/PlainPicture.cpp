@@ -1,5 +1,4 @@
 #include "tests/fidelity/ReferencePictures.h"
-#include "tests/fidelity/StoredSamples.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,26 +9,185 @@ namespace cinedisc::fidelity {
 
 namespace {
 
+/// The stored values of a native frame: masked, shifted and signed as PS3.5 section 8.1.1 says, samples of a
+/// pixel side by side.
+struct StoredSamples {
+    int rows = 0;
+    int columns = 0;
+    int perPixel = 1;
+    int bits = 8;
+    bool isSigned = false;
+    bool isFloat = false;
+    std::vector<double> values;
+};
+
+double takeValue(const Uint8* bytes, std::size_t index, int allocated, int stored, int highBit,
+                 bool isSigned) {
+    if (allocated == 1) return bytes[index / 8] >> (index % 8) & 1;
+    Uint32 cell = 0;
+    const auto cellBytes = static_cast<std::size_t>(allocated / 8);
+    for (std::size_t i = cellBytes; i-- > 0;) cell = cell << 8 | bytes[index * cellBytes + i];
+    const double range = std::ldexp(1.0, stored);
+    const double value = std::fmod(std::floor(cell / std::ldexp(1.0, highBit + 1 - stored)), range);
+    return isSigned && value >= range / 2 ? value - range : value;
+}
+
+/// PS3.3 C.7.6.3.1.2: two luminances, then the chrominances that they share.
+void takeSharedChrominance(const Uint8* bytes, StoredSamples& into) {
+    for (std::size_t i = 0; i < into.values.size() / 3; ++i) {
+        const std::size_t pair = i / 2 * 4;
+        into.values[i * 3] = bytes[pair + i % 2];
+        into.values[i * 3 + 1] = bytes[pair + 2];
+        into.values[i * 3 + 2] = bytes[pair + 3];
+    }
+}
+
+/// Takes them one by one out of a data set with native little endian pixels; no values when they do not
+/// suffice.
+StoredSamples storedSamples(DcmItem& native) {
+    const HeaderReader header(native);
+    StoredSamples samples;
+    samples.rows = header.integer(DCM_Rows, 0);
+    samples.columns = header.integer(DCM_Columns, 0);
+    samples.perPixel = header.integer(DCM_SamplesPerPixel, 1);
+    samples.isSigned = header.integer(DCM_PixelRepresentation, 0) == 1;
+    const auto pixels = static_cast<std::size_t>(samples.rows) * static_cast<std::size_t>(samples.columns);
+    const auto perPixel = static_cast<std::size_t>(samples.perPixel);
+    const std::size_t count = pixels * perPixel;
+
+    const Float32* reals = nullptr;
+    unsigned long there = 0;
+    if (native.findAndGetFloat32Array(DCM_FloatPixelData, reals, &there).good() && there >= count) {
+        samples.isFloat = true;
+        samples.values.assign(reals, reals + count);
+        return samples;
+    }
+    const int allocated = header.integer(DCM_BitsAllocated, 8);
+    const int highBit = header.integer(DCM_HighBit, allocated - 1);
+    samples.bits = header.integer(DCM_BitsStored, allocated);
+
+    DcmElement* element = nullptr;
+    native.findAndGetElement(DCM_PixelData, element);
+    Uint16* words = nullptr;
+    Uint8* bytes = nullptr;
+    if (!element) return samples;
+    if (element->getUint16Array(words).good() && words) {
+        bytes = reinterpret_cast<Uint8*>(words);
+    } else if (element->getUint8Array(bytes).bad() || !bytes) {
+        return samples;
+    }
+    const std::size_t length = element->getLength();
+    samples.values.resize(count);
+    if (header.text(DCM_PhotometricInterpretation) == "YBR_FULL_422" && length < count) {
+        takeSharedChrominance(bytes, samples);
+        return samples;
+    }
+    if (length * 8 < count * static_cast<std::size_t>(allocated)) {
+        samples.values.clear();
+        return samples;
+    }
+    const bool planar = samples.perPixel == 3 && header.integer(DCM_PlanarConfiguration, 0) == 1;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t cell = planar ? i % 3 * pixels + i / 3 : i;
+        samples.values[i] = takeValue(bytes, cell, allocated, samples.bits, highBit, samples.isSigned);
+    }
+    return samples;
+}
+
 /// From one stored value to the displayed level, 0 to 255, by the formulas of PS3.3 C.11.
 class PlainGrey {
   public:
-    PlainGrey(ReferenceFile& file, int frame, const StoredSamples& samples);
+    PlainGrey(ReferenceFile& file, int frame, const StoredSamples& samples) {
+        const HeaderReader header = file.header();
+        const std::string modality = header.text(DCM_Modality);
+        if (modality != "XA" && modality != "RF") {
+            const HeaderReader step = header.macro(DCM_PixelValueTransformationSequence, frame);
+            slope_ = step.number(DCM_RescaleSlope, 1);
+            intercept_ = step.number(DCM_RescaleIntercept, 0);
+            modalityTable_ = tableOf(header, DCM_ModalityLUTSequence, samples.isSigned);
+        }
+        voiTable_ = tableOf(header, DCM_VOILUTSequence, samples.isSigned);
 
-    double operator()(double stored) const;
+        const HeaderReader voi = header.macro(DCM_FrameVOILUTSequence, frame);
+        const auto centers = voi.numbers(DCM_WindowCenter), widths = voi.numbers(DCM_WindowWidth);
+        function_ = voi.text(DCM_VOILUTFunction);
+        const std::string photometric = header.text(DCM_PhotometricInterpretation);
+        inverse_ = photometric == "MONOCHROME1" || header.text(DCM_PresentationLUTShape) == "INVERSE";
+        if (header.has(DCM_PixelPaddingValue)) {
+            const double value = header.number(DCM_PixelPaddingValue, 0);
+            const double limit = header.number(DCM_PixelPaddingRangeLimit, value);
+            padding_ = {std::min(value, limit), std::max(value, limit)};
+        }
+        if (!centers.empty() && !widths.empty()) {
+            center_ = centers.front();
+            width_ = widths.front();
+        } else {
+            windowWithoutHeader(file, samples);
+        }
+    }
+
+    double operator()(double stored) const {
+        if (isPadding(stored)) return 0;
+        const double level = std::clamp(windowed(modality(stored)), 0.0, 255.0);
+        return inverse_ ? 255 - level : level;
+    }
 
   private:
     struct Table {
         double first = 0;
         double highest = 65535;
         std::vector<unsigned> entries;
-        double at(double value) const;
+        double at(double value) const {
+            const double last = static_cast<double>(entries.size()) - 1;
+            return entries[static_cast<std::size_t>(std::clamp(std::floor(value + 0.5) - first, 0.0, last))];
+        }
     };
 
-    static std::optional<Table> tableOf(const HeaderReader& header, const DcmTagKey& sequence, bool isSigned);
-    bool isPadding(double stored) const;
-    double modality(double stored) const;
-    double windowed(double value) const;
-    void windowWithoutHeader(ReferenceFile& file, const StoredSamples& samples);
+    static std::optional<Table> tableOf(const HeaderReader& header, const DcmTagKey& sequence,
+                                        bool isSigned) {
+        const auto items = header.items(sequence);
+        if (items.empty()) return std::nullopt;
+        const auto descriptor = items.front().words(DCM_LUTDescriptor);
+        Table table;
+        table.entries = items.front().words(DCM_LUTData);
+        if (descriptor.size() < 3 || table.entries.empty()) return std::nullopt;
+        table.first = isSigned ? static_cast<Sint16>(descriptor[1]) : static_cast<double>(descriptor[1]);
+        table.highest = std::ldexp(1.0, static_cast<int>(descriptor[2])) - 1;
+        return table;
+    }
+    bool isPadding(double stored) const {
+        return padding_ && stored >= padding_->first && stored <= padding_->second;
+    }
+    double modality(double stored) const {
+        return modalityTable_ ? modalityTable_->at(stored) : stored * slope_ + intercept_;
+    }
+    double windowed(double value) const {
+        if (voiTable_) return voiTable_->at(value) / voiTable_->highest * 255;
+        if (function_ == "SIGMOID") return 255 / (1 + std::exp(-4 * (value - center_) / width_));
+        if (function_ == "LINEAR_EXACT") return ((value - center_) / width_ + 0.5) * 255;
+        if (value <= center_ - 0.5 - (width_ - 1) / 2) return 0;
+        if (value > center_ - 0.5 + (width_ - 1) / 2) return 255;
+        return ((value - (center_ - 0.5)) / (width_ - 1) + 0.5) * 255;
+    }
+    void windowWithoutHeader(ReferenceFile& file, const StoredSamples& samples) {
+        double low = std::numeric_limits<double>::max(), high = -low;
+        if (samples.bits <= 8 && !samples.isFloat) {
+            const double range = std::ldexp(1.0, samples.bits);
+            low = samples.isSigned ? -range / 2 : 0;
+            high = low + range - 1;
+        } else {
+            const auto first = file.nativeFrame(0);
+            for (const double value : storedSamples(*first).values) {
+                if (isPadding(value)) continue;
+                low = std::min(low, value);
+                high = std::max(high, value);
+            }
+        }
+        const double a = modality(low), b = modality(high);
+        function_ = "LINEAR_EXACT";
+        center_ = (a + b) / 2;
+        width_ = std::max(std::abs(b - a), 1e-9);
+    }
 
     std::optional<Table> modalityTable_, voiTable_;
     std::optional<std::pair<double, double>> padding_;
@@ -38,96 +196,6 @@ class PlainGrey {
     std::string function_;
     bool inverse_ = false;
 };
-
-PlainGrey::PlainGrey(ReferenceFile& file, int frame, const StoredSamples& samples) {
-    const HeaderReader header = file.header();
-    const std::string modality = header.text(DCM_Modality);
-    if (modality != "XA" && modality != "RF") {
-        const HeaderReader step = header.macro(DCM_PixelValueTransformationSequence, frame);
-        slope_ = step.number(DCM_RescaleSlope, 1);
-        intercept_ = step.number(DCM_RescaleIntercept, 0);
-        modalityTable_ = tableOf(header, DCM_ModalityLUTSequence, samples.isSigned);
-    }
-    voiTable_ = tableOf(header, DCM_VOILUTSequence, samples.isSigned);
-
-    const HeaderReader voi = header.macro(DCM_FrameVOILUTSequence, frame);
-    const auto centers = voi.numbers(DCM_WindowCenter), widths = voi.numbers(DCM_WindowWidth);
-    function_ = voi.text(DCM_VOILUTFunction);
-    const std::string photometric = header.text(DCM_PhotometricInterpretation);
-    inverse_ = photometric == "MONOCHROME1" || header.text(DCM_PresentationLUTShape) == "INVERSE";
-    if (header.has(DCM_PixelPaddingValue)) {
-        const double value = header.number(DCM_PixelPaddingValue, 0);
-        const double limit = header.number(DCM_PixelPaddingRangeLimit, value);
-        padding_ = {std::min(value, limit), std::max(value, limit)};
-    }
-    if (!centers.empty() && !widths.empty()) {
-        center_ = centers.front();
-        width_ = widths.front();
-    } else {
-        windowWithoutHeader(file, samples);
-    }
-}
-
-void PlainGrey::windowWithoutHeader(ReferenceFile& file, const StoredSamples& samples) {
-    double low = std::numeric_limits<double>::max(), high = -low;
-    if (samples.bits <= 8 && !samples.isFloat) {
-        const double range = std::ldexp(1.0, samples.bits);
-        low = samples.isSigned ? -range / 2 : 0;
-        high = low + range - 1;
-    } else {
-        const auto first = file.nativeFrame(0);
-        for (const double value : storedSamples(*first).values) {
-            if (isPadding(value)) continue;
-            low = std::min(low, value);
-            high = std::max(high, value);
-        }
-    }
-    const double a = modality(low), b = modality(high);
-    function_ = "LINEAR_EXACT";
-    center_ = (a + b) / 2;
-    width_ = std::max(std::abs(b - a), 1e-9);
-}
-
-std::optional<PlainGrey::Table> PlainGrey::tableOf(const HeaderReader& header, const DcmTagKey& sequence,
-                                                   bool isSigned) {
-    const auto items = header.items(sequence);
-    if (items.empty()) return std::nullopt;
-    const auto descriptor = items.front().words(DCM_LUTDescriptor);
-    Table table;
-    table.entries = items.front().words(DCM_LUTData);
-    if (descriptor.size() < 3 || table.entries.empty()) return std::nullopt;
-    table.first = isSigned ? static_cast<Sint16>(descriptor[1]) : static_cast<double>(descriptor[1]);
-    table.highest = std::ldexp(1.0, static_cast<int>(descriptor[2])) - 1;
-    return table;
-}
-
-double PlainGrey::Table::at(double value) const {
-    const double last = static_cast<double>(entries.size()) - 1;
-    return entries[static_cast<std::size_t>(std::clamp(std::floor(value + 0.5) - first, 0.0, last))];
-}
-
-bool PlainGrey::isPadding(double stored) const {
-    return padding_ && stored >= padding_->first && stored <= padding_->second;
-}
-
-double PlainGrey::modality(double stored) const {
-    return modalityTable_ ? modalityTable_->at(stored) : stored * slope_ + intercept_;
-}
-
-double PlainGrey::windowed(double value) const {
-    if (voiTable_) return voiTable_->at(value) / voiTable_->highest * 255;
-    if (function_ == "SIGMOID") return 255 / (1 + std::exp(-4 * (value - center_) / width_));
-    if (function_ == "LINEAR_EXACT") return ((value - center_) / width_ + 0.5) * 255;
-    if (value <= center_ - 0.5 - (width_ - 1) / 2) return 0;
-    if (value > center_ - 0.5 + (width_ - 1) / 2) return 255;
-    return ((value - (center_ - 0.5)) / (width_ - 1) + 0.5) * 255;
-}
-
-double PlainGrey::operator()(double stored) const {
-    if (isPadding(stored)) return 0;
-    const double level = std::clamp(windowed(modality(stored)), 0.0, 255.0);
-    return inverse_ ? 255 - level : level;
-}
 
 std::uint8_t displayed(double level) {
     return static_cast<std::uint8_t>(std::floor(std::clamp(level, 0.0, 255.0) + 0.5));

@@ -1,13 +1,38 @@
 #pragma once
 
-#include "tests/fidelity/HeaderReader.h"
+#include <dcmtk/config/osconfig.h>
+#include <dcmtk/dcmdata/dctk.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace cinedisc::fidelity {
+
+/// Values of a data set as DCMTK reads them: what the project's own parser says does not count here.
+class HeaderReader {
+  public:
+    explicit HeaderReader(DcmItem& item) : item_(&item) {}
+
+    bool has(const DcmTagKey& tag) const { return item_->tagExists(tag); }
+    std::string text(const DcmTagKey& tag) const;
+    std::vector<std::string> texts(const DcmTagKey& tag) const;
+    /// All values of a numeric element; empty when it is not there.
+    std::vector<double> numbers(const DcmTagKey& tag) const;
+    double number(const DcmTagKey& tag, double otherwise) const;
+    int integer(const DcmTagKey& tag, int otherwise) const;
+    /// Words of 16 bits, whatever the element's value representation.
+    std::vector<unsigned> words(const DcmTagKey& tag) const;
+    /// The items of a sequence; empty when it is not there.
+    std::vector<HeaderReader> items(const DcmTagKey& sequence) const;
+    /// Where a functional group macro of a frame stands: its own item, the shared one, or the header itself.
+    HeaderReader macro(const DcmTagKey& sequence, int frame) const;
+
+    DcmItem& item() const { return *item_; }
+
+  private:
+    DcmItem* item_;
+};
 
 /// A sample file read and decoded without anything of the project: parsed by DCMTK, decoded by DCMTK's codecs
 /// or, for JPEG 2000, by OpenJPEG.
