@@ -20,32 +20,22 @@ DicomBuilder greyRun(int frames = 1) { return DicomBuilder::image(4, 4, frames).
 TEST(Palette, TablesOfThreeColoursArePlainOrSegmented) {
     // A value of 5 and less, and the two behind, as the tables of each colour have them.
     struct Row {
-        const char* name;
         std::vector<std::int64_t> descriptor;
         Bytes red, blue;
         int bits;
         std::array<unsigned, 2> blueEntries;
         bool isSegmented = false;
     };
-    const Bytes bright = bytesOf({0, 0, 0xFF, 0xFF});
+    const Bytes bright = bytesOf({0, 0, 0xFF, 0xFF}), steps = bytesOf({0, 0, 2, 0, 1, 0, 0, 0x90});
+    const Bytes segmentOfWords = bytesOf({0, 0, 2, 0, 3, 0, 255, 0});
     for (const Row& row :
-         {Row{"judged by all colours", {2, 5, 16}, bright, bytesOf({0, 0, 0, 8}), 16, {0, 0x800}},
-          {"8 bits", {2, 5, 8}, bytesOf({0, 255}), bytesOf({1, 200}), 8, {1, 200}},
-          {"segments",
-           {2, 5, 16},
-           bytesOf({0, 0, 2, 0, 1, 0, 0, 0x90}),
-           bytesOf({0, 0, 1, 0, 7, 0, 1, 0, 1, 0, 9, 0}),
-           16,
-           {7, 9},
-           true},
-          {"segments of bytes", {2, 5, 8}, bytesOf({0, 2, 3, 255}), bytesOf({0, 2, 4, 6}), 8, {4, 6}, true},
-          {"segments of words for bytes",
-           {2, 5, 8},
-           bytesOf({0, 0, 2, 0, 3, 0, 255, 0}),
-           bytesOf({0, 0, 2, 0, 4, 0, 6, 0}),
-           8,
-           {4, 6},
-           true}}) {
+         // All colours together decide on the bits.
+         {Row{{2, 5, 16}, bright, bytesOf({0, 0, 0, 8}), 16, {0, 0x800}},
+          {{2, 5, 8}, bytesOf({0, 255}), bytesOf({1, 200}), 8, {1, 200}},
+          {{2, 5, 16}, steps, bytesOf({0, 0, 1, 0, 7, 0, 1, 0, 1, 0, 9, 0}), 16, {7, 9}, true},
+          {{2, 5, 8}, bytesOf({0, 2, 3, 255}), bytesOf({0, 2, 4, 6}), 8, {4, 6}, true},
+          {{2, 5, 8}, segmentOfWords, bytesOf({0, 0, 2, 0, 4, 0, 6, 0}), 8, {4, 6}, true}}) {
+        SCOPED_TRACE(testing::PrintToString(row.blue));
         DicomBuilder builder = greyRun();
         builder.text(tags::PhotometricInterpretation, "CS", "PALETTE COLOR");
         const Tag first = row.isSegmented ? tags::SegmentedRedPaletteData : tags::RedPaletteData;
@@ -54,14 +44,14 @@ TEST(Palette, TablesOfThreeColoursArePlainOrSegmented) {
             builder.binary(tags::forColour(first, colour), "OW", colour == 2 ? row.blue : row.red);
         }
         const auto file = opened(builder);
-        ASSERT_TRUE(file->palette()) << row.name;
+        ASSERT_TRUE(file->palette());
         const LookupTable& blue = file->palette()->blue;
-        EXPECT_EQ(blue.firstMapped, 5) << row.name;
-        EXPECT_EQ(blue.bits, row.bits) << row.name;
-        ASSERT_EQ(blue.entries.size(), 2u) << row.name;
-        EXPECT_EQ((std::array<unsigned, 2>{blue.entries[0], blue.entries[1]}), row.blueEntries) << row.name;
+        EXPECT_EQ(blue.firstMapped, 5);
+        EXPECT_EQ(blue.bits, row.bits);
+        ASSERT_EQ(blue.entries.size(), 2u);
+        EXPECT_EQ((std::array<unsigned, 2>{blue.entries[0], blue.entries[1]}), row.blueEntries);
         builder.remove(tags::forColour(first, 1));
-        EXPECT_FALSE(opened(builder)->palette()) << row.name;
+        EXPECT_FALSE(opened(builder)->palette());
     }
 }
 
@@ -416,12 +406,16 @@ TEST(GreyRules, EnhancedObjectsHaveTheirRulesFrameByFrame) {
     };
     DicomBuilder builder = greyPicture("CT", "2.1");
     builder.sequence(tags::SharedFunctionalGroups, {group("1", "5", 30000)});
-    builder.sequence(tags::PerFrameFunctionalGroups, {group("10", "2", 40000), group("20", "", 50000)});
+    // Where a frame's group names neither window nor table, the header's are taken.
+    builder.text(tags::WindowCenter, "DS", "9").text(tags::WindowWidth, "DS", "9");
+    builder.sequence(tags::VOILUTSequence, {lut({2, 0, 16}, {0, 60000})});
+    const DicomItem bare = DicomItem().sequence(tags::FrameVOILUTSequence, {DicomItem()});
+    builder.sequence(tags::PerFrameFunctionalGroups, {group("10", "2", 40000), group("20", "", 50000), bare});
     const auto file = opened(builder);
     EXPECT_TRUE(file->hasGreyRulesByFrame());
     EXPECT_FALSE(opened(greyPicture())->hasGreyRulesByFrame());
-    const std::array<double, 3> expected[] = {{10, 2, 40000}, {20, 5, 50000}, {1, 5, 30000}};
-    for (int frame = 0; frame < 3; ++frame) {
+    const std::array<double, 3> expected[] = {{10, 2, 40000}, {20, 5, 50000}, {9, 5, 60000}, {1, 5, 30000}};
+    for (int frame = 0; frame < 4; ++frame) {
         const auto grey = file->greyTransform(frame);
         EXPECT_EQ(grey.windows.at(0).center, expected[frame][0]);
         EXPECT_EQ(grey.rescale.value().slope, expected[frame][1]);

@@ -85,6 +85,13 @@ bool decodeJpeg2000(const std::vector<Uint8>& stream, DcmItem& into) {
 
 }  // namespace
 
+const Uint8* pixelBytes(DcmElement& element) {
+    Uint16* words = nullptr;
+    Uint8* bytes = nullptr;
+    if (element.getUint16Array(words).good() && words) return reinterpret_cast<const Uint8*>(words);
+    return element.getUint8Array(bytes).good() ? bytes : nullptr;
+}
+
 std::string HeaderReader::text(const DcmTagKey& tag) const {
     OFString value;
     item_->findAndGetOFString(tag, value);
@@ -215,16 +222,10 @@ std::vector<std::vector<Uint8>> ReferenceFile::encapsulatedFrames() {
 bool ReferenceFile::decodeNative(DcmDataset& into, int frame) {
     DcmElement* element = nullptr;
     file_.getDataset()->findAndGetElement(DCM_PixelData, element);
-    Uint8* bytes = nullptr;
-    Uint16* words = nullptr;
     const auto size = static_cast<std::size_t>(element->getLength()) / static_cast<std::size_t>(frames());
     const std::size_t from = size * static_cast<std::size_t>(frame);
-    if (element->getVR() == EVR_OW || header().integer(DCM_BitsAllocated, 8) > 8) {
-        if (element->getUint16Array(words).bad() || !words) return false;
-        bytes = reinterpret_cast<Uint8*>(words);
-    } else if (element->getUint8Array(bytes).bad() || !bytes) {
-        return false;
-    }
+    const Uint8* bytes = pixelBytes(*element);
+    if (!bytes) return false;
     std::vector<Uint8> even(bytes + from, bytes + from + size);
     even.resize((size + 1) / 2 * 2);
     return into

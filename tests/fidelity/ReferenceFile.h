@@ -9,6 +9,9 @@
 
 namespace cinedisc::fidelity {
 
+/// The bytes of OW or OB pixels; null without any.
+const Uint8* pixelBytes(DcmElement& element);
+
 /// Values of a data set as DCMTK reads them: what the project's own parser says does not count here.
 class HeaderReader {
   public:
@@ -27,8 +30,6 @@ class HeaderReader {
     std::vector<HeaderReader> items(const DcmTagKey& sequence) const;
     /// Where a functional group macro of a frame stands: its own item, the shared one, or the header itself.
     HeaderReader macro(const DcmTagKey& sequence, int frame) const;
-
-    DcmItem& item() const { return *item_; }
 
   private:
     DcmItem* item_;

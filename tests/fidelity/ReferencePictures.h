@@ -23,8 +23,4 @@ Pixels plainPicture(ReferenceFile& file, int frame);
 /// full stored range for 8 bits and the values of the frame otherwise. Empty when DCMTK cannot render it.
 Pixels dcmtkPicture(ReferenceFile& file, int frame);
 
-/// Lays the display shutter, then the overlay planes of a frame (counted from 0) over a picture, pixel by
-/// pixel.
-void coverPlainly(const HeaderReader& header, int frame, Pixels& picture);
-
 }  // namespace cinedisc::fidelity
