@@ -24,6 +24,33 @@ void keepNoSettings() {
 #endif
 }
 
+#ifdef Q_OS_WIN
+/// A file dialog that looks for its history makes the key of the toolkit's settings where there is none; this
+/// removes what it made.
+class UntouchedRegistry {
+  public:
+    UntouchedRegistry() {
+        if (!software_.childGroups().contains(toolkit)) {
+            made_ = toolkit;
+            return;
+        }
+        software_.beginGroup(toolkit);
+        const bool hasSettings = software_.childGroups().contains(settings);
+        software_.endGroup();
+        if (!hasSettings) made_ = QString("%1/%2").arg(toolkit, settings);
+    }
+    ~UntouchedRegistry() {
+        if (!made_.isEmpty()) software_.remove(made_);
+    }
+    Q_DISABLE_COPY_MOVE(UntouchedRegistry)
+
+  private:
+    inline static const QString toolkit = "QtProject", settings = "OrganizationDefaults";
+    QSettings software_{"HKEY_CURRENT_USER\\Software", QSettings::NativeFormat};
+    QString made_;
+};
+#endif
+
 /// Answers the name as it is typed. The toolkit takes quotation marks for a list of names.
 class SaveDialog : public QFileDialog {
   public:
@@ -60,6 +87,9 @@ struct Discard {
 template <typename Dialog>
 std::unique_ptr<Dialog, Discard> fileDialog(QWidget* window, const QString& title, const QString& folder) {
     keepNoSettings();
+#ifdef Q_OS_WIN
+    const UntouchedRegistry untouched;
+#endif
     std::unique_ptr<Dialog, Discard> dialog(new Dialog(window, title, folder));
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     return dialog;
