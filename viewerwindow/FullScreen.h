@@ -3,9 +3,10 @@
 #include <QByteArray>
 #include <QObject>
 #include <QPointer>
+#include <QRect>
+#include <QWidget>
 
 class QMainWindow;
-class QWidget;
 
 namespace cinedisc {
 
