@@ -22,8 +22,6 @@ namespace cinedisc {
 namespace {
 
 constexpr std::uint64_t largestCatalogue = 256u << 20;
-constexpr std::size_t largestExpansion = 8;          // times the file's size ...
-constexpr std::size_t expansionAllowance = 1 << 20;  // ... and this many characters on top
 
 using Document = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 using ParserContext = std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)>;
@@ -75,14 +73,29 @@ std::vector<std::byte> readWholeFile(const QString& path) {
     return bytes;
 }
 
+/// Whether a tag is longer than any that a catalogue needs, whose elements have no attributes: the parser
+/// compares each attribute of an element with all others before it, which a million of them make endless.
+bool hasEndlessTag(std::string_view text) {
+    constexpr std::size_t longestTag = 4096;
+    const auto isMarkup = [](char c) { return c == '!' || c == '?'; };
+    for (auto start = text.find('<'); start != text.npos; start = text.find('<', start + 1)) {
+        const auto first = text.find_first_not_of('\0', start + 1);  // UTF-16 has a zero between
+        if (first == text.npos || isMarkup(text[first])) continue;
+        const auto end = text.substr(start, longestTag).find('>');
+        if (end == text.npos && text.size() - start > longestTag) return true;
+    }
+    return false;
+}
+
 Document parse(const std::vector<std::byte>& bytes) {
     xmlSetExternalEntityLoader(refuseEntity);
     const std::string_view file(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     const auto converted = inUtf8(file);
     const std::string_view text = converted ? *converted : file;
     const ParserContext context(xmlNewParserCtxt(), xmlFreeParserCtxt);
-    if (!context || text.empty() || text.size() > std::numeric_limits<int>::max())
+    if (!context || text.empty() || text.size() > std::numeric_limits<int>::max() || hasEndlessTag(text))
         return {nullptr, xmlFreeDoc};
+    // Entities that grow the text too much are refused by the parser.
     return {xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()), nullptr,
                               converted ? "UTF-8" : nullptr,
                               XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
@@ -95,68 +108,49 @@ bool isAllXmlSpace(const QString& text) {
                        [](QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; });
 }
 
-/// Turns the parser's tree into ours and counts what entities have grown it to.
-class Converter {
-  public:
-    explicit Converter(std::size_t fileSize)
-        : charactersLeft_(fileSize * largestExpansion + expansionAllowance) {}
+QString textOf(const xmlNode& node) { return QString::fromUtf8(reinterpret_cast<const char*>(node.content)); }
 
-    CatalogueNode element(const xmlNode& node) {
-        std::vector<CatalogueNode> children;
-        QString space;
-        const auto append = [&](CatalogueNode child) {
-            child.setSpaceBefore(std::exchange(space, {}));
-            children.push_back(std::move(child));
-        };
-        QString text;
-        const auto appendText = [&] {
-            if (isAllXmlSpace(text)) {
-                space += text;
-            } else {
-                append({CatalogueNode::Data::Text, text});
-            }
-            text.clear();
-        };
-        for (const xmlNode* child = node.children; child && !exceeded_; child = child->next) {
-            // Text that entities have cut into pieces is one node.
-            if (child->type == XML_TEXT_NODE) {
-                text += data(*child);
-                continue;
-            }
-            appendText();
-            switch (child->type) {
-                case XML_ELEMENT_NODE:
-                    append(element(*child));
-                    break;
-                case XML_CDATA_SECTION_NODE:
-                    append({CatalogueNode::Data::Text, data(*child)});
-                    break;
-                case XML_COMMENT_NODE:
-                case XML_PI_NODE:
-                    append({CatalogueNode::Data::CommentOrInstruction, data(*child)});
-                    break;
-                default:
-                    break;
-            }
+CatalogueNode toCatalogue(const xmlNode& element) {
+    std::vector<CatalogueNode> children;
+    QString space;
+    const auto append = [&](CatalogueNode child) {
+        child.setSpaceBefore(std::exchange(space, {}));
+        children.push_back(std::move(child));
+    };
+    QString text;
+    const auto appendText = [&] {
+        if (isAllXmlSpace(text)) {
+            space += text;
+        } else {
+            append({CatalogueNode::Data::Text, text});
+        }
+        text.clear();
+    };
+    for (const xmlNode* child = element.children; child; child = child->next) {
+        // Text that entities have cut into pieces is one node.
+        if (child->type == XML_TEXT_NODE) {
+            text += textOf(*child);
+            continue;
         }
         appendText();
-        return CatalogueNode(std::move(children), space);
+        switch (child->type) {
+            case XML_ELEMENT_NODE:
+                append(toCatalogue(*child));
+                break;
+            case XML_CDATA_SECTION_NODE:
+                append({CatalogueNode::Data::Text, textOf(*child)});
+                break;
+            case XML_COMMENT_NODE:
+            case XML_PI_NODE:
+                append({CatalogueNode::Data::CommentOrInstruction, textOf(*child)});
+                break;
+            default:
+                break;
+        }
     }
-
-    bool exceeded() const { return exceeded_; }
-
-  private:
-    QString data(const xmlNode& node) {
-        const QString text = QString::fromUtf8(reinterpret_cast<const char*>(node.content));
-        const auto size = static_cast<std::size_t>(text.size());
-        exceeded_ = exceeded_ || size > charactersLeft_;
-        charactersLeft_ -= std::min(size, charactersLeft_);
-        return text;
-    }
-
-    std::size_t charactersLeft_;
-    bool exceeded_ = false;
-};
+    appendText();
+    return CatalogueNode(std::move(children), space);
+}
 
 }  // namespace
 
@@ -165,10 +159,7 @@ std::optional<CatalogueNode> readCatalogue(const QString& path) {
     const Document document = parse(bytes);
     const xmlNode* root = document ? xmlDocGetRootElement(document.get()) : nullptr;
     if (!root) return std::nullopt;
-    Converter converter(bytes.size());
-    CatalogueNode catalogue = converter.element(*root);
-    if (converter.exceeded()) return std::nullopt;
-    return catalogue;
+    return toCatalogue(*root);
 }
 
 }  // namespace cinedisc

@@ -13,7 +13,6 @@ class RunTimeError : public std::exception {
   public:
     static RunTimeError overflow() { return {6, "Overflow"}; }
     static RunTimeError outOfMemory() { return {7, "Out of memory"}; }
-    static RunTimeError subscriptOutOfRange() { return {9, "Subscript out of range"}; }
     static RunTimeError internalError() { return {51, "Internal error"}; }
     static RunTimeError fileNotFound() { return {53, "File not found"}; }
     static RunTimeError pathFileAccess() { return {75, "Path/File access error"}; }

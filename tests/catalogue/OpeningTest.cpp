@@ -79,7 +79,8 @@ TEST_F(OpeningTest, PutsInOrder) {
     qsizetype at = 0;
     // What was shown before is gone before the name comes.
     for (const QString& part :
-         {QString("ezDicom.FileName=, "),
+         {QString("Timer4.Enabled=false, thumb(0).ThumbIndex=-1, thumb(0).ThumbStyle=0, thumb(0).Tag=, "),
+          QString("ezDicom.FileName=, "),
           QString("Label5.Caption=Cine A, Label13.Caption=Cine A, thumb(0).ThumbIndex=-1"),
           "ezTest.FileName=1.dcm, Frame8.Visible=false, Frame9.Visible=true, sb1.Max=3, "
           "ezDicom.BestFit=true, " +

@@ -208,6 +208,9 @@ TEST(OnePatient, OpeningAgainForgetsEverythingAndReadsOnlyWhatItProbes) {
         EXPECT_EQ(form.images(), noImage);
         EXPECT_EQ(form.Label1.Caption(), "");
         EXPECT_EQ((QList{form.Slider2.Value(), form.sb1.Value(), form.sb1.Max()}), (QList{1, 1, 8}));
+        form.journal.clear();
+        form.press("cmdSerNext");
+        EXPECT_EQ(form.journal, QStringList()) << "nobody is chosen yet";
     }
     // The disc is gone: a reverse continuous cine stays in its run.
     form.clickPatient(1);

@@ -37,6 +37,7 @@ TEST_F(StepsTest, SeriesOfACinePatient) {
         EXPECT_EQ(form.lblImg.Caption(), images) << listed;
         EXPECT_EQ(form.names(), QString("Cine | Cine ") + QString(listed).replace('/', ' '));
         EXPECT_EQ(form.strip(), strip) << listed;
+        EXPECT_EQ(form.thumb[0]->ThumbStyle(), 2) << listed;
         EXPECT_EQ(form.sb1.Value(), sb1) << listed;
     }
     // Six files leave the range for a continuous cine.
@@ -97,7 +98,9 @@ TEST_F(StepsTest, StillsKeepWindowAndPolarityAndSeriesLeaveTheStripAlone) {
     for (const auto& [button, shownNow, place] : {std::tuple{"cmdSerNext", "Series2/1", "Image :1/1"},
                                                   {"cmdNextSeries", "Series2/1", "Image :1/1"},
                                                   {"cmdSerNext", "Series1/1", "Image :1/3"}}) {
+        form.ezDicom.putBestFit(false);
         form.press(button);
+        EXPECT_EQ(form.ezDicom.BestFit(), QString(button) == "cmdSerNext");
         EXPECT_EQ(shown(), QString("Patient001/Study1/") + shownNow);
         EXPECT_EQ(form.lblSeries.Caption(), place);
         EXPECT_EQ(form.strip(), strip);
