@@ -13,7 +13,7 @@ struct Notice {
     QString heading;  ///< "This file cannot be shown"
     QString reason;   ///< empty while the disc is being read
 
-    /// That the disc has not given the picture yet.
+    /// The notice for a picture that the disc has not given yet.
     static Notice ofReading();
     bool isOfReading() const { return reason.isEmpty(); }
     static Notice of(const dicom::DecodeError& fault, int shownFrame, bool wholeFile);

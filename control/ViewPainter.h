@@ -36,7 +36,7 @@ class ViewPainter {
                MouseTools& tools, const Look& look);
 
   private:
-    /// Answers which device pixels it covers, counted from `corner`, the content's.
+    /// Returns which device pixels it covers, counted from `corner`, the content's.
     QRect paintPicture(QPainter& painter, QPoint corner, ViewState& state, ViewRole role) const;
     CornerText::Lines cornerLines(const ViewState& state);
     void paintBorder(QPainter& painter, const QRect& view, const Look& look) const;

@@ -63,7 +63,7 @@ void ezDICOMX::putFileName(const QString& path) {
     const auto loaded = view.picture.load(path);
     parts_->judgePatient();
     if (BestFit()) putBestFit(true);
-    // The strip puts all its previews anew whenever it moves.
+    // The strip puts the same file again whenever it moves.
     if (loaded == LoadedPicture::Loaded::AsItWas && parts_->role == ViewRole::Preview) return;
     // Whether the first frame can be shown is found out when it is looked at: a probe never does.
     const bool mayBeShown = view.picture.frameCount() > 0;
@@ -72,7 +72,7 @@ void ezDICOMX::putFileName(const QString& path) {
     update();
 }
 
-/// Waits for a slow disc: a command that asks cannot go on without the answer.
+/// Waits for a slow disc: the command that asks for the count cannot go on without it.
 qint32 ezDICOMX::FrameCount() const {
     parts_->settle(Patience::Answer);
     return parts_->view.picture.frameCount();

@@ -23,10 +23,10 @@ void ezDICOMX::Parts::settle(Patience patience) {
     if (view.picture.settle(patience) != LoadedPicture::Settled::Now) return;
     refreshHeaderPage();
     if (role == ViewRole::Probe) {
-        // It never looks at a frame.
+        // A probe never looks at a frame.
         awaiting = false;
     } else if (view.picture.frameCount() == 0) {
-        // Why there is none is known already; whoever asked need not wait for the next drawing.
+        // The reason why there is no frame is known already, so it need not wait for the next drawing.
         describeWith(noticeFor(view.picture));
         noticeDelay.stop();
         owner.update();
@@ -50,7 +50,7 @@ void ezDICOMX::Parts::takeArrival() {
     describe();
     if (awaiting) return;
     noticeDelay.stop();
-    // Before the cine clock puts the next frame, which has to be waited for again.
+    // Drawn now: the cine clock is about to put the next frame, for which the view would wait again.
     owner.repaint();
 }
 

@@ -27,17 +27,17 @@ struct ezDICOMX::Parts {
     void settle(Patience patience);
     /// Waits for the window in force as long as a command may.
     void awaitWindow();
-    /// What the disc has given is shown.
+    /// Shows what the disc has given by now.
     void takeArrival();
     /// The notice, if there is one, is also what assistive programs read. Looks at the frame shown, so it
     /// decodes it.
     void describe();
     void describeWith(const std::optional<Notice>& notice);
-    /// The frame shown has been put: which way do they go?
+    /// Works out the direction of play from the frame just put and the one before.
     void noteStep(qint32 from, qint32 to);
     /// Has what may follow read ahead; done when the frame shown has been drawn.
     void lookAhead();
-    /// The strip fits its previews anew whenever it moves: what is as it was is not drawn again.
+    /// Puts the zoom and draws only if it differs: the strip fits its previews again whenever it moves.
     void putZoom(const ViewZoom& zoom);
     void refreshHeaderPage();
     void fillHeaderPage();

@@ -30,7 +30,7 @@ struct Element {
     std::vector<DataSet> items;    ///< for sequences
 };
 
-/// The elements of a data set or sequence item, in file order. Answers are empty when the element is missing,
+/// The elements of a data set or sequence item, in file order. Results are empty when the element is missing,
 /// empty or of another kind: files from the field are not to be trusted.
 class DataSet {
   public:

@@ -8,7 +8,7 @@
 namespace cinedisc::dicom {
 
 /// Expands the segments of a palette table (PS3.3 C.7.9.2): discrete, linear and indirect ones. `wordSize` is
-/// 1 or 2 bytes. Answers at most `most` entries, fewer when the segments break off.
+/// 1 or 2 bytes. Returns at most `most` entries, fewer when the segments break off.
 std::vector<std::uint16_t> expandSegments(std::span<const std::byte> data, std::size_t wordSize,
                                           std::size_t most);
 

@@ -7,7 +7,7 @@ void Errand::run() {
     try {
         work();
     } catch (...) {
-        // What it was to bring stays as it is before it is done: a fault.
+        // The result keeps its initial value, which stands for a failure.
     }
     {
         const std::lock_guard lock(mutex_);

@@ -9,8 +9,7 @@
 
 namespace cinedisc {
 
-/// Something that has to be got from the disc and that others wait for: the reader runs it once. Safe to call
-/// from any thread.
+/// Work on the disc whose end others wait for. The reader runs it once. Safe to call from any thread.
 class Errand {
   public:
     using Clock = std::chrono::steady_clock;
@@ -21,12 +20,12 @@ class Errand {
     bool isDone() const;
     /// False when it was not done by the deadline.
     bool waitUntil(Clock::time_point deadline) const;
-    /// Once it is done: a run whose first frame will be looked at, null for none.
+    /// A run whose first frame will be looked at, null for none. Only valid after the errand is done.
     virtual std::shared_ptr<const FrameRun> toBeLookedAt() const { return nullptr; }
 
   protected:
     virtual void work() = 0;
-    /// Tells those who did not wait for it.
+    /// Tells the views that did not wait for it that it is done.
     virtual void tell() {}
 
   private:

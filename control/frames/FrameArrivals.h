@@ -12,7 +12,7 @@ class FrameArrivals : public QObject {
     Q_OBJECT
 
   public:
-    /// From any thread. News that were not yet delivered stand for these too.
+    /// From any thread. Calls that come before the last one was delivered are delivered together with it.
     void tell();
 
   signals:

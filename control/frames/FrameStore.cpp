@@ -57,7 +57,8 @@ FrameStore::Decoded FrameStore::frame(const FrameKey& key) {
 }
 
 FrameStore::Decoded FrameStore::want(FrameWish wish) {
-    // A run whose last owner is a wish ends without the lock: it comes here to free its frames.
+    // A wish may be the run's last owner. Its destructor calls this store to free its frames, so it must run
+    // without the lock.
     std::optional<FrameWish> before;
     const Lock lock(mutex_);
     const auto entry = entries_.find(wish.key());
@@ -153,7 +154,7 @@ void FrameStore::readNow(Lock& lock, Entries::iterator entry) {
         entry->second.bytes = std::move(read);
         entry->second.stage = Stage::Read;
         read_.insert(key);
-        // There may be a coarse picture in it.
+        // The bytes may hold a coarse picture.
         if (arrived_ && key.run->decodingWork() != DecodingWork::Little && wishes_.wants(key)) arrived_();
     }
     if (waiting_ > 0) changed_.notify_all();
@@ -204,7 +205,7 @@ void FrameStore::letGoOfBytes(Entry& entry) {
     entry.bytes.reset();
 }
 
-/// Back to what was read, if that is still there.
+/// Drops the decoded frame but keeps its compressed bytes, if they are still there.
 void FrameStore::letGoOfFrame(Entries::iterator entry) {
     Entry& held = entry->second;
     frameBytes_ -= held.frame->byteSize();
@@ -266,7 +267,8 @@ bool FrameStore::hasRoomForBytes() const {
     return hasRoomFor(0);
 }
 
-/// Beside the frames ahead, which are decoded, and once more as many for what is at work.
+/// Compressed frames may take what is left beside the decoded frames ahead, counted twice because as much may
+/// be needed for those being decoded.
 bool FrameStore::hasRoomFor(std::size_t bytes) const {
     const std::size_t window = 2 * static_cast<std::size_t>(order_.window + 1) * playedFrameBytes_;
     return compressedBytes_ + bytes + window <= ceiling_;
@@ -293,7 +295,7 @@ void FrameStore::makeRoom() {
 }
 
 FrameStore::Entries::iterator FrameStore::leastWanted() {
-    // Bytes that nobody plays any more.
+    // Compressed frames of runs that nobody plays any more.
     for (const FrameKey& key : read_) {
         if (order_.stepsTo(key) == PlayOrder::never && !wishes_.wants(key)) return entries_.find(key);
     }

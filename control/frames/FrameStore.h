@@ -56,19 +56,19 @@ class FrameStore {
     void forget(const void* view);
     /// What views wait for and nobody has read or reads, in the order in which it is wanted.
     std::vector<FrameWish> wishesToRead() const;
-    /// Decodes what was read of the frames that views wait for, the first wanted first. Answers whether there
+    /// Decodes what was read of the frames that views wait for, the first wanted first. Returns whether there
     /// was one.
     bool decodeWanted();
 
-    /// Nobody has read it, or is doing so.
+    /// Neither read nor being read.
     bool isMissing(const FrameKey& key) const;
-    /// It has been read and waits to be decoded.
+    /// Read, but not yet decoded.
     bool isRead(const FrameKey& key) const;
-    /// Reads a frame unless that is done or being done. Answers whether it was read now.
+    /// Reads a frame unless that is done or being done. Returns whether it was read now.
     bool read(const FrameKey& key);
     /// Decodes that frame of the order's window, or of the run that follows, which is due first among those
     /// read. Only frames of the two runs named are taken, which the caller keeps alive; either may be null.
-    /// Answers whether there was one.
+    /// Returns whether there was one.
     bool decodeNextDue(const FrameRun* run, const FrameRun* next);
 
     /// What is played, for the choice of what to keep.

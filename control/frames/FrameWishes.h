@@ -30,7 +30,7 @@ class FrameWishes {
     std::optional<FrameWish> remove(const void* view);
     /// Whether anybody waits for it.
     bool wants(const FrameKey& key) const;
-    /// A frame has come. Answers whether anybody waited for it.
+    /// Hands a frame that has come to the views that wait for it. Returns whether there was one.
     bool fulfil(const FrameKey& key, const Decoded& frame);
     /// What has come for a view, null when nothing has.
     Decoded arrivedFor(const void* view) const;

@@ -57,7 +57,8 @@ std::size_t ImageFile::decodedFrameBytes() const {
 }
 
 std::size_t ImageFile::decodingRoom() const {
-    // Coefficients, parts of the frame in other forms, and its bytes. Small frames fit in beside the rest.
+    // Decoders hold coefficients, parts of the frame in other forms and the compressed bytes. Small frames
+    // need no room of their own.
     constexpr std::size_t smallFrame = 16u << 20, timesFrame = 12;
     const std::size_t frame = decodedFrameBytes();
     return frame <= smallFrame ? 0 : std::min(frame * timesFrame, FrameStore::programCeiling);

@@ -7,7 +7,7 @@ namespace cinedisc {
 
 namespace {
 
-/// Decoders of what is wanted: one is enough unless views turn away from frames that take long.
+/// Threads that decode only what a view waits for: one is enough unless views turn away from slow frames.
 constexpr int mostDecodersOfWanted = 4;
 
 bool isPreview(const FrameWish& wish) { return wish.asker == Asker::Preview; }
@@ -175,7 +175,7 @@ void LookAhead::decodeLoop(Decodes what) {
         lock.lock();
         if (!alsoAhead) --busyWithWanted_;
         if (wanted && !alsoAhead) {
-            // What takes all processors has had to wait for it.
+            // A frame that takes all processors may have waited for this one to end.
             ++read_;
             wakeDecoders_.notify_one();
         }

@@ -22,7 +22,7 @@ namespace cinedisc {
 /// waits for, then what the previews wait for, then what will be looked at next. Others decode: some of them
 /// only what a view waits for, so that no frame that nobody waits for any more is in its way.
 ///
-/// Threads start with the first thing that is asked for.
+/// The threads are started by the first request.
 class LookAhead {
   public:
     /// Opens the file that follows; called in the reader's thread. Null when it cannot be shown.

@@ -13,7 +13,7 @@ constexpr int shortWindow = 64;
 constexpr int framesOfNext = 64;
 /// When frames are played backwards, so many are read forwards at a time.
 constexpr int burstLength = 16;
-/// A disc gives so many frames sooner than it jumps.
+/// Reading so many frames on the way takes a disc less time than a jump over them.
 constexpr int worthReadingThrough = 16;
 constexpr std::size_t recentRuns = 8;
 
@@ -41,7 +41,7 @@ bool ReadingPlan::follow(const std::shared_ptr<const ImageFile>& file, int frame
     order_.direction = direction;
     order_.frame = frame;
     store_.follow(order_);
-    // A frame may have been read before its turn to be decoded.
+    // Frames read earlier may be due to be decoded now.
     return !order_.fits && (!isStep || store_.isRead({order_.run, order_.ahead(order_.window)}));
 }
 
@@ -95,7 +95,7 @@ int ReadingPlan::onTheWayTo(const FrameKey& wanted) {
     return frame;
 }
 
-/// Frames that were there may have been let go of.
+/// Forgets what is known to be there, after the store has let go of frames.
 void ReadingPlan::forgetWhatIsCovered() {
     const unsigned count = store_.letGoCount();
     if (std::exchange(letGoCount_, count) != count) covered_ = nextCovered_ = 0;

@@ -23,7 +23,7 @@ class ReadingPlan {
     };
 
     /// A view shows this frame of a file and moves in a direction, at the end into the file `next` ("" into
-    /// none). Answers whether frames read before may now be due to be decoded.
+    /// none). Returns whether frames read before may now be due to be decoded.
     bool follow(const std::shared_ptr<const ImageFile>& file, int frame, PlayDirection direction,
                 const QString& next);
     /// The view is about to show something else.

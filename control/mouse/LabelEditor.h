@@ -14,10 +14,10 @@ class LabelEditor : public QLineEdit {
   public:
     explicit LabelEditor(QWidget& view);
 
-    /// Opens with the text's left end's middle at a point of the view, in letters of `letters` as far as they
-    /// can be typed in.
+    /// Opens with the middle of the text's left edge at a point of the view, in the font `letters`, no
+    /// smaller or larger than can be typed in.
     void open(QPointF at, const QString& text, const QFont& letters);
-    /// As leaving it does.
+    /// Hands the text over, as leaving the line does.
     void handOver();
 
   signals:

@@ -23,8 +23,8 @@ class MouseTool {
     /// Whether the tool has a use for a key outside a drag; then it has been used.
     virtual bool takesKey(int) const { return false; }
     virtual void useKey(int) {}
-    /// What the drag changes was put by someone else meanwhile: it goes on from there, the pointer being
-    /// `at`.
+    /// Someone else has put the value that the drag changes: the drag goes on from that value, with the
+    /// pointer at `at`.
     virtual void startAnew(QPointF) {}
     /// The picture is about to be copied: what is being put on it counts as done.
     virtual void finish() {}

@@ -54,7 +54,7 @@ class LoadedPicture {
     const dicom::Frame* frame() const;
     /// The coarse picture that stands for the frame, null when frame() is the frame itself.
     const dicom::CoarseFrame* coarse() const { return coarse_.get(); }
-    /// Puts the frame itself in place of its coarse picture. Answers whether it has come.
+    /// Puts the frame itself in place of its coarse picture. Returns whether it has come.
     bool refine();
     /// What lies over that frame, null for nothing.
     const CoverPlane* cover() const {

@@ -15,7 +15,7 @@ struct ValueRange {
     friend bool operator==(const ValueRange&, const ValueRange&) = default;
 };
 
-/// Range of a frame's stored values. Padding and numbers that are none (NaN, infinite) do not count; without
+/// Range of a frame's stored values. Padding, infinities and NaN do not count; without
 /// any value that counts the range is 0 ... 0.
 ValueRange frameRange(const dicom::Frame& frame,
                       const std::optional<std::pair<std::int64_t, std::int64_t>>& padding);

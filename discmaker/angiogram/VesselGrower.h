@@ -18,7 +18,7 @@ class VesselGrower {
 
     explicit VesselGrower(const Anatomy& anatomy) : anatomy_(anatomy), random_(anatomy.seed) {}
 
-    /// The vessel that begins at the ostium. Answers its number.
+    /// The vessel that begins at the ostium. Returns its number.
     std::size_t trunk(std::span<const HeartPlace> course, Calibre calibre);
     /// A vessel that leaves `parent` after a part (0 .. 1) of its length and then follows `course`.
     std::size_t branch(std::size_t parent, double part, std::vector<HeartPlace> course, Calibre calibre);
