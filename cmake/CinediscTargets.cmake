@@ -58,6 +58,7 @@ function(cinedisc_test name)
   cinedisc_settings(test_${name})
   if(WIN32)
     target_link_options(test_${name} PRIVATE -Wl,--gc-sections -s)
+    qt_import_plugins(test_${name} INCLUDE_BY_TYPE platforms Qt6::QOffscreenIntegrationPlugin)
   endif()
   add_test(NAME ${name} COMMAND test_${name})
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;CINEDISC_SAMPLES=${CINEDISC_SAMPLES}"
