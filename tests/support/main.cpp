@@ -15,6 +15,9 @@ void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& mes
 
 int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifdef Q_OS_WIN
+    qputenv("QT_QPA_FONTDIR", "C:/Windows/Fonts");  // the platform without a screen knows no fonts of its own
+#endif
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
     qInstallMessageHandler(failOnWarning);

@@ -14,14 +14,15 @@ namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 constexpr UINT eucJapanese = 20932;
+constexpr UINT gb18030 = 54936, gbk = 936;
 
 using Named = std::pair<std::string_view, UINT>;
 
 // Names without their signs, "ISO-8859-5" as "ISO88595". Where the exact code page is not installed
 // everywhere, the one that holds it and more.
 constexpr auto codePages = std::to_array<Named>({
-    {"UTF8", CP_UTF8},      {"USASCII", 20127},   {"ASCII", 20127},     {"GB18030", 54936},
-    {"GBK", 936},           {"GB2312", 936},      {"EUCCN", 936},       {"BIG5", 950},
+    {"UTF8", CP_UTF8},      {"USASCII", 20127},   {"ASCII", 20127},     {"GB18030", gb18030},
+    {"GBK", gbk},           {"GB2312", 936},      {"EUCCN", 936},       {"BIG5", 950},
     {"EUCTW", 20000},       {"SHIFTJIS", 932},    {"SJIS", 932},        {"WINDOWS31J", 932},
     {"EUCJP", eucJapanese}, {"ISO2022JP", 50220}, {"EUCKR", 949},       {"KSC56011987", 949},
     {"UHC", 949},           {"ISO2022KR", 50225}, {"TIS620", 874},      {"ISO885911", 874},
@@ -52,6 +53,8 @@ UINT codePageOf(std::string_view encoding) {
         const bool isNumber = digits.find_first_not_of("0123456789") == std::string_view::npos;
         page = isNumber ? page + first : 0;
     }
+    // Only systems with Chinese texts have the whole of GB18030; its letters of two bytes are GBK's.
+    if (page == gb18030 && !IsValidCodePage(page)) page = gbk;
     return page && IsValidCodePage(page) ? page : 0;
 }
 
