@@ -28,6 +28,10 @@ int main(int, char** arguments) {
     setenv("CINEDISC_PROGRAM", self.c_str(), 1);
     setenv("GCONV_PATH", (folder + "gconv").c_str(), 1);
     setenv("FONTCONFIG_FILE", (folder + "fonts.conf").c_str(), 1);
+    setenv("QT_QPA_PLATFORM", "xcb;wayland", 0);  // the second where there is no X server
+    // Keyboards come described by the Wayland compositor, but the library wants a folder of descriptions to
+    // exist.
+    if (access("/usr/share/X11/xkb", R_OK) != 0) setenv("XKB_CONFIG_ROOT", folder.c_str(), 0);
 
     const std::string libraries = folder + "lib", program = folder + "bin/cinedisc";
     std::vector<const char*> command{loader.c_str(), "--inhibit-cache", "--library-path", libraries.c_str(),
