@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <utility>
+
 namespace cinedisc {
 
 namespace {
@@ -15,9 +17,7 @@ namespace {
 /// Both options of the run's end carry this one; the words beside them differ.
 constexpr const char* endOfRunCaption = "Continuos";
 
-/// Columns of the panel's grid; a line stands between any two.
-enum Column { PlayColumn = 0, FrameColumn = 2, ImageColumn = 4, OwnColumn = 6 };
-enum Row { HeadingRow, ControlRow, OptionRow, RowCount };
+enum Row { HeadingRow, ControlRow, OptionRow, RowCount };  // an empty one parts the bands
 
 /// A part of the panel: an empty widget with a row for what stands in it.
 QHBoxLayout* rowOf(QWidget* part, int spacing = buttonGap) {
@@ -39,35 +39,81 @@ CinePanel::CinePanel(const ButtonTable& buttons, const CinePanelDesign& design, 
     grid_->setContentsMargins(0, 0, 0, 0);
     grid_->setHorizontalSpacing(panelGap);
     grid_->setVerticalSpacing(buttonGap);
-    for (const int column : {PlayColumn, FrameColumn})
-        grid_->addWidget(groupLine(this), 0, column + 1, RowCount, 1);
 
-    grid_->addWidget(remark(tr("Cine"), this), HeadingRow, PlayColumn);
-    grid_->addWidget(playButtons(buttons), ControlRow, PlayColumn);
+    add(remark(tr("Cine"), this), PlayColumn, HeadingRow);
+    add(playButtons(buttons), PlayColumn, ControlRow);
     Frame2 = directionFrame();
-    grid_->addWidget(Frame2, OptionRow, PlayColumn);
+    add(Frame2, PlayColumn, OptionRow);
 
-    grid_->addWidget(frameHeading(design.frames), HeadingRow, FrameColumn);
-    grid_->addWidget(frameSeeker(buttons), ControlRow, FrameColumn);
-    grid_->addWidget(endOfRunAndSpeed(), OptionRow, FrameColumn);
+    add(frameHeading(design.frames), FrameColumn, HeadingRow);
+    add(frameSeeker(buttons), FrameColumn, ControlRow);
+    add(endOfRunAndSpeed(), FrameColumn, OptionRow);
 
-    lblImg = named(new ElidedLabel(windowWords::anyImage(), "Image : 000/000", this), "lblImg");
+    auto* imageSteps = new QWidget(this);
+    lblImg = named(new ElidedLabel(windowWords::anyImage(), "Image : 000/000", imageSteps), "lblImg");
     lblImg->setMinimumWidth(lblImg->sizeHint().width());
-    grid_->addWidget(headingLabel(design.images, this), HeadingRow, ImageColumn);
-    grid_->addLayout(stepRow(buttons, {.back = "cmdPrevImage", .next = "cmdNextImage"}, *lblImg, this),
-                     ControlRow, ImageColumn);
-
+    QBoxLayout* row = stepRow(buttons, {.back = "cmdPrevImage", .next = "cmdNextImage"}, *lblImg, imageSteps);
+    row->setContentsMargins(0, 0, 0, 0);
+    imageSteps->setLayout(row);
     lblRate = named(new ElidedLabel("", "60 fps (recorded 30)", this), "lblRate");
     asRemark(*lblRate);
-    grid_->addWidget(lblRate, OptionRow, ImageColumn);
+    add(headingLabel(design.images, this), ImageColumn, HeadingRow);
+    add(imageSteps, ImageColumn, ControlRow);
+    add(lblRate, ImageColumn, OptionRow);
+    arrangeIn(1);
+}
 
-    grid_->setColumnStretch(FrameColumn, 5);
+void CinePanel::add(QWidget* part, Column column, int row, int rows) {
+    parts_.push_back({part, column, row, rows});
 }
 
 void CinePanel::addColumn(QWidget& part) {
-    grid_->addWidget(groupLine(this), 0, OwnColumn - 1, RowCount, 1);
-    grid_->addWidget(&part, 0, OwnColumn, RowCount, 1);
-    grid_->setColumnStretch(OwnColumn, 4);
+    add(&part, OwnColumn, HeadingRow, RowCount);
+    arrangeIn(std::exchange(bands_, 0));
+}
+
+int CinePanel::leastWidth(Column column) const {
+    int least = 0;
+    for (const Part& part : parts_)
+        if (part.column == column) least = qMax(least, part.widget->minimumSizeHint().width());
+    return least;
+}
+
+int CinePanel::bandsFor(int width) const {
+    constexpr int line = 2 * panelGap + 1;
+    const int play = leastWidth(PlayColumn), frames = leastWidth(FrameColumn);
+    const int images = leastWidth(ImageColumn), own = leastWidth(OwnColumn);
+    if (width >= play + line + frames + line + images + (own > 0 ? line + own : 0)) return 1;
+    return width >= qMax(play, images) + line + qMax(frames, own) ? 2 : 3;
+}
+
+void CinePanel::arrangeIn(int bands) {
+    if (bands == std::exchange(bands_, bands)) return;
+    // Where the columns stand: in which band of rows, at which place of the grid, over how many places. What
+    // belongs together stays side by side.
+    struct Place {
+        int band, column, columns;
+    };
+    constexpr Place arrangements[][ColumnCount] = {
+        {{0, 0, 1}, {0, 2, 1}, {0, 4, 1}, {0, 6, 1}},
+        {{0, 0, 1}, {0, 2, 1}, {1, 0, 1}, {1, 2, 1}},
+        {{0, 0, 1}, {1, 0, 3}, {0, 2, 1}, {2, 0, 3}},
+    };
+    qDeleteAll(lines_);
+    lines_.clear();
+    for (int column = 0; column < 2 * ColumnCount; ++column) grid_->setColumnStretch(column, 0);
+    const auto& places = arrangements[bands - 1];
+    for (const Part& part : parts_) {
+        const Place& place = places[part.column];
+        const int row = place.band * (RowCount + 1) + part.row;
+        grid_->addWidget(part.widget, row, place.column, part.rows, place.columns);
+        if (part.row != HeadingRow || place.column == 0) continue;
+        lines_.push_back(groupLine(this));
+        grid_->addWidget(lines_.back(), row, place.column - 1, RowCount, 1);
+    }
+    const bool hasOwn = parts_.back().column == OwnColumn;
+    grid_->setColumnStretch(2, 5);
+    if (bands == 1) grid_->setColumnStretch(6, hasOwn ? 4 : 0);
 }
 
 void CinePanel::addToDirections(QPushButton& button) { Frame2->layout()->addWidget(&button); }

@@ -8,6 +8,8 @@
 #include <QRadioButton>
 #include <QSlider>
 
+#include <vector>
+
 class QGridLayout;
 
 namespace cinedisc {
@@ -36,6 +38,8 @@ class CinePanel final : public QFrame {
     void addColumn(QWidget& part);
     /// Adds a button beside the directions.
     void addToDirections(QPushButton& button);
+    /// Stands side by side what this width has room for, the rest below.
+    void arrangeFor(int width) { arrangeIn(bandsFor(width)); }
 
     QSlider* Slider1 = nullptr;            ///< speed, 0 to 10
     QSlider* Slider2 = nullptr;            ///< frame, from 1
@@ -50,6 +54,19 @@ class CinePanel final : public QFrame {
     QFrame* Frame2 = nullptr;  ///< holds the directions
 
   private:
+    /// What stands one below the other, under a heading.
+    enum Column { PlayColumn, FrameColumn, ImageColumn, OwnColumn, ColumnCount };
+    struct Part {
+        QWidget* widget;
+        Column column;
+        int row;
+        int rows;
+    };
+    void add(QWidget* part, Column column, int row, int rows = 1);
+    int leastWidth(Column column) const;
+    int bandsFor(int width) const;
+    void arrangeIn(int bands);
+
     QWidget* playButtons(const ButtonTable& buttons);
     QFrame* directionFrame();
     QWidget* frameHeading(const Heading& heading);
@@ -58,6 +75,9 @@ class CinePanel final : public QFrame {
     QSlider* makeSlider(const char* name, const QString& text, int min, int max);
 
     QGridLayout* grid_;
+    std::vector<Part> parts_;
+    std::vector<QWidget*> lines_;
+    int bands_ = 0;
 };
 
 }  // namespace cinedisc

@@ -7,7 +7,12 @@
 
 namespace cinedisc {
 
-QWidget* groupLine(QWidget* parent) { return new GroupLine(parent); }
+QWidget* groupLine(QWidget* parent) {
+    auto* line = new GroupLine(parent);
+    // A layout that a window has already shows what it is given later, and has no room for it until then.
+    line->show();
+    return line;
+}
 
 void asRemark(QLabel& label) {
     constexpr qreal smaller = 0.9;

@@ -12,18 +12,23 @@ PictureRow::PictureRow(QWidget& picture, StripPanel& strip, QWidget* parent)
 }
 
 QSize PictureRow::minimumSizeHint() const {
-    constexpr int smallestHeight = 300;
+    constexpr int smallestHeight = 220;
     return {picture_.minimumSizeHint().width() + panelGap + strip_.widthFor(smallestHeight), smallestHeight};
 }
 
 void PictureRow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    // In a high and narrow window the previews stay smaller than their places.
-    constexpr int stripShare = 7;
-    const int stripWidth = qMin(strip_.widthFor(height()), qMax(width() / stripShare, strip_.widthFor(0)));
-    const int stripLeft = width() - stripWidth;
-    strip_.setGeometry(stripLeft, 0, stripWidth, height());
-    picture_.setGeometry(0, 0, stripLeft - panelGap, height());
+    const int beside = width() - panelGap - strip_.widthFor(height());
+    const int above = height() - panelGap - strip_.heightFor(width());
+    if (qMin(width(), above) > qMin(beside, height())) {
+        strip_.arrange(Qt::Horizontal);
+        strip_.setGeometry(0, above + panelGap, width(), height() - above - panelGap);
+        picture_.setGeometry(0, 0, width(), above);
+    } else {
+        strip_.arrange(Qt::Vertical);
+        strip_.setGeometry(beside + panelGap, 0, width() - beside - panelGap, height());
+        picture_.setGeometry(0, 0, beside, height());
+    }
 }
 
 }  // namespace cinedisc

@@ -7,7 +7,8 @@ namespace cinedisc {
 class StripPanel;
 
 /// What stands between the rows of buttons: the picture with whatever belongs beside it, and the strip. The
-/// strip takes the width that makes its previews squares, the picture has all the rest.
+/// strip takes the room that makes its previews squares, beside the picture or below it, wherever a square
+/// picture becomes larger; the picture has all the rest.
 class PictureRow final : public QWidget {
     Q_OBJECT
 

@@ -9,14 +9,19 @@
 
 namespace cinedisc {
 
-StripPanel::StripPanel(QWidget* parent) : QWidget(parent) {
-    auto* previews = new QVBoxLayout;
-    previews->setSpacing(buttonGap);
+namespace {
+
+constexpr int smallestEdge = 80;
+
+}  // namespace
+
+StripPanel::StripPanel(QWidget* parent) : QWidget(parent), previews_(new QVBoxLayout) {
+    previews_->setSpacing(buttonGap);
     for (int i = 0; i < previewCount; ++i) {
         ezDICOMX*& preview = thumb[static_cast<std::size_t>(i)];
         preview = named(new ezDICOMX(ViewRole::Preview, this), QString("thumb(%1)").arg(i));
         preview->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-        previews->addWidget(preview);
+        previews_->addWidget(preview);
     }
     sb1 = named(new QScrollBar(Qt::Vertical, this), "sb1");
     sb1->setRange(1, 32767);
@@ -26,14 +31,22 @@ StripPanel::StripPanel(QWidget* parent) : QWidget(parent) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(buttonGap);
-    row->addLayout(previews);
+    row->addLayout(previews_);
     row->addWidget(sb1);
 }
 
 int StripPanel::widthFor(int height) const {
-    constexpr int smallestEdge = 80;
     const int edge = (height - (previewCount - 1) * buttonGap) / previewCount;
     return std::max(edge, smallestEdge) + buttonGap + sb1->sizeHint().width();
+}
+
+int StripPanel::heightFor(int width) const {
+    const int room = width - buttonGap - sb1->sizeHint().width();
+    return std::max((room - (previewCount - 1) * buttonGap) / previewCount, smallestEdge);
+}
+
+void StripPanel::arrange(Qt::Orientation orientation) {
+    previews_->setDirection(orientation == Qt::Vertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
 }  // namespace cinedisc

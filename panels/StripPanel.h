@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBoxLayout>
 #include <QScrollBar>
 #include <QWidget>
 
@@ -9,8 +10,8 @@ namespace cinedisc {
 
 class ezDICOMX;
 
-/// The strip: five previews, one above the other, and the scroll bar that moves them. Its width follows its
-/// height, so that a preview is a square.
+/// The strip: five previews in a column, or in a row, and the scroll bar that moves them. A preview is a
+/// square.
 class StripPanel final : public QWidget {
     Q_OBJECT
 
@@ -22,9 +23,14 @@ class StripPanel final : public QWidget {
     std::array<ezDICOMX*, previewCount> thumb{};
     QScrollBar* sb1 = nullptr;
 
-    /// The width that makes the previews squares at this height; never less than what one can tell a picture
-    /// by.
+    /// The width of a column of squares of this height, and the height of a row of squares of this width; a
+    /// square is never less than what one can tell a picture by.
     int widthFor(int height) const;
+    int heightFor(int width) const;
+    void arrange(Qt::Orientation orientation);
+
+  private:
+    QBoxLayout* previews_;
 };
 
 }  // namespace cinedisc

@@ -49,7 +49,7 @@ QPalette darkPalette() {
 }
 
 constexpr const char* sheet = R"(
-QPushButton { background: %raised%; border: 1px solid %line%; border-radius: 4px; padding: 4px 8px; min-height: 20px; }
+QPushButton { background: %raised%; border: 1px solid %line%; border-radius: 4px; padding: 4px 7px; min-height: 20px; }
 cinedisc--IconButton { padding: 4px; min-width: 24px; }
 QPushButton:hover { background: %lit%; border-color: %edge%; }
 QPushButton:pressed { background: %pressed%; }

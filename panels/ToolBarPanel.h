@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <span>
+#include <vector>
 
 class QBoxLayout;
 
@@ -26,8 +27,8 @@ class ToolBarPanel final : public QWidget {
   public:
     ToolBarPanel(const ButtonTable& buttons, const ToolBarDesign& design, QWidget* parent = nullptr);
 
-    /// Takes over what stands in the room that the buttons leave.
-    void fillRoom(QWidget& widget);
+    /// Puts the groups that this width has no room for into rows below.
+    void arrangeFor(int width);
 
     /// Marks the button of the mouse tool in force, a ViewerControl::Mouse; none for a tool without a button.
     void showMouseTool(int mouseMode);
@@ -37,7 +38,13 @@ class ToolBarPanel final : public QWidget {
     QPushButton* cmdOverlay = nullptr;
 
   private:
-    QBoxLayout* room_ = nullptr;
+    void arrange(const std::vector<int>& rowOf);
+    QWidget* addGroup(const ButtonTable& buttons, std::span<const char* const> names);
+
+    std::vector<QWidget*> groups_;
+    std::vector<QWidget*> lines_;
+    std::vector<QBoxLayout*> rows_;
+    std::vector<int> rowOf_;  ///< of each group
 };
 
 }  // namespace cinedisc

@@ -5,27 +5,18 @@
 #include "panels/BackgroundPopUp.h"
 #include "panels/PanelParts.h"
 #include "panels/PictureRow.h"
+#include "panels/ScreenFit.h"
 #include "panels/StripPanel.h"
 #include "panels/ZoomPopUp.h"
 #include "platform/widgets/Icon.h"
 
 #include <QMainWindow>
-#include <QScreen>
 
 namespace cinedisc {
 
 namespace {
 
-constexpr QSize smallestWindow(1024, 700);
-constexpr QSize firstWindow(1280, 900);
 constexpr int tickMilliseconds = 50;
-
-/// Its frame included, the window lies on the screen with all its panels, be the screen ever so small.
-QSize sizeFor(const QScreen& screen) {
-    constexpr int frame = 36;
-    const QSize room = screen.availableSize() - QSize(0, frame);
-    return firstWindow.boundedTo(room).expandedTo(smallestWindow);
-}
 
 QTimer* makeTimer(QObject& owner, const char* name) {
     auto* timer = new QTimer(&owner);
@@ -49,9 +40,11 @@ ViewerPanels::ViewerPanels(QMainWindow& window, const ButtonTable& buttons, cons
       Timer4(makeTimer(window, "Timer4")) {
     window.setWindowTitle(design.title);
     window.setWindowIcon(drawnIcon(Icon::Program));
-    window.setMinimumSize(smallestWindow);
-    window.resize(sizeFor(*window.screen()));
     window.setCentralWidget(surface);
+    new ScreenFit(window, [bar = toolBar, cine = cinePanel](int width) {
+        bar->arrangeFor(width - 2 * panelGap);
+        cine->arrangeFor(width - 2 * panelGap);
+    });
     // The size of what is shown must never move the window's panels.
     ezDicom->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     ezDicom->setMinimumWidth(CornerText::leastWidth());

@@ -1,18 +1,33 @@
 #include "app/Main.h"
 
+#include "panels/ScreenFit.h"
 #include "panels/Theme.h"
 #include "platform/widgets/GuardedApplication.h"
 
 #include <QApplication>
+#include <QScreen>
+
+#include <memory>
+#include <vector>
 
 int main(int argc, char** argv) {
     using namespace cinedisc;
     // Menus belong to the window, on every desktop.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    GuardedApplication application(argc, argv);
+    std::vector<char*> arguments(argv, argv + argc + 1);
+    auto application = std::make_unique<GuardedApplication>(argc, argv);
+    if (const double scale = ScreenFit::scaleFor(application->primaryScreen()->availableSize()); scale < 1) {
+        // The desktop's scale leaves the window no room. The toolkit takes another one when it starts.
+        bool isGiven = false;
+        const double given = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&isGiven);
+        application.reset();
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(isGiven ? given * scale : scale));
+        argc = static_cast<int>(arguments.size()) - 1;
+        application = std::make_unique<GuardedApplication>(argc, arguments.data());
+    }
     QCoreApplication::setApplicationName("cinedisc");
-    applyColours(application);
+    applyColours(*application);
     Main();
     return QApplication::exec();
 }

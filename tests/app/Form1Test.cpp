@@ -4,6 +4,7 @@
 #include "control/CornerText.h"
 #include "control/ezDICOMX.h"
 #include "control/frames/ImageLibrary.h"
+#include "panels/ScreenFit.h"
 #include "panels/Theme.h"
 #include "tests/support/DiscBuilder.h"
 #include "tests/support/SampleFile.h"
@@ -143,26 +144,55 @@ TEST_F(Form1Test, TheTreeOfMenusIsTheDesigned) {
               "mnuHelp=&Help{mnuAbout=&About}");
 }
 
-TEST_F(Form1Test, NothingIsClippedInTheSmallestWindowNorMovesThePicture) {
+TEST_F(Form1Test, NothingIsCutOnAnyScreen) {
+    const QFont usual = QApplication::font();
+    for (const double letters : {1.0, 4 / 3.0}) {
+        QFont font = usual;
+        font.setPointSizeF(usual.pointSizeF() * letters);
+        QApplication::setFont(font);
+        for (const QSize screen :
+             {QSize(400, 300), QSize(640, 400), QSize(800, 600), QSize(960, 540), QSize(1092, 614),
+              QSize(1280, 800), QSize(1280, 1024), QSize(3840, 2160), QSize(1080, 1920), QSize(540, 960)}) {
+            Form1 shown(disc.path());
+            shown.show();
+            auto& fit = *shown.findChild<ScreenFit*>();
+            const QSize scaled = screen / ScreenFit::scaleFor(screen);
+            fit.fitTo(scaled);
+            shown.resize(shown.minimumSize());
+            const auto told = [&](const QString& name) {
+                return QString("%1 on %2 x %3")
+                    .arg(name)
+                    .arg(screen.width())
+                    .arg(screen.height())
+                    .toStdString();
+            };
+            EXPECT_EQ(scaled.boundedTo(shown.size()), shown.size()) << told("window");
+            for (const bool stills : {true, false}) {
+                shown.findChild<QWidget*>("Frame8")->setVisible(stills);
+                shown.findChild<QWidget*>("Frame9")->setVisible(!stills);
+                QCoreApplication::processEvents();
+                for (const QWidget* widget : shown.findChildren<QWidget*>()) {
+                    const QString name = widget->objectName();
+                    if (!widget->isVisible() || name.isEmpty() || name.startsWith("qt_")) continue;
+                    const QRect place(widget->mapTo(&shown, QPoint()), widget->size());
+                    EXPECT_TRUE(shown.rect().contains(place)) << told(name);
+                    EXPECT_FALSE(place.isEmpty()) << told(name);
+                    const bool holdsText = qobject_cast<const QAbstractButton*>(widget);
+                    const QSize needed = holdsText ? widget->sizeHint() : widget->minimumSizeHint();
+                    EXPECT_EQ(place.size().expandedTo(needed), place.size()) << told(name);
+                }
+            }
+        }
+    }
+    QApplication::setFont(usual);
+}
+
+TEST_F(Form1Test, PartsKeepTheirPlaces) {
     const auto settle = [this](QSize size) {
         form.resize(size);
         QCoreApplication::processEvents();
     };
-    settle(QSize(1024, 700));
-    ASSERT_EQ(form.size(), QSize(1024, 700));
-    for (const bool stills : {true, false}) {
-        find("Frame8").setVisible(stills);
-        find("Frame9").setVisible(!stills);
-        QCoreApplication::processEvents();
-        for (const QWidget* widget : form.findChildren<QWidget*>()) {
-            const QString name = widget->objectName();
-            const bool holdsText =
-                qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QLabel*>(widget);
-            if (!holdsText || !widget->isVisible() || name.isEmpty() || name.startsWith("qt_")) continue;
-            EXPECT_TRUE(form.rect().contains(placeOf(name))) << qPrintable(name);
-            EXPECT_EQ(widget->size().expandedTo(widget->sizeHint()), widget->size()) << qPrintable(name);
-        }
-    }
+    form.findChild<ScreenFit*>()->fitTo({1920, 1920});
     for (const auto& [button, popUp] : {std::pair{"cmdZoom", "Frame5"}, {"cmdOverlay", "Frame6"}}) {
         click(button);
         EXPECT_EQ(placeOf(popUp).left(), placeOf(button).left());

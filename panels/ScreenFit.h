@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QObject>
+#include <QSize>
+
+#include <functional>
+
+class QMainWindow;
+
+namespace cinedisc {
+
+/// Keeps a window, its frame included, inside the room that its screen has, and as large as its contents
+/// need. Looks when the window is shown and when it comes to another screen.
+class ScreenFit final : public QObject {
+    Q_OBJECT
+
+  public:
+    /// `arrange` makes the contents stand in as many rows as a width takes.
+    ScreenFit(QMainWindow& window, std::function<void(int width)> arrange);
+
+    /// Makes the window fit what a screen has available.
+    void fitTo(QSize screen);
+    /// The scale, 1 or less, by which everything has to be drawn smaller for a window to have its place on a
+    /// screen.
+    static double scaleFor(QSize screen);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    QMainWindow& window_;
+    std::function<void(int)> arrange_;
+};
+
+}  // namespace cinedisc
