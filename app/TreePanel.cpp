@@ -1,6 +1,7 @@
 #include "app/TreePanel.h"
 
 #include "panels/PanelParts.h"
+#include "viewer/WindowWords.h"
 
 #include <QVBoxLayout>
 
@@ -10,6 +11,7 @@ TreePanel::TreePanel(QWidget* parent) : QGroupBox(tr("Patient List.."), parent) 
     setObjectName("FraTree");
     TreeView1 = named(new PatientTreeView(this), "TreeView1");
     TreeView1->setFrameShape(QFrame::NoFrame);
+    TreeView1->setHint(windowWords::firstSteps());
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     remark = named(new QLabel(this), "lblRemark");

@@ -38,6 +38,12 @@ QString filmFailed() { return say("The film could not be written."); }
 
 QString cancel() { return say("Cancel"); }
 
+QString firstSteps() {
+    return say(
+        "Press the first button above to see the patients of this disc, then click one.\n\n"
+        "A folder of images can be opened with File\u00a0>\u00a0Open.");
+}
+
 QString noFirstImage() {
     return say(
         "The first series of the first patient holds no images, so the patient list is not shown. A folder "

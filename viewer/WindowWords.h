@@ -26,6 +26,9 @@ QString writingFilm();
 QString filmFailed();
 QString cancel();
 
+/// In place of the tree before a disc is open.
+QString firstSteps();
+
 /// What is wrong with a disc, above the tree.
 QString noFirstImage();
 QString catalogueUnreadable();

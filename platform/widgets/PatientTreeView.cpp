@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QToolTip>
 
 namespace cinedisc {
@@ -18,6 +19,22 @@ PatientTreeView::PatientTreeView(QWidget* parent) : QTreeView(parent) {
     setExpandsOnDoubleClick(false);
     setItemDelegate(new PlainTextDelegate(this));
     connect(this, &QTreeView::clicked, this, &PatientTreeView::choose);
+}
+
+void PatientTreeView::setHint(const QString& words) {
+    hint_ = words;
+    setAccessibleDescription(words);
+    viewport()->update();
+}
+
+void PatientTreeView::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (!model() || model()->rowCount() > 0) return;
+    constexpr int margin = 16;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, hint_);
 }
 
 void PatientTreeView::choose(const QModelIndex& node) {

@@ -12,6 +12,9 @@ class PatientTreeView final : public QTreeView {
   public:
     explicit PatientTreeView(QWidget* parent = nullptr);
 
+    /// What stands in the tree's place while it is empty.
+    void setHint(const QString& words);
+
   signals:
     /// A node was clicked, or Return was pressed on it. It is the current node by then.
     void nodeChosen(const QModelIndex& node);
@@ -19,9 +22,12 @@ class PatientTreeView final : public QTreeView {
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
   private:
     void choose(const QModelIndex& node);
+
+    QString hint_;
 };
 
 }  // namespace cinedisc

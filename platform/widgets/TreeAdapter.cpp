@@ -50,6 +50,8 @@ void TreeAdapter::putExpanded(int node, bool expanded) { view_.setExpanded(item(
 void TreeAdapter::putRemark(const QString& words) {
     remark_.setText(words);
     remark_.setVisible(!words.isEmpty());
+    // What is wrong stands alone.
+    if (!words.isEmpty()) view_.setHint({});
 }
 
 int TreeAdapter::selectedNode() const { return numberOf(view_.currentIndex()); }
