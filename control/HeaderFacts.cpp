@@ -88,4 +88,11 @@ HeaderFacts HeaderFacts::of(const dicom::DicomFile& file) {
     return facts;
 }
 
+QStringList HeaderFacts::brief(const dicom::DicomFile& file, int frames) {
+    QStringList lines;
+    for (const QString& line : {runWords(file), projection(file), viewWords::frames(frames)})
+        add(lines, line);
+    return lines;
+}
+
 }  // namespace cinedisc

@@ -14,6 +14,8 @@ struct HeaderFacts {
     QString lossy;        ///< how much was given up in compression, "" when nothing
 
     static HeaderFacts of(const dicom::DicomFile& file);
+    /// What tells a preview from the others: run or image, projection, number of frames.
+    static QStringList brief(const dicom::DicomFile& file, int frames);
 };
 
 }  // namespace cinedisc

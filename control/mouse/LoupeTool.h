@@ -2,6 +2,7 @@
 
 #include "control/mouse/MouseTool.h"
 #include "control/picture/ViewState.h"
+#include "platform/widgets/Icon.h"
 
 namespace cinedisc {
 
@@ -18,7 +19,9 @@ class LoupeTool : public MouseTool {
     void release() override { shown_ = false; }
     void cancel() override { shown_ = false; }
     void paint(QPainter& painter) override;
-    QCursor cursor() const override { return shown_ ? Qt::BlankCursor : Qt::CrossCursor; }
+    QCursor cursor() const override {
+        return shown_ ? QCursor(Qt::BlankCursor) : drawnCursor(Icon::Magnify, {10, 10});
+    }
 
   private:
     ViewState& view_;

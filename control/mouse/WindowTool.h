@@ -2,6 +2,7 @@
 
 #include "control/mouse/MouseTool.h"
 #include "control/picture/ViewState.h"
+#include "platform/widgets/Icon.h"
 
 namespace cinedisc {
 
@@ -15,6 +16,7 @@ class WindowTool : public MouseTool {
     void cancel() override { view_.picture.putWindowChoice(before_); }
     void startAnew(QPointF at) override { press(at); }
     bool outlivesFile() const override { return false; }
+    QCursor cursor() const override { return drawnCursor(Icon::Window, {12, 12}); }
 
   private:
     ViewState& view_;

@@ -154,6 +154,8 @@ QString run(const QString& number) { return named(say("Run"), number); }
 
 QString image(const QString& number) { return named(say("Image"), number); }
 
+QString frames(int count) { return count == 1 ? say("1 frame") : say("%1 frames").arg(count); }
+
 QString frameRate(double framesPerSecond) {
     return say("%1 frames/s").arg(QString::number(framesPerSecond, 'g', 3));
 }

@@ -35,6 +35,8 @@ QString series(const QString& number);
 QString run(const QString& number);
 QString image(const QString& number);
 QString frameRate(double framesPerSecond);
+/// How many a file has.
+QString frames(int count);
 
 /// Names for assistive programs.
 QString mainViewName();

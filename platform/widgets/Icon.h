@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCursor>
 #include <QIcon>
 
 namespace cinedisc {
@@ -30,5 +31,8 @@ constexpr int iconEdge = 20;
 
 /// Drawn from paths at whatever size and pixel density is asked for, in the colours of the palette.
 QIcon drawnIcon(Icon icon);
+
+/// The icon as a shape of the pointer. `hotSpot` is where it points, on the icons' grid of 24 by 24.
+QCursor drawnCursor(Icon icon, QPoint hotSpot);
 
 }  // namespace cinedisc

@@ -10,7 +10,7 @@ namespace {
 constexpr const char* triangle = "M 7.5 5 L 19 12 L 7.5 19 Z";
 constexpr const char* barAndTriangle =
     "M 5.5 5.5 L 8 5.5 L 8 18.5 L 5.5 18.5 Z M 10.5 5.5 L 20 12 L 10.5 18.5 Z";
-constexpr const char* twoTriangles = "M 3.5 6 L 11.5 12 L 3.5 18 Z M 12.5 6 L 20.5 12 L 12.5 18 Z";
+constexpr const char* pictureAndChevron = "M 3 6 L 13.5 6 L 13.5 18 L 3 18 Z M 17.5 8 L 21.5 12 L 17.5 16";
 constexpr const char* chevron = "M 9.5 6 L 15.5 12 L 9.5 18";
 
 constexpr IconDrawing drawings[] = {
@@ -27,13 +27,26 @@ constexpr IconDrawing drawings[] = {
     {Icon::Reverse, triangle, "", Side::Mirrored},
     {Icon::NextFrame, barAndTriangle, ""},
     {Icon::PreviousFrame, barAndTriangle, "", Side::Mirrored},
-    {Icon::NextImage, twoTriangles, ""},
-    {Icon::PreviousImage, twoTriangles, "", Side::Mirrored},
+    {Icon::NextImage, "", pictureAndChevron},
+    {Icon::PreviousImage, "", pictureAndChevron, Side::Mirrored},
     {Icon::Next, "", chevron},
     {Icon::Previous, "", chevron, Side::Mirrored},
     {Icon::Patient, "O 12 7.8 4 M 4.5 20.5 C 4.5 15.6 7.6 13.6 12 13.6 C 16.4 13.6 19.5 15.6 19.5 20.5 Z",
      ""},
-    {Icon::Program, "M 10 8 L 16.5 12 L 10 16 Z", "O 12 12 10"},
+};
+
+constexpr ProgramLayer layers[] = {
+    {0xff1c2733,
+     "M 14 2 L 50 2 C 56.6 2 62 7.4 62 14 L 62 50 C 62 56.6 56.6 62 50 62 L 14 62 C 7.4 62 2 56.6 2 50 L 2 "
+     "14 "
+     "C 2 7.4 7.4 2 14 2 Z",
+     ""},
+    {0xffc9d3dc, "O 32 32 24", ""},
+    {0xff31404f, "",
+     "M 20 14 C 28 19 25 26 32 31 C 39 36 37 43 45 48 M 29 27 C 36 25 38 20 45 19 M 34 35 C 28 38 25 42 24 "
+     "48"},
+    {0xff1c2733, "O 45 45 14", ""},
+    {0xff4fc3a1, "M 41 37.5 L 53 45 L 41 52.5 Z", ""},
 };
 
 constexpr IconDrawing nothing{Icon::None, "", ""};
@@ -44,5 +57,7 @@ const IconDrawing& iconDrawing(Icon icon) {
     const auto* found = std::ranges::find(drawings, icon, &IconDrawing::icon);
     return found == std::end(drawings) ? nothing : *found;
 }
+
+std::span<const ProgramLayer> programIcon() { return layers; }
 
 }  // namespace cinedisc

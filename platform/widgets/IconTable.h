@@ -2,6 +2,10 @@
 
 #include "platform/widgets/Icon.h"
 
+#include <QRgb>
+
+#include <span>
+
 namespace cinedisc {
 
 enum class Side { AsDrawn, Mirrored };
@@ -14,7 +18,15 @@ struct IconDrawing {
     Side side = Side::AsDrawn;
 };
 
-/// An empty drawing for Icon::None.
+/// A layer of the program's own icon, which has colours: on a grid of 64 by 64, lines 3.5 wide.
+struct ProgramLayer {
+    QRgb colour;
+    const char* filled;
+    const char* outlined;
+};
+std::span<const ProgramLayer> programIcon();
+
+/// An empty drawing for Icon::None and the program's.
 const IconDrawing& iconDrawing(Icon icon);
 
 }  // namespace cinedisc

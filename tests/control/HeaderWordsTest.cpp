@@ -99,6 +99,11 @@ TEST(HeaderFacts, TellWhatTheFileSays) {
     test::put(file, {0x0028, 0x2112}, "12.5");
     EXPECT_EQ(HeaderFacts::of(file).patient, (QStringList{"DOE, JANE", "ID 4711", "Born 1950-01-02"}));
     EXPECT_EQ(HeaderFacts::of(file).lossy, "Lossy 12.5:1");
+    // What tells a preview from its neighbours.
+    test::put(file, {0x0008, 0x0060}, "XA");
+    test::put(file, {0x0020, 0x0013}, "4");
+    file.announced = 60;
+    EXPECT_EQ(HeaderFacts::brief(file, 58).join('|'), "Run 4  25 frames/s|AP  CRAN\u00A020\u00B0|58 frames");
 }
 
 TEST(Notice, SaysWhatCannotBeShownAndWhy) {

@@ -57,6 +57,26 @@ TEST_F(MouseTools, RestoreEverythingOnEscapeAndTakeTheLeftButtonOnly) {
     run("MouseMode 1; drag 40 40 80 60; unlike before");
 }
 
+TEST_F(MouseTools, ShowWhatADragWouldDo) {
+    const struct {
+        int mode;
+        Qt::CursorShape before, pressed;
+    } cases[] = {{1, Qt::BitmapCursor, Qt::BitmapCursor},
+                 {3, Qt::BitmapCursor, Qt::BlankCursor},
+                 {4, Qt::OpenHandCursor, Qt::ClosedHandCursor},
+                 {5, Qt::IBeamCursor, Qt::IBeamCursor},
+                 {77, Qt::ArrowCursor, Qt::ArrowCursor}};
+    for (const auto& c : cases) {
+        run(QString("MouseMode %1").arg(c.mode));
+        for (const char* end : {"release 60 60", "key Esc; release 60 60"}) {
+            EXPECT_EQ(view.cursor().shape(), c.before) << c.mode;
+            run("press 40 40");
+            EXPECT_EQ(view.cursor().shape(), c.pressed) << c.mode;
+            run(end);
+        }
+    }
+}
+
 TEST_F(MouseTools, ZoomAroundThePointWhereTheDragBegan) {
     run("BestFit 1; MouseMode 2");
     const int grey = greyAt(45, 100);
