@@ -35,7 +35,7 @@ Form1::Form1(const QString& programFolder)
     connect(findChild<QAction*>("mnuOpenCD"), &QAction::triggered, this, toTree);
     connectPicture({*this, layout_, behaviour_, controls_.dialogs,
                     [handlers](const QString& command) { handlers(command)(); },
-                    [this] { return StillsMode(); }});
+                    [this] { return StillsMode(); }, [this] { return !CurrentFolder().isEmpty(); }});
     behaviour_.Form_Load();
 }
 

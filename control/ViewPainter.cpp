@@ -10,16 +10,12 @@ namespace {
 
 const QColor ownGrey(38, 39, 42);
 
-/// The fill belongs around a picture or what stands for it: a main view that is empty, or about to be filled,
-/// would glare in a dark room.
-bool isFilled(const ViewPainter::Look& look, const ViewState& state) {
-    if (!look.fill) return false;
-    return look.role != ViewRole::Main || (!state.picture.path().isEmpty() && !state.picture.isAwaited());
-}
+/// The fill belongs around a picture: a view that is empty, or has words in a picture's place, would glare in
+/// a dark room.
+enum class Ground { Own, Black, White };
 
-QColor backdrop(const ViewPainter::Look& look, const ViewState& state) {
-    if (!isFilled(look, state)) return ownGrey;
-    return look.whiteFill ? QColor(Qt::white) : QColor(Qt::black);
+QColor colourOf(Ground ground) {
+    return ground == Ground::Own ? ownGrey : ground == Ground::White ? QColor(Qt::white) : QColor(Qt::black);
 }
 
 /// Fills a view but for a part of it, which is in device pixels.
@@ -52,17 +48,19 @@ std::optional<Notice> noticeFor(const LoadedPicture& picture) {
 void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& content, ViewState& state,
                         MouseTools& tools, const Look& look) {
     const auto notice = noticeFor(state.picture);
-    const bool white = isFilled(look, state) && look.whiteFill;
+    const bool isFilled =
+        look.fill && !notice && (look.role != ViewRole::Main || !state.picture.path().isEmpty());
+    const Ground ground = !isFilled ? Ground::Own : look.whiteFill ? Ground::White : Ground::Black;
     const bool hasPicture = !notice && state.picture.frameCount() > 0;
     const QRect covered = hasPicture ? paintPicture(painter, content.topLeft(), state, look.role) : QRect();
     fillAround(painter, view, QRectF(covered).translated(QPointF(content.topLeft()) * state.pixelRatio),
-               state.pixelRatio, backdrop(look, state));
+               state.pixelRatio, colourOf(ground));
     painter.save();
     painter.setClipRect(content);
     painter.translate(content.topLeft());
     const QRectF area(QPointF(0, 0), QSizeF(content.size()));
     if (notice) {
-        notice->paint(painter, area, white ? QColor(40, 40, 40) : QColor(205, 205, 205));
+        notice->paint(painter, area, QColor(205, 205, 205));
     } else if (hasPicture) {
         state.labels.paint(painter, state.picture.currentFrame(), state.pictureRect());
         tools.paint(painter);
@@ -70,7 +68,7 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
     if (look.role == ViewRole::Main && state.picture.file()) {
         const QRectF picture = notice ? QRectF() : state.pictureRect();
         corners_.paint(painter, area.adjusted(0, look.coveredAtTop, 0, 0), picture, cornerLines(state),
-                       white ? CornerText::Ground::White : CornerText::Ground::Dark);
+                       ground == Ground::White ? CornerText::Ground::White : CornerText::Ground::Dark);
     }
     painter.restore();
     paintBorder(painter, view, look);
@@ -112,9 +110,15 @@ CornerText::Lines ViewPainter::cornerLines(const ViewState& state) {
 }
 
 void ViewPainter::paintBorder(QPainter& painter, const QRect& view, const Look& look) const {
+    if (look.marked) {
+        constexpr int thickness = 2;
+        const QRegion rim = QRegion(view) - view.adjusted(thickness, thickness, -thickness, -thickness);
+        for (const QRect& side : rim) painter.fillRect(side, look.mark);
+        if (!look.highlighted) return;
+    }
     if (!look.sunkenBorder && !look.highlighted) return;
     // Sunken: dark above and left, light below and right; in the accent colour while it has the keyboard.
-    const QColor light = look.highlighted ? look.accent : QColor(118, 122, 130);
+    const QColor light = look.highlighted ? look.accent : QColor(72, 75, 81);
     const QColor dark = look.highlighted ? look.accent : QColor(8, 8, 9);
     const QRect edge = view.adjusted(0, 0, -1, -1);
     painter.setPen(dark);

@@ -28,7 +28,9 @@ class ViewPainter {
         bool sunkenBorder = false;
         bool highlighted = false;  ///< has the keyboard
         int coveredAtTop = 0;      ///< of the content, by what lies over the view; logical pixels
+        bool marked = false;       ///< the preview of the file shown
         QColor accent;
+        QColor mark;
     };
 
     /// `content` is the part of the view inside its border, logical pixels.

@@ -63,6 +63,7 @@ void ezDICOMX::putFileName(const QString& path) {
     const auto loaded = view.picture.load(path);
     parts_->judgePatient();
     if (BestFit()) putBestFit(true);
+    parts_->tellChoices();
     // The strip puts the same file again whenever it moves.
     if (loaded == LoadedPicture::Loaded::AsItWas && parts_->role == ViewRole::Preview) return;
     // Whether the first frame can be shown is found out when it is looked at: a probe never does.
@@ -120,6 +121,7 @@ void ezDICOMX::putBestFit(bool on) {
 void ezDICOMX::putSmooth(bool on) {
     parts_->view.smoothing = on ? Smoothing::Smooth : Smoothing::Nearest;
     update();
+    parts_->tellChoices();
 }
 
 qint32 ezDICOMX::Polarity() const { return parts_->view.picture.polarity; }
@@ -137,6 +139,7 @@ double ezDICOMX::WindowWidth() const {
 void ezDICOMX::putPolarity(qint32 polarity) {
     parts_->view.picture.polarity = polarity;
     update();
+    parts_->tellChoices();
 }
 
 void ezDICOMX::putWindowCenter(double center) {
@@ -160,7 +163,7 @@ void ezDICOMX::putMouseMode(qint32 mode) {
     parts_->mouseMode = mode;
     parts_->chooseTool();
     update();
-    emit mouseModeChanged(mode);
+    parts_->tellChoices();
 }
 
 bool ezDICOMX::BackgroundFill() const { return parts_->backgroundFill; }
@@ -170,11 +173,13 @@ void ezDICOMX::putBackgroundFill(bool on) {
     if (on == parts_->backgroundFill) return;
     parts_->backgroundFill = on;
     update();
+    parts_->tellChoices();
 }
 
 void ezDICOMX::putBackgroundColor(qint32 color) {
     parts_->backgroundColor = color;
     update();
+    parts_->tellChoices();
 }
 
 bool ezDICOMX::ShowHeader() const { return parts_->showHeader; }
@@ -183,6 +188,7 @@ void ezDICOMX::putShowHeader(bool on) {
     parts_->showHeader = on;
     parts_->tools.leaveFrame();
     parts_->refreshHeaderPage();
+    parts_->tellChoices();
 }
 
 bool ezDICOMX::CopyToClipboard() {
@@ -233,6 +239,13 @@ void ezDICOMX::putNamedPatientFolder(const QString& folder) {
     parts_->namedPatientFolder = folder;
     parts_->judgePatient();
 }
+
+void ezDICOMX::setMarked(bool on) {
+    if (on == std::exchange(parts_->isMarked, on)) return;
+    update();
+}
+
+bool ezDICOMX::isMarked() const { return parts_->isMarked; }
 
 void ezDICOMX::setNeighbour(Neighbour neighbour) { parts_->neighbour = std::move(neighbour); }
 

@@ -128,6 +128,9 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
     double recordedRate() const;
     /// A coarse picture stands for the frame shown, which is being decoded.
     bool isCoarse() const;
+    /// Marks a preview as that of the file shown.
+    void setMarked(bool on);
+    bool isMarked() const;
     /// Who is asked which file is likely to be shown after `path`, "" for none: it is read ahead.
     using Neighbour = std::function<QString(const QString& path, PlayDirection direction)>;
     void setNeighbour(Neighbour neighbour);
@@ -139,8 +142,9 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
     void clicked();
     /// The main view has drawn another frame, or another picture of it.
     void frameDrawn();
-    /// Another mouse tool is in force.
-    void mouseModeChanged(int mode);
+    /// Another file, zoom, polarity, smoothing, background or mouse tool is in force, or the header page came
+    /// or went: by whomever.
+    void displayChanged();
 
   protected:
     bool event(QEvent* event) override;

@@ -1,9 +1,11 @@
 #include "control/ezDICOMXParts.h"
 
 #include <QApplication>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include <utility>
 
@@ -27,7 +29,9 @@ void ezDICOMX::paintEvent(QPaintEvent*) {
     look.sunkenBorder = parts_->thumbStyle == 2;
     look.highlighted = parts_->role == ViewRole::Preview && hasFocus();
     look.coveredAtTop = parts_->coveredAtTop;
+    look.marked = parts_->isMarked;
     look.accent = palette().color(QPalette::Highlight);
+    look.mark = palette().color(QPalette::Link);
     QPainter painter(this);
     parts_->painter.paint(painter, rect(), parts_->content(), parts_->view, parts_->tools, look);
     parts_->lookAhead();
@@ -56,6 +60,7 @@ void ezDICOMX::mouseMoveEvent(QMouseEvent* event) {
     if (!parts_->tools.dragging()) return event->ignore();
     parts_->tools.move(event->position() - parts_->content().topLeft());
     update();
+    parts_->tellChoices();
 }
 
 void ezDICOMX::mouseReleaseEvent(QMouseEvent* event) {
@@ -67,6 +72,7 @@ void ezDICOMX::mouseReleaseEvent(QMouseEvent* event) {
         return;
     }
     parts_->tools.release(event->position() - parts_->content().topLeft());
+    parts_->tellChoices();
     if (parts_->tools.chosen()) setCursor(parts_->tools.chosen()->cursor());
     update();
 }
@@ -88,6 +94,10 @@ bool ezDICOMX::event(QEvent* event) {
             return true;
         }
     }
+    if (event->type() == QEvent::ToolTip && parts_ && parts_->role == ViewRole::Preview) {
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), parts_->toolTip(), this);
+        return true;
+    }
     return QWidget::event(event);
 }
 
@@ -97,6 +107,7 @@ void ezDICOMX::keyPressEvent(QKeyEvent* event) {
     if (key == Qt::Key_Escape && tools.dragging()) {
         tools.cancel();
         if (tools.chosen()) setCursor(tools.chosen()->cursor());
+        parts_->tellChoices();
         return update();
     }
     if (tools.chosen() && tools.chosen()->takesKey(key)) {

@@ -1,5 +1,6 @@
 #include "control/ezDICOMXParts.h"
 
+#include "control/HeaderFacts.h"
 #include "control/words/ViewWords.h"
 #include "dicom/DicomFile.h"
 
@@ -104,6 +105,7 @@ void ezDICOMX::Parts::putZoom(const ViewZoom& zoom) {
     if (std::exchange(view.zoom, zoom) == zoom) return;
     tools.startAnew();
     owner.update();
+    tellChoices();
 }
 
 void ezDICOMX::Parts::refreshHeaderPage() {
@@ -147,6 +149,22 @@ void ezDICOMX::Parts::fillHeaderPage() {
     const auto header = std::exchange(headerText, nullptr);
     headerPage->setPlainText(header->text() ? QString::fromStdString(*header->text())
                                             : viewWords::headerTooLarge());
+}
+
+QString ezDICOMX::Parts::toolTip() const {
+    const int frames = view.picture.frameCount();
+    if (!view.picture.file() || frames == 0) return {};
+    const QString lines = HeaderFacts::brief(view.picture.file()->dicom(), frames).join('\n');
+    // As a paragraph of its own a text from a disc is not taken for markup.
+    return "<p style='white-space:pre'>" + lines.toHtmlEscaped() + "</p>";
+}
+
+void ezDICOMX::Parts::tellChoices() {
+    const DisplayChoices now{
+        view.picture.path(),       view.zoom.bestFit(), view.smoothing == Smoothing::Smooth,
+        view.picture.polarity < 0, showHeader,          backgroundFill,
+        view.zoom.percent(),       backgroundColor,     mouseMode};
+    if (told != std::exchange(told, now)) emit owner.displayChanged();
 }
 
 void ezDICOMX::Parts::chooseTool() {

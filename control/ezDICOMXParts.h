@@ -15,6 +15,15 @@
 
 namespace cinedisc {
 
+/// What of a view's display can be chosen.
+struct DisplayChoices {
+    QString file;
+    bool bestFit, smooth, inverted, header, fill;
+    qint32 zoomPercent, backgroundColor, mouseMode;
+
+    bool operator==(const DisplayChoices&) const = default;
+};
+
 /// What the component is made of.
 struct ezDICOMX::Parts {
     Parts(ezDICOMX& widget, ViewRole viewRole, ImageLibrary& openFiles);
@@ -46,6 +55,10 @@ struct ezDICOMX::Parts {
     /// Gives the children their places.
     void placeChildren();
     void chooseTool();
+    /// Which run a preview shows; "" while that is not known.
+    QString toolTip() const;
+    /// Tells whoever listens when something that can be chosen is not as it was.
+    void tellChoices();
 
     ezDICOMX& owner;
     ViewRole role;
@@ -70,6 +83,8 @@ struct ezDICOMX::Parts {
     qint32 backgroundColor = 1;
     bool showHeader = false;
     qint32 thumbStyle = 0;
+    bool isMarked = false;
+    std::optional<DisplayChoices> told;
     std::uint64_t drawnRevision = 0;   ///< of the frame that was drawn last
     bool awaiting = false;             ///< the disc has not given the frame shown yet
     QBasicTimer noticeDelay;           ///< runs while the last frame stands for the awaited one

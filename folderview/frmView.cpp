@@ -23,7 +23,8 @@ frmView::frmView(Dialogs* dialogs)
     routeButtons(*this, handlers);
     connectEvents(layout_, behaviour_);
     connectPicture({*this, layout_, behaviour_, dialogs ? *dialogs : controls_.dialogs,
-                    [handlers](const QString& command) { handlers(command)(); }, [] { return false; }});
+                    [handlers](const QString& command) { handlers(command)(); }, [] { return false; },
+                    [] { return true; }});
     behaviour_.Form_Load();
 }
 

@@ -21,11 +21,11 @@ constexpr QRgb accent = 0xff5fa8c8;
 
 /// All colours by the names that the style sheet has for them.
 constexpr std::pair<const char*, QRgb> colours[] = {
-    {"field", field},       {"raised", raised},      {"text", text},          {"quiet", quiet},
-    {"faint", faint},       {"accent", accent},      {"lit", 0xff30353b},     {"pressed", 0xff1c1f23},
-    {"chosen", 0xff20333c}, {"popUp", 0xff1f2327},   {"divider", 0xff2c3137}, {"line", 0xff34393f},
-    {"edge", 0xff454c54},   {"ring", 0xff79828b},    {"mark", 0xff7fc0dc},    {"filled", 0xff3f7389},
-    {"knob", 0xffb4bbc2},   {"knobLit", 0xffe4e7ea},
+    {"field", field},        {"raised", raised},      {"text", text},         {"quiet", quiet},
+    {"faint", faint},        {"accent", accent},      {"lit", 0xff30353b},    {"pressed", 0xff1c1f23},
+    {"popUp", 0xff1f2327},   {"divider", 0xff2c3137}, {"line", 0xff34393f},   {"edge", 0xff454c54},
+    {"ring", 0xff79828b},    {"mark", 0xff7fc0dc},    {"filled", 0xff3f7389}, {"knob", 0xffb4bbc2},
+    {"knobLit", 0xffe4e7ea},
 };
 
 QPalette darkPalette() {
@@ -54,7 +54,8 @@ cinedisc--IconButton { padding: 4px; min-width: 24px; }
 QPushButton:hover { background: %lit%; border-color: %edge%; }
 QPushButton:pressed { background: %pressed%; }
 QPushButton:focus { border-color: %accent%; }
-QPushButton[active="true"] { border-color: %accent%; background: %chosen%; }
+QPushButton:checked { border-color: %accent%; background: %accent%; color: %field%; }
+QPushButton:checked:hover { background: %mark%; }
 QPushButton:disabled { color: %faint%; }
 QRadioButton { spacing: 6px; }
 QRadioButton::indicator { width: 12px; height: 12px; border: 1px solid %ring%; border-radius: 7px; background: %field%; }
@@ -77,6 +78,7 @@ cinedisc--GroupLine { background: %divider%; border: none; }
 cinedisc--PopUpPanel { background: %popUp%; border: 1px solid %edge%; border-radius: 4px; }
 cinedisc--PopUpPanel QPushButton { background: transparent; border-color: transparent; }
 cinedisc--PopUpPanel QPushButton:hover { background: %lit%; }
+cinedisc--PopUpPanel QPushButton:checked { background: %accent%; }
 cinedisc--PopUpPanel QPushButton:focus { border-color: %accent%; }
 QGroupBox { border: 1px solid %divider%; border-radius: 4px; margin-top: 20px; padding: 2px; }
 QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; color: %quiet%; padding: 0 2px; }

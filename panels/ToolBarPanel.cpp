@@ -1,13 +1,11 @@
 #include "panels/ToolBarPanel.h"
 
 #include "panels/PanelParts.h"
-#include "viewer/ViewerControl.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
 
 #include <array>
-#include <utility>
 
 namespace cinedisc {
 
@@ -78,14 +76,6 @@ void ToolBarPanel::arrange(const std::vector<int>& rowOf) {
         place.addWidget(groups_[i]);
         if (!isLast && rowOf[i + 1] != rowOf[i]) place.addStretch();
     }
-}
-
-void ToolBarPanel::showMouseTool(int mouseMode) {
-    constexpr std::pair<const char*, int> tools[] = {{"cmdWindow", ViewerControl::MouseWindow},
-                                                     {"cmdMagnify", ViewerControl::MouseMagnify},
-                                                     {"cmdLabel", ViewerControl::MouseLabel},
-                                                     {"cmdPanning", ViewerControl::MousePan}};
-    for (const auto& [name, mode] : tools) markActive(*findChild<QPushButton*>(name), mode == mouseMode);
 }
 
 }  // namespace cinedisc

@@ -30,9 +30,6 @@ class ToolBarPanel final : public QWidget {
     /// Puts the groups that this width has no room for into rows below.
     void arrangeFor(int width);
 
-    /// Marks the button of the mouse tool in force, a ViewerControl::Mouse; none for a tool without a button.
-    void showMouseTool(int mouseMode);
-
     /// Those that open a pop-up under themselves.
     QPushButton* cmdZoom = nullptr;
     QPushButton* cmdOverlay = nullptr;

@@ -7,6 +7,7 @@
 #include "viewerwindow/FullScreen.h"
 #include "viewerwindow/PictureKeys.h"
 #include "viewerwindow/PictureMenu.h"
+#include "viewerwindow/StateMarks.h"
 #include "viewerwindow/ViewerBehaviour.h"
 
 #include <QMainWindow>
@@ -21,6 +22,7 @@ void connectPicture(const PictureCommands& c) {
                     {[film] { film.exportFilm(); }, [fullScreen] { fullScreen->toggle(); },
                      [keys] { keys->toggleKeysPage(); }});
     new CineRate(c.window, c.panels, c.behaviour);
+    new StateMarks({c.window, c.panels, c.isStills, c.hasPlace});
 }
 
 }  // namespace cinedisc

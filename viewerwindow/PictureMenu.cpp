@@ -5,7 +5,6 @@
 
 #include <QMenu>
 
-#include <optional>
 #include <utility>
 
 namespace cinedisc {
@@ -17,43 +16,42 @@ PictureMenu::PictureMenu(ezDICOMX& picture, std::function<void(const QString&)> 
 }
 
 void PictureMenu::open(const QPoint& at) {
-    const bool hasPicture = picture_.FrameCount() > 0;
     QMenu menu(&picture_);
     menu.setObjectName("PictureMenu");
-    const auto add = [&](QMenu& to, const QString& words, const std::function<void()>& does,
-                         std::optional<bool> isOn = std::nullopt) {
+    const auto add = [&](QMenu& to, const QString& words, const std::function<void()>& does) {
         QAction* action = to.addAction(words);
-        action->setCheckable(isOn.has_value());
-        action->setChecked(isOn.value_or(false));
         connect(action, &QAction::triggered, this, EventGuard::guarded(does));
         return action;
     };
-    const auto command = [this](const char* name) { return [this, name] { run_(name); }; };
-    const auto tool = [&](const QString& words, const char* name, int mode) {
-        add(menu, words, command(name), picture_.MouseMode() == mode);
+    // What the window's own menus have looks as it does there.
+    const auto command = [&](QMenu& to, const QString& words, const char* name) {
+        const auto* own = picture_.window()->findChild<QAction*>(name);
+        QAction* action = add(to, words, [this, name] { run_(name); });
+        action->setCheckable(own->isCheckable());
+        action->setChecked(own->isChecked());
+        action->setEnabled(own->isEnabled());
     };
-    add(menu, tr("Play"), command("cmdPlay"));
-    add(menu, tr("Play backward"), command("cmdReverse"));
-    add(menu, tr("Stop"), command("cmdStop"));
+    command(menu, tr("Play"), "mnuPlay");
+    command(menu, tr("Play backward"), "mnuReverse");
+    command(menu, tr("Stop"), "mnuStop");
     menu.addSeparator();
-    tool(tr("Window"), "cmdWindow", ViewerControl::MouseWindow);
-    tool(tr("Magnify"), "cmdMagnify", ViewerControl::MouseMagnify);
-    tool(tr("Panning"), "cmdPanning", ViewerControl::MousePan);
-    tool(tr("Label"), "cmdLabel", ViewerControl::MouseLabel);
+    command(menu, tr("Window"), "mnuWindow");
+    command(menu, tr("Magnify"), "mnuMagnify");
+    command(menu, tr("Panning"), "mnuPanning");
+    command(menu, tr("Label"), "mnuLabel");
     menu.addSeparator();
     QMenu& zoom = *menu.addMenu(tr("Zoom"));
-    const bool fits = picture_.BestFit();
-    add(zoom, tr("Best fit"), command("mnuBestFit"), fits);
+    command(zoom, tr("Best fit"), "mnuBestFit");
     for (const auto& [name, percent] :
          {std::pair("mnu50", 50), {"mnu100", 100}, {"mnu150", 150}, {"mnu200", 200}})
-        add(zoom, QString("%1%").arg(percent), command(name), !fits && picture_.ZoomPercent() == percent);
-    add(menu, tr("Invert"), command("cmdInvert"), picture_.Polarity() < 0);
-    add(menu, tr("Smooth"), command("cmdSmooth"), picture_.Smooth());
-    add(menu, tr("Header"), command("cmdHeader"), picture_.ShowHeader());
+        command(zoom, QString("%1%").arg(percent), name);
+    command(menu, tr("Invert"), "mnuInvert");
+    command(menu, tr("Smooth"), "mnuSmooth");
+    command(menu, tr("Header"), "mnuHeader");
     menu.addSeparator();
-    add(menu, tr("Copy image"), command("mnuCopy"))->setEnabled(hasPicture);
-    add(menu, tr("Export image..."), command("cmdExport"))->setEnabled(hasPicture);
-    add(menu, tr("Export run as film..."), extras_.exportFilm)->setEnabled(hasPicture);
+    command(menu, tr("Copy image"), "mnuCopy");
+    command(menu, tr("Export image..."), "mnuExport");
+    add(menu, tr("Export run as film..."), extras_.exportFilm)->setEnabled(picture_.FrameCount() > 0);
     menu.addSeparator();
     add(menu, tr("Full screen"), extras_.fullScreen);
     add(menu, tr("Keys"), extras_.keys);

@@ -44,10 +44,6 @@ void connectEvents(const ViewerPanels& panels, ViewerBehaviour& behaviour) {
             form.File1.fullPath(form.neighbourOf(path, direction == PlayDirection::Forward ? 1 : -1));
         return next == path ? QString() : next;
     });
-
-    ToolBarPanel* toolBar = panels.toolBar;
-    toolBar->showMouseTool(panels.ezDicom->MouseMode());
-    QObject::connect(panels.ezDicom, &ezDICOMX::mouseModeChanged, toolBar, &ToolBarPanel::showMouseTool);
 }
 
 }  // namespace cinedisc

@@ -19,12 +19,14 @@ int main(int argc, char** argv) {
     auto application = std::make_unique<GuardedApplication>(argc, argv);
     if (const double scale = ScreenFit::scaleFor(application->primaryScreen()->availableSize()); scale < 1) {
         // The desktop's scale leaves the window no room. The toolkit takes another one when it starts.
-        bool isGiven = false;
-        const double given = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&isGiven);
+        const char* const factor = "QT_SCALE_FACTOR";
+        const QByteArray given = qgetenv(factor);
         application.reset();
-        qputenv("QT_SCALE_FACTOR", QByteArray::number(isGiven ? given * scale : scale));
+        qputenv(factor, QByteArray::number(given.isEmpty() ? scale : given.toDouble() * scale));
         argc = static_cast<int>(arguments.size()) - 1;
         application = std::make_unique<GuardedApplication>(argc, arguments.data());
+        // What is started from here has its own.
+        given.isEmpty() ? qunsetenv(factor) : qputenv(factor, given);
     }
     QCoreApplication::setApplicationName("cinedisc");
     applyColours(*application);

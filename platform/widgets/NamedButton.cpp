@@ -5,14 +5,13 @@
 
 #include <QCoreApplication>
 #include <QPushButton>
-#include <QStyle>
 
 namespace cinedisc {
 
 QPushButton* makeButton(const ButtonRow& row, QWidget* parent) {
     const bool captioned = *row.caption != '\0';
     const QString toolTip = QCoreApplication::translate("Commands", row.toolTip);
-    auto* button = captioned ? new QPushButton(QCoreApplication::translate("Commands", row.caption), parent)
+    auto* button = captioned ? new StateButton(QCoreApplication::translate("Commands", row.caption), parent)
                              : new IconButton(parent);
     button->setObjectName(row.name);
     button->setToolTip(toolTip);
@@ -35,10 +34,8 @@ void routeButtons(QWidget& root, const std::function<std::function<void()>(const
 }
 
 void markActive(QPushButton& button, bool active) {
-    if (button.property("active").toBool() == active) return;
-    button.setProperty("active", active);
-    button.style()->unpolish(&button);
-    button.style()->polish(&button);
+    button.setCheckable(true);
+    button.setChecked(active);
 }
 
 }  // namespace cinedisc

@@ -22,6 +22,9 @@
 #include <QSplitter>
 #include <QTimer>
 
+#include <algorithm>
+#include <cmath>
+
 namespace cinedisc::test {
 namespace {
 
@@ -284,12 +287,76 @@ TEST_F(Form1Test, ToolsAndMenusWork) {
     const int frame = view("CurrentFrame").toInt();
     choose("mnuNextSlice");
     EXPECT_EQ(view("CurrentFrame").toInt(), frame % 30 + 1);
-    // The button of the mouse tool in force is marked.
-    choose("mnuPanning");
-    EXPECT_TRUE(property("cmdPanning", "active").toBool() && !property("cmdWindow", "active").toBool());
-    find<QRadioButton>("Option11").click();
-    find<QRadioButton>("Option4").click();
-    EXPECT_TRUE(property("cmdWindow", "active").toBool() && !property("cmdPanning", "active").toBool());
+}
+
+/// The luminances of two colours as sight compares them (WCAG 2.1).
+double contrast(const QColor& one, const QColor& other) {
+    const auto luminance = [](const QColor& colour) {
+        const auto linear = [](double c) {
+            return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+               0.0722 * linear(colour.blueF());
+    };
+    const auto [less, more] = std::minmax({luminance(one), luminance(other)});
+    return (more + 0.05) / (less + 0.05);
+}
+
+TEST_F(Form1Test, WhatIsInForceIsMarkedWhoeverPutIt) {
+    openPatient(0);
+    click("cmdStop");
+    const auto colour = [this](const QString& name) {
+        return find(name).grab().toImage().pixelColor(name.startsWith("thumb") ? 0 : 3, 15);
+    };
+    const auto marked = [this](const char* name) {
+        const auto* button = form.findChild<QPushButton*>(name);
+        return button ? button->isChecked() : find<QAction>(name).isChecked();
+    };
+    const struct {
+        const char* control;
+        const char* member;
+        QVariant value;
+        const char* now;
+        const char* noMore;
+    } puts[] = {{"ezDicom", "MouseMode", 4, "cmdPanning mnuPanning", "cmdWindow mnuWindow"},
+                {"ezDicom", "MouseMode", 2, "", "cmdPanning mnuPanning"},
+                {"ezDicom", "MouseMode", 3, "cmdMagnify mnuMagnify", ""},
+                {"ezDicom", "MouseMode", 5, "cmdLabel mnuLabel", "cmdMagnify mnuMagnify"},
+                {"ezDicom", "MouseMode", 1, "cmdWindow mnuWindow", "cmdLabel mnuLabel"},
+                {"ezDicom", "Polarity", -1, "cmdInvert mnuInvert", ""},
+                {"ezDicom", "FileName", view("FileName"), "", "cmdInvert mnuInvert"},
+                {"ezDicom", "Smooth", false, "", "cmdSmooth mnuSmooth"},
+                {"ezDicom", "Smooth", true, "cmdSmooth mnuSmooth", ""},
+                {"ezDicom", "ShowHeader", true, "cmdHeader mnuHeader", ""},
+                {"ezDicom", "BestFit", false, "", "cmdFit(0) mnuBestFit"},
+                {"ezDicom", "ZoomPercent", 50, "cmdFit(2) mnu50", "cmdFit(1) mnu100"},
+                {"ezDicom", "ZoomPercent", 120, "", "cmdFit(2) mnu50"},
+                {"ezDicom", "BackgroundColor", 1, "mnuBlack", "mnuWhite mnuNone"},
+                {"ezDicom", "BackgroundFill", false, "mnuNone", "mnuBlack mnuWhite"},
+                {"Option10", "checked", true, "cmdStop mnuStop", "cmdReverse mnuReverse cmdPlay"}};
+    for (const auto& put : puts) {
+        find(put.control).setProperty(put.member, put.value);
+        for (const QString& name : QString(put.now).split(' ', Qt::SkipEmptyParts)) {
+            EXPECT_TRUE(marked(qPrintable(name))) << qPrintable(name);
+            if (name.startsWith("cmdFit") || !name.startsWith("cmd")) continue;
+            EXPECT_GE(contrast(colour(name), colour("cmdZoom")), 3) << qPrintable(name);
+        }
+        for (const QString& name : QString(put.noMore).split(' ', Qt::SkipEmptyParts))
+            EXPECT_FALSE(marked(qPrintable(name))) << qPrintable(name);
+    }
+    find<QTimer>("Timer4").start();
+    EXPECT_TRUE(marked("cmdReverse") && marked("mnuReverse") && !marked("cmdStop") && !marked("cmdPlay"));
+    find<QTimer>("Timer4").stop();
+    for (const char* again : {"mnuWindow", "mnuStop", "mnuNone"}) {
+        choose(again);
+        EXPECT_TRUE(marked(again)) << "chosen once more: " << again;
+    }
+    EXPECT_GE(contrast(colour("thumb(0)"), colour("thumb(1)")), 3);
+    click("cmdNextImage");
+    EXPECT_TRUE(!find<ezDICOMX>("thumb(0)").isMarked() && find<ezDICOMX>("thumb(1)").isMarked());
+    click("cmdStudyNext");
+    click("cmdNextSeries");
+    EXPECT_TRUE(find<ezDICOMX>("thumb(0)").isMarked()) << "it stands for the series";
 }
 
 TEST_F(Form1Test, PulledOutDiscKeepsTheWindowUsableAndAnUntrappedErrorIsTold) {
