@@ -319,36 +319,32 @@ TEST_F(Form1Test, WhatIsInForceIsMarkedWhoeverPutIt) {
     const auto colour = [this](const QString& name) {
         return find(name).grab().toImage().pixelColor(name.startsWith("thumb") ? 0 : 3, 15);
     };
-    const struct {
-        const char* member;
-        QVariant value;
-        const char* changed;
-    } puts[] = {{"MouseMode", 4, "cmdPanning cmdWindow mnuPanning mnuWindow"},
-                {"MouseMode", 2, "cmdWindow mnuWindow"},
-                {"MouseMode", 3, "cmdMagnify cmdWindow mnuMagnify mnuWindow"},
-                {"MouseMode", 5, "cmdLabel cmdWindow mnuLabel mnuWindow"},
-                {"Polarity", -1, "cmdInvert mnuInvert"},
-                {"Smooth", false, "cmdSmooth mnuSmooth"},
-                {"ShowHeader", true, "cmdHeader mnuHeader"},
-                {"BestFit", true, "cmdFit(0) cmdFit(1) mnu100 mnuBestFit"},
-                {"ZoomPercent", 50, "cmdFit(1) cmdFit(2) mnu100 mnu50"},
-                {"ZoomPercent", 120, "cmdFit(1) mnu100"},
-                {"BackgroundColor", 1, "mnuBlack mnuWhite"},
-                {"BackgroundFill", false, "mnuNone mnuWhite"},
-                {"FileName", "", "cmdStop mnuStop"}};
     const auto before = inForce();
-    for (const auto& put : puts) {
-        const QVariant was = property("ezDicom", put.member);
-        find("ezDicom").setProperty(put.member, put.value);
+    for (const auto& [member, value, changes] :
+         {std::tuple{"MouseMode", QVariant(4), "cmdPanning cmdWindow mnuPanning mnuWindow"},
+          {"MouseMode", 2, "cmdWindow mnuWindow"},
+          {"MouseMode", 3, "cmdMagnify cmdWindow mnuMagnify mnuWindow"},
+          {"MouseMode", 5, "cmdLabel cmdWindow mnuLabel mnuWindow"},
+          {"Polarity", -1, "cmdInvert mnuInvert"},
+          {"Smooth", false, "cmdSmooth mnuSmooth"},
+          {"ShowHeader", true, "cmdHeader mnuHeader"},
+          {"BestFit", true, "cmdFit(0) cmdFit(1) mnu100 mnuBestFit"},
+          {"ZoomPercent", 50, "cmdFit(1) cmdFit(2) mnu100 mnu50"},
+          {"ZoomPercent", 120, "cmdFit(1) mnu100"},
+          {"BackgroundColor", 1, "mnuBlack mnuWhite"},
+          {"BackgroundFill", false, "mnuNone mnuWhite"},
+          {"FileName", "", "cmdStop mnuStop"}}) {
+        const QVariant was = view(member);
+        find("ezDicom").setProperty(member, value);
         const auto now = inForce();
         QStringList changed((now - before + (before - now)).values());
         changed.sort();
-        EXPECT_EQ(changed.join(' '), put.changed);
+        EXPECT_EQ(changed.join(' '), changes);
         std::map<QString, QColor> colours;
         for (const QString& name : changed)
             if (name.startsWith("cmd") && find(name).isVisible()) colours[name] = colour(name);
-        find("ezDicom").setProperty(put.member, was);
-        EXPECT_EQ(inForce(), before) << put.member;
+        find("ezDicom").setProperty(member, was);
+        EXPECT_EQ(inForce(), before) << member;
         for (const auto& [name, then] : colours)
             EXPECT_GE(contrast(then, colour(name)), 3) << qPrintable(name);
     }

@@ -58,20 +58,15 @@ TEST_F(MouseTools, RestoreEverythingOnEscapeAndTakeTheLeftButtonOnly) {
 }
 
 TEST_F(MouseTools, ShowWhatADragWouldDo) {
-    const struct {
-        int mode;
-        Qt::CursorShape before, pressed;
-    } cases[] = {{1, Qt::BitmapCursor, Qt::BitmapCursor},
-                 {3, Qt::BitmapCursor, Qt::BlankCursor},
-                 {4, Qt::OpenHandCursor, Qt::ClosedHandCursor},
-                 {5, Qt::IBeamCursor, Qt::IBeamCursor},
-                 {77, Qt::ArrowCursor, Qt::ArrowCursor}};
-    for (const auto& c : cases) {
-        run(QString("MouseMode %1").arg(c.mode));
+    for (const auto& [mode, before, pressed] : {std::tuple{1, Qt::BitmapCursor, Qt::BitmapCursor},
+                                                {3, Qt::BitmapCursor, Qt::BlankCursor},
+                                                {4, Qt::OpenHandCursor, Qt::ClosedHandCursor},
+                                                {5, Qt::IBeamCursor, Qt::IBeamCursor}}) {
+        run(QString("MouseMode %1").arg(mode));
         for (const char* end : {"release 60 60", "key Esc; release 60 60"}) {
-            EXPECT_EQ(view.cursor().shape(), c.before) << c.mode;
+            EXPECT_EQ(view.cursor().shape(), before) << mode;
             run("press 40 40");
-            EXPECT_EQ(view.cursor().shape(), c.pressed) << c.mode;
+            EXPECT_EQ(view.cursor().shape(), pressed) << mode;
             run(end);
         }
     }
