@@ -3,7 +3,7 @@
 #include "control/ezDICOMX.h"
 #include "panels/StripPanel.h"
 #include "panels/ViewerPanels.h"
-#include "platform/widgets/NamedButton.h"
+#include "platform/widgets/StateButton.h"
 
 #include <QAction>
 #include <QFileInfo>
@@ -89,7 +89,7 @@ void StateMarks::Commands::setEnabled(bool on) const {
 void StateMarks::add(const char* button, const char* item, std::function<bool()> isInForce) {
     auto* action = window_.widget.findChild<QAction*>(item);
     action->setCheckable(true);
-    auto* marked = *button ? window_.widget.findChild<QPushButton*>(button) : nullptr;
+    auto* marked = *button ? window_.widget.findChild<StateButton*>(button) : nullptr;
     marks_.push_back({marked, action, std::move(isInForce)});
 }
 
@@ -97,7 +97,7 @@ void StateMarks::refresh() {
     for (const Mark& mark : marks_) {
         const bool isInForce = mark.isInForce();
         mark.item->setChecked(isInForce);
-        if (mark.button) markActive(*mark.button, isInForce);
+        if (mark.button) mark.button->setActive(isInForce);
     }
     needingFile_.setEnabled(!window_.panels.ezDicom->FileName().isEmpty());
     needingPlace_.setEnabled(window_.hasPlace());

@@ -14,6 +14,7 @@ class QWidget;
 
 namespace cinedisc {
 
+class StateButton;
 class ViewerPanels;
 
 /// Shows on buttons, menu items and previews what is in force, whoever put it: how the run plays, mouse tool,
@@ -34,7 +35,7 @@ class StateMarks final : public QObject {
 
   private:
     struct Mark {
-        QPushButton* button;
+        StateButton* button;
         QAction* item;
         std::function<bool()> isInForce;
     };

@@ -33,9 +33,4 @@ void routeButtons(QWidget& root, const std::function<std::function<void()>(const
     }
 }
 
-void markActive(QPushButton& button, bool active) {
-    button.setCheckable(true);
-    button.setChecked(active);
-}
-
 }  // namespace cinedisc

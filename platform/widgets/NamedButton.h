@@ -25,7 +25,4 @@ QPushButton* makeButton(const ButtonRow& row, QWidget* parent);
 /// runs under EventGuard.
 void routeButtons(QWidget& root, const std::function<std::function<void()>(const QString& name)>& handlerOf);
 
-/// Marks a button that makeButton has made as the choice in force (a mouse tool, say).
-void markActive(QPushButton& button, bool active);
-
 }  // namespace cinedisc

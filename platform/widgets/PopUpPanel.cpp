@@ -26,7 +26,9 @@ void PopUpPanel::showEvent(QShowEvent* event) {
     qApp->installEventFilter(this);
     focusBefore_ = window()->focusWidget();
     const auto choices = findChildren<QAbstractButton*>();
-    const auto chosen = std::ranges::find_if(choices, &QAbstractButton::isChecked);
+    const auto chosen = std::ranges::find_if(choices, [](const QAbstractButton* choice) {
+        return choice->isChecked() || choice->property("active").toBool();
+    });
     if (!choices.isEmpty()) (chosen == choices.end() ? choices.front() : *chosen)->setFocus();
 }
 

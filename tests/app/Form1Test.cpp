@@ -311,7 +311,7 @@ TEST_F(Form1Test, WhatIsInForceIsMarkedWhoeverPutIt) {
     const auto inForce = [this] {
         QSet<QString> names;
         for (const auto* button : form.findChildren<QPushButton*>())
-            if (button->isChecked()) names << button->objectName();
+            if (button->property("active").toBool()) names << button->objectName();
         for (const auto* item : form.findChildren<QAction*>())
             if (item->isChecked()) names << item->objectName();
         return names;
