@@ -112,6 +112,8 @@ TEST_F(Form1Test, StartsAsDesigned) {
                                         {"Frame6", true},
                                         {"ezTest", true}})
         EXPECT_EQ(find(panel).isHidden(), hidden) << panel;
+    for (const char* useless : {"cmdPlay", "cmdNext", "cmdExport", "cmNext"})
+        EXPECT_FALSE(find(useless).isEnabled()) << "before a disc is open";
     for (const char* selected : {"Option4", "Option9", "Option3"})
         EXPECT_TRUE(find<QRadioButton>(selected).isChecked()) << selected;
     for (int i = 0; i < 5; ++i)
@@ -219,10 +221,17 @@ TEST_F(Form1Test, PartsKeepTheirPlaces) {
     for (const char* label : {"Label5", "Label1"}) find<QLabel>(label).setText(QString(500, 'W'));
     QCoreApplication::processEvents();
     EXPECT_EQ(placeOf("ezDicom"), alone) << "neither the mode nor long texts move it";
-    for (int i = 0; i < 5; ++i) {
-        const QSize preview = find(QString("thumb(%1)").arg(i)).size();
-        EXPECT_NEAR(preview.width(), preview.height(), 2);
-    }
+    const auto expectSquarePreviews = [this] {
+        for (int i = 0; i < 5; ++i) {
+            const QSize preview = find(QString("thumb(%1)").arg(i)).size();
+            EXPECT_NEAR(preview.width(), preview.height(), 2);
+        }
+    };
+    expectSquarePreviews();
+    settle(QSize(950, 1500));
+    expectSquarePreviews();
+    EXPECT_GT(placeOf("thumb(0)").top(), placeOf("ezDicom").bottom());
+    EXPECT_GT(placeOf("ezDicom").width(), 900) << "an upright window has the previews below";
     // However the two share the room, the corner words have theirs.
     find("FraTree").show();
     form.findChild<QSplitter*>()->setSizes({100000, 0});
@@ -232,6 +241,7 @@ TEST_F(Form1Test, PartsKeepTheirPlaces) {
 
 TEST_F(Form1Test, OpensAPatientPlaysStepsAndShowsStills) {
     openPatient(0);
+    EXPECT_TRUE(find("cmdPlay").isEnabled() && find("cmNext").isEnabled());
     EXPECT_EQ(shownFile(), "Study1/Series1/1.dcm");
     EXPECT_EQ(text("Label5"), "Cine <b>A</b> & Co");
     EXPECT_EQ(text("Label15"), "Cine <b>A</b> & Co Study1 Series1");
