@@ -76,10 +76,12 @@ void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& conte
 
 QRect ViewPainter::paintPicture(QPainter& painter, QPoint corner, ViewState& state, ViewRole role) const {
     const auto paint = role == ViewRole::Preview ? &PictureRenderer::paintPreview : &PictureRenderer::paint;
+    const auto placement = state.placement();
     painter.save();
     painter.translate(corner);
-    const QRect covered =
-        (state.renderer.*paint)(painter, state.pixelRatio, state.placement(), state.smoothing);
+    QRect covered = state.representative.paint(painter, state.pixelRatio, placement, state.smoothing);
+    if (covered.isEmpty())
+        covered = (state.renderer.*paint)(painter, state.pixelRatio, placement, state.smoothing);
     painter.restore();
     return covered;
 }

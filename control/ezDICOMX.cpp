@@ -66,6 +66,7 @@ void ezDICOMX::putFileName(const QString& path) {
     parts_->tellChoices();
     // The strip puts the same file again whenever it moves.
     if (loaded == LoadedPicture::Loaded::AsItWas && parts_->role == ViewRole::Preview) return;
+    view.representative.leave();
     // Whether the first frame can be shown is found out when it is looked at: a probe never does.
     const bool mayBeShown = view.picture.frameCount() > 0;
     parts_->describeWith(mayBeShown ? std::nullopt : noticeFor(view.picture));

@@ -22,6 +22,7 @@ void ezDICOMX::paintEvent(QPaintEvent*) {
     parts_->layOut();
     parts_->view.picture.refine();
     parts_->describe();
+    if (parts_->role == ViewRole::Preview) parts_->view.representative.follow(parts_->view.picture);
     ViewPainter::Look look;
     look.role = parts_->role;
     look.fill = parts_->backgroundFill;

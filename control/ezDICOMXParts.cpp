@@ -47,6 +47,7 @@ void ezDICOMX::Parts::takeArrival() {
         describe();
         owner.repaint();
     }
+    if (view.representative.takeArrival()) owner.update();
     if (!awaiting) return;
     describe();
     if (awaiting) return;

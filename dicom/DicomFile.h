@@ -47,6 +47,9 @@ class DicomFile {
 
     /// Reads a frame, counted from 0, as it stands in the file. Nothing is decoded.
     virtual Result<FrameBytes> readFrame(int frame) const = 0;
+    /// Goes one step of the way to a frame, counted from 0, where a file must be searched for it from its
+    /// start. Returns whether readFrame need not search any further.
+    virtual bool approachFrame(int /*frame*/) const { return true; }
     /// Decodes what readFrame gave for that frame. Nothing is read.
     virtual Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const = 0;
     /// Whether decoding a frame takes much longer than drawing it.

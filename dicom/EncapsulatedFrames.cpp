@@ -91,6 +91,12 @@ Result<FrameBytes> EncapsulatedFrames::read(int frame) const {
     return readByWalking(frame);
 }
 
+bool EncapsulatedFrames::approach(int frame) const {
+    if (tableIsUsable_) return true;
+    const std::lock_guard lock(mutex_);
+    return grouping_.approach(static_cast<std::size_t>(frame));
+}
+
 /// Nothing when the table is wrong, or does not tell where the frame ends.
 std::optional<Result<FrameBytes>> EncapsulatedFrames::readByTable(int frame) const {
     const auto index = static_cast<std::size_t>(frame);

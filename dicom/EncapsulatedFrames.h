@@ -36,6 +36,7 @@ class EncapsulatedFrames : public FrameSource {
     int count() const override { return count_; }
     int announced() const { return announced_; }
     Result<FrameBytes> read(int frame) const override;
+    bool approach(int frame) const override;
     /// The first bytes of the first frame, to see what it is.
     std::vector<std::byte> firstBytes() const;
 

@@ -5,8 +5,15 @@
 namespace cinedisc::dicom {
 
 bool FrameGrouping::findStart(std::size_t frame) {
-    while (starts_.size() <= frame && walker_.ended() == FragmentWalker::Ended::NotYet) step();
+    while (!approach(frame)) {
+    }
     return frame < starts_.size();
+}
+
+bool FrameGrouping::approach(std::size_t frame) {
+    if (frame < starts_.size() || walker_.ended() != FragmentWalker::Ended::NotYet) return true;
+    step();
+    return false;
 }
 
 std::size_t FrameGrouping::knownEnd(std::size_t frame) const {

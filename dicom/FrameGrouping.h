@@ -25,6 +25,9 @@ class FrameGrouping {
 
     /// Walks until the first fragment of a frame is known; false when the file has no such frame.
     bool findStart(std::size_t frame);
+    /// Goes one fragment further unless a frame's first fragment is known or there are no more. Returns
+    /// whether that was so.
+    bool approach(std::size_t frame);
     /// Index of a frame's first fragment, which must have been found.
     std::size_t start(std::size_t frame) const { return starts_[frame]; }
     /// Index behind the last fragment of a frame as known so far.

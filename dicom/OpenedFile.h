@@ -23,6 +23,9 @@ class OpenedFile : public DicomFile {
     int announcedFrameCount() const override { return picture_.announcedFrameCount; }
     const std::optional<DecodeError>& pictureError() const override { return picture_.error; }
     Result<FrameBytes> readFrame(int frame) const override;
+    bool approachFrame(int frame) const override {
+        return missing(frame) || picture_.frames->approach(frame);
+    }
     Result<Frame> decodeRead(int frame, const FrameBytes& bytes) const override;
     bool isSlowToDecode() const override { return picture_.compression == Compression::Jpeg2000; }
     bool decodesOnAllProcessors() const override;

@@ -74,6 +74,7 @@ constexpr Tag ModalityLUTSequence{0x0028, 0x3000};
 constexpr Tag LUTDescriptor{0x0028, 0x3002};
 constexpr Tag LUTData{0x0028, 0x3006};
 constexpr Tag VOILUTSequence{0x0028, 0x3010};
+constexpr Tag RepresentativeFrameNumber{0x0028, 0x6010};
 constexpr Tag PixelMeasuresSequence{0x0028, 0x9110};
 constexpr Tag FrameVOILUTSequence{0x0028, 0x9132};
 constexpr Tag PixelValueTransformationSequence{0x0028, 0x9145};

@@ -36,8 +36,8 @@ enum class DecodingWork {
 };
 
 /// Who wants something of the disc: what the user looks at comes before the previews, and an answer that a
-/// command waits for before both.
-enum class Asker { MainView, Preview, Probe };
+/// command waits for before both. Last comes what can wait until nobody waits for anything.
+enum class Asker { MainView, Preview, Probe, WhenIdle };
 
 /// The frames of one file. A frame takes two steps, so that one thread can read while others decode. Safe to
 /// call from any thread.
@@ -46,6 +46,9 @@ class FrameRun {
     virtual ~FrameRun() = default;
     /// Reads a frame, counted from 0. Waits for the disc.
     virtual dicom::Result<dicom::FrameBytes> readFrame(int index) const = 0;
+    /// Goes one step of the way to a frame that the file must be searched for. Returns whether it can be read
+    /// without more of that. Waits for the disc.
+    virtual bool approachFrame(int) const { return true; }
     /// Decodes what was read.
     virtual DecodedFrame decodeRead(int index, const dicom::FrameBytes& bytes) const = 0;
     virtual DecodingWork decodingWork() const { return DecodingWork::Little; }

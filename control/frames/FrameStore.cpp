@@ -110,15 +110,44 @@ void FrameStore::forget(const void* view) {
 std::vector<FrameWish> FrameStore::wishesToRead() const {
     std::vector<FrameWish> wishes;
     const std::lock_guard lock(mutex_);
-    wishes = wishes_.open();
+    wishes = withoutEntry(wishes_.open());
+    return wishes;
+}
+
+std::optional<FrameWish> FrameStore::idleWishToRead() const {
+    std::vector<FrameWish> wishes;
+    const std::lock_guard lock(mutex_);
+    wishes = withoutEntry(wishes_.idle());
+    return wishes.empty() ? std::nullopt : std::optional(wishes.front());
+}
+
+std::vector<FrameWish> FrameStore::withoutEntry(std::vector<FrameWish> wishes) const {
     std::erase_if(wishes, [this](const FrameWish& wish) { return entries_.contains(wish.key()); });
     return wishes;
+}
+
+bool FrameStore::isAwaited() const {
+    std::vector<FrameWish> wishes;
+    const std::lock_guard lock(mutex_);
+    wishes = wishes_.open();
+    return !wishes.empty();
 }
 
 bool FrameStore::decodeWanted() {
     std::vector<FrameWish> wishes;
     Lock lock(mutex_);
     wishes = wishes_.open();
+    return decodeOneOf(lock, wishes);
+}
+
+bool FrameStore::decodeIdle() {
+    std::vector<FrameWish> wishes;
+    Lock lock(mutex_);
+    wishes = wishes_.idle();
+    return decodeOneOf(lock, wishes);
+}
+
+bool FrameStore::decodeOneOf(Lock& lock, const std::vector<FrameWish>& wishes) {
     for (const FrameWish& wish : wishes) {
         const auto entry = entries_.find(wish.key());
         if (entry == entries_.end() || entry->second.stage != Stage::Read || !mayBegin(*wish.run)) continue;

@@ -59,6 +59,12 @@ class FrameStore {
     /// Decodes what was read of the frames that views wait for, the first wanted first. Returns whether there
     /// was one.
     bool decodeWanted();
+    /// Whether a view waits for a frame, to be read or to be decoded.
+    bool isAwaited() const;
+    /// The first of the frames that can wait until nobody waits for any, and that nobody has read or reads.
+    std::optional<FrameWish> idleWishToRead() const;
+    /// Decodes what was read of these. Returns whether there was one.
+    bool decodeIdle();
 
     /// Neither read nor being read.
     bool isMissing(const FrameKey& key) const;
@@ -94,6 +100,8 @@ class FrameStore {
     using Entries = std::map<FrameKey, Entry>;
     using Lock = std::unique_lock<std::mutex>;
 
+    std::vector<FrameWish> withoutEntry(std::vector<FrameWish> wishes) const;
+    bool decodeOneOf(Lock& lock, const std::vector<FrameWish>& wishes);
     void readNow(Lock& lock, Entries::iterator entry);
     Decoded decodeNow(Lock& lock, Entries::iterator entry);
     static bool decodesAlone(const FrameRun& run);

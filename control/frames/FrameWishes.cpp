@@ -14,7 +14,8 @@ std::optional<FrameWish> FrameWishes::put(FrameWish wish) {
     const bool isSame = found != entries_.end() && found->wish.key() == wish.key();
     if (isSame && found->wish.asker == wish.asker) return wish;
     auto before = remove(wish.view);
-    const auto place = wish.asker == Asker::Preview ? entries_.end() : entries_.begin();
+    const bool isLast = wish.asker == Asker::Preview || wish.asker == Asker::WhenIdle;
+    const auto place = isLast ? entries_.end() : entries_.begin();
     entries_.insert(place, Entry{std::move(wish), nullptr});
     return before;
 }
@@ -48,10 +49,11 @@ FrameWishes::Decoded FrameWishes::arrivedFor(const void* view) const {
     return found == entries_.end() ? nullptr : found->frame;
 }
 
-std::vector<FrameWish> FrameWishes::open() const {
+std::vector<FrameWish> FrameWishes::openOf(bool whenIdle) const {
     std::vector<FrameWish> wishes;
     for (const Entry& entry : entries_) {
-        if (!entry.frame) wishes.push_back(entry.wish);
+        const bool isIdle = entry.wish.asker == Asker::WhenIdle;
+        if (!entry.frame && isIdle == whenIdle) wishes.push_back(entry.wish);
     }
     return wishes;
 }

@@ -34,14 +34,17 @@ class FrameWishes {
     bool fulfil(const FrameKey& key, const Decoded& frame);
     /// What has come for a view, null when nothing has.
     Decoded arrivedFor(const void* view) const;
-    /// Those that nothing has come for, in their order.
-    std::vector<FrameWish> open() const;
+    /// Those that somebody waits for and nothing has come for, in their order.
+    std::vector<FrameWish> open() const { return openOf(false); }
+    /// The same of those that can wait until there is no other.
+    std::vector<FrameWish> idle() const { return openOf(true); }
 
   private:
     struct Entry {
         FrameWish wish;
         Decoded frame;
     };
+    std::vector<FrameWish> openOf(bool whenIdle) const;
     std::vector<Entry>::iterator of(const void* view);
 
     std::vector<Entry> entries_;

@@ -35,6 +35,7 @@ class ImageFile : public FrameRun, public std::enable_shared_from_this<ImageFile
     std::size_t decodedFrameBytes() const;
 
     dicom::Result<dicom::FrameBytes> readFrame(int index) const override { return dicom_->readFrame(index); }
+    bool approachFrame(int index) const override { return dicom_->approachFrame(index); }
     DecodedFrame decodeRead(int index, const dicom::FrameBytes& bytes) const override;
     DecodingWork decodingWork() const override { return work_; }
     std::size_t decodingRoom() const override;

@@ -96,6 +96,14 @@ ImageLibrary::Sight ImageLibrary::glance(const void* view, Asker asker,
     return {frame(view, asker, file, index, Patience::Glance), nullptr};
 }
 
+FrameStore::Decoded ImageLibrary::whenIdle(const void* view, const std::shared_ptr<const ImageFile>& file,
+                                           int index) {
+    if (!ahead_) return nullptr;
+    auto frame = frames_->want({view, Asker::WhenIdle, file, index});
+    if (!frame) ahead_->wakeWhenIdle();
+    return frame;
+}
+
 std::shared_ptr<HeaderText> ImageLibrary::headerText(std::shared_ptr<const ImageFile> file,
                                                      dicom::LongValues longValues) {
     auto text = std::make_shared<HeaderText>(std::move(file), longValues, [this] { arrivals_.tell(); });

@@ -71,6 +71,9 @@ class ImageLibrary {
         std::shared_ptr<const CoarsePicture> coarse;
     };
     Sight glance(const void* view, Asker asker, const std::shared_ptr<const ImageFile>& file, int index);
+    /// The frame at hand, or null: then it is read and decoded once there is nothing else to do for any view,
+    /// and `arrivals` tells.
+    FrameStore::Decoded whenIdle(const void* view, const std::shared_ptr<const ImageFile>& file, int index);
     /// The frame that a view waits for, if it has come.
     FrameStore::Decoded arrived(const void* view, Asker asker, const std::shared_ptr<const ImageFile>& file,
                                 int index) {

@@ -24,7 +24,8 @@ void LookAhead::stop() {
         const std::lock_guard lock(mutex_);
         stopping_ = true;
     }
-    for (auto* sleepers : {&wakeReader_, &wakeDecoders_, &wakeForWanted_}) sleepers->notify_all();
+    for (auto* sleepers : {&wakeReader_, &wakeDecoders_, &wakeForWanted_, &wakeWhenIdle_})
+        sleepers->notify_all();
     for (auto& thread : threads_) thread.join();
     threads_.clear();
 }
@@ -70,7 +71,24 @@ void LookAhead::follow(const std::shared_ptr<const ImageFile>& file, int frame, 
         ++read_;
         wakeDecoders_.notify_one();
     }
-    if (readerIdles_ && hasWork()) wakeReader_.notify_one();
+    if (readerIdles_ && hasWork())
+        wakeReader_.notify_one();
+    else
+        noteIdleness();
+}
+
+void LookAhead::wakeWhenIdle() {
+    const std::lock_guard lock(mutex_);
+    startThreads();
+    if (!std::exchange(hasIdleThread_, true) && !stopping_) threads_.emplace_back([this] { idleLoop(); });
+    mayHaveIdleWish_ = true;
+    noteIdleness();
+    // What was read for another purpose need only be decoded.
+    readSomething();
+}
+
+void LookAhead::noteIdleness() {
+    if (mayHaveIdleWish_) wakeWhenIdle_.notify_one();
 }
 
 void LookAhead::leave(const ImageFile* file) {
@@ -80,6 +98,9 @@ void LookAhead::leave(const ImageFile* file) {
 }
 
 bool LookAhead::hasWork() { return !errands_.empty() || !store_.wishesToRead().empty() || plan_.hasStep(); }
+
+/// A main view that has not drawn its picture yet is about to want it, even while it waits for nothing.
+bool LookAhead::isIdle() { return readerIdles_ && plan_.run() && !hasWork() && !store_.isAwaited(); }
 
 std::shared_ptr<Errand> LookAhead::nextErrand(bool ofPreviews) {
     std::erase_if(errands_, [](const auto& sent) { return sent.second.expired(); });
@@ -150,8 +171,29 @@ void LookAhead::readLoop() {
             continue;
         }
         readerIdles_ = true;
+        noteIdleness();
         wakeReader_.wait(lock);
         readerIdles_ = false;
+    }
+}
+
+void LookAhead::idleLoop() {
+    Lock lock(mutex_);
+    while (!stopping_) {
+        const bool idle = isIdle();
+        auto wish = idle ? store_.idleWishToRead() : std::nullopt;
+        if (!wish) {
+            if (idle) mayHaveIdleWish_ = false;
+            wakeWhenIdle_.wait(lock);
+            continue;
+        }
+        lock.unlock();
+        // A frame may be far to seek: what is wanted meanwhile comes between the steps.
+        const bool isRead = wish->run->approachFrame(wish->index) && store_.read(wish->key());
+        wish.reset();
+        lock.lock();
+        if (isRead) readSomething();
+        ++served_;
     }
 }
 
@@ -169,11 +211,13 @@ void LookAhead::decodeLoop(Decodes what) {
             return helps ? file.get() : nullptr;
         };
         const bool wanted = store_.decodeWanted();
-        const bool decoded = wanted || store_.decodeNextDue(ahead(run), ahead(next));
+        const bool decoded =
+            wanted || store_.decodeNextDue(ahead(run), ahead(next)) || (alsoAhead && store_.decodeIdle());
         run.reset();
         next.reset();
         lock.lock();
         if (!alsoAhead) --busyWithWanted_;
+        if (wanted) noteIdleness();
         if (wanted && !alsoAhead) {
             // A frame that takes all processors may have waited for this one to end.
             ++read_;

@@ -20,7 +20,9 @@ namespace cinedisc {
 
 /// The threads that read and decode. One reads, because a disc hates jumps: what a command or the main view
 /// waits for, then what the previews wait for, then what will be looked at next. Others decode: some of them
-/// only what a view waits for, so that no frame that nobody waits for any more is in its way.
+/// only what a view waits for, so that no frame that nobody waits for any more is in its way. One more reads
+/// what can wait until the first has nothing left to do, which thus need not wait for it when something is
+/// wanted after all.
 ///
 /// The threads are started by the first request.
 class LookAhead {
@@ -37,6 +39,9 @@ class LookAhead {
     /// need of another.
     enum class Decoders { AsThereAre, AsManyAsNeeded };
     void wake(Decoders decoders = Decoders::AsManyAsNeeded);
+
+    /// The store has a new wish that can wait until there is nothing else to do.
+    void wakeWhenIdle();
 
     /// A view shows this frame of a file and moves in a direction, at the end into the file `next` ("" into
     /// none). Cheap: to be told with every frame.
@@ -62,7 +67,10 @@ class LookAhead {
     void startDecoder(Decodes what);
     void readLoop();
     void decodeLoop(Decodes what);
+    void idleLoop();
     bool hasWork();
+    bool isIdle();
+    void noteIdleness();
     std::optional<Job> nextJob();
     std::shared_ptr<Errand> nextErrand(bool ofPreviews);
     Job jobFor(const FrameWish& wish);
@@ -73,9 +81,10 @@ class LookAhead {
     const OpenNext openNext_;
 
     std::mutex mutex_;
-    std::condition_variable wakeReader_, wakeDecoders_, wakeForWanted_;
+    std::condition_variable wakeReader_, wakeDecoders_, wakeForWanted_, wakeWhenIdle_;
     bool stopping_ = false;
     bool readerIdles_ = false;
+    bool hasIdleThread_ = false, mayHaveIdleWish_ = false;
     unsigned read_ = 0;  ///< grows whenever there may be something to decode
     int decodersOfWanted_ = 0, busyWithWanted_ = 0;
     std::deque<std::pair<Asker, std::weak_ptr<Errand>>> errands_;

@@ -24,7 +24,9 @@ LoadedPicture::Loaded LoadedPicture::load(const QString& path) {
                         opening->outcome().value() == file_ && path == path_;
     if (isSame && isFresh) return Loaded::AsItWas;
 
-    if (auto* const ahead = library_.ahead(); ahead && file_) ahead->leave(file_.get());
+    // A preview that turns to another file has no say in what the main view plays.
+    if (auto* const ahead = library_.ahead(); ahead && file_ && asker_ == Asker::MainView)
+        ahead->leave(file_.get());
     library_.forget(this);
     path_ = path;
     choice_ = {};
@@ -44,6 +46,17 @@ LoadedPicture::Settled LoadedPicture::settle(Patience patience) {
     if (!library_.waitFor(*opening_, patience)) return Settled::NotYet;
     take(std::exchange(opening_, nullptr)->outcome());
     return Settled::Now;
+}
+
+void LoadedPicture::showWhenIdle(const LoadedPicture& other, int frame) {
+    asker_ = Asker::WhenIdle;
+    polarity = other.polarity;
+    choice_ = other.choice_;
+    if (file_ == other.file_ && currentFrame_ == frame) return;
+    library_.forget(this);
+    path_ = other.path_;
+    take(Opening::Outcome(other.file_));
+    currentFrame_ = frame;
 }
 
 void LoadedPicture::take(const Opening::Outcome& outcome) {
@@ -81,6 +94,7 @@ const dicom::Frame* LoadedPicture::frame() const {
 
 void LoadedPicture::fetch(Patience patience) const {
     if (frameCount() == 0 || decoded_ || coarse_) return;
+    if (asker_ == Asker::WhenIdle) return take(library_.whenIdle(this, file_, currentFrame_ - 1));
     if (lacksRange() && currentFrame_ > 1) {
         const auto first = library_.frame(this, asker_, file_, 0, patience);
         if (!first) return;

@@ -30,6 +30,9 @@ class LoadedPicture {
     /// Takes what has been opened, if it has been within the patience. What was put meanwhile holds.
     enum class Settled { Already, Now, NotYet };
     Settled settle(Patience patience);
+    /// Another frame, counted from 1, of what another view has loaded, displayed alike: it comes once there
+    /// is nothing else to do, and is not waited for.
+    void showWhenIdle(const LoadedPicture& other, int frame);
     /// What comes after the frame shown is read and decoded ahead, at the end from the file `next`, "" for
     /// none.
     void lookAhead(PlayDirection direction, const QString& next) const;

@@ -3,6 +3,7 @@
 #include "control/picture/LoadedPicture.h"
 #include "control/picture/PictureLabels.h"
 #include "control/picture/PictureRenderer.h"
+#include "control/picture/RepresentativePicture.h"
 #include "control/pipeline/ViewZoom.h"
 
 #include <QRectF>
@@ -13,7 +14,8 @@ namespace cinedisc {
 /// What a view shows and how: what the component and its mouse tools work on together. Owned by the
 /// component.
 struct ViewState {
-    explicit ViewState(ImageLibrary& library) : picture(library), renderer(picture) {}
+    explicit ViewState(ImageLibrary& library)
+        : picture(library), renderer(picture), representative(library) {}
     ViewState(const ViewState&) = delete;
     ViewState& operator=(const ViewState&) = delete;
 
@@ -27,6 +29,7 @@ struct ViewState {
 
     LoadedPicture picture;
     PictureRenderer renderer;
+    RepresentativePicture representative;  ///< of a preview
     ViewZoom zoom;
     Smoothing smoothing = Smoothing::Smooth;
     PictureLabels labels;
