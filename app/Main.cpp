@@ -25,6 +25,10 @@ void Main(const QString& folder) {
     EventGuard::run([&] {
         if (!MainForm) {
             ImageLibrary::shared().lookAhead(patienceWithTheDisc);
+            ImageLibrary::shared().onLongWait([](bool waits) {
+                waits ? QApplication::setOverrideCursor(Qt::WaitCursor)
+                      : QApplication::restoreOverrideCursor();
+            });
             MainForm = new Form1(folder);
             MainForm->setAttribute(Qt::WA_DeleteOnClose);
             StripWheel::setMainScrollBar(&MainForm->sb1());

@@ -71,13 +71,26 @@ void ImageLibrary::note(Patience patience, bool waitedInVain) {
     if (patience == Patience::Answer && waitedInVain) gaveUpAfter_ = ahead_->served();
 }
 
+/// `wait` is given the end of the wait, and returns what comes until then.
+template <typename Wait>
+auto ImageLibrary::waitUpTo(std::chrono::milliseconds limit, const Wait& wait) {
+    constexpr std::chrono::milliseconds unnoticed{150};
+    const auto begun = FrameStore::Clock::now();
+    auto result = wait(begun + std::min(limit, unnoticed));
+    if (result || limit <= unnoticed) return result;
+    if (longWait_) longWait_(true);
+    result = wait(begun + limit);
+    if (longWait_) longWait_(false);
+    return result;
+}
+
 FrameStore::Decoded ImageLibrary::frame(const void* view, Asker asker,
                                         const std::shared_ptr<const ImageFile>& file, int index,
                                         Patience patience) {
     if (!ahead_) return file->frame(index);
     if (auto frame = frames_->want({view, asker, file, index})) return frame;
     ahead_->wake();
-    auto frame = frames_->waitFor(view, FrameStore::Clock::now() + limit(patience));
+    auto frame = waitUpTo(limit(patience), [&](auto end) { return frames_->waitFor(view, end); });
     note(patience, !frame);
     return frame;
 }
@@ -116,7 +129,7 @@ std::shared_ptr<HeaderText> ImageLibrary::headerText(std::shared_ptr<const Image
 
 bool ImageLibrary::waitFor(const Errand& errand, Patience patience) {
     if (errand.isDone()) return true;
-    const bool done = errand.waitUntil(Errand::Clock::now() + limit(patience));
+    const bool done = waitUpTo(limit(patience), [&](auto end) { return errand.waitUntil(end); });
     note(patience, !done);
     return done;
 }

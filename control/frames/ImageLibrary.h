@@ -47,6 +47,10 @@ class ImageLibrary {
     void lookAhead(std::chrono::milliseconds glance,
                    std::chrono::milliseconds answer = std::chrono::seconds(5));
 
+    /// Called with true by whoever has waited for an answer so long that a person notices, and with false
+    /// when the wait is over.
+    void onLongWait(std::function<void(bool waits)> told) { longWait_ = std::move(told); }
+
     /// The file at a path: the one already open, unless another has taken its place since. Frames of it that
     /// could not be shown will be tried again. Waits for the disc; never throws; safe to call from any
     /// thread.
@@ -93,6 +97,8 @@ class ImageLibrary {
     std::shared_ptr<const ImageFile> stillOpen(const QString& path);
     std::chrono::milliseconds limit(Patience patience) const;
     void note(Patience patience, bool waitedInVain);
+    template <typename Wait>
+    auto waitUpTo(std::chrono::milliseconds limit, const Wait& wait);
 
     Opener opener_;
     std::shared_ptr<FrameStore> frames_;
@@ -102,6 +108,7 @@ class ImageLibrary {
     std::map<QString, std::weak_ptr<Opening>> openings_;
     FrameArrivals arrivals_;
     std::chrono::milliseconds glance_{0}, answer_{0};
+    std::function<void(bool)> longWait_;
     bool hasGlanced_ = false;              ///< in vain
     std::optional<unsigned> gaveUpAfter_;  ///< what the disc had served when an answer was given up
     std::unique_ptr<StampReader> stamps_;

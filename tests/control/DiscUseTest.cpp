@@ -17,7 +17,7 @@ struct WithReads {
     }
 };
 
-struct RepresentativeFrameTest : WithReads, test::ViewFixture {
+struct DiscUseTest : WithReads, test::ViewFixture {
     /// All pixels of a frame, counted from 0, are `first` and its number.
     std::shared_ptr<test::FakeDicomFile> run(const std::string& name, int frames, int first,
                                              const std::string& holding = "") {
@@ -38,7 +38,7 @@ struct RepresentativeFrameTest : WithReads, test::ViewFixture {
 
 // Its first frame comes in its turn; the other one when the main view's run has been read to its end, and one
 // whose reading hangs is in nobody's way.
-TEST_F(RepresentativeFrameTest, IsShownByPreviewsOnceTheDiscHasNothingElseToDo) {
+TEST_F(DiscUseTest, PreviewsShowTheRepresentativeFrameOnceTheDiscHasNothingElseToDo) {
     fake.library.lookAhead(std::chrono::milliseconds(0));
     const struct {
         const char* name;
@@ -79,6 +79,21 @@ TEST_F(RepresentativeFrameTest, IsShownByPreviewsOnceTheDiscHasNothingElseToDo) 
     EXPECT_EQ(greyOf(*previews[0]), 200);
     held.release();
     EXPECT_TRUE(QTest::qWaitFor([&] { return greyOf(*previews[0]) == 203; }));
+}
+
+// The window says that it waits, as soon as a person would wonder.
+TEST_F(DiscUseTest, ALongWaitForAnAnswerIsTold) {
+    std::string told;
+    fake.library.lookAhead(std::chrono::milliseconds(0), std::chrono::minutes(1));
+    fake.library.onLongWait([&](bool waits) {
+        told += waits ? "waits " : "over";
+        if (waits) held.release();
+    });
+    run("slow", 5, 1);
+    fake.opening = [this](const std::string&) { held.acquire(); };
+    view.putFileName("/slow");
+    EXPECT_EQ(view.FrameCount(), 5);
+    EXPECT_EQ(told, "waits over");
 }
 
 }  // namespace
