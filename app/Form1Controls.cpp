@@ -33,6 +33,8 @@ Form1Controls::Form1Controls(QWidget& window, const Form1Layout& layout, const Q
            .lblSeries = lblSeries,
            .ezTest = *layout.ezTest,
            .namedPatientView = *layout.ezDicom,
-           .dialogs = dialogs} {}
+           .dialogs = dialogs} {
+    dialogs.setDiscFolder(programFolder);
+}
 
 }  // namespace cinedisc

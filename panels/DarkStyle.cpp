@@ -1,7 +1,11 @@
 #include "panels/DarkStyle.h"
 
+#include "platform/widgets/Icon.h"
+
 #include <QPainter>
 #include <QStyleOptionSlider>
+
+#include <utility>
 
 namespace cinedisc {
 
@@ -21,6 +25,15 @@ ScrollBarColors colorsFor(const QStyleOptionSlider& bar) {
             palette.color(QPalette::PlaceholderText)};
 }
 
+void ringFocus(const QStyleOption& option, QPainter& painter) {
+    if (!option.state.testFlag(QStyle::State_HasFocus)) return;
+    painter.save();
+    painter.setPen(option.palette.color(QPalette::BrightText));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+    painter.restore();
+}
+
 }  // namespace
 
 void DarkStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
@@ -28,6 +41,7 @@ void DarkStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
     const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
     if (control != CC_ScrollBar || !bar) {
         QProxyStyle::drawComplexControl(control, option, painter, widget);
+        if (control == CC_ComboBox || control == CC_ToolButton) ringFocus(*option, *painter);
         return;
     }
     const ScrollBarColors colors = colorsFor(*bar);
@@ -50,10 +64,30 @@ void DarkStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
     arrow.rect = part(SC_ScrollBarAddLine);
     proxy()->drawPrimitive(upright ? PE_IndicatorArrowDown : PE_IndicatorArrowRight, &arrow, painter, widget);
     painter->restore();
+    ringFocus(*bar, *painter);
+}
+
+QIcon DarkStyle::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const {
+    constexpr std::pair<StandardPixmap, Icon> own[] = {
+        {SP_ArrowBack, Icon::Previous},
+        {SP_ArrowForward, Icon::Next},
+        {SP_FileDialogBack, Icon::Previous},
+        {SP_FileDialogToParent, Icon::Parent},
+        {SP_FileDialogNewFolder, Icon::Folder},
+        {SP_FileDialogListView, Icon::List},
+        {SP_FileDialogDetailedView, Icon::Details},
+        {SP_MessageBoxQuestion, Icon::Question},
+        {SP_MessageBoxWarning, Icon::Warning},
+        {SP_MessageBoxCritical, Icon::Warning},
+    };
+    for (const auto& [standard, icon] : own)
+        if (standard == which) return drawnIcon(icon);
+    return QProxyStyle::standardIcon(which, option, widget);
 }
 
 int DarkStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                          QStyleHintReturn* returnData) const {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
     if (hint == SH_Slider_AbsoluteSetButtons) return Qt::LeftButton;
     return QProxyStyle::styleHint(hint, option, widget, returnData);
 }

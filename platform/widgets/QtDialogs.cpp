@@ -1,5 +1,8 @@
 #include "platform/widgets/QtDialogs.h"
 
+#include "platform/Paths.h"
+#include "platform/widgets/DrawnFileIcons.h"
+#include "platform/widgets/FolderBrowser.h"
 #include "platform/widgets/ProgramTitle.h"
 
 #include <QDir>
@@ -92,6 +95,8 @@ std::unique_ptr<Dialog, Discard> fileDialog(QWidget* window, const QString& titl
 #endif
     std::unique_ptr<Dialog, Discard> dialog(new Dialog(window, title, folder));
     dialog->setOption(QFileDialog::DontUseNativeDialog);
+    static DrawnFileIcons icons;
+    dialog->setIconProvider(&icons);
     return dialog;
 }
 
@@ -113,10 +118,10 @@ bool QtDialogs::askYesNo(const QString& question) {
 }
 
 QString QtDialogs::browseForFolder(const QString& title) {
-    const auto dialog = fileDialog<QFileDialog>(window_, title, QDir::homePath());
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setOption(QFileDialog::ReadOnly);
+    const QString images = discFolder_.isEmpty() ? QString() : findIgnoringCase(discFolder_, {"Dicom"});
+    const bool hasImages = !images.isEmpty() && QDir(images).exists();
+    const auto dialog = fileDialog<QFileDialog>(window_, title, hasImages ? images : QDir::homePath());
+    makeFolderBrowser(*dialog);
     return dialog->exec() == QDialog::Accepted ? dialog->selectedFiles().value(0) : QString();
 }
 

@@ -12,6 +12,9 @@ namespace cinedisc {
 class QtDialogs final : public Dialogs {
   public:
     explicit QtDialogs(QWidget* window);
+    /// The folder browser starts in the disc's folder of images, where this folder has one; otherwise at
+    /// home.
+    void setDiscFolder(const QString& folder) { discFolder_ = folder; }
     bool askYesNo(const QString& question) override;
     QString browseForFolder(const QString& title) override;
     /// Starts where the last name was, at first in the pictures folder or at home; appends no extension and
@@ -20,6 +23,7 @@ class QtDialogs final : public Dialogs {
 
   private:
     QPointer<QWidget> window_;
+    QString discFolder_;
     QString saveFolder_;  ///< of the name returned last
 };
 

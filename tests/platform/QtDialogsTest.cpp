@@ -8,6 +8,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -44,12 +46,24 @@ TEST_F(QtDialogsTest, TheQuestionIsPlainTextUnderTheProgramsTitle) {
     }
 }
 
-TEST_F(QtDialogsTest, TheFolderBrowserReturnsTheFolderOrNothing) {
+TEST_F(QtDialogsTest, TheFolderBrowserStartsOnTheDiscAndReturnsTheFolderOrNothing) {
     QTemporaryDir disc;
+    const QDir images(disc.filePath("dicom"));
+    for (const char* name : {"dicom/a", "dicom/b/c"}) QDir(disc.path()).mkpath(name);
+    for (const char* name : {"a/1.dcm", "a/2.DCM", "a/text", "b/c/1.dcm"})
+        QFile(images.filePath(name)).open(QFile::WriteOnly);
+    dialogs.setDiscFolder(disc.path());
     for (const QString& chosen : {disc.path(), QString()}) {
         ModalDialog<QFileDialog> browser([&](QFileDialog& shown) {
             EXPECT_EQ(shown.windowTitle(), "Dicom");
             EXPECT_TRUE(shown.testOption(QFileDialog::DontUseNativeDialog));
+            EXPECT_EQ(shown.directory(), images);
+            const auto& folders = *shown.findChild<QTreeView*>("treeView");
+            const auto seen = [&](int row, int column) {
+                return folders.model()->index(row, column, folders.rootIndex()).data().toString();
+            };
+            EXPECT_TRUE(QTest::qWaitFor([&] { return seen(0, 0) + seen(0, 1) == "a2"; }));
+            EXPECT_TRUE(QTest::qWaitFor([&] { return seen(1, 0) + seen(1, 1) == "b1 below"; }));
             type(shown, chosen);
         });
         EXPECT_EQ(dialogs.browseForFolder("Dicom"), chosen);
