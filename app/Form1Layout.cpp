@@ -5,11 +5,11 @@
 #include "app/StillsPanel.h"
 #include "app/TreePanel.h"
 #include "control/ezDICOMX.h"
+#include "panels/KeySplitter.h"
 #include "panels/PanelParts.h"
 #include "platform/widgets/ProgramTitle.h"
 
 #include <QGridLayout>
-#include <QSplitter>
 
 namespace cinedisc {
 
@@ -39,11 +39,10 @@ Form1Layout::Form1Layout(QMainWindow& window, const ButtonTable& buttons)
     ezTest->hide();
     cinePanel->addColumn(*Frame1);
     stack(*treeAndPicture(), *stepArea());
-    QWidget::setTabOrder(toolBar->findChild<QWidget*>("cmdExit"), FraTree->TreeView1);
 }
 
 QWidget* Form1Layout::treeAndPicture() {
-    auto* splitter = new QSplitter(Qt::Horizontal, surface);
+    auto* splitter = new KeySplitter(Qt::Horizontal, KeySplitter::tr("Width of the patient list"), surface);
     splitter->addWidget(FraTree);
     splitter->addWidget(ezDicom);
     splitter->setChildrenCollapsible(false);
@@ -51,6 +50,8 @@ QWidget* Form1Layout::treeAndPicture() {
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({treeWidth, surface->window()->width() - treeWidth});
     FraTree->setVisible(true);
+    QWidget::setTabOrder(toolBar->findChild<QWidget*>("cmdExit"), FraTree->TreeView1);
+    QWidget::setTabOrder(FraTree->TreeView1, splitter->handle(1));
     return splitter;
 }
 

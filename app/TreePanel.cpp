@@ -10,6 +10,7 @@ namespace cinedisc {
 TreePanel::TreePanel(QWidget* parent) : QGroupBox(tr("Patient List.."), parent) {
     setObjectName("FraTree");
     TreeView1 = named(new PatientTreeView(this), "TreeView1");
+    TreeView1->setAccessibleName(title());
     TreeView1->setFrameShape(QFrame::NoFrame);
     TreeView1->setHint(windowWords::firstSteps());
     auto* layout = new QVBoxLayout(this);

@@ -119,18 +119,18 @@ void ViewPainter::paintBorder(QPainter& painter, const QRect& view, const Look& 
         if (!look.highlighted) return;
     }
     if (!look.sunkenBorder && !look.highlighted) return;
-    // Sunken: dark above and left, light below and right; in the accent colour while it has the keyboard.
-    const QColor light = look.highlighted ? look.accent : QColor(72, 75, 81);
-    const QColor dark = look.highlighted ? look.accent : QColor(8, 8, 9);
-    const QRect edge = view.adjusted(0, 0, -1, -1);
+    // Sunken: dark above and left, light below and right; with the keyboard light, and dark inside, to be
+    // seen on any picture.
+    const QColor light = look.highlighted ? look.focusColour : QColor(72, 75, 81);
+    const QColor dark = look.highlighted ? look.focusColour : QColor(8, 8, 9);
     painter.setPen(dark);
-    painter.drawLine(edge.topLeft(), edge.topRight());
-    painter.drawLine(edge.topLeft(), edge.bottomLeft());
+    painter.drawLine(view.topLeft(), view.topRight());
+    painter.drawLine(view.topLeft(), view.bottomLeft());
     painter.setPen(light);
-    painter.drawLine(edge.bottomLeft(), edge.bottomRight());
-    painter.drawLine(edge.topRight(), edge.bottomRight());
-    painter.setPen(QColor(66, 69, 75));
-    painter.drawRect(edge.adjusted(1, 1, -1, -1));
+    painter.drawLine(view.bottomLeft(), view.bottomRight());
+    painter.drawLine(view.topRight(), view.bottomRight());
+    painter.setPen(look.highlighted ? QColor(8, 8, 9) : QColor(66, 69, 75));
+    painter.drawRect(view.adjusted(1, 1, -2, -2));
 }
 
 }  // namespace cinedisc

@@ -26,10 +26,10 @@ class ViewPainter {
         bool fill = false;  ///< otherwise the view's own grey
         bool whiteFill = false;
         bool sunkenBorder = false;
-        bool highlighted = false;  ///< has the keyboard
+        bool highlighted = false;  ///< has the keyboard, and is to show it
         int coveredAtTop = 0;      ///< of the content, by what lies over the view; logical pixels
         bool marked = false;       ///< the preview of the file shown
-        QColor accent;
+        QColor focusColour;
         QColor mark;
     };
 

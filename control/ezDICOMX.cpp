@@ -1,9 +1,11 @@
 #include "control/ezDICOMX.h"
 
 #include "control/FilmExport.h"
+#include "control/HeaderFacts.h"
 #include "control/PictureClipboard.h"
 #include "control/PictureExport.h"
 #include "control/RunTiming.h"
+#include "control/ViewAccessible.h"
 #include "control/ezDICOMXParts.h"
 #include "control/picture/DisplayedPicture.h"
 #include "control/words/ViewWords.h"
@@ -31,6 +33,7 @@ bool succeeds(const std::function<bool()>& copy) {
 
 ezDICOMX::ezDICOMX(ViewRole role, QWidget* parent, ImageLibrary& library)
     : QWidget(parent), parts_(std::make_unique<Parts>(*this, role, library)) {
+    ViewAccessible::install();
     setRole(role);
 }
 
@@ -249,6 +252,19 @@ void ezDICOMX::setMarked(bool on) {
 bool ezDICOMX::isMarked() const { return parts_->isMarked; }
 
 void ezDICOMX::setNeighbour(Neighbour neighbour) { parts_->neighbour = std::move(neighbour); }
+
+QStringList ezDICOMX::spokenFile() const {
+    const auto* file = parts_->view.picture.file();
+    if (!file) return {};
+    const auto facts = HeaderFacts::of(file->dicom());
+    return role() == ViewRole::Main ? QStringList(facts.patient.value(0)) + facts.study : facts.study;
+}
+
+QString ezDICOMX::spokenPosition() const {
+    const auto& picture = parts_->view.picture;
+    if (picture.frameCount() == 0) return {};
+    return viewWords::framePosition(picture.currentFrame(), picture.frameCount());
+}
 
 QSize ezDICOMX::sizeHint() const {
     return parts_->role == ViewRole::Main ? QSize(512, 512) : QSize(128, 128);

@@ -135,6 +135,10 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
     using Neighbour = std::function<QString(const QString& path, PlayDirection direction)>;
     void setNeighbour(Neighbour neighbour);
 
+    /// For assistive programs: whose file it is and which, and the frame shown; "" when there is none.
+    QStringList spokenFile() const;
+    QString spokenPosition() const;
+
     QSize sizeHint() const override;
 
   signals:
@@ -156,6 +160,7 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
 
   private:
     struct Parts;

@@ -28,10 +28,10 @@ void ezDICOMX::paintEvent(QPaintEvent*) {
     look.fill = parts_->backgroundFill;
     look.whiteFill = parts_->backgroundColor == 0;
     look.sunkenBorder = parts_->thumbStyle == 2;
-    look.highlighted = parts_->role == ViewRole::Preview && hasFocus();
+    look.highlighted = parts_->isReachedByKey && hasFocus();
     look.coveredAtTop = parts_->coveredAtTop;
     look.marked = parts_->isMarked;
-    look.accent = palette().color(QPalette::Highlight);
+    look.focusColour = palette().color(QPalette::BrightText);
     look.mark = palette().color(QPalette::Link);
     QPainter painter(this);
     parts_->painter.paint(painter, rect(), parts_->content(), parts_->view, parts_->tools, look);
@@ -100,6 +100,14 @@ bool ezDICOMX::event(QEvent* event) {
         return true;
     }
     return QWidget::event(event);
+}
+
+/// The picture has the keyboard most of the time, which is no news: a frame round it would only be in the
+/// way.
+void ezDICOMX::focusInEvent(QFocusEvent* event) {
+    const bool byTab = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    parts_->isReachedByKey = byTab || parts_->role == ViewRole::Preview;
+    QWidget::focusInEvent(event);
 }
 
 void ezDICOMX::keyPressEvent(QKeyEvent* event) {

@@ -88,6 +88,7 @@ struct ezDICOMX::Parts {
     std::uint64_t drawnRevision = 0;   ///< of the frame that was drawn last
     bool awaiting = false;             ///< the disc has not given the frame shown yet
     QBasicTimer noticeDelay;           ///< runs while the last frame stands for the awaited one
+    bool isReachedByKey = false;       ///< what has the keyboard by way of Tab is marked
     std::optional<QPointF> pressedAt;  ///< of a click on a preview
 };
 

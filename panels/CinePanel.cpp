@@ -152,8 +152,8 @@ QWidget* CinePanel::frameHeading(const Heading& heading) {
 QWidget* CinePanel::frameSeeker(const ButtonTable& buttons) {
     auto* part = new QWidget(this);
     auto* row = rowOf(part);
-    Slider2 = makeSlider("Slider2", tr("Frame Seek Bar"), 1, 10);
     row->addWidget(buttons.make("cmdPrev", part));
+    Slider2 = makeSlider("Slider2", tr("Frame Seek Bar"), 1, 10);
     row->addWidget(Slider2, 1);
     row->addWidget(buttons.make("cmdNext", part));
     return part;

@@ -20,12 +20,14 @@ StripPanel::StripPanel(QWidget* parent) : QWidget(parent), previews_(new QVBoxLa
     for (int i = 0; i < previewCount; ++i) {
         ezDICOMX*& preview = thumb[static_cast<std::size_t>(i)];
         preview = named(new ezDICOMX(ViewRole::Preview, this), QString("thumb(%1)").arg(i));
+        preview->setAccessibleName(tr("Preview %1").arg(i + 1));
         preview->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
         previews_->addWidget(preview);
     }
     sb1 = named(new QScrollBar(Qt::Vertical, this), "sb1");
     sb1->setRange(1, 32767);
     sb1->setPageStep(previewCount);
+    sb1->setFocusPolicy(Qt::TabFocus);
     sb1->setAccessibleName(tr("Image Scroll Bar"));
 
     auto* row = new QHBoxLayout(this);

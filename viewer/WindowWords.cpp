@@ -24,6 +24,8 @@ QString stillPosition(int image, int images) { return say("Image :%1/%2").arg(im
 
 QString framePosition(int frame) { return say("Frame :%1").arg(frame); }
 
+QString framePeriod(int milliseconds) { return say("%1 ms a frame").arg(milliseconds); }
+
 QString openFolderInstead() {
     return say("Patient Lists Not Available On CD,Do You Want to Select Images From CD");
 }

@@ -16,6 +16,8 @@ QString anyFrame();
 QString imagePosition(int image, int images);
 QString stillPosition(int image, int images);
 QString framePosition(int frame);
+/// What the speed bar stands at, for assistive programs.
+QString framePeriod(int milliseconds);
 
 /// Asked when there is no catalogue.
 QString openFolderInstead();

@@ -6,6 +6,7 @@
 #include "panels/ViewerPanels.h"
 #include "platform/widgets/EventGuard.h"
 #include "platform/widgets/OptionHandler.h"
+#include "viewer/WindowWords.h"
 #include "viewerwindow/ViewerBehaviour.h"
 
 #include <cstdint>
@@ -20,6 +21,9 @@ void connectEvents(const ViewerPanels& panels, ViewerBehaviour& behaviour) {
     const CinePanel& cine = *panels.cinePanel;
     on(panels.strip->sb1, &QScrollBar::valueChanged, [&behaviour] { behaviour.sb1_Change(); });
     on(cine.Slider1, &QSlider::valueChanged, [&behaviour] { behaviour.cine.Slider1_Change(); });
+    QObject::connect(cine.Slider1, &QSlider::valueChanged, cine.Slider1, [slider = cine.Slider1](int speed) {
+        slider->setAccessibleDescription(windowWords::framePeriod(CinePlayer::intervalOf(speed)));
+    });
     on(cine.Slider2, &QSlider::valueChanged, [&behaviour] { behaviour.frames.Slider2_Change(); });
     // A cine goes at the pace of the disc when that is slower: no tick comes before the picture of the last.
     const auto onTick = [&](QTimer* timer, auto handler) {

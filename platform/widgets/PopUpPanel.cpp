@@ -1,6 +1,7 @@
 #include "platform/widgets/PopUpPanel.h"
 
 #include <QAbstractButton>
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QEvent>
 #include <QShortcut>
@@ -9,8 +10,20 @@
 
 namespace cinedisc {
 
+namespace {
+
+QAccessibleInterface* panelInterface(const QString&, QObject* object) {
+    auto* panel = qobject_cast<PopUpPanel*>(object);
+    return panel ? new QAccessibleWidget(panel, QAccessible::Grouping) : nullptr;
+}
+
+}  // namespace
+
 PopUpPanel::PopUpPanel(QWidget& button, QWidget& surface) : QFrame(&surface), button_(button) {
+    static const bool once = (QAccessible::installFactory(panelInterface), true);
+    Q_UNUSED(once);
     setAutoFillBackground(true);
+    if (const auto* pushed = qobject_cast<QAbstractButton*>(&button)) setAccessibleName(pushed->text());
     hide();
     surface.installEventFilter(this);
     auto* escape = new QShortcut(Qt::Key_Escape, this);
