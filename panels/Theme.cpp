@@ -65,13 +65,14 @@ QRadioButton::indicator { width: 12px; height: 12px; border: 1px solid %ring%; b
 QRadioButton::indicator:hover { border-color: %text%; }
 QRadioButton::indicator:checked { border-color: %accent%; background: qradialgradient(cx: 0.5, cy: 0.5, radius: 0.5,
     fx: 0.5, fy: 0.5, stop: 0 %mark%, stop: 0.5 %mark%, stop: 0.6 %field%, stop: 1 %field%); }
-QRadioButton, QCheckBox { border: 1px solid transparent; border-radius: 3px; }
-QRadioButton:focus, QCheckBox:focus, QSlider:focus { border-color: %focus%; }
 QCheckBox { spacing: 6px; }
 QCheckBox::indicator { width: 11px; height: 11px; border: 1px solid %ring%; border-radius: 2px; background: %field%; }
 QCheckBox::indicator:hover { border-color: %text%; }
 QCheckBox::indicator:checked { border-color: %accent%; background: %mark%; }
 QSlider { min-height: 20px; border: 1px solid transparent; border-radius: 3px; }
+QSlider:focus { border-color: %focus%; }
+QRadioButton::indicator:focus { border: 2px solid %focus%; width: 10px; height: 10px; }
+QCheckBox::indicator:focus { border: 2px solid %focus%; width: 9px; height: 9px; }
 QSlider::groove:horizontal { height: 4px; border-radius: 2px; background: %line%; }
 QSlider::sub-page:horizontal { border-radius: 2px; background: %filled%; }
 QSlider::handle:horizontal { width: 14px; margin: -5px 0; border-radius: 7px; background: %knob%; }

@@ -16,41 +16,25 @@ namespace {
 
 constexpr int countColumn = 1;
 
-struct Images {
-    int here = 0, below = 0;
-};
-
 int imagesIn(const QString& folder) {
     int images = 0;
     for (QDirIterator file(folder, {"*.dcm"}, QDir::Files); file.hasNext(); file.next()) ++images;
     return images;
 }
 
-/// As deep as a disc's patients go: study, series. Other places may have no end.
-Images imagesOf(const QString& folder) {
-    constexpr int deepest = 2;
-    constexpr std::size_t mostFolders = 300;
-    std::vector<std::pair<QString, int>> folders{{folder, 0}};
-    Images images;
-    for (std::size_t i = 0; i < folders.size(); ++i) {
-        const auto [path, depth] = folders[i];
-        (depth == 0 ? images.here : images.below) += imagesIn(path);
-        if (depth == deepest) continue;
-        QDirIterator inner(path, QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
-        while (inner.hasNext() && folders.size() < mostFolders) folders.emplace_back(inner.next(), depth + 1);
-    }
-    return images;
-}
-
 }  // namespace
 
 struct ImageCountModel::Counter {
+    struct Images {
+        int here = 0, below = 0;
+    };
     std::mutex mutex;
     std::condition_variable changed;
     ImageCountModel* model = nullptr;  ///< null when it has gone
     std::vector<QString> asked;
     std::map<QString, Images> counts;  ///< none while they are being counted
 
+    static Images imagesOf(const QString& folder);
     static void loop(const std::shared_ptr<Counter>& self) {
         std::unique_lock lock(self->mutex);
         for (;;) {
@@ -68,6 +52,22 @@ struct ImageCountModel::Counter {
         }
     }
 };
+
+/// As deep as a disc's patients go: study, series. Other places may have no end.
+ImageCountModel::Counter::Images ImageCountModel::Counter::imagesOf(const QString& folder) {
+    constexpr int deepest = 2;
+    constexpr std::size_t mostFolders = 300;
+    std::vector<std::pair<QString, int>> folders{{folder, 0}};
+    Images images;
+    for (std::size_t i = 0; i < folders.size(); ++i) {
+        const auto [path, depth] = folders[i];
+        (depth == 0 ? images.here : images.below) += imagesIn(path);
+        if (depth == deepest) continue;
+        QDirIterator inner(path, QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+        while (inner.hasNext() && folders.size() < mostFolders) folders.emplace_back(inner.next(), depth + 1);
+    }
+    return images;
+}
 
 ImageCountModel::ImageCountModel(QObject* parent)
     : QSortFilterProxyModel(parent), counter_(std::make_shared<Counter>()) {

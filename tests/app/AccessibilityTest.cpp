@@ -9,24 +9,15 @@
 #include <QImage>
 
 #include <cmath>
-#include <set>
 
 namespace cinedisc::test {
 namespace {
 
-/// Contrast of two colours as the Web Content Accessibility Guidelines define it, 1 to 21.
-double contrast(QRgb a, QRgb b) {
-    const auto luminance = [](QRgb colour) {
-        const auto linear = [](int value) {
-            const double c = value / 255.0;
-            return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) +
-               0.0722 * linear(qBlue(colour));
-    };
-    const double lighter = std::max(luminance(a), luminance(b)),
-                 darker = std::min(luminance(a), luminance(b));
-    return (lighter + 0.05) / (darker + 0.05);
+/// Nearly the relative luminance of the Web Content Accessibility Guidelines, and what they add to it.
+double luminance(QRgb colour) {
+    const auto linear = [](int value) { return std::pow(value / 255.0, 2.2); };
+    return 0.05 + 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) +
+           0.0722 * linear(qBlue(colour));
 }
 
 class AccessibilityTest : public WindowTest {
@@ -38,32 +29,41 @@ class AccessibilityTest : public WindowTest {
         click("Open");
     }
     QWidget& window() override { return form; }
-    /// Every control that can be used, with its children.
-    void expectNames(QAccessibleInterface* at) {
+    int namelessOrWithoutRole(QAccessibleInterface& at) {
         using Q = QAccessible;
-        static const std::set<Q::Role> used{Q::PushButton, Q::RadioButton, Q::CheckBox,     Q::Slider,
-                                            Q::ScrollBar,  Q::MenuItem,    Q::ListItem,     Q::Tree,
-                                            Q::TreeItem,   Q::Graphic,     Q::EditableText, Q::Grip};
-        if (at->state().focusable || used.contains(at->role())) {
-            const QString name = at->object() ? at->object()->objectName() : QString();
-            EXPECT_FALSE(at->text(Q::Name).isEmpty()) << qPrintable(name) << " role " << at->role();
-            EXPECT_TRUE(at->role() != Q::NoRole && at->role() != Q::Client) << qPrintable(name);
+        static const QList<Q::Role> used{Q::MenuItem, Q::ScrollBar, Q::Graphic, Q::Grip};
+        int faults = 0;
+        if (at.state().focusable || used.contains(at.role())) {
             ++controls;
+            const bool isGood =
+                !at.text(Q::Name).isEmpty() && at.role() != Q::NoRole && at.role() != Q::Client;
+            EXPECT_TRUE(isGood) << at.role() << qPrintable(at.object() ? at.object()->objectName() : "");
+            faults += !isGood;
         }
-        for (int i = 0; i < at->childCount(); ++i)
-            if (auto* child = at->child(i)) expectNames(child);
+        for (int i = 0; i < at.childCount(); ++i)
+            if (auto* child = at.child(i)) faults += namelessOrWithoutRole(*child);
+        return faults;
     }
-    QAccessibleInterface& heard(const QString& name) {
-        return *QAccessible::queryAccessibleInterface(&find(name));
-    }
-    QImage seen() { return form.grab().toImage().convertToFormat(QImage::Format_RGB32); }
-    /// Pixels of a control that differ as much as the eye needs.
-    static int changedPixels(const QImage& before, const QImage& after, const QRect& place) {
-        int changed = 0;
-        for (int y = place.top(); y <= place.bottom(); ++y)
-            for (int x = place.left(); x <= place.right(); ++x)
-                changed += contrast(before.pixel(x, y), after.pixel(x, y)) >= 3;
-        return changed;
+    QAccessibleInterface& heard(QObject& object) { return *QAccessible::queryAccessibleInterface(&object); }
+    /// The controls that Tab goes to, from the first; each must be seen to have the keyboard.
+    std::string ring() {
+        QStringList names;
+        QWidget* const first = &find("Open");
+        first->setFocus(Qt::TabFocusReason);
+        do {
+            QWidget* const stop = QApplication::focusWidget();
+            const QRect place(stop->mapTo(&form, QPoint()), stop->size());
+            const QImage with = form.grab(place).toImage();
+            QTest::keyClick(stop, Qt::Key_Tab);
+            const QImage without = form.grab(place).toImage();
+            int seen = 0;
+            for (int y = 0; y < with.height(); ++y)
+                for (int x = 0; x < with.width(); ++x)
+                    seen += luminance(with.pixel(x, y)) >= 3 * luminance(without.pixel(x, y));
+            EXPECT_GE(seen, 24) << qPrintable(stop->objectName());
+            names << stop->objectName();
+        } while (QApplication::focusWidget() != first && names.size() < 60);
+        return names.join(' ').toStdString();
     }
 
     DiscBuilder disc{{patientOf("Cine", {{5, 6, 7}})}, sampleFile};
@@ -71,57 +71,38 @@ class AccessibilityTest : public WindowTest {
     int controls = 0;
 };
 
-TEST_F(AccessibilityTest, EveryControlHasARoleAndAName) {
-    expectNames(QAccessible::queryAccessibleInterface(&form));
+TEST_F(AccessibilityTest, AssistiveProgramsHearOfEveryControl) {
+    EXPECT_EQ(namelessOrWithoutRole(heard(form)), 0);
     clickNode(0);
     click("cmdStop");
-    for (const char* opener : {"cmdZoom", "cmdOverlay"}) {
-        click(opener);
-        expectNames(QAccessible::queryAccessibleInterface(&form));
-    }
-    EXPECT_GT(controls, 150);
-    EXPECT_EQ(heard("Frame5").role(), QAccessible::Grouping);
-    EXPECT_EQ(heard("Frame5").text(QAccessible::Name), "Zoom");
-    EXPECT_EQ(heard("Slider1").text(QAccessible::Description), "50 ms a frame");
-    EXPECT_EQ(heard("ezDicom").role(), QAccessible::Graphic);
-    EXPECT_TRUE(heard("ezDicom").text(QAccessible::Name).contains("Frame 1 / 5"));
-    for (int i = 0; i < 5; ++i) {
-        auto& preview = heard(QString("thumb(%1)").arg(i));
-        EXPECT_TRUE(preview.text(QAccessible::Name).startsWith(QString("Preview %1").arg(i + 1)));
-        EXPECT_EQ(bool(preview.state().selected), i == 0);
-    }
-    heard("thumb(2)").actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(namelessOrWithoutRole(heard(form)), 0);
+    EXPECT_GT(controls, 100);
+    EXPECT_EQ(heard(find("Frame5")).role(), QAccessible::Grouping);
+    EXPECT_EQ(heard(find("Frame5")).text(QAccessible::Name), "Zoom");
+    EXPECT_EQ(heard(find("Slider1")).text(QAccessible::Description), "50 ms a frame");
+    EXPECT_TRUE(heard(find("ezDicom")).text(QAccessible::Name).endsWith("Frame 1 / 5"));
+    heard(find("thumb(2)")).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(view("FileName").toString().endsWith("3.dcm"));
+    for (int i = 0; i < 5; ++i) {
+        auto& preview = heard(find(QString("thumb(%1)").arg(i)));
+        EXPECT_TRUE(preview.text(QAccessible::Name).startsWith(QString("Preview %1").arg(i + 1)));
+        EXPECT_EQ(bool(preview.state().selected), i == 2);
+    }
 }
 
-TEST_F(AccessibilityTest, TheTabKeyReachesEveryControlInReadingOrderAndShowsWhereItIs) {
-    const auto ring = [&] {
-        QStringList names;
-        QWidget* const first = &find("Open");
-        first->setFocus(Qt::TabFocusReason);
-        do {
-            const QWidget& stop = *QApplication::focusWidget();
-            const QString name = stop.objectName();
-            const QRect place(stop.mapTo(&form, QPoint()), stop.size());
-            const QImage with = seen();
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-            EXPECT_GE(changedPixels(seen(), with, place), 16) << qPrintable(name);
-            names << name;
-        } while (QApplication::focusWidget() != first && names.size() < 60);
-        return names.join(' ').toStdString();
-    };
+TEST_F(AccessibilityTest, TheTabKeyReachesEveryControlInReadingOrder) {
     const std::string tools =
-        "Open cmdExport cmdWindow cmdMagnify cmdLabel cmdPanning cmdZoom cmdInvert cmdSmooth "
-        "cmdHeader cmdOverlay Command3 cmdExit ";
-    const std::string picture = "ezDicom thumb(0) thumb(1) thumb(2) thumb(3) thumb(4) sb1 ";
-    const std::string cine =
-        "cmdReverse cmdStop cmdPlay Option9 cmdPrev Slider2 cmdNext Option4 Slider1 "
-        "chkRecordedRate cmdPrevImage cmdNextImage CmdStudyBack cmdStudyNext cmdSeriesBack "
-        "cmNext";
-    EXPECT_EQ(ring(), tools + "TreeView1 qt_splithandle_ezDicom " + picture + cine);
+        "Open cmdExport cmdWindow cmdMagnify cmdLabel cmdPanning cmdZoom cmdInvert "
+        "cmdSmooth cmdHeader cmdOverlay Command3 cmdExit ";
+    const std::string others =
+        "ezDicom thumb(0) thumb(1) thumb(2) thumb(3) thumb(4) sb1 cmdReverse cmdStop cmdPlay Option9 cmdPrev "
+        "Slider2 cmdNext Option4 Slider1 chkRecordedRate cmdPrevImage cmdNextImage CmdStudyBack cmdStudyNext "
+        "cmdSeriesBack cmNext";
+    EXPECT_EQ(ring(), tools + "TreeView1 qt_splithandle_ezDicom " + others);
     clickNode(0);
     click("cmdStop");
-    EXPECT_EQ(ring(), tools + picture + cine);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ring(), tools + others);
 }
 
 }  // namespace

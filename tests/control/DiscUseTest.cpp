@@ -1,39 +1,42 @@
 #include "dicom/Tags.h"
 #include "tests/control/ViewFixture.h"
 
+#include <deque>
 #include <semaphore>
 
 namespace cinedisc {
 namespace {
 
-/// What the threads that may still be reading when a test is over use.
+/// What the threads use that may still be reading when a test is over.
 struct WithReads {
-    std::binary_semaphore held{0};
+    std::counting_semaphore<> held{0};
     std::mutex mutex;
     std::vector<std::string> reads;
-    std::vector<std::string> readSoFar() {
-        const std::lock_guard lock(mutex);
-        return reads;
-    }
 };
 
 struct DiscUseTest : WithReads, test::ViewFixture {
+    ~DiscUseTest() override { held.release(); }
     /// All pixels of a frame, counted from 0, are `first` and its number.
-    std::shared_ptr<test::FakeDicomFile> run(const std::string& name, int frames, int first,
-                                             const std::string& holding = "") {
+    std::shared_ptr<test::FakeDicomFile> run(const std::string& name, int frames, int first) {
         auto file = test::greyRun(16, 16, frames, [=](int, int, int f) { return first + f; });
         file->reading = [=, this](int frame) {
-            const std::string read = name + " " + std::to_string(frame);
             {
                 const std::lock_guard lock(mutex);
-                reads.push_back(read);
+                reads.push_back(name + " " + std::to_string(frame));
             }
-            if (read == holding) held.acquire();
+            if (name == "hangs" && frame > 0) held.acquire();
         };
         fake.files["/" + name] = file;
         return file;
     }
-    static int greyOf(ezDICOMX& shown) { return qRed(shown.grab().toImage().pixel(shown.rect().center())); }
+    std::vector<std::string> readSoFar() {
+        const std::lock_guard lock(mutex);
+        return reads;
+    }
+    static bool shows(ezDICOMX& view, int grey) {
+        return QTest::qWaitFor(
+            [&] { return qRed(view.grab().toImage().pixel(view.rect().center())) == grey; });
+    }
 };
 
 // Its first frame comes in its turn; the other one when the main view's run has been read to its end, and one
@@ -42,43 +45,38 @@ TEST_F(DiscUseTest, PreviewsShowTheRepresentativeFrameOnceTheDiscHasNothingElseT
     fake.library.lookAhead(std::chrono::milliseconds(0));
     const struct {
         const char* name;
-        int frames;
         const char* stated;
         int shown;  ///< counted from 1
-    } previewed[] = {{"a", 9, "", 4}, {"b", 9, "7", 7}, {"c", 9, "10", 4}, {"still", 1, "", 1}};
-    std::vector<std::unique_ptr<ezDICOMX>> previews;
-    for (const auto& [name, frames, stated, shown] : previewed) {
-        test::put(*run(name, frames, 100), dicom::tags::RepresentativeFrameNumber, stated);
-        previews.push_back(std::make_unique<ezDICOMX>(ViewRole::Preview, nullptr, fake.library));
-        previews.back()->resize(120, 120);
-        previews.back()->putBestFit(true);
-        previews.back()->show();
-        previews.back()->putFileName("/" + QString(name));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return greyOf(*previews.back()) == 100; }));
+    } previewed[] = {{"a", "", 4}, {"b", "7", 7}, {"c", "10", 4}};
+    std::deque<ezDICOMX> previews;
+    for (std::size_t i = 0; i < 3; ++i) {
+        previews.emplace_back(ViewRole::Preview, nullptr, fake.library);
+        const std::string name = previewed[i].name;
+        test::put(*run(name, 9, 100), dicom::tags::RepresentativeFrameNumber, previewed[i].stated);
+        previews[i].putBestFit(true);
+        previews[i].show();
+        previews[i].putFileName(QString::fromStdString("/" + name));
+        EXPECT_TRUE(shows(previews[i], 100));
     }
-    EXPECT_EQ(readSoFar(), (std::vector<std::string>{"a 0", "b 0", "c 0", "still 0"}))
-        << "nothing more before the main view has its picture";
-
     run("main", 20, 10);
-    run("hangs", 9, 200, "hangs 3");
     view.putFileName("/main");
-    for (std::size_t i = 0; i < previews.size(); ++i) {
-        const int grey = 99 + previewed[i].shown;
-        EXPECT_TRUE(QTest::qWaitFor([&] { return greyOf(*previews[i]) == grey; })) << previewed[i].name;
-        EXPECT_EQ(previews[i]->CurrentFrame(), 1);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_TRUE(shows(previews[i], 99 + previewed[i].shown)) << previewed[i].name;
+        EXPECT_EQ(previews[i].CurrentFrame(), 1);
     }
-    const auto reads = readSoFar();
-    ASSERT_EQ(reads.size(), 4U + 20 + 3);
-    EXPECT_EQ(reads[23], "main 19") << "the main view's run first";
+    const auto all = readSoFar();
+    ASSERT_EQ(all.size(), 3U + 20 + 3);
+    EXPECT_EQ(all[22], "main 19") << "the main view's run first";
 
-    previews[0]->putFileName("/hangs");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !readSoFar().empty() && readSoFar().back() == "hangs 3"; }));
+    run("hangs", 9, 200);
+    previews[0].putFileName("/hangs");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return readSoFar().back() == "hangs 3"; }));
     run("next", 3, 50);
     view.putFileName("/next");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !view.isReading() && greyOf(view) == 50; }));
-    EXPECT_EQ(greyOf(*previews[0]), 200);
+    EXPECT_TRUE(shows(view, 50));
+    EXPECT_TRUE(shows(previews[0], 200));
     held.release();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return greyOf(*previews[0]) == 203; }));
+    EXPECT_TRUE(shows(previews[0], 203));
 }
 
 // The window says that it waits, as soon as a person would wonder.
