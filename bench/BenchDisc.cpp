@@ -90,7 +90,7 @@ void makeBenchDisc(const std::filesystem::path& path, const RunDesign& design) {
     }
     DiscFolder folder(path);
     writeDisc(
-        folder, planDisc(records, "Benchmark", PatientOrder::AsGiven), {},
+        folder, planDisc(records, "Benchmark"), {},
         [&](std::size_t number, const std::filesystem::path& target) {
             writeRun(design, static_cast<int>(number) + 1, frames, target);
         },

@@ -57,8 +57,9 @@ QPushButton:hover { background: %lit%; border-color: %edge%; }
 QPushButton:pressed { background: %pressed%; }
 QPushButton:checked { border-color: %accent%; background: %accent%; color: %field%; }
 QPushButton:checked:hover { background: %mark%; }
-QPushButton:focus, QPushButton:checked:focus { border: 2px solid %focus%; padding: 3px 6px; }
-cinedisc--IconButton:focus, cinedisc--IconButton:checked:focus { padding: 3px; }
+QPushButton:focus { border: 2px solid %focus%; padding: 3px 6px; }
+QPushButton:checked:focus { background-clip: content; }
+cinedisc--IconButton:focus { padding: 3px; }
 QPushButton:disabled { color: %faint%; }
 QRadioButton { spacing: 6px; }
 QRadioButton::indicator { width: 12px; height: 12px; border: 1px solid %ring%; border-radius: 7px; background: %field%; }

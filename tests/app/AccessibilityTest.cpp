@@ -59,7 +59,9 @@ class AccessibilityTest : public WindowTest {
             int seen = 0;
             for (int y = 0; y < with.height(); ++y)
                 for (int x = 0; x < with.width(); ++x)
-                    seen += luminance(with.pixel(x, y)) >= 3 * luminance(without.pixel(x, y));
+                    seen +=
+                        std::abs(std::log(luminance(with.pixel(x, y)) / luminance(without.pixel(x, y)))) >=
+                        std::log(3);
             EXPECT_GE(seen, 24) << qPrintable(stop->objectName());
             names << stop->objectName();
         } while (QApplication::focusWidget() != first && names.size() < 60);
@@ -91,18 +93,24 @@ TEST_F(AccessibilityTest, AssistiveProgramsHearOfEveryControl) {
 }
 
 TEST_F(AccessibilityTest, TheTabKeyReachesEveryControlInReadingOrder) {
-    const std::string tools =
+    const QString tools =
         "Open cmdExport cmdWindow cmdMagnify cmdLabel cmdPanning cmdZoom cmdInvert "
         "cmdSmooth cmdHeader cmdOverlay Command3 cmdExit ";
-    const std::string others =
+    const QString others =
         "ezDicom thumb(0) thumb(1) thumb(2) thumb(3) thumb(4) sb1 cmdReverse cmdStop cmdPlay Option9 cmdPrev "
         "Slider2 cmdNext Option4 Slider1 chkRecordedRate cmdPrevImage cmdNextImage CmdStudyBack cmdStudyNext "
         "cmdSeriesBack cmNext";
-    EXPECT_EQ(ring(), tools + "TreeView1 qt_splithandle_ezDicom " + others);
+    QStringList withoutFiles = (tools + "TreeView1 qt_splithandle_ezDicom " + others).split(' ');
+    withoutFiles.removeIf([&](const QString& name) {
+        auto* control = form.findChild<QWidget*>(name);
+        return control && !control->isEnabled();
+    });
+    EXPECT_LT(withoutFiles.size(), 32) << "commands that can do nothing yet";
+    EXPECT_EQ(ring(), withoutFiles.join(' ').toStdString());
     clickNode(0);
     click("cmdStop");
     QCoreApplication::processEvents();
-    EXPECT_EQ(ring(), tools + others);
+    EXPECT_EQ(ring(), (tools + others).toStdString());
 }
 
 }  // namespace
