@@ -130,7 +130,7 @@ class PlainGrey {
     struct Table {
         double first = 0;
         double highest = 65535;
-        std::vector<unsigned> entries;
+        std::vector<Uint16> entries;
         double at(double value) const {
             const double last = static_cast<double>(entries.size()) - 1;
             return entries[static_cast<std::size_t>(std::clamp(std::floor(value + 0.5) - first, 0.0, last))];
@@ -256,33 +256,34 @@ bool isInPolygon(const std::vector<double>& vertices, double row, double column)
     return std::lround(turned / (2 * std::acos(-1.0))) % 2 != 0;
 }
 
+bool hasShape(const HeaderReader& header, const char* shape) {
+    const auto shapes = header.texts(DCM_ShutterShape);
+    return std::find(shapes.begin(), shapes.end(), shape) != shapes.end();
+}
+
 std::uint8_t shutterGrey(const HeaderReader& header) {
     return static_cast<std::uint8_t>(header.integer(DCM_ShutterPresentationValue, 0) >> 8);
 }
 
 /// PS3.3 C.7.6.11, all shapes but the bitmap.
 void closeShutter(const HeaderReader& header, Pixels& picture) {
-    const auto shapes = header.texts(DCM_ShutterShape);
-    const auto has = [&](const char* shape) {
-        return std::find(shapes.begin(), shapes.end(), shape) != shapes.end();
-    };
     const auto edge = [&](const DcmTagKey& tag) { return header.integer(tag, 0); };
     const auto center = header.numbers(DCM_CenterOfCircularShutter);
     const auto vertices = header.numbers(DCM_VerticesOfThePolygonalShutter);
     for (int row = 1; row <= picture.rows; ++row) {
         for (int column = 1; column <= picture.columns; ++column) {
             bool open = true;
-            if (has("RECTANGULAR"))
+            if (hasShape(header, "RECTANGULAR"))
                 open = column >= edge(DCM_ShutterLeftVerticalEdge) &&
                        column <= edge(DCM_ShutterRightVerticalEdge) &&
                        row >= edge(DCM_ShutterUpperHorizontalEdge) &&
                        row <= edge(DCM_ShutterLowerHorizontalEdge);
-            if (has("CIRCULAR") && center.size() == 2) {
+            if (hasShape(header, "CIRCULAR") && center.size() == 2) {
                 const double dy = row - center[0], dx = column - center[1],
                              radius = header.number(DCM_RadiusOfCircularShutter, 0);
                 open = open && dx * dx + dy * dy <= radius * radius;
             }
-            if (has("POLYGONAL")) open = open && isInPolygon(vertices, row, column);
+            if (hasShape(header, "POLYGONAL")) open = open && isInPolygon(vertices, row, column);
             if (!open) paint(picture, row, column, shutterGrey(header));
         }
     }
@@ -321,7 +322,7 @@ class Plane {
     bool isEmbedded_ = false;
     int bit_ = 0;
     std::size_t first_ = 0;
-    std::vector<unsigned> words_;
+    std::vector<Uint16> words_;
 };
 
 void layOverlay(const HeaderReader& header, Uint16 group, int frame, std::uint8_t grey, Pixels& picture) {
@@ -336,9 +337,7 @@ void layOverlay(const HeaderReader& header, Uint16 group, int frame, std::uint8_
 /// pixel.
 void coverPlainly(const HeaderReader& header, int frame, Pixels& picture) {
     if (header.has(DCM_ShutterShape)) closeShutter(header, picture);
-    const auto shapes = header.texts(DCM_ShutterShape);
-    const bool isBitmap = std::find(shapes.begin(), shapes.end(), "BITMAP") != shapes.end();
-    const int covering = isBitmap ? header.integer(DCM_ShutterOverlayGroup, 0) : 0;
+    const int covering = hasShape(header, "BITMAP") ? header.integer(DCM_ShutterOverlayGroup, 0) : 0;
     if (covering) layOverlay(header, static_cast<Uint16>(covering), frame, shutterGrey(header), picture);
     for (Uint16 group = 0x6000; group <= 0x601E; group = static_cast<Uint16>(group + 2)) {
         if (header.has({group, 0x0010}) && group != covering) layOverlay(header, group, frame, 255, picture);

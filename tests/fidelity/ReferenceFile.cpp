@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
-#include <set>
 
 namespace cinedisc::fidelity {
 
@@ -29,16 +28,7 @@ void registerDecoders() {
 }
 
 bool isJpeg2000(const std::string& uid) {
-    static const std::set<std::string> uids{"1.2.840.10008.1.2.4.90", "1.2.840.10008.1.2.4.91",
-                                            "1.2.840.10008.1.2.4.201", "1.2.840.10008.1.2.4.202",
-                                            "1.2.840.10008.1.2.4.203"};
-    return uids.contains(uid);
-}
-
-bool endsPicture(const std::vector<Uint8>& bytes) {
-    std::size_t end = bytes.size();
-    while (end > 0 && bytes[end - 1] == 0) --end;
-    return end >= 2 && bytes[end - 2] == 0xFF && bytes[end - 1] == 0xD9;
+    return uid.starts_with("1.2.840.10008.1.2.4.9") || uid.starts_with("1.2.840.10008.1.2.4.20");
 }
 
 bool put(const opj_image_t& image, DcmItem& into) {
@@ -60,18 +50,33 @@ bool put(const opj_image_t& image, DcmItem& into) {
     return into.putAndInsertUint16Array(DCM_PixelData, words.data(), words.size()).good();
 }
 
-/// Decodes a JPEG 2000 code stream with OpenJPEG and puts it into a data set as native pixels, interleaved.
-bool decodeJpeg2000(const std::vector<Uint8>& stream, DcmItem& into) {
+/// Replaces the JPEG 2000 code stream of the only frame by native pixels, interleaved, as OpenJPEG decodes
+/// it.
+bool decodeJpeg2000(DcmItem& into) {
+    DcmElement* element = nullptr;
+    into.findAndGetElement(DCM_PixelData, element);
+    auto* pixels = dynamic_cast<DcmPixelData*>(element);
+    DcmPixelSequence* sequence = nullptr;
+    E_TransferSyntax type = EXS_Unknown;
+    const DcmRepresentationParameter* parameter = nullptr;
     QTemporaryFile file;
-    if (!file.open()) return false;
-    file.write(reinterpret_cast<const char*>(stream.data()), static_cast<qint64>(stream.size()));
+    if (!pixels || !file.open()) return false;
+    pixels->getOriginalRepresentationKey(type, parameter);
+    if (pixels->getEncapsulatedRepresentation(type, parameter, sequence).bad()) return false;
+    char first = 0;
+    DcmPixelItem* item = nullptr;
+    for (unsigned long i = 1; sequence->getItem(item, i).good(); ++i) {
+        Uint8* bytes = nullptr;
+        if (item->getUint8Array(bytes).bad() || !bytes) continue;
+        if (i == 1) first = static_cast<char>(bytes[0]);
+        file.write(reinterpret_cast<const char*>(bytes), static_cast<qint64>(item->getLength()));
+    }
     file.close();
     const std::unique_ptr<opj_stream_t, void (*)(opj_stream_t*)> opened(
         opj_stream_create_default_file_stream(qPrintable(file.fileName()), OPJ_TRUE), opj_stream_destroy);
 
-    const bool isBoxed = stream.size() > 4 && stream[0] != 0xFF;
     const std::unique_ptr<opj_codec_t, void (*)(opj_codec_t*)> codec(
-        opj_create_decompress(isBoxed ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K), opj_destroy_codec);
+        opj_create_decompress(first == 0 ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K), opj_destroy_codec);
     opj_dparameters_t parameters;
     opj_set_default_decoder_parameters(&parameters);
     opj_image_t* image = nullptr;
@@ -123,19 +128,14 @@ int HeaderReader::integer(const DcmTagKey& tag, int otherwise) const {
     return static_cast<int>(number(tag, otherwise));
 }
 
-std::vector<unsigned> HeaderReader::words(const DcmTagKey& tag) const {
-    DcmElement* element = nullptr;
-    if (item_->findAndGetElement(tag, element).bad() || !element) return {};
-    std::vector<unsigned> values;
-    Uint16* words = nullptr;
-    Sint16* numbers = nullptr;
-    if (element->getUint16Array(words).good() && words) {
-        values.assign(words, words + element->getLength() / 2);
-    } else if (element->getSint16Array(numbers).good() && numbers) {
-        for (unsigned i = 0; i < element->getLength() / 2; ++i)
-            values.push_back(static_cast<Uint16>(numbers[i]));
-    }
-    return values;
+std::vector<Uint16> HeaderReader::words(const DcmTagKey& tag) const {
+    const Uint16* words = nullptr;
+    const Sint16* numbers = nullptr;
+    unsigned long count = 0;
+    if (item_->findAndGetUint16Array(tag, words, &count).good() && words) return {words, words + count};
+    if (item_->findAndGetSint16Array(tag, numbers, &count).good() && numbers)
+        return {numbers, numbers + count};
+    return {};
 }
 
 std::vector<HeaderReader> HeaderReader::items(const DcmTagKey& sequence) const {
@@ -161,23 +161,19 @@ HeaderReader HeaderReader::macro(const DcmTagKey& sequence, int frame) const {
 
 ReferenceFile::ReferenceFile(const std::string& path) {
     registerDecoders();
+    DcmDataset& dataset = *file_.getDataset();
     isDicom_ =
         file_.loadFile(path.c_str(), EXS_Unknown, EGL_noChange, DCM_MaxReadLength, ERM_autoDetect).good() &&
-        file_.getDataset()->card() > 0;
+        dataset.card() > 0;
     OFString uid;
     file_.getMetaInfo()->findAndGetOFString(DCM_TransferSyntaxUID, uid);
-    syntaxUid_ = uid.empty() ? DcmXfer(file_.getDataset()->getOriginalXfer()).getXferID() : uid.c_str();
+    syntaxUid_ = uid.empty() ? DcmXfer(dataset.getOriginalXfer()).getXferID() : uid.c_str();
+    isDecoded_ = isJpeg2000(syntaxUid_)
+                     ? decodeJpeg2000(dataset)
+                     : dataset.chooseRepresentation(EXS_LittleEndianExplicit, nullptr).good();
 }
 
-bool ReferenceFile::hasPixels() { return header().has(DCM_PixelData) || header().has(DCM_FloatPixelData); }
-
-bool ReferenceFile::isLossless() const {
-    static const std::set<std::string> lossy{"1.2.840.10008.1.2.4.50", "1.2.840.10008.1.2.4.51",
-                                             "1.2.840.10008.1.2.4.53", "1.2.840.10008.1.2.4.55",
-                                             "1.2.840.10008.1.2.4.81", "1.2.840.10008.1.2.4.91",
-                                             "1.2.840.10008.1.2.4.203"};
-    return !lossy.contains(syntaxUid_);
-}
+bool ReferenceFile::isLossless() const { return !DcmXfer(syntaxUid_.c_str()).isLossy(); }
 
 int ReferenceFile::frames() {
     const std::string stated = header().text(DCM_NumberOfFrames);
@@ -193,75 +189,19 @@ int ReferenceFile::frames() {
 
 std::string ReferenceFile::decoderName() const { return isJpeg2000(syntaxUid_) ? "OpenJPEG" : "DCMTK"; }
 
-std::vector<std::vector<Uint8>> ReferenceFile::encapsulatedFrames() {
-    DcmElement* element = nullptr;
-    file_.getDataset()->findAndGetElement(DCM_PixelData, element);
-    auto* pixels = dynamic_cast<DcmPixelData*>(element);
-    DcmPixelSequence* sequence = nullptr;
-    E_TransferSyntax type = EXS_Unknown;
-    const DcmRepresentationParameter* parameter = nullptr;
-    if (!pixels) return {};
-    pixels->getOriginalRepresentationKey(type, parameter);
-    if (pixels->getEncapsulatedRepresentation(type, parameter, sequence).bad() || !sequence) return {};
-
-    std::vector<std::vector<Uint8>> streams;
-    const auto wanted = static_cast<std::size_t>(frames());
-    const bool isWhole = sequence->card() <= wanted + 1;  // a fragment is a frame
-    bool isNew = true;
-    for (unsigned long i = 1; i < sequence->card(); ++i) {
-        DcmPixelItem* item = nullptr;
-        Uint8* bytes = nullptr;
-        if (sequence->getItem(item, i).bad() || item->getUint8Array(bytes).bad() || !bytes) continue;
-        if (isNew) streams.emplace_back();
-        streams.back().insert(streams.back().end(), bytes, bytes + item->getLength());
-        isNew = isWhole || (wanted > 1 && endsPicture(streams.back()));
-    }
-    return streams;
-}
-
-bool ReferenceFile::decodeNative(DcmDataset& into, int frame) {
-    DcmElement* element = nullptr;
-    file_.getDataset()->findAndGetElement(DCM_PixelData, element);
-    const auto size = static_cast<std::size_t>(element->getLength()) / static_cast<std::size_t>(frames());
-    const std::size_t from = size * static_cast<std::size_t>(frame);
-    const Uint8* bytes = pixelBytes(*element);
-    if (!bytes) return false;
-    std::vector<Uint8> even(bytes + from, bytes + from + size);
-    even.resize((size + 1) / 2 * 2);
-    return into
-        .putAndInsertUint16Array(DCM_PixelData, reinterpret_cast<Uint16*>(even.data()), even.size() / 2)
-        .good();
-}
-
-bool ReferenceFile::decodeWithDcmtk(DcmDataset& into, const std::vector<Uint8>& stream) {
-    auto* sequence = new DcmPixelSequence(DCM_PixelSequenceTag);
-    sequence->insert(new DcmPixelItem(DCM_PixelItemTag));
-    auto* item = new DcmPixelItem(DCM_PixelItemTag);
-    item->putUint8Array(stream.data(), stream.size());
-    sequence->insert(item);
-    auto* pixels = new DcmPixelData(DCM_PixelData);
-    pixels->putOriginalRepresentation(file_.getDataset()->getOriginalXfer(), nullptr, sequence);
-    into.insert(pixels, OFTrue);
-    return into.chooseRepresentation(EXS_LittleEndianExplicit, nullptr).good();
-}
-
 std::unique_ptr<DcmDataset> ReferenceFile::nativeFrame(int frame) {
-    auto native = std::make_unique<DcmDataset>();
-    DcmDataset& from = *file_.getDataset();
-    for (unsigned long i = 0; i < from.card(); ++i) {
-        DcmElement* element = from.getElement(i);
-        if (element->getTag() == DCM_PixelData || element->getTag() == DCM_NumberOfFrames) continue;
-        native->insert(static_cast<DcmElement*>(element->clone()), OFTrue);
-    }
-    if (!from.tagExists(DCM_PixelData)) return native;
-    if (!DcmXfer(from.getOriginalXfer()).isEncapsulated() && !isJpeg2000(syntaxUid_))
-        return decodeNative(*native, frame) ? std::move(native) : nullptr;
-    const auto streams = encapsulatedFrames();
-    if (static_cast<std::size_t>(frame) >= streams.size()) return nullptr;
-    const auto& stream = streams[static_cast<std::size_t>(frame)];
-    const bool good =
-        isJpeg2000(syntaxUid_) ? decodeJpeg2000(stream, *native) : decodeWithDcmtk(*native, stream);
-    return good ? std::move(native) : nullptr;
+    DcmElement* pixels = nullptr;
+    auto native = std::make_unique<DcmDataset>(*file_.getDataset());
+    delete native->remove(DCM_NumberOfFrames);
+    if (native->findAndGetElement(DCM_PixelData, pixels).bad()) return native;
+    const Uint8* bytes = isDecoded_ ? pixelBytes(*pixels) : nullptr;
+    if (!bytes) return nullptr;
+    const auto size = static_cast<std::size_t>(pixels->getLength()) / static_cast<std::size_t>(frames());
+    const Uint8* const from = bytes + size * static_cast<std::size_t>(frame);
+    std::vector<Uint8> even(from, from + size);
+    even.resize((size + 1) / 2 * 2);
+    native->putAndInsertUint16Array(DCM_PixelData, reinterpret_cast<Uint16*>(even.data()), even.size() / 2);
+    return native;
 }
 
 }  // namespace cinedisc::fidelity

@@ -25,7 +25,7 @@ class HeaderReader {
     double number(const DcmTagKey& tag, double otherwise) const;
     int integer(const DcmTagKey& tag, int otherwise) const;
     /// Words of 16 bits, whatever the element's value representation.
-    std::vector<unsigned> words(const DcmTagKey& tag) const;
+    std::vector<Uint16> words(const DcmTagKey& tag) const;
     /// The items of a sequence; empty when it is not there.
     std::vector<HeaderReader> items(const DcmTagKey& sequence) const;
     /// Where a functional group macro of a frame stands: its own item, the shared one, or the header itself.
@@ -42,7 +42,7 @@ class ReferenceFile {
     explicit ReferenceFile(const std::string& path);
 
     bool isDicom() const { return isDicom_; }
-    bool hasPixels();
+    bool hasPixels() { return header().has(DCM_PixelData) || header().has(DCM_FloatPixelData); }
     HeaderReader header() { return HeaderReader(*file_.getDataset()); }
     std::string syntaxUid() const { return syntaxUid_; }
     /// Whether the stored values come back as they were.
@@ -56,12 +56,8 @@ class ReferenceFile {
     std::unique_ptr<DcmDataset> nativeFrame(int frame);
 
   private:
-    std::vector<std::vector<Uint8>> encapsulatedFrames();
-    bool decodeNative(DcmDataset& into, int frame);
-    bool decodeWithDcmtk(DcmDataset& into, const std::vector<Uint8>& stream);
-
     DcmFileFormat file_;
-    bool isDicom_ = false;
+    bool isDicom_ = false, isDecoded_ = false;
     std::string syntaxUid_;
 };
 
