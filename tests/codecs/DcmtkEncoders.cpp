@@ -24,20 +24,19 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-const DJCodecParameter& parameters() {
-    static const DJCodecParameter shared(ECC_lossyYCbCr, EDC_never, EUC_never, EPC_colorByPixel);
-    return shared;
-}
-
-/// One of the library's three builds, for 8, 12 and 16 bits.
-template <typename Coder, typename For8, typename For12, typename For16, typename... Options>
-std::unique_ptr<Coder> build(int bits, Options... options) {
-    if (bits <= 8) return std::make_unique<For8>(parameters(), options...);
-    if (bits <= 12) return std::make_unique<For12>(parameters(), options...);
-    return std::make_unique<For16>(parameters(), options...);
-}
-
-Bytes encodedBy(const std::unique_ptr<DJEncoder>& encoder, const Raster& raster) {
+/// One of the library's three builds, for 8, 12 and 16 bits, encodes.
+template <typename For8, typename For12, typename For16, typename... Options>
+Bytes encodedBy(const Raster& raster, JpegColours colours, Options... options) {
+    const DJCodecParameter parameters(colours == JpegColours::Rgb ? ECC_lossyRGB : ECC_lossyYCbCr, EDC_never,
+                                      EUC_never, EPC_colorByPixel, OFFalse, OFFalse, OFFalse, OFFalse, 0, 0,
+                                      0, OFTrue, colours == JpegColours::Subsampled ? ESS_422 : ESS_444);
+    std::unique_ptr<DJEncoder> encoder;
+    if (raster.bits <= 8)
+        encoder = std::make_unique<For8>(parameters, options...);
+    else if (raster.bits <= 12)
+        encoder = std::make_unique<For12>(parameters, options...);
+    else
+        encoder = std::make_unique<For16>(parameters, options...);
     Uint8* bytes = nullptr;
     Uint32 length = 0;
     const auto encode = [&](auto samples) {
@@ -112,9 +111,8 @@ std::size_t placeOf(std::span<const std::uint8_t> stream, std::uint8_t code) {
 }
 
 Bytes dcmtkLossless(const Raster& raster, int predictor, int pointTransform) {
-    return encodedBy(build<DJEncoder, DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG16Bit>(
-                         raster.bits, EJM_lossless, predictor, pointTransform),
-                     raster);
+    return encodedBy<DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG16Bit>(
+        raster, JpegColours::Ycbcr, EJM_lossless, predictor, pointTransform);
 }
 
 Bytes losslessEncoded(const Raster& raster, const LosslessMaking& making) {
@@ -147,11 +145,10 @@ Bytes repeated(Bytes stream, int times) {
     return stream;
 }
 
-Bytes dcmtkLossy(const Raster& raster, LossyProcess process, int quality) {
+Bytes dcmtkLossy(const Raster& raster, LossyProcess process, int quality, JpegColours colours) {
     const EJ_Mode modes[] = {EJM_baseline, EJM_sequential, EJM_progressive};
-    return encodedBy(build<DJEncoder, DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG12Bit>(
-                         raster.bits, modes[static_cast<int>(process)], static_cast<Uint8>(quality)),
-                     raster);
+    return encodedBy<DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG12Bit>(
+        raster, colours, modes[static_cast<int>(process)], static_cast<Uint8>(quality));
 }
 
 Bytes jpegLsEncoded(const Raster& raster, int nearLossless, LsInterleave interleave) {

@@ -11,22 +11,13 @@ namespace cinedisc::test {
 /// Where a marker begins, or the stream's length when it is not there.
 std::size_t placeOf(std::span<const std::uint8_t> stream, std::uint8_t code);
 
-/// What an 8-bit JPEG stream says about its three components.
-struct JpegMaking {
-    bool storedAsRgb = false;
-    enum class Marker { None, Jfif, Adobe } marker = Marker::Jfif;
-    const char* names = "\1\2\3";  ///< of the components
-    bool subsampled = false, progressive = false;
-    int restartInterval = 0;
-};
-/// At the best quality.
-std::vector<std::uint8_t> jpegEncoded(const Raster& raster, const JpegMaking& making = {});
-
 /// The lossless process at precision 8, 12 or 16, whichever holds the bits.
 std::vector<std::uint8_t> dcmtkLossless(const Raster& raster, int predictor, int pointTransform = 0);
 enum class LossyProcess { Baseline, Sequential, Progressive };
-/// A lossy process at precision 8 or 12; colour is transformed to YCbCr.
-std::vector<std::uint8_t> dcmtkLossy(const Raster& raster, LossyProcess process, int quality);
+enum class JpegColours { Ycbcr, Subsampled, Rgb };
+/// A lossy process at precision 8 or 12.
+std::vector<std::uint8_t> dcmtkLossy(const Raster& raster, LossyProcess process, int quality,
+                                     JpegColours colours = JpegColours::Ycbcr);
 
 struct LosslessMaking {
     int predictor = 1, pointTransform = 0;

@@ -32,7 +32,6 @@ TEST(Values, PrecisionOfTheStreamWinsUnlessItHoldsWholeCellsAndALossStaysWithinT
     constexpr auto yes = true, no = false;
     const std::vector<int> four{0xF801, 0x0FFF, 0x07FF, 0x0800}, four12{0x801, 0xFFF, 0x7FF, 0x800};
     struct Case {
-        const char* what;
         Bytes (*encode)(const Raster&);
         int precision, stored, high;
         bool isSigned;
@@ -41,28 +40,30 @@ TEST(Values, PrecisionOfTheStreamWinsUnlessItHoldsWholeCellsAndALossStaysWithinT
         int inColour = -1;
     };
     const auto sign = [](const Raster& cells) { return signedWavelet(cells); };
+    // Whole cells with an overlay above, signed, from the top; what is announced, more and less of it; sign
+    // bits above; signs of the header or the stream only; losses above and below the range and within.
     const Case cases[] = {
-        {"whole cells, overlay above", lossless, 16, 12, 11, no, four, {0x801, 0xFFF, 0x7FF, 0x800}},
-        {"whole cells, signed", lossless, 16, 12, 11, yes, four, {-2047, -1, 2047, -2048}},
-        {"whole cells, from the top", lossless, 16, 12, 15, no, four, {0xF80, 0xFF, 0x7F, 0x80}},
-        {"as announced", lossless, 12, 12, 11, yes, four12, {-2047, -1, 2047, -2048}},
-        {"more than announced", lossless, 12, 10, 9, no, four12, {0x801, 0xFFF, 0x7FF, 0x800}},
-        {"more than announced, signed", lossless, 12, 10, 9, yes, four12, {-2047, -1, 2047, -2048}},
-        {"less than announced", lossless, 12, 16, 15, yes, four12, {0x801, 0xFFF, 0x7FF, 0x800}},
-        {"sign bits above", beyondPrecision, 12, 12, 11, yes, four, {-2047, -1, 2047, -2048}},
-        {"beyond the precision", beyondPrecision, 12, 16, 15, no, four, {}},
-        {"sign of the header only", wavelet, 13, 13, 12, yes, {0, 4095, 4096, 8191}, {0, 4095, -4096, -1}},
-        {"sign of the stream only", sign, 13, 13, 12, no, {0, 4095, -4096, -1}, {0, 4095, 4096, 8191}},
-        {"above, near-lossless", nearLossless, 16, 12, 11, no, {4102}, {4095}, 255},
-        {"above, signed, near-lossless", nearLossless, 16, 12, 11, yes, {2054}, {2047}},
-        {"below, signed, near-lossless", nearLossless, 16, 12, 11, yes, {0x10000 - 2054}, {-2048}},
-        {"above, wavelet", wavelet, 16, 12, 11, no, {4098}, {4095}, 255},
-        {"above, wavelet, from the top", wavelet, 16, 12, 14, no, {8 * 4095 + 9}, {4095}, 255},
-        {"within, wavelet", wavelet, 16, 12, 11, no, {2048}, {2048}, 128},
-        {"above, signed wavelet", sign, 16, 12, 11, yes, {2050}, {2047}},
-        {"below, signed wavelet", sign, 16, 12, 11, yes, {-2050}, {-2048}},
-        {"below, signed wavelet of unsigned values", sign, 16, 12, 11, no, {-3}, {0}, 0},
-        {"above, signed wavelet of unsigned values", sign, 16, 12, 11, no, {4098}, {4095}, 255},
+        {lossless, 16, 12, 11, no, four, {0x801, 0xFFF, 0x7FF, 0x800}},
+        {lossless, 16, 12, 11, yes, four, {-2047, -1, 2047, -2048}},
+        {lossless, 16, 12, 15, no, four, {0xF80, 0xFF, 0x7F, 0x80}},
+        {lossless, 12, 12, 11, yes, four12, {-2047, -1, 2047, -2048}},
+        {lossless, 12, 10, 9, no, four12, {0x801, 0xFFF, 0x7FF, 0x800}},
+        {lossless, 12, 10, 9, yes, four12, {-2047, -1, 2047, -2048}},
+        {lossless, 12, 16, 15, yes, four12, {0x801, 0xFFF, 0x7FF, 0x800}},
+        {beyondPrecision, 12, 12, 11, yes, four, {-2047, -1, 2047, -2048}},
+        {beyondPrecision, 12, 16, 15, no, four, {}},
+        {wavelet, 13, 13, 12, yes, {0, 4095, 4096, 8191}, {0, 4095, -4096, -1}},
+        {sign, 13, 13, 12, no, {0, 4095, -4096, -1}, {0, 4095, 4096, 8191}},
+        {nearLossless, 16, 12, 11, no, {4102}, {4095}, 255},
+        {nearLossless, 16, 12, 11, yes, {2054}, {2047}},
+        {nearLossless, 16, 12, 11, yes, {0x10000 - 2054}, {-2048}},
+        {wavelet, 16, 12, 11, no, {4098}, {4095}, 255},
+        {wavelet, 16, 12, 14, no, {8 * 4095 + 9}, {4095}, 255},
+        {wavelet, 16, 12, 11, no, {2048}, {2048}, 128},
+        {sign, 16, 12, 11, yes, {2050}, {2047}},
+        {sign, 16, 12, 11, yes, {-2050}, {-2048}},
+        {sign, 16, 12, 11, no, {-3}, {0}, 0},
+        {sign, 16, 12, 11, no, {4098}, {4095}, 255},
     };
     for (const Case& c : cases)
         for (const int components : {1, 3}) {
@@ -80,7 +81,7 @@ TEST(Values, PrecisionOfTheStreamWinsUnlessItHoldsWholeCellsAndALossStaysWithinT
             format.isSigned = c.isSigned;
             format.mayBeLossy = true;
             const auto frame = decoded(c.encode(raster), format, Compression::Jpeg);
-            EXPECT_EQ(frame ? samplesOf(frame) : Values(), expected) << c.what;
+            EXPECT_EQ(frame ? samplesOf(frame) : Values(), expected) << &c - cases;
         }
 }
 
@@ -115,64 +116,115 @@ Raster fields(int rows, int columns, int bits = 8) {
 }
 
 TEST(Values, ColoursAreWhatTheStreamSaysAndOnlyThenWhatTheHeaderSays) {
-    using enum JpegMaking::Marker;
     const auto rgb = Photometric::Rgb, full = Photometric::YbrFull, pairs = Photometric::YbrFull422;
     const auto rct = Photometric::YbrRct, ict = Photometric::YbrIct;
     const Raster picture = fields(24, 32), deep = fields(24, 32, 12);
     Raster ybr = picture;
     for (std::size_t i = 0; i < ybr.size(); ++i)
         ybr.samples[i] = std::array{143, 64, 190, 52, 211, 105}[i % 3 + (i / 3 % 32 < 16 ? 0 : 3)];
-    const auto jpeg = [&](const JpegMaking& making, const Bytes& more = {}) {
-        Bytes stream = jpegEncoded(picture, making);
-        stream.insert(stream.begin() + static_cast<std::ptrdiff_t>(placeOf(stream, 0xDA)), more.begin(),
-                      more.end());
+    // Without the library's own markers; the components' names as they are or others.
+    const auto jpeg = [&](JpegColours colours, const Bytes& marker, const char* names = nullptr) {
+        Bytes stream = dcmtkLossy(picture, LossyProcess::Baseline, 100, colours);
+        for (const std::uint8_t code : {0xE0, 0xEE})
+            if (const auto at = placeOf(stream, code); at < stream.size()) {
+                const auto from = stream.begin() + static_cast<std::ptrdiff_t>(at);
+                stream.erase(from, from + 2 + (from[2] << 8) + from[3]);
+            }
+        for (std::size_t i = 0; i < 3 && names; ++i)
+            stream[placeOf(stream, 0xC0) + 10 + 3 * i] = stream[placeOf(stream, 0xDA) + 5 + 2 * i] =
+                static_cast<std::uint8_t>(names[i]);
+        stream.insert(stream.begin() + 2, marker.begin(), marker.end());
         return stream;
     };
+    using enum JpegColours;
+    const Bytes none, jfif{255, 0xE0, 0, 16, 'J', 'F', 'I', 'F', 0, 1, 1, 0, 0, 1, 0, 1, 0, 0};
+    const Bytes adobeRgb{255, 238, 0, 14, 'A', 'd', 'o', 'b', 'e', 0, 100, 0, 0, 0, 0, 0};
+    const Bytes adobe{255, 238, 0, 14, 'A', 'd', 'o', 'b', 'e', 0, 100, 0, 0, 0, 0, 1};
+    const Bytes cut{255, 238, 0, 13, 'A', 'd', 'o', 'b', 'e', 0, 100, 0, 0, 0, 0};
+    const Bytes transformed = jpeg2000Encoded(picture, {.transformComponents = true});
     struct Case {
-        const char* what;
         Bytes stream;
-        Photometric photometric;
+        std::vector<Photometric> photometrics;
         int loss = 3;  ///< more where subsampling blurs the border
     };
     const Case cases[] = {
-        {"JFIF under YBR_FULL_422", jpeg({}), pairs},
-        {"JFIF under RGB", jpeg({}), rgb},
-        {"Adobe's YCbCr under RGB", jpeg({.marker = Adobe}), rgb},
-        {"Adobe's RGB under YBR_FULL", jpeg({.storedAsRgb = true, .marker = Adobe}), full},
-        {"Adobe's RGB under RGB", jpeg({.storedAsRgb = true, .marker = Adobe}), rgb},
-        {"Adobe's marker cut",
-         jpeg({.marker = None}, {255, 238, 0, 13, 'A', 'd', 'o', 'b', 'e', 0, 1, 0, 0, 0, 0}), full},
-        {"not quite JFIF", jpeg({.storedAsRgb = true, .marker = None}, {255, 0xE0, 0, 6, 'J', 'F', 'I', 'F'}),
-         rgb},
-        {"nothing but YBR_FULL", jpeg({.marker = None}), full},
-        {"nothing but RGB", jpeg({.storedAsRgb = true, .marker = None}), rgb},
-        {"named R, G, B", jpeg({.storedAsRgb = true, .marker = None, .names = "RGB"}), full},
-        {"named nearly so", jpeg({.marker = None, .names = "RGC"}), full},
-        {"named nearly so too", jpeg({.marker = None, .names = "RHB"}), full},
-        {"subsampled under RGB", jpeg({.marker = None, .subsampled = true}), rgb, 110},
-        {"subsampled", jpeg({.subsampled = true}), pairs, 110},
-        {"progressive", jpeg({.progressive = true}), full},
-        {"with restarts", jpeg({.restartInterval = 2}), full},
-        {"12 bit", dcmtkLossy(deep, LossyProcess::Sequential, 100), full, 6},
-        {"transformed", jpeg2000Encoded(picture, {.transformComponents = true}), rct, 0},
-        {"transformed, named RGB", jpeg2000Encoded(picture, {.transformComponents = true}), rgb, 0},
-        {"transformed, named YBR", jpeg2000Encoded(picture, {.transformComponents = true}), full, 0},
-        {"not transformed, named so", wavelet(picture), rct, 0},
-        {"not transformed, named otherwise", wavelet(picture), ict, 0},
-        {"not transformed", wavelet(picture), rgb, 0},
-        {"lossy", jpeg2000Encoded(picture, {.reversible = false, .transformComponents = true}), ict},
-        {"YBR_FULL within", wavelet(ybr), full, 2},
+        {jpeg(Ycbcr, jfif), {full, pairs, rgb}},
+        {jpeg(Ycbcr, adobe), {full, rgb}},
+        {jpeg(Rgb, adobeRgb), {full, rgb}},
+        {jpeg(Ycbcr, cut), {full}},
+        {jpeg(Rgb, {255, 0xE0, 0, 6, 'J', 'F', 'I', 'F'}), {rgb}},
+        {jpeg(Ycbcr, none), {full}},
+        {jpeg(Rgb, none), {rgb}},
+        // Their names tell the colours, unless they only nearly do.
+        {jpeg(Rgb, none, "RGB"), {full}},
+        {jpeg(Ycbcr, none, "RGC"), {full}},
+        {jpeg(Ycbcr, none, "RHB"), {full}},
+        {jpeg(Subsampled, none), {rgb}, 110},
+        {jpeg(Subsampled, jfif), {pairs}, 110},
+        {dcmtkLossy(picture, LossyProcess::Progressive, 100), {full}},
+        {dcmtkLossy(deep, LossyProcess::Sequential, 100), {full}, 6},
+        {transformed, {rct, rgb, full}, 0},
+        {wavelet(picture), {rct, ict, rgb}, 0},
+        {jpeg2000Encoded(picture, {.reversible = false, .transformComponents = true}), {ict}},
+        {wavelet(ybr), {full}, 2},
+    };
+    for (const Case& c : cases)
+        for (const auto photometric : c.photometrics) {
+            SCOPED_TRACE(&c - cases);
+            const auto frame = decoded(c.stream, colourFormat(24, 32, photometric), Compression::Jpeg);
+            expectNear(samplesOf(frame), shown(picture), c.loss);
+        }
+}
+
+TEST(Values, NativeColourBecomesEightBitTriples) {
+    const auto rgb = Photometric::Rgb, ybr = Photometric::YbrFull, pairs = Photometric::YbrFull422;
+    const auto partial = Photometric::YbrPartial422, transform = Photometric::YbrRct;
+    struct Case {
+        Photometric photometric;
+        Bytes bytes;
+        Values expected;
+        bool planar = false;
+        int allocated = 8, stored = 8, rows = 1;
+    };
+    // Triples and planes, of more bits and fewer; pairs, in an odd row, expanded already; a name of a
+    // transform.
+    const Case cases[] = {
+        {rgb, {1, 2, 3, 4, 5, 6}, {1, 2, 3, 4, 5, 6}},
+        {rgb, {1, 4, 2, 5, 3, 6}, {1, 2, 3, 4, 5, 6}, true},
+        {rgb, {0xFF, 0x12, 0, 0x34, 0xFF, 0xFF}, {0x12, 0x34, 0xFF}, false, 16, 16},
+        {rgb, {0xF0, 0x0F, 0x80, 0, 0x1F, 0}, {255, 8, 1}, false, 16, 12},
+        {rgb, {31, 0, 16}, {255, 0, 131}, false, 8, 5},
+        {ybr, {76, 85, 255, 255, 128, 128}, {254, 0, 0, 255, 255, 255}},
+        {ybr, {76, 255, 85, 128, 255, 128}, {254, 0, 0, 255, 255, 255}, true},
+        {pairs, {76, 255, 128, 128}, {76, 76, 76, 255, 255, 255}},
+        {pairs, {1, 2, 128, 128, 3, 0, 128, 128}, {1, 1, 1, 2, 2, 2, 3, 3, 3}},
+        {pairs,
+         {1, 2, 128, 128, 3, 0, 128, 128, 4, 5, 128, 128, 6, 0, 128, 128},
+         {1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5, 5, 5, 6, 6, 6},
+         false,
+         8,
+         8,
+         2},
+        {pairs, {9, 128, 128, 7, 128, 128}, {9, 9, 9, 7, 7, 7}},
+        {partial, {16, 235, 128, 128}, {0, 0, 0, 255, 255, 255}},
+        {transform, {1, 2, 3}, {1, 2, 3}},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        const auto frame = decoded(c.stream, colourFormat(24, 32, c.photometric), Compression::Jpeg);
-        expectNear(samplesOf(frame), shown(picture), c.loss);
+        SCOPED_TRACE(&c - cases);
+        auto format = colourFormat(c.rows, static_cast<int>(c.expected.size()) / 3 / c.rows, c.photometric);
+        format.planar = c.planar;
+        format.bitsAllocated = c.allocated;
+        format.bitsStored = c.stored;
+        format.highBit = c.stored - 1;
+        const auto frame = decoded(c.bytes, format, Compression::None);
+        EXPECT_EQ(samplesOf(frame), c.expected);
+        EXPECT_EQ(frame.value().samplesPerPixel, 3);
     }
 }
 
 TEST(Values, NumberOfComponentsFollowsTheHeader) {
-    const auto grey =
-        samplesOf(decoded(jpegEncoded(fields(16, 16)), greyFormat(16, 16, 8), Compression::Jpeg));
+    const auto grey = samplesOf(decoded(dcmtkLossy(fields(16, 16), LossyProcess::Baseline, 100),
+                                        greyFormat(16, 16, 8), Compression::Jpeg));
     ASSERT_EQ(grey.size(), 256u);
     EXPECT_NEAR(static_cast<double>(grey[0]), 0.299 * 230 + 0.587 * 120 + 0.114 * 30, 2);
     const Raster one = raster(9, 7, 1, 8);

@@ -1,8 +1,12 @@
 #include "tests/dicom/Fixtures.h"
 
+#include "dicom/TextSplitting.h"
+
+#include <dcmtk/config/osconfig.h>
+#include <dcmtk/dcmdata/dctag.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <regex>
 #include <span>
 #include <stdexcept>
 
@@ -17,6 +21,39 @@ std::shared_ptr<const DicomFile> opened(const Bytes& bytes) {
 }
 
 std::shared_ptr<const DicomFile> opened(const DicomBuilder& builder) { return opened(builder.build()); }
+
+void put(DicomItem& into, const std::string& elements) {
+    static const std::regex form(R"((?:(\w\w):)?(\w+)(?:\[(\d)\])?(\..*)?)");
+    for (std::size_t from = 0, to = 0; from < elements.size(); from = to + 2) {
+        to = std::min(elements.find(", ", from), elements.size());
+        const std::size_t equals = elements.find('=', from);
+        const std::string name = elements.substr(from, equals - from);
+        const std::string value = elements.substr(equals + 1, to - equals - 1);
+        std::smatch parts;
+        DcmTag known;
+        if (!std::regex_match(name, parts, form) ||
+            DcmTag::findTagFromName(parts.str(2).c_str(), known).bad())
+            throw std::logic_error(name);
+        const Tag tag{known.getGroup(), known.getElement()};
+        const std::string kind = parts[1].matched ? parts.str(1) : known.getVR().getValidVRName();
+        if (parts[4].matched) {
+            const std::size_t index = parts[3].matched ? std::size_t(parts.str(3)[0] - '0') : 0;
+            std::vector<DicomItem> items;
+            for (const auto& each : into.elements)
+                if (each.tag == tag) items = each.items;
+            items.resize(std::max(items.size(), index + 1));
+            put(items[index], parts.str(4).substr(1) + "=" + value);
+            into.sequence(tag, items);
+        } else if (std::string_view("US SS UL OB OW").find(kind) != std::string_view::npos) {
+            std::vector<std::int64_t> numbers;
+            for (const auto each : splitValues(value))
+                if (!each.empty()) numbers.push_back(std::stoll(std::string(each), nullptr, 0));
+            into.numbers(tag, kind.c_str(), numbers);
+        } else {
+            into.text(tag, kind.c_str(), value);
+        }
+    }
+}
 
 Bytes rleFrame(const Bytes& pixels) {
     constexpr std::size_t longestRun = 128;
@@ -52,15 +89,6 @@ Bytes samplesOf(const Frame& frame) {
     if (!samples) return {};
     const auto bytes = std::as_bytes(std::span(*samples));
     return {bytes.begin(), bytes.end()};
-}
-
-std::vector<std::filesystem::path> samplePaths() {
-    std::vector<std::filesystem::path> paths;
-    const char* folder = std::getenv("CINEDISC_SAMPLES");
-    if (!folder || !std::filesystem::is_directory(folder)) return paths;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        if (entry.path().extension() == ".dcm") paths.push_back(entry.path());
-    return paths;
 }
 
 Bytes fakeJpeg(std::size_t size, int mark) {

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -17,6 +16,11 @@ namespace cinedisc::test {
 std::shared_ptr<const dicom::DicomFile> opened(const Bytes& bytes);
 std::shared_ptr<const dicom::DicomFile> opened(const DicomBuilder& builder);
 
+/// Puts elements written as "Keyword=values" and parted by commas, numbers or text as the dictionary says or
+/// as a representation in front does: "SS:PixelPaddingValue=-5, VOILUTSequence[1].LUTData=1\\0xFF". What
+/// there is already is replaced; sequences get the items that are missing.
+void put(DicomItem& into, const std::string& elements);
+
 /// An RLE frame of one 8-bit sample a pixel, all of it literal runs.
 Bytes rleFrame(const Bytes& pixels);
 /// `count` different pixels: what frame `frame` of a fixture shows.
@@ -25,9 +29,6 @@ Bytes pixelsOfFrame(int frame, std::size_t count);
 DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table, int fragmentsPerFrame = 1);
 /// Native 8-bit samples of a decoded frame.
 Bytes samplesOf(const dicom::Frame& frame);
-
-/// The sample files of the environment, none when there are not any.
-std::vector<std::filesystem::path> samplePaths();
 
 /// Bytes that begin like a JPEG stream and hold `size` in all, recognisable by `mark`.
 Bytes fakeJpeg(std::size_t size, int mark);

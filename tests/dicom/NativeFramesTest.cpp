@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+#include <tuple>
+
 namespace cinedisc::test {
 namespace {
 
@@ -96,8 +99,7 @@ TEST(NativeFrames, AreAsManyAsHeaderAndFileAgreeOn) {
 TEST(NativeFrames, SharedChrominancesAreRecognisedByTheLength) {
     for (const std::size_t bytesAPixel : {2u, 3u}) {
         DicomBuilder builder = DicomBuilder::image(2, 4, 2);
-        builder.numbers(tags::SamplesPerPixel, "US", {3})
-            .text(tags::PhotometricInterpretation, "CS", "YBR_FULL_422");
+        put(builder, "SamplesPerPixel=3, PhotometricInterpretation=YBR_FULL_422");
         builder.pixels(Bytes(2 * 8 * bytesAPixel, std::byte{128}), "OB");
         const auto file = opened(builder);
         ASSERT_EQ(file->frameCount(), 2) << bytesAPixel;
@@ -117,64 +119,54 @@ TEST(NativeFrames, OfFloatingPointAreShown) {
 
 TEST(NativeFrames, OfImpossibleDescriptionsAreRefusedOrSetRight) {
     using Kind = DecodeError::Kind;
-    struct Row {
-        int rows, columns, samples;
-        Kind kind;
-    };
-    for (const Row& row : {Row{0, 4, 1, Kind::Broken},
-                           {4, 0, 1, Kind::Broken},
-                           {4, 4, 7, Kind::Unsupported},
-                           {65535, 4, 1, Kind::CutOff},
-                           {16384, 16384, 1, Kind::CutOff},
-                           {16385, 16384, 1, Kind::TooLarge},
-                           {65535, 65535, 1, Kind::TooLarge}}) {
-        DicomBuilder builder = DicomBuilder::image(row.rows, row.columns);
-        builder.pixels(Bytes(16)).numbers(tags::SamplesPerPixel, "US", {row.samples});
+    for (const auto& [puts, kind] : {std::pair("Rows=0, Columns=4", Kind::Broken),
+                                     {"Rows=4, Columns=0", Kind::Broken},
+                                     {"SamplesPerPixel=7", Kind::Unsupported},
+                                     {"Rows=65535", Kind::CutOff},
+                                     {"Rows=16384, Columns=16384", Kind::CutOff},
+                                     {"Rows=16385, Columns=16384", Kind::TooLarge},
+                                     {"Rows=65535, Columns=65535", Kind::TooLarge}}) {
+        DicomBuilder builder = DicomBuilder::image(4, 4);
+        put(builder.pixels(Bytes(4)), puts);
         const auto file = opened(builder);
         EXPECT_EQ(file->frameCount(), 0);
-        ASSERT_TRUE(file->pictureError());
-        EXPECT_EQ(file->pictureError()->kind, row.kind) << row.rows << " " << row.columns;
+        EXPECT_EQ(file->pictureError().value().kind, kind) << puts;
     }
-    // Allocated, stored and high bit, as they are stated and taken; -1 for none.
-    for (const auto& [stated, taken] :
-         std::vector<std::pair<std::array<int, 3>, std::array<int, 3>>>{{{-1, -1, -1}, {8, 8, 7}},
-                                                                        {{-1, 8, -1}, {8, 8, 7}},
-                                                                        {{-1, 12, -1}, {16, 12, 11}},
-                                                                        {{16, 12, 15}, {16, 12, 15}},
-                                                                        {{16, 12, 10}, {16, 12, 11}},
-                                                                        {{16, 12, 16}, {16, 12, 11}},
-                                                                        {{16, 17, 16}, {16, 16, 15}},
-                                                                        {{16, 0, 0}, {16, 16, 15}},
-                                                                        {{0, 8, 7}, {8, 8, 7}},
-                                                                        {{65, 9, 8}, {16, 9, 8}},
-                                                                        {{16, 16, 15}, {16, 16, 15}},
-                                                                        {{64, 64, 63}, {64, 64, 63}}}) {
+    // Allocated, stored and high bit, as they are stated and taken.
+    for (const auto& [stated, taken] : {std::pair("BitsAllocated=, BitsStored=, HighBit=", "8 8 7"),
+                                        {"BitsAllocated=, HighBit=", "8 8 7"},
+                                        {"BitsAllocated=, BitsStored=12, HighBit=", "16 12 11"},
+                                        {"BitsAllocated=16, BitsStored=12, HighBit=15", "16 12 15"},
+                                        {"BitsAllocated=16, BitsStored=12, HighBit=10", "16 12 11"},
+                                        {"BitsAllocated=16, BitsStored=12, HighBit=16", "16 12 11"},
+                                        {"BitsAllocated=16, BitsStored=17, HighBit=16", "16 16 15"},
+                                        {"BitsAllocated=16, BitsStored=0, HighBit=0", "16 16 15"},
+                                        {"BitsAllocated=0", "8 8 7"},
+                                        {"BitsAllocated=65, BitsStored=9, HighBit=8", "16 9 8"},
+                                        {"BitsAllocated=64, BitsStored=64, HighBit=63", "64 64 63"}}) {
         DicomBuilder builder = DicomBuilder::image(2, 2);
-        builder.pixels(Bytes(64));
-        const Tag tagsOf[] = {tags::BitsAllocated, tags::BitsStored, tags::HighBit};
-        for (std::size_t i = 0; i < 3; ++i) {
-            builder.numbers(tagsOf[i], "US", {stated[i]});
-            if (stated[i] < 0) builder.remove(tagsOf[i]);
-        }
+        put(builder.pixels(Bytes(64)), stated);
+        std::ostringstream found;
         const auto format = opened(builder)->pixelFormat();
-        EXPECT_EQ((std::array{format.bitsAllocated, format.bitsStored, format.highBit}), taken);
+        found << format.bitsAllocated << ' ' << format.bitsStored << ' ' << format.highBit;
+        EXPECT_EQ(found.str(), taken) << stated;
     }
 }
 
 TEST(NativeFrames, HaveColoursOnlyWithTheSamplesForThem) {
-    for (const auto& [name, samples, meaning] : {std::tuple("MONOCHROME1", 1, Photometric::Monochrome1),
-                                                 {"RGB", 1, Photometric::Monochrome2},
-                                                 {"PALETTE COLOR", 1, Photometric::Monochrome2},
-                                                 {"MONOCHROME1", 3, Photometric::Rgb},
-                                                 {"YBR_FULL", 3, Photometric::YbrFull}}) {
-        DicomBuilder builder = DicomBuilder::image(2, 2);
-        builder.pixels(Bytes(12), "OB")
-            .numbers(tags::SamplesPerPixel, "US", {samples})
-            .numbers(tags::PlanarConfiguration, "US", {1})
-            .text(tags::PhotometricInterpretation, "CS", name);
-        EXPECT_EQ(opened(builder)->pixelFormat().photometric, meaning) << name << samples;
-        EXPECT_EQ(opened(builder)->pixelFormat().planar, samples == 3);
-    }
+    for (const std::string planes : {"0", "1"})
+        for (const auto& [puts, meaning, isColour] :
+             {std::tuple("SamplesPerPixel=1, PhotometricInterpretation=MONOCHROME1", Photometric::Monochrome1,
+                         0),
+              {"SamplesPerPixel=1, PhotometricInterpretation=RGB", Photometric::Monochrome2, 0},
+              {"SamplesPerPixel=1, PhotometricInterpretation=PALETTE COLOR", Photometric::Monochrome2, 0},
+              {"SamplesPerPixel=3, PhotometricInterpretation=MONOCHROME1", Photometric::Rgb, 1},
+              {"SamplesPerPixel=3, PhotometricInterpretation=YBR_FULL", Photometric::YbrFull, 1}}) {
+            DicomBuilder builder = DicomBuilder::image(2, 2);
+            put(builder.pixels(Bytes(12), "OB"), puts + (", PlanarConfiguration=" + planes));
+            EXPECT_EQ(opened(builder)->pixelFormat().photometric, meaning) << puts;
+            EXPECT_EQ(opened(builder)->pixelFormat().planar, isColour && planes == "1");
+        }
 }
 
 }  // namespace

@@ -1,222 +1,390 @@
 #include "dicom/DicomFile.h"
-#include "dicom/LookupTables.h"
 #include "dicom/SegmentedPalette.h"
 #include "dicom/Tags.h"
 #include "tests/dicom/Fixtures.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
-#include <optional>
+#include <iomanip>
+#include <regex>
+#include <sstream>
+#include <string>
 #include <tuple>
+#include <vector>
 
 namespace cinedisc::test {
 namespace {
 
 using namespace dicom;
 
-DicomBuilder greyRun(int frames = 1) { return DicomBuilder::image(4, 4, frames).gradientPixels(); }
-
-TEST(Palette, TablesOfThreeColoursArePlainOrSegmented) {
-    // A value of 5 and less, and the two behind, as the tables of each colour have them.
-    struct Row {
-        std::vector<std::int64_t> descriptor;
-        Bytes red, blue;
-        int bits;
-        std::array<unsigned, 2> blueEntries;
-        bool isSegmented = false;
-    };
-    const Bytes bright = bytesOf({0, 0, 0xFF, 0xFF}), steps = bytesOf({0, 0, 2, 0, 1, 0, 0, 0x90});
-    const Bytes segmentOfWords = bytesOf({0, 0, 2, 0, 3, 0, 255, 0});
-    for (const Row& row :
-         // All colours together decide on the bits.
-         {Row{{2, 5, 16}, bright, bytesOf({0, 0, 0, 8}), 16, {0, 0x800}},
-          {{2, 5, 8}, bytesOf({0, 255}), bytesOf({1, 200}), 8, {1, 200}},
-          {{2, 5, 16}, steps, bytesOf({0, 0, 1, 0, 7, 0, 1, 0, 1, 0, 9, 0}), 16, {7, 9}, true},
-          {{2, 5, 8}, bytesOf({0, 2, 3, 255}), bytesOf({0, 2, 4, 6}), 8, {4, 6}, true},
-          {{2, 5, 8}, segmentOfWords, bytesOf({0, 0, 2, 0, 4, 0, 6, 0}), 8, {4, 6}, true}}) {
-        SCOPED_TRACE(testing::PrintToString(row.blue));
-        DicomBuilder builder = greyRun();
-        builder.text(tags::PhotometricInterpretation, "CS", "PALETTE COLOR");
-        const Tag first = row.isSegmented ? tags::SegmentedRedPaletteData : tags::RedPaletteData;
-        for (std::size_t colour = 0; colour < 3; ++colour) {
-            builder.numbers(tags::forColour(tags::RedPaletteDescriptor, colour), "US", row.descriptor);
-            builder.binary(tags::forColour(first, colour), "OW", colour == 2 ? row.blue : row.red);
-        }
-        const auto file = opened(builder);
-        ASSERT_TRUE(file->palette());
-        const LookupTable& blue = file->palette()->blue;
-        EXPECT_EQ(blue.firstMapped, 5);
-        EXPECT_EQ(blue.bits, row.bits);
-        ASSERT_EQ(blue.entries.size(), 2u);
-        EXPECT_EQ((std::array<unsigned, 2>{blue.entries[0], blue.entries[1]}), row.blueEntries);
-        builder.remove(tags::forColour(first, 1));
-        EXPECT_FALSE(opened(builder)->palette());
-    }
+/// The elements, put into an item of a sequence.
+std::string in(const std::string& path, const std::string& puts) {
+    return std::regex_replace(puts, std::regex("(^|, )(?=\\w)"), "$1" + path + ".");
 }
 
-TEST(Palette, SegmentsAreExpanded) {
+/// An object whose modality step counts; the base of all others is an angiogram.
+std::string slice(const std::string& slope, const std::string& intercept) {
+    return "Modality=CT, SOPClassUID=1.2.840.10008.5.1.4.1.1.2, RescaleSlope=" + slope +
+           ", RescaleIntercept=" + intercept;
+}
+
+std::string voi(const std::string& descriptor, const std::string& data) {
+    return in("VOILUTSequence", "LUTDescriptor=" + descriptor + ", LUTData=" + data);
+}
+
+/// Three tables, of which the first two are the same.
+std::string palette(const std::string& descriptor, const std::string& red, const std::string& blue,
+                    const std::string& segmented = "") {
+    std::string puts = "PhotometricInterpretation=PALETTE COLOR";
+    for (const std::string colour : {"Red", "Green", "Blue"})
+        puts += ", " + colour + "PaletteColorLookupTableDescriptor=" + descriptor + ", " + segmented +
+                colour + "PaletteColorLookupTableData=" + (colour == "Blue" ? blue : red);
+    return puts;
+}
+
+/// An angiogram of 12 bits with other elements put into its header.
+DicomBuilder imageWith(const std::string& puts) {
+    DicomBuilder builder = DicomBuilder::image(256, 128, 1, 16, 12);
+    put(builder.pixels(Bytes(2 * 256 * 128)), puts);
+    return builder;
+}
+
+/// All that a file says about the way in which a frame is shown.
+std::string told(const DicomFile& file, int frame = 0) {
+    std::ostringstream out;
+    const auto tell = [&out](const char* name, const std::vector<double>& numbers) {
+        out << name << std::setprecision(9);
+        for (const double number : numbers) out << ' ' << number;
+        out << "; ";
+    };
+    const auto tellTable = [&](const char* name, const LookupTable& table) {
+        std::vector<double> numbers{double(table.firstMapped), double(table.bits)};
+        const auto count = std::min<std::ptrdiff_t>(std::ssize(table.entries), 9);
+        numbers.insert(numbers.end(), table.entries.end() - count, table.entries.end());
+        tell(name, numbers);
+    };
+    const GreyTransform grey = file.greyTransform(frame);
+    if (grey.rescale) tell("rescale", {grey.rescale->slope, grey.rescale->intercept});
+    if (grey.modalityLut) tellTable("modality", *grey.modalityLut);
+    for (const auto& [center, width, function] : grey.windows)
+        tell(std::array{"window", "exact", "sigmoid"}[static_cast<std::size_t>(function)], {center, width});
+    for (const LookupTable& table : grey.voiLuts) tellTable("voi", table);
+    if (grey.inverse) tell("inverse", {});
+    if (grey.padding) tell("padding", {double(grey.padding->first), double(grey.padding->second)});
+    const auto [edges, circle, corners, bitmap, shade] = file.shutter(frame);
+    if (edges)
+        tell("edges",
+             {double(edges->left), double(edges->right), double(edges->upper), double(edges->lower)});
+    if (circle) tell("circle", {double(circle->row), double(circle->column), double(circle->radius)});
+    if (!corners.empty())
+        tell("polygon", {double(corners.size()), double(corners[1].first), double(corners[1].second)});
+    if (bitmap) tell("bitmap", {double(*bitmap)});
+    if (shade) tell("shade", {double(*shade)});
+    if (file.hasGreyRulesByFrame()) tell("by frame", {});
+    if (file.hasShuttersByFrame()) tell("shutters by frame", {});
+    if (file.pixelAspect() != 1) tell("aspect", {file.pixelAspect()});
+    if (const auto& colours = file.palette()) {
+        tellTable("red", colours->red);
+        EXPECT_EQ(colours->green.entries, colours->red.entries);
+        tellTable("blue", colours->blue);
+    }
+    return out.str();
+}
+
+struct Told {
+    std::string puts, told;
+    int frame = 0;
+};
+
+void expectTold(const std::vector<Told>& rows) {
+    for (const Told& row : rows)
+        EXPECT_EQ(told(*opened(imageWith(row.puts)), row.frame), row.told) << row.puts.substr(0, 900);
+}
+
+TEST(Presentation, GreyRulesAreReadAndImpossibleOnesLeftOut) {
+    const std::string windows = "WindowCenter=40\\300\\7\\8\\9, WindowWidth=400\\0.5\\1\\0, VOILUTFunction=";
+    const std::string step = "RescaleSlope=2, RescaleIntercept=-1024, SOPClassUID=1.2.840.10008.5.1.4.1.1.";
+    const std::string table = ", " + in("ModalityLUTSequence", "LUTDescriptor=2\\5\\16, LUTData=1\\65535");
+    const std::string padding =
+        "PixelPaddingValue=0xF830, SS:PixelPaddingRangeLimit=-2100, BitsAllocated=32, ";
+    expectTold({
+        {windows, "window 40 400; window 7 1; "},
+        {windows + "LINEAR_EXACT", "exact 40 400; exact 300 0.5; exact 7 1; "},
+        {windows + "SIGMOID", "sigmoid 40 400; sigmoid 300 0.5; sigmoid 7 1; "},
+        {"PresentationLUTShape=INVERSE", "inverse; "},
+        {"PhotometricInterpretation=MONOCHROME1", "inverse; "},
+        {padding + "BitsStored=16", "padding 63436 63536; "},
+        {padding + "BitsStored=16, PixelRepresentation=1", "padding -2100 -2000; "},
+        {padding + "BitsStored=17", "padding -2100 63536; "},
+        {padding + "BitsStored=17, PixelRepresentation=1", "padding -2100 63536; "},
+        {"PixelPaddingValue=7", "padding 7 7; "},
+        {"PixelPaddingRangeLimit=7", ""},
+        {step + "12.1, Modality=XA", ""},
+        {step + "12.2, Modality=RF", ""},
+        {step + "12.1.1, Modality=", ""},
+        {step + "7, Modality=XA", ""},
+        {step + "7, Modality=RF" + table, ""},
+        {step + "13.1.1, Modality=XA", "rescale 2 -1024; "},
+        {step + "2, Modality=CT", "rescale 2 -1024; "},
+        {step + "2, Modality=CT" + table, "modality 5 16 1 65535; "},
+        {step + "2, Modality=CT, ModalityLUTSequence.LUTData=1", "rescale 2 -1024; "},
+        {slice("1", "-1"), "rescale 1 -1; "},
+        {slice("3", ""), "rescale 3 0; "},
+        {slice("", "5"), "rescale 1 5; "},
+        {slice("1", "0"), ""},
+        {slice("0", "5"), ""},
+    });
+}
+
+TEST(Presentation, LookUpTablesOfManyMakesAreUnderstood) {
+    std::vector<Told> rows{
+        {voi("4\\0\\8", "0x0201\\0xFA03"), "voi 0 8 1 2 3 250; "},
+        {voi("3\\0\\8", "0x0201\\0x00FA"), "voi 0 8 1 2 250; "},
+        {voi("2\\0\\8", "1\\200"), "voi 0 8 1 200; "},
+        {voi("2\\0\\8", "1\\4095"), "voi 0 12 1 4095; "},
+        {voi("2\\0\\16", "1\\200"), "voi 0 8 1 200; "},
+        {voi("2\\0\\16", "1\\8191"), "voi 0 13 1 8191; "},
+        {voi("2\\0\\16", "1\\8192"), "voi 0 16 1 8192; "},
+        {voi("2\\0\\17", "1\\32768"), "voi 0 16 1 32768; "},
+        {voi("2\\0\\99", "1\\16383"), "voi 0 14 1 16383; "},
+        {voi("8\\0\\16", "65281\\65534"), "voi 0 16 65281 65534; "},
+        {voi("0\\0\\16", "65281\\65534"), "voi 0 16 65281 65534; "},
+        {voi("4\\0\\16", ""), ""},
+        {voi("4\\0", "1\\2\\3\\250"), ""},
+        {"VOILUTSequence.LUTDescriptor=4\\0\\8", ""},
+        {"VOILUTSequence.LUTData=4\\0\\8", ""},
+    };
+    // The first mapped value is signed when it is said to be or lies beyond an input with negative values.
+    for (const std::array<std::string, 6>& row :
+         std::vector<std::array<std::string, 6>>{{"US", "0", "2", "0", "64512", "64512"},
+                                                 {"SS", "0", "2", "0", "-1024", "-1024"},
+                                                 {"US", "0", "1", "-1024", "-1024", "64512"},
+                                                 {"US", "0", "-1", "4095", "64512", "64512"},
+                                                 {"US", "0", "-1", "4094", "-1024", "64512"},
+                                                 // As high as 64512, and one below.
+                                                 {"US", "1", "20", "23572", "64512", "-1024"},
+                                                 {"US", "1", "20", "23571", "-1024", "-1024"}}) {
+        const auto& [kind, isSigned, slope, intercept, first, ofModality] = row;
+        const std::string table = kind + ":LUTDescriptor=2\\0xFC00\\12, LUTData=0\\4095";
+        const std::string item = "PixelRepresentation=" + isSigned + ", " + slice(slope, intercept) + ", " +
+                                 in("VOILUTSequence", table);
+        const std::string behind = " 12 0 4095; ", same = kind == "SS" ? "-1024" : "64512";
+        rows.push_back({item, "rescale " + slope + ' ' + intercept + "; voi " + first + behind});
+        // Behind a table nothing is negative.
+        rows.push_back({item + ", " + in("ModalityLUTSequence", table),
+                        "modality " + ofModality + behind + "voi " + same + behind});
+    }
+    expectTold(rows);
+}
+
+TEST(Presentation, PalettesArePlainOrSegmentedOfAllThreeColours) {
+    const std::string words = palette("2\\0xFFFB\\8", "0\\2\\3\\255", "0\\2\\4\\6", "Segmented");
+    const std::string bright = palette("2\\5\\16", "0\\65535", "0\\2048");
+    std::vector<Told> rows{
+        // All colours together decide on the bits.
+        {bright, "red 5 16 0 65535; blue 5 16 0 2048; "},
+        {palette("2\\5\\8", "0xFF00", "0xC801"), "red 5 8 0 255; blue 5 8 1 200; "},
+        {words, "red 65531 8 3 255; blue 65531 8 4 6; "},
+        {words + ", PixelRepresentation=1", "red -5 8 3 255; blue -5 8 4 6; "},
+        {words + ", RedPaletteColorLookupTableData=", "red 65531 8 3 255; blue 65531 8 4 6; "},
+        {palette("2\\5\\16", "9", ""), ""}};
+    for (const char* colour : {"Red", "Green", "Blue"})
+        for (const char* part : {"Descriptor", "Data"})
+            rows.push_back(
+                {std::regex_replace(bright, std::regex(colour + std::string("P\\w+") + part), "PatientID"),
+                 ""});
+    expectTold(rows);
+}
+
+TEST(Presentation, SegmentsOfPalettesAreExpanded) {
     using Entries = std::vector<std::uint16_t>;
-    struct Row {
-        Bytes segments;
-        std::size_t wordSize, most;
-        Entries entries;
+    const std::tuple<Bytes, std::size_t, Entries> rows[] = {
+        // Discrete 10 20, linear to 60 in four steps, and once more the discrete segment.
+        {bytesOf({0, 2, 10, 20, 1, 4, 60, 2, 1, 0, 0, 0, 0}), 99, {10, 20, 30, 40, 50, 60, 10, 20}},
+        {bytesOf({0, 1, 10, 1, 2, 15, 1, 2, 10}), 99, {10, 13, 15, 12, 10}},
+        {bytesOf({0, 1, 10, 1, 4, 11}), 99, {10, 10, 11, 11, 11}},
+        // Downwards, and no further than is asked for.
+        {bytesOf({0, 1, 100, 1, 100, 0}), 3, {100, 99, 98}},
+        {bytesOf({0, 3, 1, 2, 3, 0, 1, 4}), 3, {1, 2, 3}},
+        // Segments that refer to themselves or to nothing, break off or are unknown end the table.
+        {bytesOf({2, 255, 0, 0, 0, 0}), 99, {}},
+        {bytesOf({2, 1, 99, 0, 0, 0, 0, 1, 7}), 99, {7}},
+        {bytesOf({0, 1, 7, 2, 1, 0, 0, 0}), 99, {7}},
+        {bytesOf({1, 2, 9}), 99, {}},
+        {bytesOf({0, 1, 7, 3, 1, 9}), 99, {7}},
+        {bytesOf({0, 9, 1, 2}), 99, {1, 2}}};
+    for (const auto& [segments, most, entries] : rows) EXPECT_EQ(expandSegments(segments, 1, most), entries);
+    const Bytes words = bytesOf({0, 0, 1, 0, 0, 0, 1, 0, 2, 0, 0xFF, 0xFF, 2, 0, 2, 0, 0, 0, 0, 0});
+    EXPECT_EQ(expandSegments(words, 2, 99), (Entries{0, 0x8000, 0xFFFF, 0, 0x8000, 0xFFFF}));
+}
+
+TEST(Presentation, ShuttersOfAllShapesAreReadAndIncompleteOnesLeftOut) {
+    const std::string all =
+        "ShutterShape=RECTANGULAR\\CIRCULAR\\POLYGONAL\\BITMAP, ShutterLeftVerticalEdge=2, "
+        "ShutterRightVerticalEdge=99999999999, ShutterUpperHorizontalEdge=7, ShutterLowerHorizontalEdge=7, "
+        "CenterOfCircularShutter=-3\\4, RadiusOfCircularShutter=1, ShutterPresentationValue=300, "
+        "VerticesOfThePolygonalShutter=1\\1\\1\\9\\9\\9\\5, ShutterOverlayGroup=0x6002, ";
+    const std::string edges = "edges 2 1000000 7 7; ", circle = "circle -3 4 1; ",
+                      polygon = "polygon 3 1 9; ", bitmap = "bitmap 24578; ", shade = "shade 300; ";
+    const std::string round = circle + polygon + bitmap + shade, angular = polygon + bitmap + shade;
+    std::string many = "VerticesOfThePolygonalShutter=1";
+    for (int i = 0; i < 4097; ++i) many += "\\2\\1";
+    expectTold({{all, edges + round},
+                {all + "ShutterShape=NONE", shade},
+                {all + "ShutterLeftVerticalEdge=?", round},
+                {all + "ShutterRightVerticalEdge=1", round},
+                {all + "ShutterRightVerticalEdge=2", "edges 2 2 7 7; " + round},
+                {all + "ShutterUpperHorizontalEdge=8", round},
+                {all + "ShutterLowerHorizontalEdge=", round},
+                {all + "CenterOfCircularShutter=3", edges + angular},
+                {all + "RadiusOfCircularShutter=0", edges + angular},
+                {all + "VerticesOfThePolygonalShutter=1\\1\\9\\9\\5", edges + circle + bitmap + shade},
+                {all + many, edges + circle + "polygon 4096 1 2; " + bitmap + shade},
+                {all + "ShutterOverlayGroup=0x6020", edges + circle + polygon + shade},
+                {all + "SS:ShutterPresentationValue=-1", edges + circle + polygon + bitmap + "shade 0; "}});
+}
+
+TEST(Presentation, EnhancedObjectsHaveTheirRulesFrameByFrame) {
+    const auto group = [](const std::string& of, const char* center, const std::string& last,
+                          const std::string& more) {
+        const std::string window = std::string("WindowWidth=100, WindowCenter=") + center;
+        return in(of, in("FrameVOILUTSequence", window + ", " + voi("2\\0\\16", "0\\" + last)) + more);
     };
-    for (const Row& row :
-         // Discrete 10 20, linear to 60 in four steps, and once more the discrete segment.
-         {Row{bytesOf({0, 2, 10, 20, 1, 4, 60, 2, 1, 0, 0, 0, 0}), 1, 256, {10, 20, 30, 40, 50, 60, 10, 20}},
-          {bytesOf({0, 0, 1, 0, 0, 0, 1, 0, 2, 0, 0xFF, 0xFF, 2, 0, 2, 0, 0, 0, 0, 0}),
-           2,
-           256,
-           {0, 0x8000, 0xFFFF, 0, 0x8000, 0xFFFF}},
-          {bytesOf({0, 1, 10, 1, 2, 15, 1, 2, 10}), 1, 256, {10, 13, 15, 12, 10}},
-          {bytesOf({0, 1, 10, 1, 4, 11}), 1, 256, {10, 10, 11, 11, 11}},
-          // Downwards, and no further than is asked for.
-          {bytesOf({0, 1, 100, 1, 100, 0}), 1, 3, {100, 99, 98}},
-          {bytesOf({0, 3, 1, 2, 3, 0, 1, 4}), 1, 3, {1, 2, 3}},
-          // Segments that refer to themselves or to nothing, break off or are unknown end the table.
-          {bytesOf({2, 255, 0, 0, 0, 0}), 1, 256, {}},
-          {bytesOf({2, 1, 99, 0, 0, 0, 0, 1, 7}), 1, 256, {7}},
-          {bytesOf({0, 1, 7, 2, 1, 0, 0, 0}), 1, 256, {7}},
-          {bytesOf({1, 2, 9}), 1, 256, {}},
-          {bytesOf({0, 1, 7, 3, 1, 9}), 1, 256, {7}},
-          {bytesOf({0, 9, 1, 2}), 1, 256, {1, 2}}})
-        EXPECT_EQ(expandSegments(row.segments, row.wordSize, row.most), row.entries);
+    const std::string circle =
+        ", " + in("FrameDisplayShutterSequence",
+                  "ShutterShape=CIRCULAR, CenterOfCircularShutter=1\\1, RadiusOfCircularShutter=");
+    const std::string slope = ", PixelValueTransformationSequence.RescaleSlope=";
+    const std::string frames = "PerFrameFunctionalGroupsSequence";
+    const std::string shared =
+        slice("1", "0") + ", " +
+        group("SharedFunctionalGroupsSequence", "1", "32768", slope + "5" + circle + "6");
+    // Where a frame's group names neither window nor table, the header's are taken.
+    const std::string both = group(frames + "[0]", "10", "36864", slope + "2" + circle + "9") + ", " +
+                             group(frames + "[1]", "20", "40960", "") + ", " + frames +
+                             "[2].FrameVOILUTSequence.WindowCenter=, WindowCenter=9, WindowWidth=9, " +
+                             voi("2\\0\\16", "0\\61440") + ", " + shared;
+    const std::string last = "rescale 5 0; window 1 100; voi 0 16 0 32768; circle 1 1 6; ";
+    const std::string first = "rescale 2 0; window 10 100; voi 0 16 0 36864; ";
+    const std::string changes = "by frame; shutters by frame; ";
+    expectTold({{shared, last},
+                {both, first + "circle 1 1 9; " + changes},
+                {both, "rescale 5 0; window 20 100; voi 0 16 0 40960; circle 1 1 6; " + changes, 1},
+                {both, "rescale 5 0; window 9 9; voi 0 16 0 61440; circle 1 1 6; " + changes, 2},
+                {both, last + changes, 3},
+                {both, last + changes, -1},
+                {both + ", ShutterShape=NONE", first + "by frame; "}});
 }
 
-TEST(Shutters, OfAllShapesAreReadAndIncompleteOnesLeftOut) {
-    DicomBuilder builder = greyRun();
-    builder.text(tags::ShutterShape, "CS", "RECTANGULAR\\CIRCULAR\\POLYGONAL\\BITMAP")
-        .text(tags::ShutterLeftVerticalEdge, "IS", "2")
-        .text(tags::ShutterRightVerticalEdge, "IS", "99999999999")
-        .text(tags::ShutterUpperHorizontalEdge, "IS", "7")
-        .text(tags::ShutterLowerHorizontalEdge, "IS", "7")
-        .text(tags::CenterOfCircularShutter, "IS", "-3\\4")
-        .text(tags::RadiusOfCircularShutter, "IS", "1")
-        .text(tags::VerticesOfThePolygonalShutter, "IS", "1\\1\\1\\9\\9\\9\\5")
-        .numbers(tags::ShutterOverlayGroup, "US", {0x6002})
-        .numbers(tags::ShutterPresentationValue, "US", {300});
-    const Shutter shutter = opened(builder)->shutter(0);
-    ASSERT_TRUE(shutter.rectangle && shutter.circle);
-    const auto& [left, right, upper, lower] = *shutter.rectangle;
-    EXPECT_EQ((std::array{left, right, upper, lower}), (std::array{2, 1'000'000, 7, 7}));
-    EXPECT_EQ(shutter.polygon, (std::vector<std::pair<int, int>>{{1, 1}, {1, 9}, {9, 9}}));
+TEST(Presentation, PixelAspectsComeFromTheRatioOrTheSpacing) {
+    std::vector<Told> rows{
+        {"PixelAspectRatio=4\\3, ImagerPixelSpacing=2\\1", "aspect 0.75; "},
+        {"PixelSpacing=8\\1, ImagerPixelSpacing=2\\1", "aspect 0.5; "},
+        {"SharedFunctionalGroupsSequence.PixelMeasuresSequence.PixelSpacing=1\\4", "aspect 4; "},
+        {"SharedFunctionalGroupsSequence.FramePixelDataPropertiesSequence.ImagerPixelSpacing=1\\4",
+         "aspect 4; "}};
+    for (const std::string name :
+         {"PixelAspectRatio=", "ImagerPixelSpacing=", "PixelSpacing=", "NominalScannedPixelSpacing="})
+        // A picture of 256 rows would be wider by a pixel, or by less.
+        for (const auto& [value, expected] : {std::pair("0.2\\0.3", "1.5"),
+                                              {"1\\10", "10"},
+                                              {"10\\1", "0.1"},
+                                              {"256\\257", "1.00390625"},
+                                              {"512\\513", ""},
+                                              {"1\\10.1", ""},
+                                              {"10.1\\1", ""},
+                                              {"0\\1", ""},
+                                              {"1\\0", ""},
+                                              {"0.2", ""}})
+            rows.push_back({name + value, *expected ? "aspect " + std::string(expected) + "; " : ""});
+    expectTold(rows);
+}
 
-    for (const auto& [tag, value] : {std::pair(tags::ShutterShape, "NONE"),
-                                     {tags::ShutterLeftVerticalEdge, "?"},
-                                     {tags::ShutterRightVerticalEdge, "1"},
-                                     {tags::ShutterUpperHorizontalEdge, "8"},
-                                     {tags::ShutterLowerHorizontalEdge, ""},
-                                     {tags::CenterOfCircularShutter, "3"},
-                                     {tags::RadiusOfCircularShutter, "0"},
-                                     {tags::VerticesOfThePolygonalShutter, "1\\1\\9\\9\\5"},
-                                     {tags::ShutterOverlayGroup, "6002"}}) {
-        DicomBuilder broken = builder;
-        broken.text(tag, "IS", value);
-        const Shutter rest = opened(broken)->shutter(0);
-        const bool isNone = tag == tags::ShutterShape;
-        const bool isEdge = tag >= tags::ShutterLeftVerticalEdge && tag <= tags::ShutterLowerHorizontalEdge;
-        const bool isCircle = tag == tags::CenterOfCircularShutter || tag == tags::RadiusOfCircularShutter;
-        EXPECT_EQ(rest.rectangle.has_value(), !isNone && !isEdge) << tag.element;
-        EXPECT_EQ(rest.circle.has_value(), !isNone && !isCircle) << tag.element;
-        EXPECT_EQ(rest.polygon.empty(), isNone || tag == tags::VerticesOfThePolygonalShutter) << tag.element;
-        EXPECT_EQ(rest.bitmapGroup == 0x6002, !isNone && tag != tags::ShutterOverlayGroup) << tag.element;
-        EXPECT_EQ(rest.any(), !isNone) << tag.element;
+/// An image with an overlay put into it.
+template <typename Image>
+Image withOverlay(Image image, int rows, int columns, const Bytes& data, std::uint16_t group = 0x6000) {
+    const auto tag = [group](std::uint16_t element) { return Tag{group, element}; };
+    image.numbers(tag(0x0010), "US", {rows}).numbers(tag(0x0011), "US", {columns});
+    image.text(tag(0x0040), "CS", "G").numbers(tag(0x0050), "SS", {-3, 9});
+    if (!data.empty()) image.binary(tag(0x3000), "OW", data);
+    return image;
+}
+
+/// The overlays of a file: group and place, then the bits of each frame and those before and behind.
+std::string overlaysOf(const DicomBuilder& builder) {
+    const auto file = opened(builder);
+    std::ostringstream out;
+    for (const Overlay& overlay : file->overlays()) {
+        out << std::hex << overlay.group << ' ' << std::dec << overlay.originRow << ' '
+            << overlay.originColumn << ' ' << overlay.label;
+        for (int frame = -1; frame <= builder.frames; ++frame) {
+            out << '|';
+            for (const std::uint8_t bit : file->overlayBits(overlay, frame)) out << int(bit);
+        }
+        out << "; ";
     }
+    return out.str();
 }
 
-TEST(Shutters, OfEnhancedObjectsStandInTheirGroups) {
-    const auto group = [](const char* radius) {
-        DicomItem shapes;
-        shapes.text(tags::ShutterShape, "CS", "CIRCULAR")
-            .text(tags::CenterOfCircularShutter, "IS", "1\\1")
-            .text(tags::RadiusOfCircularShutter, "IS", radius);
-        return DicomItem().sequence(tags::FrameDisplayShutterSequence, {shapes});
+TEST(Overlays, HaveBitsOfTheirOwnOrTakeThemFromThePixels) {
+    const DicomBuilder run = DicomBuilder::image(1, 4, 3).gradientPixels();
+    DicomBuilder many = run;
+    std::string expected;
+    for (const int group : {0x5FFE, 0x6000, 0x6010, 0x601E, 0x6020})
+        many = withOverlay(many, 3, 3, bytesOf({0b11010101, 1}), static_cast<std::uint16_t>(group));
+    many.text({0x601E, 0x1500}, "LO", "Label").numbers({0x6010, 0x0050}, "SS", {4});
+    const std::string bits = "|101010111", everywhere = "|" + bits + bits + bits + bits + "; ";
+    EXPECT_EQ(overlaysOf(many),
+              "6000 -3 9 " + everywhere + "6010 1 1 " + everywhere + "601e -3 9 Label" + everywhere);
+
+    // Data for five of the frames that are announced; the first goes with the second of the picture.
+    for (const auto& [frames, shown] :
+         {std::pair("1", "||||110|"), {"2", "||||110|101"}, {"99", "||||110|101"}}) {
+        DicomBuilder builder = withOverlay(run, 1, 3, bytesOf({0b00101011, 0}));
+        builder.text({0x6000, 0x0015}, "IS", frames).numbers({0x6000, 0x0051}, "US", {3});
+        EXPECT_EQ(overlaysOf(builder), std::string("6000 -3 9 ") + shown + "; ");
+    }
+    // Impossible ones; the last is as large as its two bytes.
+    for (const auto& [rows, columns] : {std::pair(0, 4), {65535, 65535}, {17, 1}, {16, 1}})
+        EXPECT_EQ(overlaysOf(withOverlay(run, rows, columns, bytesOf({0, 0}))).empty(), rows != 16);
+
+    // Pixels in the bits from 1 to 12; those of the first and fourth pixel have bit 13, too.
+    const Bytes cells = bytesOf({3, 0x20, 2, 0, 3, 0x40, 4, 0x60, 0, 0, 0, 0x20, 1, 0, 0, 0x80});
+    const auto embedded = [&](int bit, int frames = 2) {
+        DicomBuilder builder = withOverlay(DicomBuilder::image(1, 4, frames, 16, 12), 1, 4, {});
+        builder.numbers({0x6000, 0x0102}, "US", {bit}).numbers(tags::HighBit, "US", {12});
+        return builder.pixels(cells);
     };
-    DicomBuilder builder = greyRun();
-    builder.sequence(tags::SharedFunctionalGroups, {group("6")});
-    EXPECT_EQ(opened(builder)->shutter(0).circle.value().radius, 6);
-    EXPECT_FALSE(opened(builder)->hasShuttersByFrame());
-    builder.sequence(tags::PerFrameFunctionalGroups, {group("9"), DicomItem()});
-    const auto file = opened(builder);
-    EXPECT_TRUE(file->hasShuttersByFrame());
-    EXPECT_EQ(file->shutter(0).circle.value().radius, 9);
-    EXPECT_EQ(file->shutter(1).circle.value().radius, 6) << "the one that frames share";
-}
-
-TEST(PixelAspects, ComeFromTheRatioOrTheSpacing) {
-    struct Row {
-        Tag tag;
-        const char* value;
-        double aspect;
-    };
-    for (const Row& row :
-         {Row{tags::PixelAspectRatio, "4\\3", 0.75}, Row{tags::ImagerPixelSpacing, "0.2\\0.3", 1.5},
-          Row{tags::PixelSpacing, "0.5\\0.25", 0.5}, Row{tags::NominalScannedPixelSpacing, "0.4\\0.2", 0.5},
-          Row{tags::PixelSpacing, "0.1\\0.10009", 1}, Row{tags::PixelAspectRatio, "0\\1", 1},
-          Row{tags::PixelAspectRatio, "1\\1000000", 1}, Row{tags::ImagerPixelSpacing, "0.2", 1}}) {
-        DicomBuilder builder = DicomBuilder::image(200, 200);
-        builder.gradientPixels().text(row.tag, "DS", row.value);
-        EXPECT_DOUBLE_EQ(opened(builder)->pixelAspect(), row.aspect) << row.value;
-    }
-}
-
-constexpr Tag overlay(std::uint16_t element, int group = 0x6000) {
-    return {static_cast<std::uint16_t>(group), element};
-}
-
-DicomItem& withOverlay(DicomItem& item, int rows, int columns, const Bytes& data, int group = 0x6000) {
-    item.numbers(overlay(0x0010, group), "US", {rows}).numbers(overlay(0x0011, group), "US", {columns});
-    item.text(overlay(0x0040, group), "CS", "G").numbers(overlay(0x0050, group), "SS", {-3, 9});
-    if (!data.empty()) item.binary(overlay(0x3000, group), "OW", data);
-    return item;
-}
-
-using Bits = std::vector<std::uint8_t>;
-
-Bits bitsOf(const DicomBuilder& builder, int frame) {
-    const auto file = opened(builder);
-    return file->overlayBits(file->overlays().at(0), frame);
-}
-
-TEST(Overlays, AreReadFromSixteenGroups) {
-    DicomBuilder builder = greyRun();
-    for (int group = 0x6000; group <= 0x6020; group += 2)
-        withOverlay(builder, 3, 3, bytesOf({0b11010101, 1}), group);
-    builder.text(overlay(0x1500, 0x601E), "LO", "Annotation");
-    const auto file = opened(builder);
-    ASSERT_EQ(file->overlays().size(), 16u);
-    const Overlay& last = file->overlays().back();
-    EXPECT_EQ(last.group, 0x601E);
-    EXPECT_EQ(last.originRow, -3);
-    EXPECT_EQ(last.originColumn, 9);
-    EXPECT_EQ(last.label, "Annotation");
-    EXPECT_EQ(last.bits, (Bits{1, 0, 1, 0, 1, 0, 1, 1, 1}));
-    EXPECT_EQ(file->overlayBits(last, 77), last.bits);
-    EXPECT_TRUE(file->overlayBits(last, -1).empty());
-}
-
-TEST(Overlays, OfSeveralFramesGoWithTheirImageFrames) {
-    DicomBuilder builder = greyRun(5);
-    withOverlay(builder, 1, 3, bytesOf({0b00101011, 0})).numbers(overlay(0x0051), "US", {3});
-    const Bits first{1, 1, 0}, second{1, 0, 1};
-    // Data for five of the frames that are announced; the picture has two behind the third.
-    for (const auto& [frames, expected] : {std::pair("1", std::array<Bits, 5>{Bits(), {}, first, {}, {}}),
-                                           {"2", {Bits(), {}, first, second, {}}},
-                                           {"99", {Bits(), {}, first, second, {0, 0, 0}}}}) {
-        builder.text(overlay(0x0015), "IS", frames);
-        for (int frame = 0; frame < 5; ++frame)
-            EXPECT_EQ(bitsOf(builder, frame), expected[std::size_t(frame)]) << frames << ' ' << frame;
-    }
+    for (const char* syntax : {explicitUid, bigEndianUid})
+        for (const auto& [bit, shown] :
+             {std::pair(13, "||1001|0100|"), {0, "||1010|0010|"}, {15, "||0000|0001|"}})
+            EXPECT_EQ(overlaysOf(embedded(bit).transferSyntax(syntax)),
+                      std::string("6000 -3 9 ") + shown + "; ");
+    // Compressed cells have them too, here a segment of upper bytes and one of lower ones.
+    const Bytes stream = bytesOf({2, 0, 0, 0, 64, 0, 0, 0, 70}) + Bytes(55) +
+                         bytesOf({3, 0x20, 0, 0x40, 0x60, 0x80, 3, 1, 2, 3, 4, 0x80});
+    DicomBuilder rle = embedded(13, 1).transferSyntax(rleSyntax);
+    EXPECT_EQ(overlaysOf(rle.encapsulatedFrames({stream}, OffsetTable::Empty)), "6000 -3 9 ||1001|; ");
+    // A plane of another size than the picture.
+    for (const auto& [rows, columns, shown] :
+         {std::tuple(2, 3, "||100000|010000|"), {1, 6, "||100100|010000|"}})
+        EXPECT_EQ(overlaysOf(withOverlay(embedded(13), rows, columns, {})),
+                  std::string("6000 -3 9 ") + shown + "; ");
+    // A plane without data whose bit belongs to the pixels, or to none, is only a remnant.
+    for (const int bit : {1, 12, 16, 40}) EXPECT_EQ(overlaysOf(embedded(bit)), "") << bit;
+    DicomBuilder nowhere = embedded(13);
+    nowhere.remove({0x6000, 0x0102});
+    EXPECT_EQ(overlaysOf(nowhere), "");
 }
 
 TEST(Overlays, ThatAreLargeAreReadFrameByFrameInAnyByteOrder) {
     // Planes of an odd number of bytes, so that every other one begins within a word.
     constexpr std::size_t rows = 301, columns = 1000, planes = 8, planeBytes = rows * columns / 8;
     const Bytes data = pixelsOfFrame(0, planeBytes * planes);
-    DicomBuilder builder = greyRun(planes);
-    withOverlay(builder, rows, columns, data).text(overlay(0x0015), "IS", std::to_string(planes));
-    for (const char* syntax : {"1.2.840.10008.1.2.1", "1.2.840.10008.1.2.2"}) {
+    auto builder = withOverlay(DicomBuilder::image(4, 4, planes).gradientPixels(), rows, columns, data);
+    builder.text({0x6000, 0x0015}, "IS", std::to_string(planes));
+    for (const char* syntax : {explicitUid, bigEndianUid}) {
         const auto source = std::make_shared<CountingSource>(builder.transferSyntax(syntax).build());
         const auto file = DicomFile::open(source).value();
         const Overlay& plane = file->overlays().at(0);
@@ -232,209 +400,6 @@ TEST(Overlays, ThatAreLargeAreReadFrameByFrameInAnyByteOrder) {
                     bits[i] != std::to_integer<int>(data[frame * planeBytes + i / 8] >> i % 8 & std::byte{1});
             EXPECT_EQ(wrong, 0u) << syntax << " " << frame;
         }
-    }
-}
-
-TEST(Overlays, InUnusedBitsAreTakenFromThePixelsAndImpossibleOnesLeftOut) {
-    const auto embedded = [](int bit, int frames = 2) {
-        DicomBuilder builder = DicomBuilder::image(1, 4, frames, 16, 12);
-        withOverlay(builder, 1, 4, {}).numbers(overlay(0x0102), "US", {bit});
-        builder.numbers(tags::HighBit, "US", {12});
-        return builder;
-    };
-    // Pixels in the bits from 1 to 12; those of the first and fourth pixel have bit 13, too.
-    const Bytes cells = bytesOf({3, 0x20, 2, 0, 3, 0x40, 4, 0x60, 0, 0, 0, 0x20, 1, 0, 0, 0x80});
-    for (const char* syntax : {"1.2.840.10008.1.2.1", "1.2.840.10008.1.2.2"}) {
-        const auto bits = [&](int bit, int frame) {
-            return bitsOf(embedded(bit).pixels(cells).transferSyntax(syntax), frame);
-        };
-        EXPECT_EQ(bits(13, 0), (Bits{1, 0, 0, 1}));
-        EXPECT_EQ(bits(13, 1), (Bits{0, 1, 0, 0}));
-        EXPECT_EQ(bits(0, 0), (Bits{1, 0, 1, 0}));
-        EXPECT_EQ(bits(15, 1), (Bits{0, 0, 0, 1}));
-    }
-    // Compressed cells have them too, here a segment of upper bytes and one of lower ones.
-    const Bytes stream = bytesOf({2, 0, 0, 0, 64, 0, 0, 0, 70}) + Bytes(55) +
-                         bytesOf({3, 0x20, 0, 0x40, 0x60, 0x80, 3, 1, 2, 3, 4, 0x80});
-    DicomBuilder rle = embedded(13, 1).transferSyntax(rleSyntax);
-    EXPECT_EQ(bitsOf(rle.encapsulatedFrames({stream}, OffsetTable::Empty), 0), (Bits{1, 0, 0, 1}));
-    for (const auto& [rows, columns] : {std::pair(0, 4), {65535, 65535}, {40, 40}}) {
-        DicomBuilder builder = greyRun();
-        withOverlay(builder, rows, columns, bytesOf({1, 2}));
-        EXPECT_TRUE(opened(builder)->overlays().empty()) << rows;
-    }
-    // A plane without data whose bit belongs to the pixels, or to none, is only a remnant.
-    for (const int bit : {1, 12, 16, 40}) {
-        EXPECT_TRUE(opened(embedded(bit).pixels(cells))->overlays().empty()) << bit;
-    }
-}
-
-/// `object` is the end of its SOP class.
-DicomBuilder greyPicture(const char* modality = "XA", const std::string& object = "12.1") {
-    DicomBuilder builder = DicomBuilder::image(2, 2, 3, 16, 12);
-    builder.gradientPixels()
-        .text(tags::Modality, "CS", modality)
-        .text(tags::SOPClassUID, "UI", "1.2.840.10008.5.1.4.1.1." + object);
-    return builder;
-}
-
-GreyTransform greyOf(const DicomBuilder& builder) { return opened(builder)->greyTransform(0); }
-
-DicomItem lut(std::vector<std::int64_t> descriptor, const std::vector<std::int64_t>& entries,
-              const char* kind = "US") {
-    DicomItem item;
-    item.numbers(tags::LUTDescriptor, kind, descriptor).numbers(tags::LUTData, "US", entries);
-    return item;
-}
-
-TEST(GreyRules, FirstWindowsComeFirstAndImpossibleOnesAreLeftOut) {
-    using Function = Window::Function;
-    using Windows = std::vector<std::tuple<double, double, Function>>;
-    for (const auto& [name, function] : {std::pair("", Function::Linear),
-                                         {"LINEAR_EXACT", Function::LinearExact},
-                                         {"SIGMOID", Function::Sigmoid}}) {
-        DicomBuilder builder = greyPicture();
-        builder.text(tags::WindowCenter, "DS", "40\\300\\7\\8")
-            .text(tags::WindowWidth, "DS", "400\\0.5\\1500")
-            .text(tags::VOILUTFunction, "CS", name);
-        Windows expected{{40, 400, function}, {300, 0.5, function}, {7, 1500, function}}, found;
-        if (function == Function::Linear) expected.erase(expected.begin() + 1);
-        for (const Window& each : greyOf(builder).windows)
-            found.emplace_back(each.center, each.width, each.function);
-        EXPECT_EQ(found, expected) << name;
-    }
-}
-
-TEST(GreyRules, ModalityStepIsLeftOutForProjectionsOfXRayOnly) {
-    for (const auto& [modality, object, applied] : {std::tuple("XA", "12.1", false),
-                                                    {"RF", "12.2", false},
-                                                    {"", "12.1.1", false},
-                                                    {"XA", "7", false},
-                                                    {"CT", "2", true},
-                                                    {"XA", "13.1.1", true}}) {
-        DicomBuilder builder = greyPicture(modality, object);
-        builder.text(tags::RescaleSlope, "DS", "2").text(tags::RescaleIntercept, "DS", "-1024");
-        EXPECT_EQ(greyOf(builder).rescale.has_value(), applied) << modality << object;
-        builder.sequence(tags::ModalityLUTSequence, {lut({4, 0, 16}, {1, 2, 3, 65535})});
-        EXPECT_EQ(greyOf(builder).modalityLut.has_value(), applied) << modality << object;
-        EXPECT_FALSE(greyOf(builder).rescale.has_value());
-    }
-}
-
-TEST(GreyRules, RescaleThatChangesNothingIsNone) {
-    using Numbers = std::optional<std::pair<double, double>>;
-    for (const auto& [slope, intercept, expected] : {std::tuple("1", "-1", Numbers({1, -1})),
-                                                     {"3", "", Numbers({3, 0})},
-                                                     {"", "5", Numbers({1, 5})},
-                                                     {"1", "0", Numbers()},
-                                                     {"0", "5", Numbers()},
-                                                     {"", "", Numbers()}}) {
-        DicomBuilder builder = greyPicture("CT", "2");
-        builder.text(tags::RescaleSlope, "DS", slope).text(tags::RescaleIntercept, "DS", intercept);
-        const auto rescale = greyOf(builder).rescale;
-        EXPECT_EQ(rescale ? Numbers({rescale->slope, rescale->intercept}) : Numbers(), expected)
-            << slope << ' ' << intercept;
-    }
-}
-
-TEST(GreyRules, LookUpTablesOfManyMakesAreUnderstood) {
-    struct Row {
-        const char* name;
-        LutDescriptor descriptor;
-        Bytes data;
-        std::size_t entries;
-        int bits, last;
-    };
-    for (const Row& row :
-         {Row{"bytes packed in words", {4, 0, 8}, bytesOf({1, 2, 3, 250}), 4, 8, 250},
-          {"odd number of bytes", {3, 0, 8}, bytesOf({1, 2, 250, 0}), 3, 8, 250},
-          {"8 bits in words", {2, 0, 8}, bytesOf({1, 0, 200, 0}), 2, 8, 200},
-          {"says 8, has 12", {2, 0, 8}, bytesOf({1, 0, 0xFF, 0x0F}), 2, 12, 4095},
-          {"says 16, has 8", {2, 0, 16}, bytesOf({1, 0, 200, 0}), 2, 8, 200},
-          {"says 16, has 15", {2, 0, 16}, bytesOf({1, 0, 0, 0x40}), 2, 16, 0x4000},
-          {"says 99", {2, 0, 99}, bytesOf({1, 0, 0xFF, 0x3F}), 2, 14, 0x3FFF},
-          {"too short", {8, 0, 16}, bytesOf({0, 0xFF, 0xFE, 0xFF}), 2, 16, 0xFFFE},
-          {"all 65536", {65536, 0, 16}, Bytes(2 * 65536, std::byte{0xFF}), 65536, 16, 0xFFFF}}) {
-        const auto table = makeLookupTable(row.descriptor, row.data);
-        ASSERT_TRUE(table) << row.name;
-        EXPECT_EQ(table->entries.size(), row.entries) << row.name;
-        EXPECT_EQ(table->bits, row.bits) << row.name;
-        EXPECT_EQ(table->entries.back(), row.last) << row.name;
-    }
-    EXPECT_FALSE(makeLookupTable({4, 0, 16}, {}));
-}
-
-TEST(GreyRules, FirstMappedValueIsSignedWhenTheInputIs) {
-    struct Row {
-        const char* kind;
-        int pixelRepresentation;
-        const char *slope, *intercept;
-        std::int64_t first;
-    };
-    for (const Row& row : {Row{"US", 0, "1", "0", 0xFC00},
-                           {"SS", 0, "1", "0", -1024},
-                           {"US", 0, "1", "-1024", -1024},
-                           {"US", 0, "-1", "4095", 0xFC00},
-                           {"US", 0, "-1", "4094", -1024},
-                           // As high as 64512, and one below.
-                           {"US", 1, "20", "23572", 0xFC00},
-                           {"US", 1, "20", "23571", -1024}}) {
-        DicomBuilder builder = greyPicture("CT", "2");
-        builder.numbers(tags::PixelRepresentation, "US", {row.pixelRepresentation})
-            .text(tags::RescaleSlope, "DS", row.slope)
-            .text(tags::RescaleIntercept, "DS", row.intercept)
-            .sequence(tags::VOILUTSequence, {lut({2, 0xFC00, 12}, {0, 4095}, row.kind)});
-        EXPECT_EQ(greyOf(builder).voiLuts.at(0).firstMapped, row.first)
-            << row.kind << row.pixelRepresentation << row.slope << row.intercept;
-        // Behind a table nothing is negative.
-        builder.sequence(tags::ModalityLUTSequence, {lut({2, 0xFC00, 12}, {0, 4095}, row.kind)});
-        const auto grey = greyOf(builder);
-        EXPECT_EQ(grey.voiLuts.at(0).firstMapped < 0, *row.kind == 'S');
-        EXPECT_EQ(grey.modalityLut->firstMapped < 0, *row.kind == 'S' || row.pixelRepresentation == 1);
-    }
-}
-
-TEST(GreyRules, EnhancedObjectsHaveTheirRulesFrameByFrame) {
-    const auto group = [](const char* center, const char* slope, std::int64_t last) {
-        DicomItem voi, values, frame;
-        voi.text(tags::WindowCenter, "DS", center).text(tags::WindowWidth, "DS", "100");
-        voi.sequence(tags::VOILUTSequence, {lut({2, 0, 16}, {0, last})});
-        values.text(tags::RescaleSlope, "DS", slope).text(tags::RescaleIntercept, "DS", "1");
-        frame.sequence(tags::FrameVOILUTSequence, {voi});
-        if (*slope) frame.sequence(tags::PixelValueTransformationSequence, {values});
-        return frame;
-    };
-    DicomBuilder builder = greyPicture("CT", "2.1");
-    builder.sequence(tags::SharedFunctionalGroups, {group("1", "5", 30000)});
-    // Where a frame's group names neither window nor table, the header's are taken.
-    builder.text(tags::WindowCenter, "DS", "9").text(tags::WindowWidth, "DS", "9");
-    builder.sequence(tags::VOILUTSequence, {lut({2, 0, 16}, {0, 60000})});
-    const DicomItem bare = DicomItem().sequence(tags::FrameVOILUTSequence, {DicomItem()});
-    builder.sequence(tags::PerFrameFunctionalGroups, {group("10", "2", 40000), group("20", "", 50000), bare});
-    const auto file = opened(builder);
-    EXPECT_TRUE(file->hasGreyRulesByFrame());
-    EXPECT_FALSE(opened(greyPicture())->hasGreyRulesByFrame());
-    const std::array<double, 3> expected[] = {{10, 2, 40000}, {20, 5, 50000}, {9, 5, 60000}, {1, 5, 30000}};
-    for (int frame = 0; frame < 4; ++frame) {
-        const auto grey = file->greyTransform(frame);
-        EXPECT_EQ(grey.windows.at(0).center, expected[frame][0]);
-        EXPECT_EQ(grey.rescale.value().slope, expected[frame][1]);
-        EXPECT_EQ(grey.voiLuts.at(0).entries.back(), expected[frame][2]);
-    }
-}
-
-TEST(GreyRules, PaddingIsSignedAsThePixelsAreAndShapesMayInvert) {
-    DicomBuilder builder = greyPicture();
-    EXPECT_FALSE(greyOf(builder).inverse || greyOf(builder).padding);
-    builder.text(tags::PresentationLUTShape, "CS", "INVERSE")
-        .numbers(tags::PixelPaddingValue, "US", {0xF830})
-        .numbers(tags::PixelPaddingRangeLimit, "SS", {-2100});
-    using Range = std::pair<std::int64_t, std::int64_t>;
-    for (const auto& [isSigned, range] : {std::pair(0, Range(0xF7CC, 0xF830)), {1, {-2100, -2000}}}) {
-        builder.numbers(tags::PixelRepresentation, "US", {isSigned});
-        const auto grey = greyOf(builder);
-        EXPECT_TRUE(grey.inverse);
-        EXPECT_EQ(grey.padding, range);
     }
 }
 
