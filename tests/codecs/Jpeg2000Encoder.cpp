@@ -1,36 +1,20 @@
 #include "tests/codecs/Encoders.h"
 
+#include <QTemporaryFile>
 #include <openjpeg.h>
 
 #include <algorithm>
-#include <sstream>
 #include <stdexcept>
 
 namespace cinedisc::test {
 namespace {
 
-OPJ_SIZE_T write(void* from, OPJ_SIZE_T count, void* to) {
-    static_cast<std::ostringstream*>(to)->write(static_cast<const char*>(from),
-                                                static_cast<std::streamsize>(count));
-    return count;
-}
-
-OPJ_OFF_T skip(OPJ_OFF_T count, void* to) {
-    *static_cast<std::ostringstream*>(to) << std::string(static_cast<std::size_t>(count), 0);
-    return count;
-}
-
-OPJ_BOOL seek(OPJ_OFF_T position, void* to) {
-    static_cast<std::ostringstream*>(to)->seekp(position);
-    return OPJ_TRUE;
-}
-
 opj_image_t* imageOf(const Raster& raster, const Jpeg2000Making& making) {
     const auto count = static_cast<OPJ_UINT32>(raster.components),
                bits = static_cast<OPJ_UINT32>(raster.bits);
-    const auto start = static_cast<OPJ_UINT32>(making.offset),
-               right = start + static_cast<OPJ_UINT32>(raster.columns),
-               bottom = start + static_cast<OPJ_UINT32>(raster.rows);
+    const auto start = static_cast<OPJ_UINT32>(making.offset);
+    const OPJ_UINT32 right = start + static_cast<OPJ_UINT32>(raster.columns),
+                     bottom = start + static_cast<OPJ_UINT32>(raster.rows);
     opj_image_cmptparm_t parts[3]{};
     for (OPJ_UINT32 c = 0; c < count; ++c) {
         const OPJ_UINT32 step = making.subsampled && c > 0 ? 2 : 1, first = (start + step - 1) / step;
@@ -74,13 +58,10 @@ std::vector<std::uint8_t> jpeg2000Encoded(const Raster& raster, const Jpeg2000Ma
         parameters.tile_size_on = OPJ_TRUE;
         parameters.cp_tdx = parameters.cp_tdy = making.tileSize;
     }
-    std::ostringstream bytes;
+    QTemporaryFile file;
+    if (!file.open()) throw std::runtime_error("no temporary file");
     opj_codec_t* codec = opj_create_compress(making.inFileFormat ? OPJ_CODEC_JP2 : OPJ_CODEC_J2K);
-    opj_stream_t* stream = opj_stream_default_create(OPJ_STREAM_WRITE);
-    opj_stream_set_write_function(stream, write);
-    opj_stream_set_skip_function(stream, skip);
-    opj_stream_set_seek_function(stream, seek);
-    opj_stream_set_user_data(stream, &bytes, nullptr);
+    opj_stream_t* stream = opj_stream_create_default_file_stream(qPrintable(file.fileName()), OPJ_FALSE);
     const bool good = opj_setup_encoder(codec, &parameters, image) &&
                       opj_start_compress(codec, image, stream) && opj_encode(codec, stream) &&
                       opj_end_compress(codec, stream);
@@ -88,7 +69,7 @@ std::vector<std::uint8_t> jpeg2000Encoded(const Raster& raster, const Jpeg2000Ma
     opj_destroy_codec(codec);
     opj_image_destroy(image);
     if (!good) throw std::runtime_error("not encoded");
-    const std::string written = bytes.str();
+    const QByteArray written = file.readAll();
     return {written.begin(), written.end()};
 }
 

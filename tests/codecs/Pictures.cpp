@@ -1,6 +1,5 @@
-#include "tests/codecs/Pictures.h"
-
 #include "dicom/codecs/FrameDecoder.h"
+#include "tests/codecs/Encoders.h"
 
 #include <algorithm>
 #include <random>

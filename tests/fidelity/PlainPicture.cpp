@@ -9,84 +9,56 @@ namespace cinedisc::fidelity {
 
 namespace {
 
-/// The stored values of a native frame: masked, shifted and signed as PS3.5 section 8.1.1 says, samples of a
-/// pixel side by side.
+/// The stored values of a native frame in little endian, masked, shifted and signed as PS3.5 section 8.1.1
+/// says, samples of a pixel side by side; none when the data do not suffice.
 struct StoredSamples {
-    int rows = 0;
-    int columns = 0;
-    int perPixel = 1;
-    int bits = 8;
-    bool isSigned = false;
-    bool isFloat = false;
+    explicit StoredSamples(DcmItem& native)
+        : header(native),
+          rows(header.integer(DCM_Rows, 0)),
+          columns(header.integer(DCM_Columns, 0)),
+          perPixel(header.integer(DCM_SamplesPerPixel, 1)),
+          allocated(header.integer(DCM_BitsAllocated, 8)),
+          bits(header.integer(DCM_BitsStored, allocated)),
+          shift(header.integer(DCM_HighBit, allocated - 1) + 1 - bits),
+          isSigned(header.integer(DCM_PixelRepresentation, 0) == 1) {
+        const auto pixels = static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns);
+        const std::size_t count = pixels * static_cast<std::size_t>(perPixel);
+        const Float32* reals = nullptr;
+        unsigned long there = 0;
+        isFloat = native.findAndGetFloat32Array(DCM_FloatPixelData, reals, &there).good() && there >= count;
+        if (isFloat) values.assign(reals, reals + count);
+        DcmElement* element = nullptr;
+        native.findAndGetElement(DCM_PixelData, element);
+        const Uint8* bytes = element ? pixelBytes(*element) : nullptr;
+        if (isFloat || !bytes) return;
+        const std::size_t length = element->getLength();
+        const bool sharesColours =
+            header.text(DCM_PhotometricInterpretation) == "YBR_FULL_422" && length < count;
+        if (!sharesColours && length * 8 < count * static_cast<std::size_t>(allocated)) return;
+        const bool isPlanar = perPixel == 3 && header.integer(DCM_PlanarConfiguration, 0) == 1;
+        for (std::size_t i = 0; i < count; ++i) {
+            // PS3.3 C.7.6.3.1.2: two luminances, then the chrominances that they share.
+            const std::size_t pair = i / 6 * 4, shared = i % 3 ? pair + 1 + i % 3 : pair + i / 3 % 2;
+            values.push_back(valueAt(bytes, sharesColours ? shared : isPlanar ? i % 3 * pixels + i / 3 : i));
+        }
+    }
+
+    HeaderReader header;
+    int rows, columns, perPixel, allocated, bits, shift;
+    bool isSigned, isFloat = false;
     std::vector<double> values;
+
+  private:
+    double valueAt(const Uint8* bytes, std::size_t index) const {
+        if (allocated == 1) return bytes[index / 8] >> (index % 8) & 1;
+        Uint32 cell = 0;
+        const auto cellBytes = static_cast<std::size_t>(allocated / 8);
+        for (std::size_t i = cellBytes; i-- > 0;) cell = cell << 8 | bytes[index * cellBytes + i];
+        const double range = std::ldexp(1.0, bits);
+        const double value = std::fmod(std::floor(cell / std::ldexp(1.0, shift)), range);
+        return isSigned && value >= range / 2 ? value - range : value;
+    }
 };
-
-double takeValue(const Uint8* bytes, std::size_t index, int allocated, int stored, int highBit,
-                 bool isSigned) {
-    if (allocated == 1) return bytes[index / 8] >> (index % 8) & 1;
-    Uint32 cell = 0;
-    const auto cellBytes = static_cast<std::size_t>(allocated / 8);
-    for (std::size_t i = cellBytes; i-- > 0;) cell = cell << 8 | bytes[index * cellBytes + i];
-    const double range = std::ldexp(1.0, stored);
-    const double value = std::fmod(std::floor(cell / std::ldexp(1.0, highBit + 1 - stored)), range);
-    return isSigned && value >= range / 2 ? value - range : value;
-}
-
-/// PS3.3 C.7.6.3.1.2: two luminances, then the chrominances that they share.
-void takeSharedChrominance(const Uint8* bytes, StoredSamples& into) {
-    for (std::size_t i = 0; i < into.values.size() / 3; ++i) {
-        const std::size_t pair = i / 2 * 4;
-        into.values[i * 3] = bytes[pair + i % 2];
-        into.values[i * 3 + 1] = bytes[pair + 2];
-        into.values[i * 3 + 2] = bytes[pair + 3];
-    }
-}
-
-/// Takes them one by one out of a data set with native little endian pixels; no values when they do not
-/// suffice.
-StoredSamples storedSamples(DcmItem& native) {
-    const HeaderReader header(native);
-    StoredSamples samples;
-    samples.rows = header.integer(DCM_Rows, 0);
-    samples.columns = header.integer(DCM_Columns, 0);
-    samples.perPixel = header.integer(DCM_SamplesPerPixel, 1);
-    samples.isSigned = header.integer(DCM_PixelRepresentation, 0) == 1;
-    const auto pixels = static_cast<std::size_t>(samples.rows) * static_cast<std::size_t>(samples.columns);
-    const auto perPixel = static_cast<std::size_t>(samples.perPixel);
-    const std::size_t count = pixels * perPixel;
-
-    const Float32* reals = nullptr;
-    unsigned long there = 0;
-    if (native.findAndGetFloat32Array(DCM_FloatPixelData, reals, &there).good() && there >= count) {
-        samples.isFloat = true;
-        samples.values.assign(reals, reals + count);
-        return samples;
-    }
-    const int allocated = header.integer(DCM_BitsAllocated, 8);
-    const int highBit = header.integer(DCM_HighBit, allocated - 1);
-    samples.bits = header.integer(DCM_BitsStored, allocated);
-
-    DcmElement* element = nullptr;
-    native.findAndGetElement(DCM_PixelData, element);
-    const Uint8* bytes = element ? pixelBytes(*element) : nullptr;
-    if (!bytes) return samples;
-    const std::size_t length = element->getLength();
-    samples.values.resize(count);
-    if (header.text(DCM_PhotometricInterpretation) == "YBR_FULL_422" && length < count) {
-        takeSharedChrominance(bytes, samples);
-        return samples;
-    }
-    if (length * 8 < count * static_cast<std::size_t>(allocated)) {
-        samples.values.clear();
-        return samples;
-    }
-    const bool planar = samples.perPixel == 3 && header.integer(DCM_PlanarConfiguration, 0) == 1;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t cell = planar ? i % 3 * pixels + i / 3 : i;
-        samples.values[i] = takeValue(bytes, cell, allocated, samples.bits, highBit, samples.isSigned);
-    }
-    return samples;
-}
 
 /// From one stored value to the displayed level, 0 to 255, by the formulas of PS3.3 C.11.
 class PlainGrey {
@@ -171,7 +143,7 @@ class PlainGrey {
             high = low + range - 1;
         } else {
             const auto first = file.nativeFrame(0);
-            for (const double value : storedSamples(*first).values) {
+            for (const double value : StoredSamples(*first).values) {
                 if (isPadding(value)) continue;
                 low = std::min(low, value);
                 high = std::max(high, value);
@@ -202,12 +174,12 @@ void paintGrey(ReferenceFile& file, int frame, const StoredSamples& samples, Pix
 }
 
 /// PS3.3 C.7.6.3.1.2.
-void paintColour(const std::string& photometric, const StoredSamples& samples, Pixels& into) {
+void paintColour(const StoredSamples& samples, Pixels& into) {
+    const bool isRgb = !samples.header.text(DCM_PhotometricInterpretation).starts_with("YBR_FULL");
     const double scale = 255 / (std::ldexp(1.0, samples.bits) - 1);
     for (std::size_t i = 0; i + 2 < samples.values.size(); i += 3) {
         const double a = samples.values[i] * scale, b = samples.values[i + 1] * scale,
                      c = samples.values[i + 2] * scale;
-        const bool isRgb = !photometric.starts_with("YBR_FULL");
         into.rgb[i] = displayed(isRgb ? a : a + 1.402 * (c - 128));
         into.rgb[i + 1] = displayed(isRgb ? b : a - 0.344136 * (b - 128) - 0.714136 * (c - 128));
         into.rgb[i + 2] = displayed(isRgb ? c : a + 1.772 * (b - 128));
@@ -215,15 +187,10 @@ void paintColour(const std::string& photometric, const StoredSamples& samples, P
 }
 
 /// PS3.3 C.7.6.3.1.5 and C.7.6.3.1.6.
-void paintPalette(const HeaderReader& header, const StoredSamples& samples, Pixels& into) {
-    const DcmTagKey descriptors[] = {DCM_RedPaletteColorLookupTableDescriptor,
-                                     DCM_GreenPaletteColorLookupTableDescriptor,
-                                     DCM_BluePaletteColorLookupTableDescriptor};
-    const DcmTagKey tables[] = {DCM_RedPaletteColorLookupTableData, DCM_GreenPaletteColorLookupTableData,
-                                DCM_BluePaletteColorLookupTableData};
+void paintPalette(const StoredSamples& samples, Pixels& into) {
     for (std::size_t c = 0; c < 3; ++c) {
-        const auto descriptor = header.words(descriptors[c]);
-        const auto entries = header.words(tables[c]);
+        const auto descriptor = samples.header.words({0x0028, static_cast<Uint16>(0x1101 + c)});
+        const auto entries = samples.header.words({0x0028, static_cast<Uint16>(0x1201 + c)});
         if (descriptor.size() < 3 || entries.empty()) return;
         const double last = static_cast<double>(entries.size()) - 1;
         for (std::size_t i = 0; i < samples.values.size(); ++i) {
@@ -289,48 +256,28 @@ void closeShutter(const HeaderReader& header, Pixels& picture) {
     }
 }
 
-/// An overlay plane (PS3.3 C.9.2): the bits of its own data or, without any, one bit of each pixel cell.
-class Plane {
-  public:
-    Plane(const HeaderReader& header, Uint16 group, int frame)
-        : rows(header.integer({group, 0x0010}, 0)), columns(header.integer({group, 0x0011}, 0)) {
-        isEmbedded_ = !header.has({group, 0x3000});
-        words_ = header.words(isEmbedded_ ? DCM_PixelData : DcmTagKey(group, 0x3000));
-        bit_ = header.integer({group, 0x0102}, 0);
-        const bool isMultiFrame = header.has({group, 0x0015}) && !isEmbedded_;
-        const int own = isMultiFrame ? frame + 1 - header.integer({group, 0x0051}, 1) : 0;
-        const bool isThere = own >= 0 && own < header.integer({group, 0x0015}, 1);
-        if (!isThere) rows = 0;
-        first_ = static_cast<std::size_t>(std::max(own, 0)) * static_cast<std::size_t>(rows * columns);
-        const auto origin = header.numbers({group, 0x0050});
-        if (origin.size() == 2) {
-            top = static_cast<int>(origin[0]);
-            left = static_cast<int>(origin[1]);
-        }
-    }
-
-    bool operator()(int row, int column) const {
-        const std::size_t pixel = first_ + static_cast<std::size_t>(row * columns + column);
-        const std::size_t word = isEmbedded_ ? pixel : pixel / 16;
-        const std::size_t bit = isEmbedded_ ? static_cast<std::size_t>(bit_) : pixel % 16;
-        return word < words_.size() && (words_[word] >> bit & 1);
-    }
-
-    int rows, columns, top = 1, left = 1;
-
-  private:
-    bool isEmbedded_ = false;
-    int bit_ = 0;
-    std::size_t first_ = 0;
-    std::vector<Uint16> words_;
-};
-
+/// Draws an overlay plane (PS3.3 C.9.2): the bits of its own data or, without any, one bit of each pixel
+/// cell.
 void layOverlay(const HeaderReader& header, Uint16 group, int frame, std::uint8_t grey, Pixels& picture) {
-    const Plane plane(header, group, frame);
-    for (int row = 0; row < plane.rows; ++row) {
-        for (int column = 0; column < plane.columns; ++column)
-            if (plane(row, column)) paint(picture, plane.top + row, plane.left + column, grey);
-    }
+    const auto number = [&](Uint16 element, int otherwise) {
+        return header.integer({group, element}, otherwise);
+    };
+    const int rows = number(0x0010, 0), columns = number(0x0011, 0), plane = number(0x0102, 0);
+    const bool isEmbedded = !header.has({group, 0x3000});
+    const bool isMultiFrame = header.has({group, 0x0015}) && !isEmbedded;
+    const int own = isMultiFrame ? frame + 1 - number(0x0051, 1) : 0;
+    if (own < 0 || own >= number(0x0015, 1)) return;
+    auto origin = header.numbers({group, 0x0050});
+    if (origin.size() != 2) origin = {1, 1};
+    const auto words = header.words(isEmbedded ? DCM_PixelData : DcmTagKey(group, 0x3000));
+    for (int row = 0; row < rows; ++row)
+        for (int column = 0; column < columns; ++column) {
+            const auto pixel = static_cast<std::size_t>((own * rows + row) * columns + column);
+            const std::size_t word = isEmbedded ? pixel : pixel / 16;
+            const int bit = isEmbedded ? plane : static_cast<int>(pixel % 16);
+            if (word < words.size() && (words[word] >> bit & 1))
+                paint(picture, static_cast<int>(origin[0]) + row, static_cast<int>(origin[1]) + column, grey);
+        }
 }
 
 /// Lays the display shutter, then the overlay planes of a frame (counted from 0) over a picture, pixel by
@@ -349,20 +296,17 @@ void coverPlainly(const HeaderReader& header, int frame, Pixels& picture) {
 Pixels plainPicture(ReferenceFile& file, int frame) {
     const auto native = file.nativeFrame(frame);
     if (!native) return {};
-    const StoredSamples samples = storedSamples(*native);
+    const StoredSamples samples(*native);
     if (samples.values.empty()) return {};
     Pixels picture{samples.rows, samples.columns, {}};
     picture.rgb.resize(samples.values.size() / static_cast<std::size_t>(samples.perPixel) * 3);
-    const HeaderReader header(*native);
-    const std::string photometric = header.text(DCM_PhotometricInterpretation);
-    if (samples.perPixel == 3) {
-        paintColour(photometric, samples, picture);
-    } else if (photometric == "PALETTE COLOR") {
-        paintPalette(header, samples, picture);
-    } else {
+    if (samples.perPixel == 3)
+        paintColour(samples, picture);
+    else if (samples.header.text(DCM_PhotometricInterpretation) == "PALETTE COLOR")
+        paintPalette(samples, picture);
+    else
         paintGrey(file, frame, samples, picture);
-    }
-    coverPlainly(header, frame, picture);
+    coverPlainly(samples.header, frame, picture);
     return picture;
 }
 
