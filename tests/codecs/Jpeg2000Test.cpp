@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 namespace cinedisc::test {
 namespace {
@@ -113,20 +114,12 @@ TEST(WorkBounds, PicturesDecodedInBandsAreTheSame) {
     }
 }
 
-/// A progressive stream of a single grey with so many scans, of which the last is repeated.
-Bytes progressive(std::size_t scans) {
-    Bytes stream = dcmtkLossy(blank(16, 16), LossyProcess::Progressive, 90), last;
-    std::size_t count = 0;
-    for (std::size_t at = 0; at + 1 < stream.size() && count < scans; ++at)
-        if (stream[at] == 0xFF && stream[at + 1] == 0xDA) {
-            ++count;
-            const std::size_t end = at + 2 + placeOf(std::span(stream).subspan(at + 2), 0xC4);
-            last.assign(&stream[at], &stream[std::min(end, placeOf(stream, 0xD9))]);
-            if (count == scans) stream.resize(at);
-        }
-    stream.resize(std::min(stream.size(), placeOf(stream, 0xD9)));
-    for (count -= count == scans; count < scans; ++count)
-        stream.insert(stream.end(), last.begin(), last.end());
+/// A progressive stream of a single grey, of which the first scan comes so many times.
+Bytes progressive(int scans) {
+    const Bytes one = dcmtkLossy(blank(16, 16), LossyProcess::Progressive, 90);
+    const std::size_t from = placeOf(one, 0xDA), to = from + placeOf(std::span(one).subspan(from), 0xC4);
+    Bytes stream(&one[0], &one[from]);
+    for (; scans > 0; --scans) stream.insert(stream.end(), &one[from], &one[to]);
     stream.insert(stream.end(), {0xFF, 0xD9});
     return stream;
 }
@@ -138,28 +131,22 @@ TEST(WorkBounds, MoreScansThanAPictureCanNeedAreNotDecoded) {
     EXPECT_EQ(decoded(progressive(101), format, Compression::Jpeg).error().kind, Kind::Broken);
 
     using namespace dicom::codecs::marker;
-    struct Work {
-        int precision;
-        std::uint8_t process;
-        int side;
-        std::size_t scans;
-        std::optional<Kind> error;
-    };
-    for (const Work& work : {Work{8, sof2, 8192, 64, {}},  // 2 ^ 26 blocks
-                             {8, sof2, 8193, 64, Kind::Broken},
-                             // Coefficients of 2 bytes each.
-                             {8, sof2, 11500, 2, {}},
-                             {8, sof2, 12000, 2, Kind::TooLarge},
-                             {12, sof2, 10000, 2, {}},
-                             {12, sof2, 10500, 2, Kind::TooLarge},
-                             {8, sof0, 16000, 2, {}},  // the first scan holds all
-                             {12, sof1, 16000, 1, Kind::TooLarge}}) {
-        const Bytes stream = progressive(work.scans);
+    const std::tuple<int, std::uint8_t, int, int, std::optional<Kind>> rows[] = {
+        {8, sof2, 8192, 64, {}},  // 2 ^ 26 blocks
+        {8, sof2, 8193, 64, Kind::Broken},
+        {8, sof2, 11500, 2, {}},  // coefficients of 2 bytes each
+        {8, sof2, 12000, 2, Kind::TooLarge},
+        {12, sof2, 10000, 2, {}},
+        {12, sof2, 10500, 2, Kind::TooLarge},
+        {8, sof0, 16000, 2, {}},  // the first scan holds all
+        {12, sof1, 16000, 1, Kind::TooLarge}};
+    for (const auto& [precision, process, side, scans, error] : rows) {
+        const Bytes stream = progressive(scans);
         dicom::codecs::JpegHeader header = dicom::codecs::readJpegHeader(stream).value();
-        header.precision = work.precision;
-        header.startOfFrame = work.process;
-        const auto found = dicom::codecs::jpegWorkError(stream, header, greyFormat(work.side, work.side, 8));
-        EXPECT_EQ(found ? std::optional(found->kind) : std::nullopt, work.error) << work.side;
+        header.precision = precision;
+        header.startOfFrame = process;
+        const auto found = dicom::codecs::jpegWorkError(stream, header, greyFormat(side, side, 8));
+        EXPECT_EQ(found ? std::optional(found->kind) : std::nullopt, error) << side;
     }
 }
 
