@@ -207,6 +207,12 @@ TEST(DataSetParsing, BoundsTheNumberOfElementsItemsAndFragments) {
         EXPECT_EQ(error(sequence(500'000)), Kind::TooLarge);
     }
     EXPECT_EQ(error(fragments + repeated(item, 499'999) + end, explicitLittle), std::nullopt);
+    EXPECT_FALSE(Parsed(fragments + end, explicitLittle).data.elements.at(0).held);
+    // What is no item ends a sequence.
+    EXPECT_EQ(error(element(privateElement, open, item + empty)), Kind::Broken);
+    const Parsed closed(element(privateElement, 16, item + empty) + empty, implicitLittle);
+    EXPECT_EQ(closed.data.elements.size(), 2u);
+    EXPECT_EQ(closed.data.elements.at(0).items.size(), 1u);
     EXPECT_EQ(error(fragments + repeated(item, 500'000) + end, explicitLittle), Kind::Broken);
     EXPECT_EQ(error(fragments + element(0xE000FFFE, 9, Bytes(8)), explicitLittle), Kind::Broken);
 }
@@ -351,13 +357,17 @@ TEST(DataSetNumbers, AreReadFromTextAndBinaryAndStopAtNonsense) {
     DicomBuilder builder;
     put(builder,
         "ShutterLeftVerticalEdge= +12\\-3 \\x\\5, WindowCenter=1,5\\2.5e2\\nan, "
-        "SS:SmallestImagePixelValue=-5\\7, InstanceNumber=99999999999999999999");
+        "InstanceNumber=99999999999999999999");
     builder.numbers({0x0028, 0x0009}, "AT", {0x0018, 0x1063}).reals({0x0018, 0x9073}, "FD", {0.25});
     const auto file = opened(builder);
     const DataSet& header = file->header();
     EXPECT_EQ(header.integers({0x0018, 0x1602}), (std::vector<std::int64_t>{12, -3}));
     EXPECT_EQ(header.decimals({0x0028, 0x1050}), (std::vector<double>{1.5, 250}));
-    EXPECT_EQ(header.integers({0x0028, 0x0106}), (std::vector<std::int64_t>{-5, 7}));
+    for (const char* kind : {"SS", "SL", "SV", "US", "UL", "UV", "OW", "OL", "OV", "OB"}) {
+        const std::vector<std::int64_t> numbers{*kind == 'S' ? -5 : 5, 7};
+        builder.numbers({0x0028, 0x0106}, kind, numbers);
+        EXPECT_EQ(opened(builder)->header().integers({0x0028, 0x0106}), numbers) << kind;
+    }
     EXPECT_EQ(header.integer({0x0028, 0x0009}), 0x00181063);
     EXPECT_EQ(header.decimal({0x0018, 0x9073}), 0.25);
     EXPECT_GT(header.integer({0x0020, 0x0013}).value(), 1'000'000'000'000'000'000);
