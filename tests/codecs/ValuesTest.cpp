@@ -329,6 +329,24 @@ TEST(Values, NativeColourBecomesEightBitTriples) {
     }
 }
 
+TEST(Values, SingleBitsComeFromTheBytesOfTheirPlane) {
+    for (const int components : {1, 3}) {
+        const Raster packed = raster(1, 5, components, 8, Texture::Noise);
+        auto format = formatOf(packed);
+        format.rows = 3;
+        format.columns = 13;
+        format.bitsAllocated = format.bitsStored = 1;
+        format.highBit = 0;
+        Values expected;
+        for (int i = 0; i < 39 * components; ++i) {
+            const int pixel = i / components, byte = pixel / 8 * components + i % components;
+            const int bit = packed.samples[static_cast<std::size_t>(byte)] >> pixel % 8 & 1;
+            expected.push_back(components == 3 ? bit * 255 : bit);
+        }
+        EXPECT_EQ(samplesOf(decoded(rleEncoded(packed), format, Compression::Rle)), expected);
+    }
+}
+
 TEST(Values, NumberOfComponentsFollowsTheHeader) {
     const auto grey = samplesOf(decoded(dcmtkLossy(fields(16, 16), LossyProcess::Baseline, 100),
                                         greyFormat(16, 16, 8), Compression::Jpeg));

@@ -152,26 +152,25 @@ TEST(Presentation, LookUpTablesOfManyMakesAreUnderstood) {
         {"VOILUTSequence.LUTDescriptor=4\\0\\8", ""},
         {"VOILUTSequence.LUTData=4\\0\\8", ""},
     };
-    // The first mapped value is signed when it is said to be or lies beyond an input with negative values.
-    for (const std::array<std::string, 6>& row :
-         std::vector<std::array<std::string, 6>>{{"US", "0", "2", "0", "64512", "64512"},
-                                                 {"SS", "0", "2", "0", "-1024", "-1024"},
-                                                 {"US", "0", "1", "-1024", "-1024", "64512"},
-                                                 {"US", "0", "-1", "4095", "64512", "64512"},
-                                                 {"US", "0", "-1", "4094", "-1024", "64512"},
-                                                 // As high as 64512, and one below.
-                                                 {"US", "1", "20", "23572", "64512", "-1024"},
-                                                 {"US", "1", "20", "23571", "-1024", "-1024"}}) {
-        const auto& [kind, isSigned, slope, intercept, first, ofModality] = row;
-        const std::string table = kind + ":LUTDescriptor=2\\0xFC00\\12, LUTData=0\\4095";
-        const std::string item = "PixelRepresentation=" + isSigned + ", " + slice(slope, intercept) + ", " +
-                                 in("VOILUTSequence", table);
-        const std::string behind = " 12 0 4095; ", same = kind == "SS" ? "-1024" : "64512";
-        rows.push_back({item, "rescale " + slope + ' ' + intercept + "; voi " + first + behind});
-        // Behind a table nothing is negative.
-        rows.push_back({item + ", " + in("ModalityLUTSequence", table),
-                        "modality " + ofModality + behind + "voi " + same + behind});
-    }
+    // The first mapped value is signed when it is said to be or lies beyond an input with negative values;
+    // behind a table nothing is negative.
+    const std::string same = "LUTDescriptor=2\\0xFC00\\12, LUTData=0\\4095", sign = ", PixelRepresentation=1";
+    const std::string unstated = ", " + in("VOILUTSequence", "US:" + same);
+    const std::string stated = ", " + in("VOILUTSequence", "SS:" + same);
+    const std::string positive = "64512 12 0 4095; ", negative = "-1024 12 0 4095; ";
+    rows.insert(rows.end(),
+                {{slice("2", "0") + unstated, "rescale 2 0; voi " + positive},
+                 {slice("2", "0") + stated, "rescale 2 0; voi " + negative},
+                 {slice("1", "-1024") + unstated, "rescale 1 -1024; voi " + negative},
+                 {slice("-1", "4095") + unstated, "rescale -1 4095; voi " + positive},
+                 {slice("-1", "4094") + unstated, "rescale -1 4094; voi " + negative},
+                 // As high as 64512, and one below.
+                 {slice("20", "23572") + sign + unstated, "rescale 20 23572; voi " + positive},
+                 {slice("20", "23571") + sign + unstated, "rescale 20 23571; voi " + negative},
+                 {slice("1", "0") + sign + unstated + ", " + in("ModalityLUTSequence", "US:" + same),
+                  "modality " + negative + "voi " + positive},
+                 {slice("1", "0") + stated + ", " + in("ModalityLUTSequence", "US:" + same),
+                  "modality " + positive + "voi " + negative}});
     expectTold(rows);
 }
 
