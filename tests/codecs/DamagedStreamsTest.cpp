@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cctype>
 #include <functional>
+#include <map>
 #include <random>
 #include <sstream>
 #include <thread>
@@ -255,14 +257,12 @@ TEST(DamagedStreams, HeadersThatMakeNoSenseAreErrors) {
                 std::copy(bytes.begin(), bytes.end(), &stream[at]);
             }
             const auto frame = decoded(stream, sample->format, sample->compression);
-            ASSERT_EQ(frame.ok(), change.back() == '=') << (frame ? "" : frame.error().detail);
+            const Kind kind = frame ? NoPicture : frame.error().kind;
+            const std::map<Kind, char> signs{
+                {NoPicture, '='}, {Broken, '!'}, {Unsupported, '?'}, {CutOff, '/'}};
+            ASSERT_EQ(signs.at(kind), std::isxdigit(change.back()) ? '!' : change.back());
             if (frame) {
                 EXPECT_EQ(samplesOf(frame), sample->samples(sample->bytes));
-            } else {
-                EXPECT_EQ(frame.error().kind, change.back() == '?'   ? Unsupported
-                                              : change.back() == '/' ? CutOff
-                                                                     : Broken)
-                    << frame.error().detail;
             }
         }
     }
@@ -273,8 +273,8 @@ TEST(DamagedStreams, WhatCannotBeDecodedIsNamed) {
     cells12.bitsAllocated = 12;
     cells64.bitsAllocated = 64;
     four.samplesPerPixel = 4;
-    auto floats = greyFormat(4, 4, 32), colourFloats = colourFormat(4, 4),
-         doubles = greyFormat(6000, 6000, 32);
+    auto floats = greyFormat(4, 4, 32), colourFloats = colourFormat(4, 4);
+    auto doubles = greyFormat(6000, 6000, 32);
     floats.sampleKind = colourFloats.sampleKind = dicom::SampleKind::Float;
     doubles.sampleKind = dicom::SampleKind::Double;
     const auto pairs = dicom::Photometric::YbrFull422, partial420 = dicom::Photometric::YbrPartial420;
@@ -288,16 +288,12 @@ TEST(DamagedStreams, WhatCannotBeDecodedIsNamed) {
         {CutOff, 31, {greyFormat(4, 4, 12), colourFormat(4, 4, pairs)}},
         {CutOff, 0, {greyFormat(4, 4, 12)}},
         {CutOff, 47, {colourFormat(4, 4), floats}},
-        {Broken,
-         100,
-         {greyFormat(0, 4, 8), greyFormat(4, 0, 8), greyFormat(65536, 1, 8), greyFormat(1, 65536, 8)}},
-        {CutOff,
-         100,
-         {greyFormat(1, 65535, 8), greyFormat(65535, 1, 8), greyFormat(16384, 16384, 8),
-          colourFormat(8000, 8000)}},
-        {TooLarge,
-         100,
-         {greyFormat(16384, 16385, 8), greyFormat(16384, 8193, 16), doubles, colourFormat(8500, 8500)}},
+        {Broken, 100, {greyFormat(0, 4, 8), greyFormat(4, 0, 8)}},
+        {Broken, 100, {greyFormat(65536, 1, 8), greyFormat(1, 65536, 8)}},
+        {CutOff, 100, {greyFormat(1, 65535, 8), greyFormat(65535, 1, 8)}},
+        {CutOff, 100, {greyFormat(16384, 16384, 8), colourFormat(8000, 8000)}},
+        {TooLarge, 100, {greyFormat(16384, 16385, 8), greyFormat(16384, 8193, 16)}},
+        {TooLarge, 100, {doubles, colourFormat(8500, 8500)}},
         {Unsupported, 1000, {colourFormat(4, 4, partial420), colourFloats, cells12, cells64, four}},
         {Unsupported, 100, {floats, cells12}, Compression::Rle},
         {CutOff, 0, {greyFormat(4, 4, 8)}, Compression::Jpeg},

@@ -432,6 +432,19 @@ TEST(EncapsulatedFrames, AreWholeWhenTheSyntaxOrElseTheHeaderVouchesForIt) {
     }
 }
 
+TEST(EncapsulatedFrames, OfWaveletsAreSlowAndLargeOnesDecodedByAllProcessors) {
+    const std::string wavelet = "1.2.840.10008.1.2.4.90";
+    for (const auto& [syntax, side, isSlow, isLarge] :
+         {std::tuple(std::string(jpegSyntax), 4000, false, false),
+          {wavelet, 64, true, false},
+          {wavelet, 4000, true, true}}) {
+        const auto file =
+            opened(DicomBuilder::image(side, side).transferSyntax(syntax).encapsulated({fakeJpeg(9, 9)}, {}));
+        EXPECT_EQ(std::pair(file->isSlowToDecode(), file->decodesOnAllProcessors()),
+                  std::pair(isSlow, isLarge));
+    }
+}
+
 TEST(EncapsulatedFrames, CanBeReadFromSeveralThreads) {
     constexpr int many = 60;
     std::mt19937 random(80);

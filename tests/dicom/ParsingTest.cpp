@@ -359,6 +359,7 @@ TEST(DataSetNumbers, AreReadFromTextAndBinaryAndStopAtNonsense) {
         "ShutterLeftVerticalEdge= +12\\-3 \\x\\5, WindowCenter=1,5\\2.5e2\\nan, "
         "InstanceNumber=99999999999999999999");
     builder.numbers({0x0028, 0x0009}, "AT", {0x0018, 0x1063}).reals({0x0018, 0x9073}, "FD", {0.25});
+    builder.reals({0x0018, 0x9075}, "FL", {0.75});
     const auto file = opened(builder);
     const DataSet& header = file->header();
     EXPECT_EQ(header.integers({0x0018, 0x1602}), (std::vector<std::int64_t>{12, -3}));
@@ -370,6 +371,7 @@ TEST(DataSetNumbers, AreReadFromTextAndBinaryAndStopAtNonsense) {
     }
     EXPECT_EQ(header.integer({0x0028, 0x0009}), 0x00181063);
     EXPECT_EQ(header.decimal({0x0018, 0x9073}), 0.25);
+    EXPECT_EQ(header.decimal({0x0018, 0x9075}), 0.75);
     EXPECT_GT(header.integer({0x0020, 0x0013}).value(), 1'000'000'000'000'000'000);
     EXPECT_FALSE(header.integer({0x0020, 0x9999}).has_value());
 }
