@@ -111,11 +111,11 @@ class PlainGrey {
 
     static std::optional<Table> tableOf(const HeaderReader& header, const DcmTagKey& sequence,
                                         bool isSigned) {
-        const auto items = header.items(sequence);
-        if (items.empty()) return std::nullopt;
-        const auto descriptor = items.front().words(DCM_LUTDescriptor);
+        const auto item = header.item(sequence);
+        if (!item) return std::nullopt;
+        const auto descriptor = item->words(DCM_LUTDescriptor);
         Table table;
-        table.entries = items.front().words(DCM_LUTData);
+        table.entries = item->words(DCM_LUTData);
         if (descriptor.size() < 3 || table.entries.empty()) return std::nullopt;
         table.first = isSigned ? static_cast<Sint16>(descriptor[1]) : static_cast<double>(descriptor[1]);
         table.highest = std::ldexp(1.0, static_cast<int>(descriptor[2])) - 1;

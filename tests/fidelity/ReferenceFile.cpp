@@ -113,9 +113,8 @@ std::vector<std::string> HeaderReader::texts(const DcmTagKey& tag) const {
 
 std::vector<double> HeaderReader::numbers(const DcmTagKey& tag) const {
     std::vector<double> values;
-    for (const auto& value : texts(tag)) {
+    for (const auto& value : texts(tag))
         if (!value.empty()) values.push_back(std::strtod(value.c_str(), nullptr));
-    }
     return values;
 }
 
@@ -138,24 +137,17 @@ std::vector<Uint16> HeaderReader::words(const DcmTagKey& tag) const {
     return {};
 }
 
-std::vector<HeaderReader> HeaderReader::items(const DcmTagKey& sequence) const {
-    std::vector<HeaderReader> found;
-    DcmSequenceOfItems* items = nullptr;
-    if (item_->findAndGetSequence(sequence, items).bad() || !items) return found;
-    for (unsigned long i = 0; i < items->card(); ++i) found.emplace_back(*items->getItem(i));
-    return found;
+std::optional<HeaderReader> HeaderReader::item(const DcmTagKey& sequence, int index) const {
+    DcmItem* found = nullptr;
+    const bool isThere = item_->findAndGetSequenceItem(sequence, found, index).good();
+    return isThere ? std::optional(HeaderReader(*found)) : std::nullopt;
 }
 
 HeaderReader HeaderReader::macro(const DcmTagKey& sequence, int frame) const {
-    const auto perFrame = items(DCM_PerFrameFunctionalGroupsSequence);
-    if (static_cast<std::size_t>(frame) < perFrame.size()) {
-        const auto own = perFrame[static_cast<std::size_t>(frame)].items(sequence);
-        if (!own.empty()) return own.front();
-    }
-    for (const auto& shared : items(DCM_SharedFunctionalGroupsSequence)) {
-        const auto own = shared.items(sequence);
-        if (!own.empty()) return own.front();
-    }
+    for (const auto& [groups, index] :
+         {std::pair(DCM_PerFrameFunctionalGroupsSequence, frame), {DCM_SharedFunctionalGroupsSequence, 0}})
+        if (const auto group = item(groups, index))
+            if (const auto own = group->item(sequence)) return *own;
     return *this;
 }
 

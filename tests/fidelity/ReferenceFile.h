@@ -4,6 +4,7 @@
 #include <dcmtk/dcmdata/dctk.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,8 +27,8 @@ class HeaderReader {
     int integer(const DcmTagKey& tag, int otherwise) const;
     /// Words of 16 bits, whatever the element's value representation.
     std::vector<Uint16> words(const DcmTagKey& tag) const;
-    /// The items of a sequence; empty when it is not there.
-    std::vector<HeaderReader> items(const DcmTagKey& sequence) const;
+    /// An item of a sequence, counted from 0; empty when it is not there.
+    std::optional<HeaderReader> item(const DcmTagKey& sequence, int index = 0) const;
     /// Where a functional group macro of a frame stands: its own item, the shared one, or the header itself.
     HeaderReader macro(const DcmTagKey& sequence, int frame) const;
 
