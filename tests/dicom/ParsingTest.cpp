@@ -158,20 +158,17 @@ TEST(ElementHeaders, AreUnderstoodThoughTheirLettersAreNone) {
 
 TEST(ElementHeaders, TellHowADataSetIsWritten) {
     constexpr dicom::Encoding explicitBig{ByteOrder::Big, true};
-    struct Row {
-        Bytes start;
-        dicom::Encoding declared, found;
-    };
-    for (const Row& row : {Row{bytesOf({8, 0, 5, 0, 'C', 'S', 4, 0}), implicitLittle, explicitLittle},
-                           {bytesOf({0, 8, 0, 5, 'C', 'S', 0, 4}), implicitLittle, explicitBig},
-                           {bytesOf({8, 0, 5, 0, 'C', 'S', 4, 0}), explicitBig, explicitLittle},
-                           {bytesOf({0, 0, 5, 0, 'U', 'L', 4, 0}), explicitBig, explicitBig},
-                           {bytesOf({8, 0, 5, 0, 4, 0, 0, 0}), explicitLittle, implicitLittle},
-                           {bytesOf({8, 0, 5, 0, 255, 255, 0, 0}), explicitLittle, implicitLittle},
-                           {bytesOf({8, 0, 5, 0, 0, 0, 1, 0}), explicitLittle, explicitLittle},
-                           {bytesOf({8, 0, 5, 0, 255, 255, 255, 255}), explicitLittle, implicitLittle},
-                           {bytesOf({0, 8, 0, 5, 4, 0, 0}), implicitLittle, implicitLittle}})
-        EXPECT_EQ(sniffEncoding(row.start, row.declared), row.found) << testing::PrintToString(row.start);
+    for (const auto& [start, declared, found] :
+         {std::tuple(bytesOf({8, 0, 5, 0, 'C', 'S', 4, 0}), implicitLittle, explicitLittle),
+          {bytesOf({0, 8, 0, 5, 'C', 'S', 0, 4}), implicitLittle, explicitBig},
+          {bytesOf({8, 0, 5, 0, 'C', 'S', 4, 0}), explicitBig, explicitLittle},
+          {bytesOf({0, 0, 5, 0, 'U', 'L', 4, 0}), explicitBig, explicitBig},
+          {bytesOf({8, 0, 5, 0, 4, 0, 0, 0}), explicitLittle, implicitLittle},
+          {bytesOf({8, 0, 5, 0, 255, 255, 0, 0}), explicitLittle, implicitLittle},
+          {bytesOf({8, 0, 5, 0, 0, 0, 1, 0}), explicitLittle, explicitLittle},
+          {bytesOf({8, 0, 5, 0, 255, 255, 255, 255}), explicitLittle, implicitLittle},
+          {bytesOf({0, 8, 0, 5, 4, 0, 0}), implicitLittle, implicitLittle}})
+        EXPECT_EQ(sniffEncoding(start, declared), found) << testing::PrintToString(start);
     const auto looks = [](int group, int element, int length, std::uint64_t size) {
         return looksLikeDataSet(bytesOf({group, 0, element, 0, length, 0, 0, 0}), size);
     };
