@@ -308,6 +308,11 @@ TEST(DamagedStreams, WhatCannotBeDecodedIsNamed) {
             ASSERT_FALSE(frame.ok()) << &c - cases;
             EXPECT_EQ(frame.error().kind, c.kind) << &c - cases << frame.error().detail;
         }
+    const Sample& extended = everyKind()[7];
+    Bytes stream = extended.bytes;
+    stream[placeOf(stream, 0xC1) + 4] = 9;
+    const auto frame = decoded(stream, extended.format, extended.compression);
+    EXPECT_EQ(frame.error().detail, "JPEG process 1, 9 bit");
 }
 
 }  // namespace
