@@ -5,6 +5,7 @@
 #include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QLineEdit>
 #include <QMenu>
@@ -51,7 +52,10 @@ TEST_F(PictureCommandsTest, KeysRunTheButtonsWhileThePictureOrAPreviewHasThem) {
             EXPECT_EQ(view("CurrentFrame"), step.frame) << step.key;
         }
         const int speed = find<QSlider>("Slider1").value();
+        auto& recorded = find<QCheckBox>("chkRecordedRate");
+        recorded.setChecked(true);
         press(Qt::Key_Plus);
+        EXPECT_FALSE(recorded.isChecked()) << "the bar sets the speed again";
         EXPECT_EQ(find<QSlider>("Slider1").value(), speed + 1);
         press(Qt::Key_Minus);
         EXPECT_EQ(find<QSlider>("Slider1").value(), speed);
