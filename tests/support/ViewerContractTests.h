@@ -26,6 +26,17 @@ class ViewerContract : public testing::Test {
         }
     }
 
+    template <typename Get, typename Put, typename Value>
+    void expectKept(const char* name, Get get, Put put, Value first, Value second) {
+        for (const Value& value : {first, second}) {
+            (viewer.*put)(value);
+            for (const QString& path : {subject.run(), subject.unreadable(), QString()}) {
+                viewer.putFileName(path);
+                EXPECT_EQ((viewer.*get)(), value) << name;
+            }
+        }
+    }
+
     Subject subject;
     ViewerControl& viewer = subject.viewer();
 };
@@ -63,45 +74,32 @@ TYPED_TEST_P(ViewerContract, ShowsAFileFromItsFirstFrameAsItsHeaderSays) {
     this->expectShown("", 0);
 }
 
+#define CINEDISC_KEPT(Name, first, second) \
+    this->expectKept(#Name, &ViewerControl::Name, &ViewerControl::put##Name, first, second)
+
 TYPED_TEST_P(ViewerContract, KeepsWhatWasPutOverFiles) {
-    using V = ViewerControl;
-    constexpr struct {
-        qint32 (V::*get)() const;
-        void (V::*put)(qint32);
-        qint32 first, second;
-    } numbers[] = {{&V::ZoomPercent, &V::putZoomPercent, 150, 50},
-                   {&V::MouseMode, &V::putMouseMode, 4, 3},
-                   {&V::BackgroundColor, &V::putBackgroundColor, 0, 1},
-                   {&V::RangeStart, &V::putRangeStart, 3, -1},
-                   {&V::RangeEnd, &V::putRangeEnd, 4, 0},
-                   {&V::RangeModeA, &V::putRangeModeA, 5, 1},
-                   {&V::RangeModeB, &V::putRangeModeB, 6, 2},
-                   {&V::ThumbIndex, &V::putThumbIndex, 7, 0},
-                   {&V::ThumbStyle, &V::putThumbStyle, 2, 0}};
-    constexpr struct {
-        bool (V::*get)() const;
-        void (V::*put)(bool);
-    } flags[] = {{&V::BestFit, &V::putBestFit},        {&V::Smooth, &V::putSmooth},
-                 {&V::ShowHeader, &V::putShowHeader},  {&V::BackgroundFill, &V::putBackgroundFill},
-                 {&V::Option247, &V::putOption247},    {&V::Option256, &V::putOption256},
-                 {&V::StartupFlag, &V::putStartupFlag}};
-    ViewerControl& viewer = this->viewer;
-    EXPECT_EQ(viewer.ZoomPercent(), 100);
-    EXPECT_EQ(viewer.MouseMode(), V::MouseWindow);
-    EXPECT_FALSE(viewer.ShowHeader());
-    for (const bool on : {true, false}) {
-        for (const auto& number : numbers) (viewer.*number.put)(on ? number.first : number.second);
-        for (const auto& flag : flags) (viewer.*flag.put)(on);
-        viewer.putTag(on ? "D:\\Dicom\\Patient000" : "");
-        for (const QString& path : {this->subject.run(), this->subject.unreadable(), QString()}) {
-            viewer.putFileName(path);
-            for (const auto& number : numbers)
-                EXPECT_EQ((viewer.*number.get)(), on ? number.first : number.second) << &number - numbers;
-            for (const auto& flag : flags) EXPECT_EQ((viewer.*flag.get)(), on) << &flag - flags;
-            EXPECT_EQ(viewer.Tag(), on ? "D:\\Dicom\\Patient000" : "");
-        }
-    }
+    EXPECT_EQ(this->viewer.ZoomPercent(), 100);
+    EXPECT_EQ(this->viewer.MouseMode(), ViewerControl::MouseWindow);
+    EXPECT_FALSE(this->viewer.ShowHeader());
+    CINEDISC_KEPT(ZoomPercent, 150, 50);
+    CINEDISC_KEPT(MouseMode, 4, 3);
+    CINEDISC_KEPT(BackgroundColor, 0, 1);
+    CINEDISC_KEPT(RangeStart, 3, -1);
+    CINEDISC_KEPT(RangeEnd, 4, 0);
+    CINEDISC_KEPT(RangeModeA, 5, 1);
+    CINEDISC_KEPT(RangeModeB, 6, 2);
+    CINEDISC_KEPT(ThumbIndex, 7, 0);
+    CINEDISC_KEPT(ThumbStyle, 2, 0);
+    CINEDISC_KEPT(BestFit, true, false);
+    CINEDISC_KEPT(Smooth, true, false);
+    CINEDISC_KEPT(ShowHeader, true, false);
+    CINEDISC_KEPT(BackgroundFill, true, false);
+    CINEDISC_KEPT(Option247, true, false);
+    CINEDISC_KEPT(Option256, true, false);
+    CINEDISC_KEPT(StartupFlag, true, false);
+    CINEDISC_KEPT(Tag, QString("D:\\Dicom\\Patient000"), QString());
 }
+#undef CINEDISC_KEPT
 
 REGISTER_TYPED_TEST_SUITE_P(ViewerContract, ShowsAFileFromItsFirstFrameAsItsHeaderSays,
                             KeepsWhatWasPutOverFiles);

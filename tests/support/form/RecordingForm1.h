@@ -1,18 +1,38 @@
 #pragma once
 
+#include "app/CommandTable.h"
 #include "app/Form1Behaviour.h"
 #include "tests/support/DiscBuilder.h"
 #include "tests/support/form/StandIns.h"
+#include "viewerwindow/ViewerCommands.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
 
 #include <array>
 #include <memory>
 
 namespace cinedisc::test {
 
+inline CommandHandlers handlersOf(Form1Behaviour& window) {
+    CommandHandlers handlers;
+    handlers.add(discCommands(), window);
+    handlers.add<ViewerBehaviour>(viewerCommands(), window);
+    return handlers;
+}
+
 /// What every viewer window is wired of, as stand-ins, with the ranges of a window that has just been opened.
 class RecordingWindow : MessageLoop, public MouseWheelHook, ExportFormatDialog {
   public:
-    RecordingWindow();
+    RecordingWindow() {
+        RecordingOption::pair(Option4, Option11);
+        RecordingOption::pair(Option9, Option10);
+        Option4.putValue(true);
+        Option9.putValue(true);
+        lblImg.putCaption("Image");
+        lblFra.putCaption("Frame");
+        journal.clear();
+    }
 
     QStringList journal;
     RecordingViewer ezDicom{"ezDicom", journal};
@@ -31,21 +51,54 @@ class RecordingWindow : MessageLoop, public MouseWheelHook, ExportFormatDialog {
     QString formatToExport;
     /// Runs when a handler yields.
     std::function<void()> pending;
-    FormControls controls;
+    FormControls controls{ezDicom, Previews(makePreviews()),
+                          File1,   sb1,
+                          Slider1, Slider2,
+                          Option4, Option11,
+                          Option9, Option10,
+                          lblImg,  lblFra,
+                          Timer1,  Timer4,
+                          *this};
     DisplayTools::Controls tools{ezDicom, Frame5, Frame6, Option1, Option2, Option3};
     ExportCommand::Format exportFormat{*this,
                                        [this](const QString& format) { journal << "format=" + format; }};
 
     /// The puts since the last call, without the folder of the files.
-    QStringList puts();
+    QStringList puts() {
+        static const QRegularExpression folder("=/.*/");
+        return std::exchange(journal, {}).replaceInStrings(folder, "=");
+    }
     /// Names of the files in the previews, "" for an empty one.
-    QString strip() const;
+    QString strip() const {
+        QStringList names;
+        for (const auto& preview : thumb) names << QFileInfo(preview->FileName()).completeBaseName();
+        return names.join(' ');
+    }
 
   protected:
-    void connect(ViewerBehaviour& behaviour);
+    void connect(ViewerBehaviour& behaviour) {
+        sb1.onChange = [&behaviour] { behaviour.sb1_Change(); };
+        Slider1.onChange = [&behaviour] { behaviour.cine.Slider1_Change(); };
+        Slider2.onChange = [&behaviour] { behaviour.frames.Slider2_Change(); };
+        Option4.onSelected = [&behaviour] { behaviour.cine.Option4_Click(); };
+        Option1.onSelected = [&behaviour] { behaviour.tools.Option1_Click(); };
+        Option2.onSelected = [&behaviour] { behaviour.tools.Option2_Click(); };
+        Option3.onSelected = [&behaviour] { behaviour.tools.Option3_Click(); };
+    }
 
   private:
-    void doEvents() override;
+    std::array<ViewerControl*, Previews::count> makePreviews() {
+        std::array<ViewerControl*, Previews::count> views{};
+        for (std::size_t i = 0; i < thumb.size(); ++i) {
+            thumb[i] = std::make_unique<RecordingViewer>(QString("thumb(%1)").arg(i), journal);
+            views[i] = thumb[i].get();
+        }
+        return views;
+    }
+    void doEvents() override {
+        journal << "DoEvents";
+        if (pending) pending();
+    }
     void MouseHook() override { journal << "MouseHook"; }
     void MouseUnhook() override { journal << "MouseUnhook"; }
     QString chooseFormat() override { return formatToExport; }
@@ -54,7 +107,13 @@ class RecordingWindow : MessageLoop, public MouseWheelHook, ExportFormatDialog {
 /// The main window's behaviour on a disc, with every control a stand-in, wired as the window wires them.
 class RecordingForm1 : NamedPatientView, public RecordingWindow {
   public:
-    explicit RecordingForm1(const QString& programFolder);
+    explicit RecordingForm1(const QString& folder) : programFolder(folder) {
+        connect(behaviour);
+        FraTree.putVisible(true);
+        Frame9.putVisible(true);
+        disc.showDesignNames();
+        journal.clear();
+    }
 
     const QString programFolder;
     RecordingTree TreeView1;
@@ -69,21 +128,38 @@ class RecordingForm1 : NamedPatientView, public RecordingWindow {
 
     const DiscPosition& place() const { return behaviour.place.position(); }
     /// Whether a view that is told so would warn that its picture is not the named patient's.
-    bool warns() const;
+    bool warns() const {
+        const QString shown = ezDicom.FileName();
+        return !namedPatientFolder.isEmpty() && !shown.isEmpty() &&
+               !shown.startsWith(namedPatientFolder + '/');
+    }
     /// "Patient's name | series' name".
     QString names() const { return Label5.Caption() + " | " + Label6.Caption(); }
     /// What the three labels of positions show.
-    QString images() const;
+    QString images() const {
+        return lblImg.Caption() + " | " + lblFra.Caption() + " | " + lblSeries.Caption();
+    }
     /// A path on the disc below the patients' folder, "Patient000/Study1/Series1/1".
-    QString below(const QString& path) const;
+    QString below(const QString& path) const {
+        return path.section('/', programFolder.count('/') + 2).remove(".dcm");
+    }
 
     /// Runs the command of a button or menu item.
-    void press(const QString& command);
-    void openFolder(const QString& folder);
+    void press(const QString& command) { handlersOf(behaviour)(command)(); }
+    void openFolder(const QString& folder) {
+        dialogs.folder = folder;
+        press("mnuOpen");
+    }
     /// Selects a node of the tree as a click does and runs the click handler.
-    void clickNode(int node);
+    void clickNode(int node) {
+        TreeView1.selected = node;
+        behaviour.patients.TreeView1_NodeClick(node);
+    }
     /// Clicks the patient of this number, counted from 0.
-    void clickPatient(int number);
+    void clickPatient(int number) {
+        for (int node = 1; node <= TreeView1.nodeCount(); ++node)
+            if (!TreeView1.tag(node).isEmpty() && number-- == 0) return clickNode(node);
+    }
 
   private:
     void putNamedPatientFolder(const QString& folder) override { namedPatientFolder = folder; }

@@ -5,6 +5,7 @@
 #include "platform/TreeControl.h"
 #include "viewer/FormControls.h"
 
+#include <QFile>
 #include <QVariant>
 
 #include <algorithm>
@@ -152,17 +153,32 @@ class RecordingViewer : public ViewerControl, StandIn {
   public:
     using StandIn::StandIn;
     QString FileName() const override { return fileName_; }
-    void putFileName(const QString& path) override;
+    void putFileName(const QString& path) override {
+        record("FileName", fileName_, path);
+        QFile file(path);
+        frameCount_ = !path.isEmpty() && file.open(QFile::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
+        currentFrame_ = Polarity_ = 1;
+        WindowCenter_ = 100;
+        windowWidth_ = 50;
+    }
     qint32 FrameCount() const override { return std::max(frameCount_, 0); }
     bool isReading() const override { return frameCount_ < 0; }
     qint32 CurrentFrame() const override { return currentFrame_; }
-    void putCurrentFrame(qint32 frame) override;
+    void putCurrentFrame(qint32 frame) override {
+        note("CurrentFrame", frame);
+        if (frame >= 1 && frame <= frameCount_) currentFrame_ = frame;
+    }
     qint32 ThumbIndex() const override { return thumbIndex_; }
-    void putThumbIndex(qint32 index) override;
+    void putThumbIndex(qint32 index) override {
+        record("ThumbIndex", thumbIndex_, index);
+        if (index == -1) fileName_ = "", frameCount_ = 0, currentFrame_ = 1;
+    }
     double WindowWidth() const override { return windowWidth_; }
-    void putWindowWidth(double width) override;
-    bool CopyToClipboard() override;
-    bool CopyHeaderToClipboard() override;
+    void putWindowWidth(double width) override {
+        if (width >= 1) record("WindowWidth", windowWidth_, width);
+    }
+    bool CopyToClipboard() override { return note("CopyToClipboard"), frameCount_ > 0; }
+    bool CopyHeaderToClipboard() override { return note("CopyHeaderToClipboard"), frameCount_ > 0; }
 
   private:
     QString fileName_;
