@@ -1,4 +1,5 @@
 #include "control/CornerText.h"
+#include "control/picture/TextPieces.h"
 #include "tests/control/ViewFixture.h"
 #include "tests/support/ViewerContractTests.h"
 
@@ -34,53 +35,98 @@ TEST_F(Display, DrawsOnlyWhatIsVisibleOfExtremePictures) {
     }
 }
 
-// Whatever is put while threads read ahead: the screen shows what the view says of itself.
+/// A click or drag, also of a view that is not on the screen.
+void send(ezDICOMX& to, QEvent::Type type, QPointF at) {
+    QMouseEvent event(type, at, to.mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&to, &event);
+}
+
+// Whatever is put while threads read ahead: the screen shows what the view says of itself, and what a new
+// view would show that reads for itself.
 TEST_F(Display, ShowsOnTheScreenWhateverIsPutInAnyOrder) {
     fake.library.lookAhead(std::chrono::minutes(1));
-    const auto greyOfFrame = [](int frame) {
-        dicom::GreyTransform grey;
-        grey.windows = {{40.0 + 20 * frame, 60.0, dicom::Window::Function::Linear}};
-        grey.rescale = {1.0, 10.0 * (frame / 2)};
-        return grey;
-    };
     constexpr int frames[] = {5, 4, 40};
     const auto stored = [](int file, int frame) { return (80 * file + 3 * frame) % 251; };
     for (const int f : {0, 1, 2}) {
         const auto file = greyRun(48, 48, frames[f], [=](int, int, int frame) { return stored(f, frame); });
-        if (f == 0) file->greyOfFrame = greyOfFrame;
         if (f == 1) file->broken = {0, 2};
+        if (f == 0)
+            file->greyOfFrame = [](int frame) {
+                dicom::GreyTransform grey;
+                grey.windows = {{40.0 + 20 * frame, 60.0, dicom::Window::Function::Linear}};
+                grey.rescale = {1.0, 10.0 * (frame / 2)};
+                return grey;
+            };
         fake.files["/" + std::to_string(f)] = file;
     }
+    // Decoded slowly, without a window of its own, its pixels not square, partly hidden.
+    const auto value = [](int x, int y, int f) { return 500 * f + 20 * x + 7 * y; };
+    const auto wide = test::wideRun(70, 50, 12, value, 4);
+    wide->coarse = test::pictureOf<std::uint16_t>(
+        18, 13, 1, [=](int x, int y, int f, int) { return value(x * 4, y * 4, f); });
+    wide->aspect = 1.5;
+    wide->shutterShapes.rectangle = dicom::Shutter::Rectangle{9, 60, 5, 40};
+    fake.files["/3"] = wide;
+    fake.files["/4"] = test::colourRun(40, 60, [](int x, int y) { return qRgb(x * 6, y * 4, x + y); });
+    test::FakeLibrary unread;
+    unread.files = fake.files;
     view.setNeighbour([](const QString& path, PlayDirection towards) {
-        return "/" + QString::number((path.back().digitValue() + (towards == PlayDirection::Forward)) % 3);
+        return "/" + QString::number((path.back().digitValue() + (towards == PlayDirection::Forward)) % 6);
     });
     std::mt19937 random(17);
     const auto below = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
-    const auto point = [&] { return QString(" %1 %2").arg(below(300) - 150).arg(below(300) - 150); };
-    const QString paths[] = {"", "/0", "/1", "/2", "/2", "/nowhere"};
+    const QString paths[] = {"", "/0", "/1", "/2", "/2", "/3", "/3", "/4", "/nowhere"};
     const struct {
         const char* property;
         int from, to;
-    } puts[] = {{"CurrentFrame", -5, 45}, {"WindowCenter", -100, 300}, {"WindowWidth", -100, 300},
-                {"Polarity", -3, 4},      {"BestFit", 0, 2},           {"ZoomPercent", -20, 680},
-                {"Smooth", 0, 2},         {"MouseMode", 0, 2},         {"ShowHeader", 0, 2},
-                {"ThumbIndex", -1, 2},    {"BackgroundFill", 0, 2},    {"BackgroundColor", 0, 2}};
-    for (int step = 0; step < 2000; ++step) {
+    } puts[] = {{"BestFit", 0, 2},           {"ZoomPercent", -20, 680},  {"Smooth", 0, 2},
+                {"MouseMode", 0, 5},         {"ShowHeader", 0, 2},       {"BackgroundFill", 0, 2},
+                {"BackgroundColor", 0, 2},   {"ThumbStyle", 1, 3},       {"CurrentFrame", -5, 45},
+                {"WindowCenter", -100, 300}, {"WindowWidth", -100, 300}, {"Polarity", -3, 4}};
+    using Act = std::function<void(ezDICOMX&)>;
+    std::vector<Act> acts;  // since a file was put
+    bool isMoved = false;
+    for (int step = 0; step < 3000; ++step) {
+        if (step % 1500 == 0) {
+            view.setRole(step ? ViewRole::Preview : ViewRole::Main);
+            view.clearFocus();
+        }
         const int what = below(20);
         SCOPED_TRACE(testing::Message() << "step " << step << ", put " << what);
+        Act act;
         if (what < 12) {
-            view.setProperty(puts[what].property, puts[what].from + below(puts[what].to - puts[what].from));
-        } else if (what < 14) {
-            view.putFileName(paths[below(6)]);
+            const int number = puts[what].from + below(puts[what].to - puts[what].from);
+            act = [&put = puts[what], number](ezDICOMX& to) { to.setProperty(put.property, number); };
+            isMoved = isMoved && (what > 0 || !number);
+        } else if (what < 14 || step % 1500 == 0) {
+            act = [path = paths[below(9)]](ezDICOMX& to) {
+                to.putFileName(path);
+                to.putBestFit(true);
+            };
+            isMoved = false;
+            acts = {[size = view.size()](ezDICOMX& to) { to.resize(size); }};
+            for (int kept = 0; kept < 8; ++kept)
+                acts.push_back([name = puts[kept].property, now = view.property(puts[kept].property)](
+                                   ezDICOMX& to) { to.setProperty(name, now); });
         } else if (what < 15) {
-            view.resize(1 + below(159), 1 + below(159));
+            act = [size = QSize(1 + below(159), 1 + below(159))](ezDICOMX& to) { to.resize(size); };
         } else if (what < 16) {
-            run("drag" + point() + point());
+            const QPoint from(below(300) - 150, below(300) - 150), to(below(300) - 150, below(300) - 150);
+            act = [from, to](ezDICOMX& in) {
+                send(in, QEvent::MouseButtonPress, from);
+                send(in, QEvent::MouseMove, to);
+                send(in, QEvent::MouseButtonRelease, to);
+            };
+            isMoved = isMoved || view.MouseMode() > 1;
         } else {
-            view.putCurrentFrame(what < 17 ? view.CurrentFrame() - 1 : view.CurrentFrame() % frames[0] + 1);
+            const int frame = what < 17 ? view.CurrentFrame() - 1 : view.CurrentFrame() % frames[0] + 1;
+            act = [frame](ezDICOMX& to) { to.putCurrentFrame(frame); };
         }
+        acts.push_back(act);
+        act(view);
         ASSERT_TRUE(view.CurrentFrame() == 1 || view.CurrentFrame() <= view.FrameCount());
-        ASSERT_TRUE(QTest::qWaitFor([&] { return onScreen() == seen(); }));
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return !view.isReading() && !view.isCoarse() && onScreen() == seen(); }));
         const QString path = view.FileName();
         const int file = path.isEmpty() ? -1 : path.back().digitValue(), frame = view.CurrentFrame() - 1;
         const bool isBroken = file == 1 && (frame == 0 || frame == 2);
@@ -89,19 +135,37 @@ TEST_F(Display, ShowsOnTheScreenWhateverIsPutInAnyOrder) {
         const auto* page = view.findChild<QPlainTextEdit*>();
         const bool hasPage = page && page->isVisible();
         ASSERT_EQ(hasPage, view.ShowHeader() && file >= 0);
-        if (hasPage) {
-            EXPECT_EQ(page->geometry(), view.rect());
-            continue;
-        }
-        EXPECT_EQ(view.accessibleDescription(), words[path.isEmpty() ? 0 : file < 0 ? 1 : 2 * isBroken]);
+        if (hasPage) continue;
+        ASSERT_EQ(view.accessibleDescription(), words[path.isEmpty() ? 0 : file < 0 ? 1 : 2 * isBroken]);
         const QImage shown = seen();
+        if (step % 3 == 0) {
+            ezDICOMX fresh(view.role(), nullptr, unread.library);
+            for (const Act& each : acts) each(fresh);
+            ASSERT_EQ(fresh.grab().toImage().convertToFormat(QImage::Format_RGB32), shown);
+            // A part of it, drawn anew.
+            const QRect part(below(90), below(90), 1 + below(60), 1 + below(60));
+            QImage expected(view.size(), QImage::Format_RGB32), drawn = expected;
+            expected.fill(Qt::magenta);
+            drawn.fill(Qt::magenta);
+            QPainter(&expected).drawImage(part.topLeft(), shown, part);
+            view.putPolarity(-view.Polarity());
+            seen();
+            view.putPolarity(-view.Polarity());
+            view.render(&drawn, part.topLeft(), part);
+            ASSERT_EQ(drawn, expected);
+        }
+        if (view.role() == ViewRole::Preview || view.ThumbStyle() == 2 || file > 2) continue;
+        const int fill = !view.BackgroundFill() || path.isEmpty() ? 38
+                         : view.BackgroundColor() == 0            ? 255
+                                                                  : 0;
         if (file < 0 || isBroken) {
             EXPECT_EQ(qRed(shown.pixel(0, 0)), 38) << "words stand on the view's own ground";
             continue;
         }
-        const int value = stored(file, frame) + (file == 0 ? 10 * (frame / 2) : 0);
+        if (isMoved) continue;
+        const int sample = stored(file, frame) + (file == 0 ? 10 * (frame / 2) : 0);
         const double width = std::max(view.WindowWidth() - 1, 1e-9);
-        const double level = (value - view.WindowCenter() + 0.5) / width + 0.5;
+        const double level = (sample - view.WindowCenter() + 0.5) / width + 0.5;
         const int grey = static_cast<int>(std::clamp(level, 0.0, 1.0) * 255 + 0.5);
         const int expected = view.Polarity() < 0 ? 255 - grey : grey;
         ASSERT_EQ(qRed(shown.pixel(view.width() / 2, view.height() / 2)), expected);
@@ -123,6 +187,7 @@ class Preview : public test::ViewFixture {
 
 TEST_F(Preview, IsClickedWithTheLeftButtonAndTheKeyboardWhateverItShows) {
     QSignalSpy clicks(&view, &ezDICOMX::clicked);
+    EXPECT_EQ(view.cursor().shape(), Qt::PointingHandCursor);
     fake.files["/run"] = greyRun(20, 20, 1);
     for (const QString path : {"", "/run", "/nowhere"}) {
         clicks.clear();
@@ -133,30 +198,8 @@ TEST_F(Preview, IsClickedWithTheLeftButtonAndTheKeyboardWhateverItShows) {
     }
 }
 
-// Previews of the same file share what was drawn, as long as they look the same.
-TEST_F(Preview, ShowsWhatItSaysThoughAnotherHasDrawnTheFileBefore) {
-    const auto run = greyRun(90, 70, 3);
-    load(run);
-    view.clearFocus();
-    ezDICOMX other(ViewRole::Preview, nullptr, fake.library);
-    const auto seenInOther = [&] { return other.grab().toImage().convertToFormat(QImage::Format_RGB32); };
-    other.resize(view.size());
-    other.putFileName("/run");
-    const std::pair<const char*, int> changes[] = {{"ThumbStyle", 2},   {"Polarity", -1}, {"WindowWidth", 80},
-                                                   {"CurrentFrame", 3}, {"BestFit", 1},   {"Smooth", 0}};
-    for (const auto& [property, value] : changes) {
-        const QImage before = seen();
-        EXPECT_EQ(seenInOther(), before);
-        other.setProperty(property, value);
-        EXPECT_NE(seenInOther(), before) << property;
-        view.setProperty(property, value);
-    }
-    EXPECT_EQ(seenInOther(), seen());
-    EXPECT_EQ(run->decodeCount, 2);
-}
-
-TEST_F(Preview, CarriesNoWordsAndNoTools) {
-    const auto file = greyRun(200, 200, 2, [](int, int, int) { return 50; });
+TEST_F(Preview, CarriesNoWordsAndNoToolsButABorder) {
+    const auto file = greyRun(100, 200, 2, [](int, int, int) { return 50; });
     test::put(*file, {0x0010, 0x0010}, "DOE^JOHN");
     load(file);
     view.clearFocus();
@@ -164,8 +207,81 @@ TEST_F(Preview, CarriesNoWordsAndNoTools) {
         run(QString("BestFit 1; MouseMode 5; click 50 50; ThumbStyle ") + style);
         EXPECT_EQ(editor(), nullptr);
         QImage flat = seen();
-        flat.fill(qRgb(50, 50, 50));
+        flat.fill(qRgb(38, 39, 42));
+        QPainter(&flat).fillRect(51, 2, 98, 196, qRgb(50, 50, 50));
         EXPECT_EQ(seen().copy(2, 2, 196, 196), flat.copy(2, 2, 196, 196));
+    }
+    run("ThumbStyle 2");
+    for (const auto& [at, colour] : {std::pair{0, qRgb(8, 8, 9)},
+                                     {1, qRgb(66, 69, 75)},
+                                     {198, qRgb(66, 69, 75)},
+                                     {199, qRgb(72, 75, 81)}})
+        EXPECT_TRUE(seen().pixel(at, 100) == colour && seen().pixel(100, at) == colour) << at;
+}
+
+TEST(CornerText, StandsInItsCornerBesideThePicture) {
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        for (int corner = 0; corner < 4; ++corner) {
+            SCOPED_TRACE(testing::Message() << corner << " at " << ratio);
+            CornerText::Lines lines;
+            QStringList* const blocks[] = {&lines.topLeft, &lines.topRight, &lines.bottomLeft,
+                                           &lines.bottomRight};
+            *blocks[corner] = {"Run 12  15 frames/s", "A name that has to be written in several rows"};
+            QImage image((QSizeF(600, 300) * ratio).toSize(), QImage::Format_RGB32);
+            image.setDevicePixelRatio(ratio);
+            image.fill(Qt::black);
+            const QImage clean = image;
+            QPainter painter(&image);
+            CornerText().paint(painter, {0, 0, 600, 300}, {150, 0, 300, 300}, lines,
+                               CornerText::Ground::Dark);
+            painter.end();
+            const QRect ink = test::changed(clean, image);
+            EXPECT_NEAR(corner < 2 ? ink.top() / ratio : 300 - ink.bottom() / ratio, 8, 5);
+            EXPECT_LT(ink.width(), 142 * ratio);
+            // Each of its rows.
+            for (int y = ink.top(); y + 8 * ratio < ink.bottom(); y += static_cast<int>(8 * ratio)) {
+                const QRect strip(0, y, image.width(), static_cast<int>(14 * ratio));
+                const QRect row = test::changed(clean.copy(strip), image.copy(strip));
+                EXPECT_NEAR(corner % 2 ? 600 - row.right() / ratio : row.left() / ratio, 8, 4) << y;
+            }
+        }
+    }
+}
+
+TEST(TextPieces, LookAsIfTheLineWereDrawnWhole) {
+    QFont font;
+    font.setPixelSize(13);
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        TextPieces pieces;
+        pieces.use(font, ratio);
+        const bool isUsable = !pieces.split("1 2").pieces.isEmpty();
+        EXPECT_FALSE(isUsable && ratio == 1.5);
+        for (const QString line : {"Run 12  15 frames/s", "Frame 17 / 204", "7", "Zoom 100 %", "Inverted",
+                                   "C 127.5", "W255", "5x", "Größe 1"}) {
+            const auto split = pieces.split(line);
+            const bool isPieced = isUsable && !QStringList{"C 127.5", "W255", "5x", "Größe 1"}.contains(line);
+            EXPECT_EQ(!split.pieces.isEmpty(), isPieced) << qPrintable(line);
+            if (!isPieced) continue;
+            EXPECT_NEAR(split.advance, QFontMetricsF(font).horizontalAdvance(line), 0.01);
+            for (const auto ink : {TextInk::OutlinedLight, TextInk::PlainDark}) {
+                QImage images[2];
+                for (QImage& image : images) {
+                    image = QImage((QSizeF(200, 40) * ratio).toSize(), QImage::Format_RGB32);
+                    image.setDevicePixelRatio(ratio);
+                    image.fill(qRgb(90, 90, 90));
+                    QPainter painter(&image);
+                    painter.setFont(font);
+                    if (&image == images)
+                        drawInked(painter, {20.3, 17}, line, ink);
+                    else
+                        pieces.draw(painter, {20.3, 17}, split, ink);
+                }
+                for (int y = 0; y < images[0].height(); ++y)
+                    for (int x = 0; x < images[0].width(); ++x)
+                        ASSERT_NEAR(qRed(images[0].pixel(x, y)), qRed(images[1].pixel(x, y)), 30)
+                            << qPrintable(line) << " at " << x << "," << y;
+            }
+        }
     }
 }
 
@@ -202,6 +318,8 @@ TEST_F(CornerWords, StandInTheMarginsAndChangeWithWhatIsShown) {
     EXPECT_EQ(seen().copy(display), before.copy(display));
     run("Polarity -1");
     EXPECT_NE(seen().copy(display), before.copy(display)) << "inverted";
+    run("Polarity 1; keep normal; BestFit 0; ZoomPercent 99; Polarity 1; unlike normal; BestFit 1; "
+        "WindowWidth 99; unlike normal");
     loadFlat(0, "ROE^JANE");
     EXPECT_NE(seen().copy(patient), before.copy(patient));
     view.resize(CornerText::leastWidth(), 500);
@@ -223,6 +341,14 @@ TEST_F(CornerWords, AreDarkOnlyOnAWhiteMarginBesideThePicture) {
     EXPECT_EQ(greysIn(margin).second, 255);
     run("BackgroundColor 0; BestFit 0; ZoomPercent 200");
     EXPECT_EQ(greysIn(onPicture, 90), std::pair(0, 255)) << "light over the picture, with its rim";
+}
+
+TEST_F(CornerWords, GiveWayToANoticeThatCanBeReadOnEitherGround) {
+    run("FileName /nowhere");
+    EXPECT_TRUE(view.accessibleDescription().contains("missing"));
+    EXPECT_NEAR(greysIn(view.rect()).second, 205, 4);
+    run("BackgroundColor 0");
+    EXPECT_NEAR(greysIn(view.rect(), 255).first, 40, 4);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include "dicom/DicomFile.h"
 
 #include <QRgb>
-#include <QTemporaryDir>
 
 #include <atomic>
 #include <functional>
@@ -14,15 +13,12 @@
 
 namespace cinedisc::test {
 
-/// A DICOM file whose every answer a test sets.
+/// A DICOM file that returns what a test sets.
 class FakeDicomFile : public dicom::DicomFile {
   public:
     dicom::DataSet headerData;
-    std::string syntax = "1.2.840.10008.1.2.1";
     dicom::PixelFormat format;
-    int frames = 1;
-    int announced = 1;
-    std::optional<dicom::DecodeError> error;
+    int frames = 1, announced = 1;
     dicom::GreyTransform grey;
     std::function<dicom::GreyTransform(int)> greyOfFrame;
     std::optional<dicom::Palette> paletteTables;
@@ -30,12 +26,12 @@ class FakeDicomFile : public dicom::DicomFile {
     std::vector<dicom::Overlay> overlayPlanes;
     std::function<std::vector<std::uint8_t>(const dicom::Overlay&, int)> bitsOf;
     double aspect = 1;
-    std::map<dicom::Tag, std::string> texts;
     std::function<dicom::Frame(int)> picture;
     std::set<int> broken;              ///< frames that cannot be decoded, from 0
     std::function<void(int)> reading;  ///< called when a frame, from 0, is read
     std::function<void()> readingBehind;
-    std::size_t readBytes = 0;  ///< of a frame
+    /// A coarse picture of every fourth sample of every fourth row, at hand at once where decoding is slow.
+    std::function<dicom::Frame(int)> coarse;
     mutable std::atomic<int> decodeCount = 0;
 
     const dicom::DataSet& header() const override { return headerData; }
@@ -43,26 +39,24 @@ class FakeDicomFile : public dicom::DicomFile {
         if (readingBehind) readingBehind();
         return {};
     }
-    const std::string& transferSyntax() const override { return syntax; }
+    const std::string& transferSyntax() const override { return syntax_; }
     const dicom::PixelFormat& pixelFormat() const override { return format; }
     dicom::Compression compression() const override { return dicom::Compression::None; }
     int frameCount() const override { return frames; }
     int announcedFrameCount() const override { return announced; }
-    const std::optional<dicom::DecodeError>& pictureError() const override { return error; }
+    const std::optional<dicom::DecodeError>& pictureError() const override { return error_; }
     dicom::Result<dicom::FrameBytes> readFrame(int frame) const override {
         if (reading) reading(frame);
-        dicom::FrameBytes read;
-        read.storage.resize(readBytes);
-        return read;
+        return dicom::FrameBytes();
     }
     dicom::Result<dicom::Frame> decodeRead(int frame, const dicom::FrameBytes&) const override {
         ++decodeCount;
-        if (broken.contains(frame)) {
-            dicom::DecodeError fault;
-            fault.frame = frame;
-            return fault;
-        }
+        if (broken.contains(frame)) return dicom::DecodeError{.frame = frame};
         return picture(frame);
+    }
+    bool isSlowToDecode() const override { return coarse != nullptr; }
+    std::optional<dicom::CoarseFrame> decodeCoarse(int frame, const dicom::FrameBytes&, int) const override {
+        return coarse ? std::optional(dicom::CoarseFrame{coarse(frame), 2}) : std::nullopt;
     }
     dicom::GreyTransform greyTransform(int frame) const override {
         return greyOfFrame ? greyOfFrame(frame) : grey;
@@ -75,26 +69,28 @@ class FakeDicomFile : public dicom::DicomFile {
     }
     dicom::PixelAspect pixelAspect() const override { return aspect; }
     std::string text(dicom::Tag tag) const override {
-        const auto found = texts.find(tag);
-        return found == texts.end() ? std::string() : found->second;
+        const auto* element = headerData.find(tag);
+        std::string value;
+        for (const std::byte letter : element ? element->value : std::vector<std::byte>())
+            value.push_back(static_cast<char>(letter));
+        return value;
     }
+
+  private:
+    std::string syntax_ = "1.2.840.10008.1.2.1";
+    std::optional<dicom::DecodeError> error_;
 };
 
 /// Frames whose samples are value(x, y, f, s): pixel, frame from 0, sample of the pixel.
 template <typename Sample, typename Value>
 std::function<dicom::Frame(int)> pictureOf(int columns, int rows, int samplesPerPixel, Value value) {
     return [=](int f) {
-        dicom::Frame frame;
-        frame.rows = rows;
-        frame.columns = columns;
-        frame.samplesPerPixel = samplesPerPixel;
         std::vector<Sample> samples;
         for (int y = 0; y < rows; ++y)
             for (int x = 0; x < columns; ++x)
                 for (int s = 0; s < samplesPerPixel; ++s)
                     samples.push_back(static_cast<Sample>(value(x, y, f, s)));
-        frame.samples = std::move(samples);
-        return frame;
+        return dicom::Frame{rows, columns, samplesPerPixel, std::move(samples)};
     };
 }
 
@@ -113,14 +109,14 @@ inline std::shared_ptr<FakeDicomFile> greyRun(
 }
 
 /// The same with 16 bits allocated.
-inline std::shared_ptr<FakeDicomFile> wideRun(int columns, int rows, int bitsStored,
-                                              std::function<int(int, int)> value) {
-    auto file = greyRun(columns, rows, 1);
+template <typename Value>
+std::shared_ptr<FakeDicomFile> wideRun(int columns, int rows, int bitsStored, Value value, int frames = 1) {
+    auto file = greyRun(columns, rows, frames);
     file->format.bitsAllocated = 16;
     file->format.bitsStored = bitsStored;
     file->format.highBit = bitsStored - 1;
     file->picture =
-        pictureOf<std::uint16_t>(columns, rows, 1, [=](int x, int y, int, int) { return value(x, y); });
+        pictureOf<std::uint16_t>(columns, rows, 1, [=](int x, int y, int f, int) { return value(x, y, f); });
     return file;
 }
 
@@ -134,16 +130,14 @@ inline std::shared_ptr<FakeDicomFile> colourRun(int columns, int rows, std::func
     return file;
 }
 
-/// Both what is read as text and what is read as a number.
+/// Puts what is read as text and what is read as a number.
 inline void put(FakeDicomFile& file, dicom::Tag tag, const std::string& value) {
-    file.texts[tag] = value;
     std::erase_if(file.headerData.elements, [&](const auto& element) { return element.tag == tag; });
-    dicom::Element added;
+    auto& added = file.headerData.elements.emplace_back();
     added.tag = tag;
     added.valueRepresentation = dicom::vr("DS");
     for (const char c : value) added.value.push_back(static_cast<std::byte>(c));
     added.length = added.value.size();
-    file.headerData.elements.push_back(std::move(added));
 }
 
 /// A library that opens what a test put under a path; any other path is a file that cannot be read.
@@ -157,10 +151,8 @@ struct FakeLibrary {
             if (opening) opening(path);
             const auto found = files.find(path);
             if (found != files.end()) return found->second;
-            dicom::DecodeError fault;
-            fault.kind = dicom::DecodeError::Kind::CannotRead;
-            fault.reason = dicom::DecodeError::Reason::Missing;
-            return fault;
+            using Error = dicom::DecodeError;
+            return Error{Error::Kind::CannotRead, Error::Reason::Missing};
         }};
 };
 

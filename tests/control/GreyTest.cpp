@@ -133,6 +133,11 @@ TEST(Cover, IsMadeAndCountedFrameByFrameOnlyWhenItChanges) {
     const auto file = test::greyRun(4, 4, 3);
     const auto store = std::make_shared<FrameStore>();
     EXPECT_EQ(ImageFile(file, {}, store).frame(0)->cover, nullptr);
+    for (const auto& [allocated, bytes] : {std::pair{8, 1U}, {16, 2U}, {32, 4U}, {64, 8U}}) {
+        file->format.bitsAllocated = allocated;
+        EXPECT_EQ(ImageFile(file, {}, store).decodedFrameBytes(), 16 * bytes);
+    }
+    file->format.bitsAllocated = 8;
     Overlay overlay;
     overlay.rows = overlay.columns = 2;
     overlay.bits = {1, 1, 1};

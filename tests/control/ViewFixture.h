@@ -11,6 +11,15 @@
 
 namespace cinedisc::test {
 
+/// Where two pictures differ.
+inline QRect changed(const QImage& before, const QImage& after) {
+    QRect all;
+    for (int y = 0; y < before.height(); ++y)
+        for (int x = 0; x < before.width(); ++x)
+            if (before.pixel(x, y) != after.pixel(x, y)) all |= QRect(x, y, 1, 1);
+    return all;
+}
+
 /// A view over files that a test makes, shown in a window.
 class ViewFixture : public testing::Test {
   protected:
@@ -37,12 +46,14 @@ class ViewFixture : public testing::Test {
     QLineEdit* editor() { return view.findChild<QLineEdit*>("labelEditor"); }
 
     /// Does one step after the other, divided by ";": "ZoomPercent 200" puts, "ZoomPercent is 200" expects,
-    /// "drag 1 2 30 40", "keep a" remembers what is seen, "like a" and "unlike a" expect it ...
+    /// "drag 1 2 30 40", "keep a" remembers what is seen, "like a" and "unlike a" expect it ... and a
+    /// fixture's own words.
     void run(const QString& script) {
         for (const QString& step : script.split(';')) {
             SCOPED_TRACE(qPrintable(step));
             QStringList words = step.simplified().split(' ');
-            const QString what = words.takeFirst(), first = words.value(0);
+            const QString what = words.takeFirst(), first = words.value(0), value = words.join(' ');
+            if (ownWords.contains(what)) ownWords[what](value);
             const QPoint at(first.toInt(), words.value(1).toInt());
             const QPoint to(words.value(2).toInt(), words.value(3).toInt());
             QWidget* const typedIn =
@@ -55,14 +66,13 @@ class ViewFixture : public testing::Test {
             if (what == "double") QTest::mouseDClick(&view, button, {}, at);
             if (what == "release" || what == "click" || what == "drag" || what == "double")
                 QTest::mouseRelease(&view, button, {}, what == "drag" ? to : at);
-            if (what == "type") QTest::keyClicks(typedIn, words.join(' '));
+            if (what == "type") QTest::keyClicks(typedIn, value);
             if (what == "key") QTest::keySequence(typedIn, QKeySequence(first));
             if (what == "keep") kept_[first] = seen();
             if (what == "like" || what == "unlike") {
                 EXPECT_EQ(seen() == kept_[first], what == "like");
             }
             if (!what.front().isUpper()) continue;
-            const QString value = words.join(' ');
             EXPECT_TRUE(first == "is" || view.setProperty(qPrintable(what), value));
             if (first == "is") {
                 EXPECT_EQ("is " + view.property(qPrintable(what)).toString(), value);
@@ -72,6 +82,7 @@ class ViewFixture : public testing::Test {
 
     FakeLibrary fake;
     ezDICOMX view;
+    std::map<QString, std::function<void(const QString&)>> ownWords;
 
   private:
     std::map<QString, QImage> kept_;
