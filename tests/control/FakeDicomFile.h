@@ -21,7 +21,6 @@ class FakeDicomFile : public dicom::DicomFile {
     int frames = 1, announced = 1;
     dicom::GreyTransform grey;
     std::function<dicom::GreyTransform(int)> greyOfFrame;
-    std::optional<dicom::Palette> paletteTables;
     dicom::Shutter shutterShapes;
     std::vector<dicom::Overlay> overlayPlanes;
     std::function<std::vector<std::uint8_t>(const dicom::Overlay&, int)> bitsOf;
@@ -32,7 +31,6 @@ class FakeDicomFile : public dicom::DicomFile {
     std::function<void()> readingBehind;
     /// A coarse picture of every fourth sample of every fourth row, at hand at once where decoding is slow.
     std::function<dicom::Frame(int)> coarse;
-    mutable std::atomic<int> decodeCount = 0;
 
     const dicom::DataSet& header() const override { return headerData; }
     dicom::DataSet elementsBehindPixels() const override {
@@ -50,7 +48,6 @@ class FakeDicomFile : public dicom::DicomFile {
         return dicom::FrameBytes();
     }
     dicom::Result<dicom::Frame> decodeRead(int frame, const dicom::FrameBytes&) const override {
-        ++decodeCount;
         if (broken.contains(frame)) return dicom::DecodeError{.frame = frame};
         return picture(frame);
     }
@@ -61,7 +58,7 @@ class FakeDicomFile : public dicom::DicomFile {
     dicom::GreyTransform greyTransform(int frame) const override {
         return greyOfFrame ? greyOfFrame(frame) : grey;
     }
-    const std::optional<dicom::Palette>& palette() const override { return paletteTables; }
+    const std::optional<dicom::Palette>& palette() const override { return palette_; }
     dicom::Shutter shutter(int) const override { return shutterShapes; }
     const std::vector<dicom::Overlay>& overlays() const override { return overlayPlanes; }
     std::vector<std::uint8_t> overlayBits(const dicom::Overlay& overlay, int frame) const override {
@@ -79,6 +76,7 @@ class FakeDicomFile : public dicom::DicomFile {
   private:
     std::string syntax_ = "1.2.840.10008.1.2.1";
     std::optional<dicom::DecodeError> error_;
+    std::optional<dicom::Palette> palette_;
 };
 
 /// Frames whose samples are value(x, y, f, s): pixel, frame from 0, sample of the pixel.

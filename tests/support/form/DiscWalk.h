@@ -111,7 +111,7 @@ class DiscWalk {
         // Dialogs, the clipboard and the end have nothing to do with where the window is.
         static const QRegularExpression leftOut("Export|Copy|xit|mnuOpen$|About");
         for (const QString& name : commandNames(form1Faces()))
-            if (!name.contains(leftOut)) steps_.append({name, handlersOf(window)(name)});
+            if (!name.contains(leftOut)) steps_.emplace_back(name, handlersOf(window)(name));
         const std::pair<QString, std::function<void()>> others[] = {
             {"folder",
              [this] {
