@@ -298,6 +298,8 @@ TEST(Frames, AreReadDecodedAndKeptAsByAnObviousVersion) {
                                           Reason::Memory};
                 if (failsNow && !isThere) {
                     EXPECT_EQ(got->error().reason, reasons[static_cast<int>(run->fault)]);
+                    EXPECT_EQ(got->error().kind == dicom::DecodeError::Kind::TooLarge,
+                              got->error().reason == Reason::Memory);
                 }
                 EXPECT_TRUE(isFault ? !got->ok() : got->value().columns == key.index);
             } else if (what < 84) {

@@ -72,6 +72,8 @@ TEST(PaletteTable, TakesTheUpperByteOfWideEntriesAndAllOfNarrowOnes) {
         EXPECT_EQ(palette.entries(1)[255], 255);
         EXPECT_EQ(palette.entries(2)[1], 0) << "blue begins at 1";
     }
+    const LookupTable least{0, 16, {0, 256}};  // of those that use more than 8 bits
+    EXPECT_EQ(PaletteTable({least, least, least}, {}, false).entries(0)[1], 1);
 }
 
 TEST(OwnWindow, IsTheFirstUsableWindowOrTheTable) {
