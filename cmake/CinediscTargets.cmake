@@ -26,6 +26,10 @@ function(cinedisc_settings target)
                                              -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=address,undefined)
   endif()
+  if(WIN32 AND NOT target MATCHES "codecs|pipeline|angiogram")
+    # A program on a disc starts the sooner the smaller it is; what works on pixels stays quick.
+    target_compile_options(${target} PRIVATE -Os)
+  endif()
   target_compile_definitions(${target} PRIVATE QT_NO_FOREACH)
 endfunction()
 

@@ -84,6 +84,7 @@ HeaderFacts HeaderFacts::of(const dicom::DicomFile& file) {
                          .trimmed());
     add(facts.study, runWords(file));
     add(facts.study, projection(file));
+    if (file.beginsAsProgram()) facts.warning = viewWords::alsoAProgram();
     facts.lossy = lossyWords(file);
     return facts;
 }

@@ -11,6 +11,7 @@ namespace cinedisc {
 struct HeaderFacts {
     QStringList patient;  ///< name, one line a component group; ID; birth date
     QStringList study;    ///< date and time of day, series, run or image, projection
+    QString warning;      ///< of a file that is a program as well, "" for others
     QString lossy;        ///< how much was given up in compression, "" when nothing
 
     static HeaderFacts of(const dicom::DicomFile& file);

@@ -92,6 +92,7 @@ CornerText::Lines ViewPainter::cornerLines(const ViewState& state) {
         facts_ = HeaderFacts::of(picture.file()->dicom());
     }
     CornerText::Lines lines{facts_.patient, facts_.study, {}, {}};
+    if (!facts_.warning.isEmpty()) lines.bottomLeft.append(facts_.warning);
     if (picture.frameCount() == 0) return lines;
 
     const QString cutOff =

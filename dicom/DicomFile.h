@@ -36,6 +36,8 @@ class DicomFile {
     virtual const std::string& transferSyntax() const = 0;
     virtual const PixelFormat& pixelFormat() const = 0;
     virtual Compression compression() const = 0;
+    /// Whether a system would also run the file as a program.
+    virtual bool beginsAsProgram() const { return false; }
 
     /// Frames that can be asked for: 0 when there is no picture. What the header says unless the file's
     /// length proves fewer.

@@ -12,6 +12,8 @@
 #include "dicom/Tags.h"
 #include "dicom/TextSplitting.h"
 
+#include <algorithm>
+
 namespace cinedisc::dicom {
 
 namespace {
@@ -20,11 +22,26 @@ constexpr std::size_t preambleBytes = 128;
 constexpr std::string_view prefix = "DICM";
 constexpr std::uint64_t mostInflatedBytes = 128ull << 20;
 
+/// Whether a system that is asked to run the file would: Windows, Linux, macOS, scripts. The preamble may
+/// legitimately be another picture format's (PS3.10 section 7.1).
+bool isProgram(std::string_view start) {
+    constexpr std::string_view signatures[] = {"MZ",
+                                               "\x7F\x45LF",
+                                               "#!",
+                                               "\xFE\xED\xFA\xCE",
+                                               "\xFE\xED\xFA\xCF",
+                                               "\xCE\xFA\xED\xFE",
+                                               "\xCF\xFA\xED\xFE",
+                                               "\xCA\xFE\xBA\xBE"};
+    return std::ranges::any_of(signatures, [&](auto signature) { return start.starts_with(signature); });
+}
+
 /// Skips preamble and prefix (PS3.10 section 7.1); whether the prefix was there.
-bool skipPrefix(ForwardBuffer& buffer) {
+bool skipPrefix(ForwardBuffer& buffer, FileHeader& header) {
     const auto start = textOf(buffer.peek(preambleBytes + prefix.size()));
     for (const std::size_t at : {preambleBytes, std::size_t{0}}) {
         if (start.size() < at + prefix.size() || start.substr(at, prefix.size()) != prefix) continue;
+        header.beginsAsProgram = at > 0 && isProgram(start);
         buffer.advance(at + prefix.size());
         return true;
     }
@@ -64,7 +81,7 @@ Result<FileHeader> readFileHeader(std::shared_ptr<const ByteSource> source) {
     if (source->size() == 0) return DecodeError{DecodeError::Kind::NotDicom, DecodeError::Reason::Empty};
     FileHeader header;
     ForwardBuffer buffer(*source);
-    const bool hasPrefix = skipPrefix(buffer);
+    const bool hasPrefix = skipPrefix(buffer, header);
     if (buffer.hasFailed() && buffer.remaining() == 0) return faults::cannotRead({}, buffer.size());
     if (!hasPrefix && !looksLikeDataSet(buffer.peek(ElementHeader::mostBytes), buffer.size()))
         return DecodeError{DecodeError::Kind::NotDicom};

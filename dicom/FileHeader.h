@@ -19,6 +19,7 @@ struct FileHeader {
     const TransferSyntax* syntax = nullptr;  ///< null when the UID is not known
     Encoding encoding;                       ///< that the data set really has
     std::optional<PixelElement> pixels;
+    bool beginsAsProgram = false;            ///< the preamble is that of a program or script
     std::optional<DecodeError> brokenOff;    ///< why the header ends early
     std::shared_ptr<const ByteSource> body;  ///< what offsets refer to: the file, or the inflated data set
 

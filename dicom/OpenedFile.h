@@ -19,6 +19,7 @@ class OpenedFile : public DicomFile {
     const std::string& transferSyntax() const override { return header_.syntaxUid; }
     const PixelFormat& pixelFormat() const override { return picture_.format; }
     Compression compression() const override { return picture_.compression; }
+    bool beginsAsProgram() const override { return header_.beginsAsProgram; }
     int frameCount() const override { return picture_.frameCount; }
     int announcedFrameCount() const override { return picture_.announcedFrameCount; }
     const std::optional<DecodeError>& pictureError() const override { return picture_.error; }

@@ -142,6 +142,8 @@ QString inverted() { return say("Inverted"); }
 
 QString coarse() { return say("Coarse, being refined"); }
 
+QString alsoAProgram() { return say("Warning: this file is a program as well. Do not start it"); }
+
 QString lossy(const QStringList& ratios) { return (say("Lossy") + ' ' + ratios.join(", ")).trimmed(); }
 
 QString patientId(const QString& id) { return named(say("ID"), id); }

@@ -28,6 +28,8 @@ QString zoom(double scale);
 QString inverted();
 QString coarse();
 QString lossy(const QStringList& ratios);
+/// Of a file that a system would run.
+QString alsoAProgram();
 /// With a word before the value; "" without a value.
 QString patientId(const QString& id);
 QString born(const QString& date);

@@ -2,7 +2,10 @@
 #include "control/Notice.h"
 #include "control/words/HeaderWords.h"
 #include "control/words/ViewWords.h"
+#include "dicom/MemoryByteSource.h"
+#include "dicom/Tags.h"
 #include "tests/control/FakeDicomFile.h"
+#include "tests/support/DicomBuilder.h"
 
 #include <gtest/gtest.h>
 
@@ -104,6 +107,22 @@ TEST(HeaderFacts, TellWhatTheFileSays) {
     test::put(file, {0x0020, 0x0013}, "4");
     file.announced = 60;
     EXPECT_EQ(HeaderFacts::brief(file, 58).join('|'), "Run 4  25 frames/s|AP  CRAN\u00A020\u00B0|58 frames");
+}
+
+TEST(HeaderFacts, WarnOfAFileThatIsAProgramAsWell) {
+    for (const auto& [start, warns] : {std::pair("MZ", true),
+                                       {"\x7F\x45LF", true},
+                                       {"#!", true},
+                                       {"\xCA\xFE\xBA\xBE", true},
+                                       {"II*", false},
+                                       {"M", false}}) {
+        test::DicomBuilder builder;
+        builder.text(dicom::tags::SOPClassUID, "UI", "1.2");
+        auto bytes = builder.build();
+        std::ranges::transform(std::string_view(start), bytes.begin(), [](char c) { return std::byte(c); });
+        const auto file = dicom::DicomFile::open(std::make_shared<dicom::MemoryByteSource>(bytes));
+        EXPECT_NE(HeaderFacts::of(*file.value()).warning.isEmpty(), warns) << start;
+    }
 }
 
 TEST(Notice, SaysWhatCannotBeShownAndWhy) {
