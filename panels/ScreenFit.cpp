@@ -32,7 +32,14 @@ ScreenFit::ScreenFit(QMainWindow& window, std::function<void(int)> arrange)
 
 bool ScreenFit::eventFilter(QObject* watched, QEvent* event) {
     const bool comes = event->type() == QEvent::Show && !event->spontaneous();
-    if (comes || event->type() == QEvent::ScreenChangeInternal) fitTo(window_.screen()->availableSize());
+    if (comes || event->type() == QEvent::ScreenChangeInternal) {
+        const QRect room = window_.screen()->availableGeometry();
+        fitTo(room.size());
+        // Some systems put a new window where it does not reach beyond the screen only if it is small.
+        QRect place(QPoint(), window_.size() + frame);
+        place.moveCenter(room.center());
+        if (comes && !window_.testAttribute(Qt::WA_Moved)) window_.move(place.topLeft());
+    }
     return QObject::eventFilter(watched, event);
 }
 

@@ -162,6 +162,7 @@ TEST_F(Form1Test, NothingIsCutOnAnyScreen) {
               QSize(1280, 800), QSize(1280, 1024), QSize(3840, 2160), QSize(1080, 1920), QSize(540, 960)}) {
             Form1 shown(disc.path());
             shown.show();
+            EXPECT_TRUE(shown.screen()->availableGeometry().contains(shown.geometry()));
             auto& fit = *shown.findChild<ScreenFit*>();
             const QSize scaled = screen / ScreenFit::scaleFor(screen);
             fit.fitTo(scaled);

@@ -17,8 +17,8 @@ using dicom::Compression;
 using Bytes = std::vector<std::uint8_t>;
 using Random = std::function<int(int, int)>;  ///< from the first number to the last
 
-/// Codes a raster, which it may change before, in one of many ways; `near` is how far samples may get.
-using Encode = std::function<Bytes(Raster&, const Random&, int& near)>;
+/// Codes a raster, which it may change before, in one of many ways; `loss` is how far samples may get.
+using Encode = std::function<Bytes(Raster&, const Random&, int& loss)>;
 
 Bytes lossless(Raster& raster, const Random& random, int&) {
     const bool grey = raster.components == 1;
@@ -37,14 +37,14 @@ Bytes lossless(Raster& raster, const Random& random, int&) {
     return stream;
 }
 
-Bytes jpegLs(Raster& raster, const Random& random, int& near) {
+Bytes jpegLs(Raster& raster, const Random& random, int& loss) {
     // The library's encoder writes beyond its memory when noise gets no shorter.
     for (std::size_t i = 0; i < raster.size(); ++i)
         raster.samples[i] = raster.samples[i - i % (i < raster.size() / 2 ? 300 : 3)];
     // Of fewer bits the library has thresholds of its own.
-    if (raster.bits >= 8) near = random(0, 1) * random(0, 10);
+    if (raster.bits >= 8) loss = random(0, 1) * random(0, 10);
     return jpegLsEncoded(
-        raster, near, raster.components == 1 ? LsInterleave::None : static_cast<LsInterleave>(random(0, 2)));
+        raster, loss, raster.components == 1 ? LsInterleave::None : static_cast<LsInterleave>(random(0, 2)));
 }
 
 Bytes jpeg2000(Raster& raster, const Random& random, int&) {
@@ -88,8 +88,8 @@ TEST(RoundTrip, RandomPicturesComeBackWhateverTheCoderAndTheTransferSyntax) {
             const int bits = depths[engine() % depths.size()], largest = round % 2 ? 15 : 70;
             Raster picture = raster(random(c.smallest, largest + c.smallest), random(c.smallest, 2 * largest),
                                     round % 3 ? 1 : 3, bits, static_cast<Texture>(random(0, 2)), round);
-            int near = 0;
-            const Bytes stream = c.encode(picture, random, near);
+            int loss = 0;
+            const Bytes stream = c.encode(picture, random, loss);
             SCOPED_TRACE(testing::Message() << c.what << ", round " << round << ", " << picture.rows << " x "
                                             << picture.columns << ", " << bits << " bit");
             const auto declared =
@@ -98,7 +98,7 @@ TEST(RoundTrip, RandomPicturesComeBackWhateverTheCoderAndTheTransferSyntax) {
             const auto expected = shown(picture);
             ASSERT_EQ(result.size(), expected.size());
             for (std::size_t i = 0; i < result.size(); ++i)
-                ASSERT_LE(std::abs(result[i] - expected[i]), near) << "at " << i;
+                ASSERT_LE(std::abs(result[i] - expected[i]), loss) << "at " << i;
         }
     }
 }
