@@ -90,7 +90,7 @@ std::shared_ptr<const CoarsePicture> ImageFile::decodeCoarse(int index, const di
         return nullptr;
     auto coarse = dicom_->decodeCoarse(index, bytes, asker == Asker::Preview ? sideOfPreview : sideOfView);
     if (!coarse || !isWhole(coarse->frame, dicom_->pixelFormat(), coarse->halvings)) return nullptr;
-    auto picture = std::make_shared<CoarsePicture>(std::move(*coarse), nullptr);
+    auto picture = std::make_shared<CoarsePicture>(CoarsePicture{std::move(*coarse), nullptr});
     if (coverKind_ == CoverKind::SameOnAllFrames) picture->cover = sharedCover();
     if (coverKind_ == CoverKind::FrameByFrame)
         picture->cover = std::make_shared<const CoverPlane>(coverOf(*dicom_, index, &bytes));
