@@ -65,7 +65,8 @@ std::string CharacterSet::decode(std::string_view bytes, Resets resets) const {
         if (isMeant) return std::string(bytes);
     }
     if (scheme_ == Scheme::Whole) {
-        if (auto text = decodeText(bytes, encoding_)) return *text;
+        // The C library lets UTF-8 beyond Unicode's last character pass.
+        if (const auto text = decodeText(bytes, encoding_)) return toValidUtf8(*text);
         return fromLatin1(bytes);
     }
     return decodeIso2022(bytes, encoding_ ? encoding_ : latin1,

@@ -46,6 +46,17 @@ bool isValidUtf8(std::string_view text) {
     return true;
 }
 
+std::string toValidUtf8(std::string_view text) {
+    std::string valid;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t length = validLength(text, at);
+        if (length == 0) appendUtf8(valid, 0xFFFD);
+        valid.append(text.substr(at, length));
+        at += std::max<std::size_t>(length, 1);
+    }
+    return valid;
+}
+
 void appendUtf8(std::string& to, char32_t character) {
     const auto part = [&to, character](int shift, unsigned mark, unsigned mask) {
         to += static_cast<char>(mark | (static_cast<unsigned>(character) >> shift & mask));
