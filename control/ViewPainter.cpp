@@ -46,8 +46,7 @@ std::optional<Notice> noticeFor(const LoadedPicture& picture) {
 }
 
 void ViewPainter::paint(QPainter& painter, const QRect& view, const QRect& content, ViewState& state,
-                        MouseTools& tools, const Look& look) {
-    const auto notice = noticeFor(state.picture);
+                        const std::optional<Notice>& notice, MouseTools& tools, const Look& look) {
     const bool isFilled =
         look.fill && !notice && (look.role != ViewRole::Main || !state.picture.path().isEmpty());
     const Ground ground = !isFilled ? Ground::Own : look.whiteFill ? Ground::White : Ground::Black;

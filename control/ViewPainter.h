@@ -33,9 +33,10 @@ class ViewPainter {
         QColor mark;
     };
 
-    /// `content` is the part of the view inside its border, logical pixels.
+    /// `content` is the part of the view inside its border, logical pixels; `notice` stands in place of the
+    /// picture.
     void paint(QPainter& painter, const QRect& view, const QRect& content, ViewState& state,
-               MouseTools& tools, const Look& look);
+               const std::optional<Notice>& notice, MouseTools& tools, const Look& look);
 
   private:
     /// Returns which device pixels it covers, counted from `corner`, the content's.

@@ -144,7 +144,7 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
   signals:
     /// A preview was pressed and released with the left button, or chosen with Return.
     void clicked();
-    /// The main view has drawn another frame, or another picture of it.
+    /// The main view has drawn another frame, once for each however often its picture changes.
     void frameDrawn();
     /// Another file, zoom, polarity, smoothing, background or mouse tool is in force, or the header page came
     /// or went: by whomever.

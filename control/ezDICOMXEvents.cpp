@@ -21,7 +21,8 @@ void ezDICOMX::paintEvent(QPaintEvent*) {
     if (parts_->role == ViewRole::Probe) return;
     parts_->layOut();
     parts_->view.picture.refine();
-    parts_->describe();
+    // The frame may arrive from here on: what is drawn is what has been told, and the arrival draws again.
+    const auto notice = parts_->describe();
     if (parts_->role == ViewRole::Preview) parts_->view.representative.follow(parts_->view.picture);
     ViewPainter::Look look;
     look.role = parts_->role;
@@ -34,10 +35,11 @@ void ezDICOMX::paintEvent(QPaintEvent*) {
     look.focusColour = palette().color(QPalette::BrightText);
     look.mark = palette().color(QPalette::Link);
     QPainter painter(this);
-    parts_->painter.paint(painter, rect(), parts_->content(), parts_->view, parts_->tools, look);
+    parts_->painter.paint(painter, rect(), parts_->content(), parts_->view, notice, parts_->tools, look);
     parts_->lookAhead();
-    const auto revision = parts_->view.picture.frameRevision();
-    if (std::exchange(parts_->drawnRevision, revision) != revision && !isReading()) emit frameDrawn();
+    const auto& picture = parts_->view.picture;
+    const std::pair drawn(picture.fileRevision(), picture.currentFrame());
+    if (!isReading() && std::exchange(parts_->drawn, drawn) != drawn) emit frameDrawn();
 }
 
 void ezDICOMX::resizeEvent(QResizeEvent*) {

@@ -66,9 +66,11 @@ void ezDICOMX::Parts::layOut() {
     view.deviceSize = (QSizeF(content().size()) * view.pixelRatio).toSize().expandedTo({0, 0});
 }
 
-void ezDICOMX::Parts::describe() {
+std::optional<Notice> ezDICOMX::Parts::describe() {
     settle(Patience::Glance);
-    describeWith(noticeFor(view.picture));
+    auto notice = noticeFor(view.picture);
+    describeWith(notice);
+    return notice;
 }
 
 void ezDICOMX::Parts::describeWith(const std::optional<Notice>& notice) {

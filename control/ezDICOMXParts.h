@@ -40,7 +40,7 @@ struct ezDICOMX::Parts {
     void takeArrival();
     /// The notice, if there is one, is also what assistive programs read. Looks at the frame shown, so it
     /// decodes it.
-    void describe();
+    std::optional<Notice> describe();
     void describeWith(const std::optional<Notice>& notice);
     /// Works out the direction of play from the frame just put and the one before.
     void noteStep(qint32 from, qint32 to);
@@ -85,11 +85,11 @@ struct ezDICOMX::Parts {
     qint32 thumbStyle = 0;
     bool isMarked = false;
     std::optional<DisplayChoices> told;
-    std::uint64_t drawnRevision = 0;   ///< of the frame that was drawn last
-    bool awaiting = false;             ///< the disc has not given the frame shown yet
-    QBasicTimer noticeDelay;           ///< runs while the last frame stands for the awaited one
-    bool isReachedByKey = false;       ///< what has the keyboard by way of Tab is marked
-    std::optional<QPointF> pressedAt;  ///< of a click on a preview
+    std::pair<std::uint64_t, qint32> drawn;  ///< file, by its revision, and frame that were drawn last
+    bool awaiting = false;                   ///< the disc has not given the frame shown yet
+    QBasicTimer noticeDelay;                 ///< runs while the last frame stands for the awaited one
+    bool isReachedByKey = false;             ///< what has the keyboard by way of Tab is marked
+    std::optional<QPointF> pressedAt;        ///< of a click on a preview
 };
 
 }  // namespace cinedisc

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QPlainTextEdit>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <condition_variable>
@@ -156,6 +157,7 @@ TEST_F(LookAheadTest, SaysThatItReadsUntilTheDiscHasGivenThePicture) {
     lookAhead(atOnce);
     for (const QString held : {"open /w", "read x 0", "read y 4", "decode z 4"}) {
         const QString name = held.section(' ', 1, 1).remove('/');
+        const QSignalSpy drawn(&view, &ezDICOMX::frameDrawn);
         makeRun(name.toStdString(), 30);
         run("hold " + held + "; FileName /" + name + "; draw");
         if (held.endsWith('4')) run("grey 1");
@@ -167,6 +169,7 @@ TEST_F(LookAheadTest, SaysThatItReadsUntilTheDiscHasGivenThePicture) {
         run("FrameCount is 30; CurrentFrame 2; CurrentFrame 3; CurrentFrame 4; CurrentFrame 5; reading; "
             "letGo; "
             "grey 5");
+        EXPECT_EQ(drawn.size(), held.endsWith('4') ? 2 : 1);
         ASSERT_TRUE(disc.reached("decode " + name.toStdString(), 30));
         EXPECT_EQ(disc.steps("read " + name.toStdString()).size(), 30U) << "each frame once";
     }
