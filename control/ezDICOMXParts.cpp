@@ -95,7 +95,8 @@ void ezDICOMX::Parts::noteStep(qint32 from, qint32 to) {
 
 void ezDICOMX::Parts::lookAhead() {
     const auto& picture = view.picture;
-    if (role != ViewRole::Main || picture.frameCount() == 0 || !owner.isVisible()) return;
+    if (role != ViewRole::Main || picture.frameCount() == 0 || !owner.isVisible() || library.isWaiting())
+        return;
     if (neighbour && (nextOf != picture.path() || nextTowards != direction)) {
         nextOf = picture.path();
         nextTowards = direction;

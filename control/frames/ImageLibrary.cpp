@@ -74,13 +74,19 @@ void ImageLibrary::note(Patience patience, bool waitedInVain) {
 /// `wait` is given the end of the wait, and returns what comes until then.
 template <typename Wait>
 auto ImageLibrary::waitUpTo(std::chrono::milliseconds limit, const Wait& wait) {
-    constexpr std::chrono::milliseconds unnoticed{150};
+    constexpr std::chrono::milliseconds unnoticed{150}, breath{20};
     const auto begun = FrameStore::Clock::now();
-    auto result = wait(begun + std::min(limit, unnoticed));
-    if (result || limit <= unnoticed) return result;
-    if (longWait_) longWait_(true);
-    result = wait(begun + limit);
-    if (longWait_) longWait_(false);
+    auto result = wait(begun + (longWait_ ? std::min(limit, unnoticed) : limit));
+    if (result || limit <= unnoticed || !longWait_) return result;
+    isWaiting_ = true;
+    longWait_(LongWait::Begins);
+    for (auto now = begun; !result && now < begun + limit; now = FrameStore::Clock::now()) {
+        longWait_(LongWait::GoesOn);
+        result = wait(std::min(FrameStore::Clock::now() + breath, begun + limit));
+    }
+    longWait_(LongWait::Ends);
+    isWaiting_ = false;
+    arrivals_.tell();
     return result;
 }
 
@@ -88,6 +94,7 @@ FrameStore::Decoded ImageLibrary::frame(const void* view, Asker asker,
                                         const std::shared_ptr<const ImageFile>& file, int index,
                                         Patience patience) {
     if (!ahead_) return file->frame(index);
+    if (isWaiting_) return nullptr;
     if (auto frame = frames_->want({view, asker, file, index})) return frame;
     ahead_->wake();
     auto frame = waitUpTo(limit(patience), [&](auto end) { return frames_->waitFor(view, end); });
@@ -97,7 +104,7 @@ FrameStore::Decoded ImageLibrary::frame(const void* view, Asker asker,
 
 ImageLibrary::Sight ImageLibrary::glance(const void* view, Asker asker,
                                          const std::shared_ptr<const ImageFile>& file, int index) {
-    if (!ahead_ || file->decodingWork() == DecodingWork::Little)
+    if (!ahead_ || isWaiting_ || file->decodingWork() == DecodingWork::Little)
         return {frame(view, asker, file, index, Patience::Glance), nullptr};
     if (auto frame = frames_->want({view, asker, file, index})) return {std::move(frame), nullptr};
     ahead_->wake(LookAhead::Decoders::AsThereAre);
@@ -111,7 +118,7 @@ ImageLibrary::Sight ImageLibrary::glance(const void* view, Asker asker,
 
 FrameStore::Decoded ImageLibrary::whenIdle(const void* view, const std::shared_ptr<const ImageFile>& file,
                                            int index) {
-    if (!ahead_) return nullptr;
+    if (!ahead_ || isWaiting_) return nullptr;
     auto frame = frames_->want({view, Asker::WhenIdle, file, index});
     if (!frame) ahead_->wakeWhenIdle();
     return frame;
@@ -128,6 +135,7 @@ std::shared_ptr<HeaderText> ImageLibrary::headerText(std::shared_ptr<const Image
 }
 
 bool ImageLibrary::waitFor(const Errand& errand, Patience patience) {
+    if (isWaiting_) return false;
     if (errand.isDone()) return true;
     const bool done = waitUpTo(limit(patience), [&](auto end) { return errand.waitUntil(end); });
     note(patience, !done);

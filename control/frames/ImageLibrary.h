@@ -47,9 +47,12 @@ class ImageLibrary {
     void lookAhead(std::chrono::milliseconds glance,
                    std::chrono::milliseconds answer = std::chrono::seconds(5));
 
-    /// Called with true by whoever has waited for an answer so long that a person notices, and with false
-    /// when the wait is over.
-    void onLongWait(std::function<void(bool waits)> told) { longWait_ = std::move(told); }
+    /// Called by whoever has waited for an answer so long that a person notices; again and again while it
+    /// goes on, so that windows can be drawn. Until it ends the views get nothing new: whoever waits may be
+    /// about to change what they have.
+    enum class LongWait { Begins, GoesOn, Ends };
+    void onLongWait(std::function<void(LongWait)> told) { longWait_ = std::move(told); }
+    bool isWaiting() const { return isWaiting_; }
 
     /// The file at a path: the one already open, unless another has taken its place since. Frames of it that
     /// could not be shown will be tried again. Waits for the disc; never throws; safe to call from any
@@ -81,7 +84,7 @@ class ImageLibrary {
     /// The frame that a view waits for, if it has come.
     FrameStore::Decoded arrived(const void* view, Asker asker, const std::shared_ptr<const ImageFile>& file,
                                 int index) {
-        return frames_->want({view, asker, file, index});
+        return isWaiting_ ? nullptr : frames_->want({view, asker, file, index});
     }
     /// The view waits for no frame any more.
     void forget(const void* view) { frames_->forget(view); }
@@ -108,7 +111,8 @@ class ImageLibrary {
     std::map<QString, std::weak_ptr<Opening>> openings_;
     FrameArrivals arrivals_;
     std::chrono::milliseconds glance_{0}, answer_{0};
-    std::function<void(bool)> longWait_;
+    std::function<void(LongWait)> longWait_;
+    bool isWaiting_ = false;
     bool hasGlanced_ = false;              ///< in vain
     std::optional<unsigned> gaveUpAfter_;  ///< what the disc had served when an answer was given up
     std::unique_ptr<StampReader> stamps_;

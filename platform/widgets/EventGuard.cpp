@@ -14,6 +14,7 @@ EventGuard::FatalAction& fatalAction() {
 }
 
 bool tellingErrorNow = false;
+int pauses = 0;
 
 RunTimeError currentError() {
     try {
@@ -32,6 +33,10 @@ RunTimeError currentError() {
 EventGuard::FatalAction EventGuard::replaceFatalAction(FatalAction action) {
     return std::exchange(fatalAction(), std::move(action));
 }
+
+EventGuard::Pause::Pause() { ++pauses; }
+EventGuard::Pause::~Pause() { --pauses; }
+bool EventGuard::isPaused() { return pauses > 0; }
 
 bool EventGuard::tellingError() { return tellingErrorNow; }
 

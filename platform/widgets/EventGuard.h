@@ -17,10 +17,20 @@ class EventGuard {
     /// What an untrapped error does. The program's own one does not return.
     using FatalAction = std::function<void(const RunTimeError&)>;
 
+    /// While one lives, handlers do not run: another is in the middle of its work.
+    class Pause {
+      public:
+        Pause();
+        ~Pause();
+        Pause(const Pause&) = delete;
+        Pause& operator=(const Pause&) = delete;
+    };
+    static bool isPaused();
+
     /// Runs a handler, unless an untrapped error is being told.
     template <typename Handler>
     static void run(Handler&& handler) {
-        if (!tellingError()) protect(std::forward<Handler>(handler));
+        if (!tellingError() && !isPaused()) protect(std::forward<Handler>(handler));
     }
 
     /// As run, but also while an error is being told: for what the message box itself needs, like painting.

@@ -83,9 +83,16 @@ TEST_F(DiscUseTest, PreviewsShowTheRepresentativeFrameOnceTheDiscHasNothingElseT
 TEST_F(DiscUseTest, ALongWaitForAnAnswerIsTold) {
     std::string told;
     fake.library.lookAhead(std::chrono::milliseconds(0), std::chrono::minutes(1));
-    fake.library.onLongWait([&](bool waits) {
-        told += waits ? "waits " : "over";
-        if (waits) held.release();
+    fake.library.onLongWait([&](ImageLibrary::LongWait wait) {
+        using enum ImageLibrary::LongWait;
+        told += wait == Begins ? "waits " : wait == Ends ? "over" : "";
+        if (wait != GoesOn) return;
+        // What is drawn meanwhile, and what comes, changes nothing for the command that waits.
+        held.release();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !readSoFar().empty(); }));
+        seen();
+        EXPECT_EQ(view.FrameCount(), 0);
+        EXPECT_EQ(view.accessibleDescription(), "reading …");
     });
     run("slow", 5, 1);
     fake.opening = [this](const std::string&) { held.acquire(); };

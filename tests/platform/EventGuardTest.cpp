@@ -1,3 +1,4 @@
+#include "platform/widgets/DrawWindows.h"
 #include "platform/widgets/EndProgram.h"
 #include "platform/widgets/EventGuard.h"
 #include "tests/support/ModalDialog.h"
@@ -5,6 +6,9 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -50,6 +54,33 @@ TEST_F(EventGuardTest, EveryKindOfExceptionIsToldAsARunTimeErrorAndNoOtherHandle
     EXPECT_EQ(runs, 0);
     handler();
     EXPECT_EQ(runs, 1);
+}
+
+TEST_F(EventGuardTest, WhileAHandlerWaitsWindowsAreDrawnAndNothingElseBegins) {
+    struct : QWidget {
+        void paintEvent(QPaintEvent*) override { ++drawn; }
+        int drawn = 0;
+    } window;
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    int ticks = 0, runs = 0;
+    QTimer clock;
+    QObject::connect(&clock, &QTimer::timeout, [&] { ++ticks; });
+    clock.start(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ticks > 0; }));
+
+    const QSize size = window.size(), wider = size + QSize(30, 20);
+    QMetaObject::invokeMethod(&window, EventGuard::guarded([&] { ++runs; }), Qt::QueuedConnection);
+    window.windowHandle()->resize(wider);
+    QCoreApplication::postEvent(window.windowHandle(), new QCloseEvent);
+    window.update();
+    ticks = 0;
+    const int drawn = window.drawn;
+    for (const QDeadlineTimer end(20000); window.drawn == drawn && !end.hasExpired();) drawWindows();
+    EXPECT_GT(window.drawn, drawn);
+    EXPECT_EQ(ticks + runs, 0);
+    EXPECT_EQ(window.size(), size);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ticks > 0 && window.size() == wider && !window.isVisible(); }));
 }
 
 /// Tells what must not happen when a program ends at once.
