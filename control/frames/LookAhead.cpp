@@ -147,6 +147,8 @@ void LookAhead::run(const Job& job, Lock& lock) {
         auto file = openNext_(path);
         lock.lock();
         plan_.openedNext(path, std::move(file));
+        // Frames of it may have been read already.
+        readSomething();
     } else {
         lock.unlock();
         store_.read({job.run.get(), job.frame});

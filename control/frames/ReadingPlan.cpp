@@ -42,7 +42,7 @@ bool ReadingPlan::follow(const std::shared_ptr<const ImageFile>& file, int frame
     order_.frame = frame;
     store_.follow(order_);
     // Frames read earlier may be due to be decoded now.
-    return !order_.fits && (!isStep || store_.isRead({order_.run, order_.ahead(order_.window)}));
+    return !isStep || (!order_.fits && store_.isRead({order_.run, order_.ahead(order_.window)}));
 }
 
 void ReadingPlan::beginRun(const std::shared_ptr<const ImageFile>& file) {

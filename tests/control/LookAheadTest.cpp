@@ -150,6 +150,13 @@ TEST_F(LookAheadTest, ReadsTheShownRunAndThenTheNeighbourEachFrameOnce) {
     EXPECT_EQ(fake.opened, 2) << "a run played before is still open";
     ASSERT_TRUE(disc.reached("decode a", 20));
     EXPECT_EQ(disc.steps("decode a").size(), 20U);
+
+    // One that was left before all that had been read of it was decoded.
+    makeRun("left", 20);
+    makeRun("c", 1);
+    view.setNeighbour([](const QString&, PlayDirection) { return QString(); });
+    run("hold decode left 5; FileName /left; draw; reached read left 19; reached decode left 5; "
+        "FileName /c; draw; letGo; FileName /left; draw; reached decode left 19");
 }
 
 // Also when look-ahead is just reading or decoding the very frame that is wanted.
