@@ -170,7 +170,7 @@ struct Obvious {
         if (run != newRun || next != newNext) isNextTried = isNextOpen = false;
         run = newRun, frame = newFrame, direction = newDirection, next = newNext;
         tellStore();
-        return !fits() && (!isStep || isRead({run, ahead(window())}));
+        return !isStep || (!fits() && isRead({run, ahead(window())}));
     }
     /// StoredRun and frame; frame -1: the next file is to be opened.
     std::optional<std::pair<const StoredRun*, int>> step() {
