@@ -1,20 +1,35 @@
 #include "catalogue/CatalogueReader.h"
+#include "discmaker/SourceDirectory.h"
 #include "fuzzing/Targets.h"
 
-#include <QTemporaryFile>
+#include <QFile>
+#include <QTemporaryDir>
+#include <dcmtk/config/osconfig.h>
+#include <dcmtk/oflog/oflog.h>
 
 #include <cstdlib>
 
 namespace cinedisc::fuzzing {
 
-void catalogue(Bytes bytes) {
-    static QTemporaryFile file;
-    if (!file.open()) std::abort();
-    file.resize(0);
-    file.seek(0);
+namespace {
+
+/// A file of these bytes, alone in its folder.
+QString written(Bytes bytes) {
+    static const QTemporaryDir folder;
+    QFile file(folder.filePath("file"));
+    if (!file.open(QIODevice::WriteOnly)) std::abort();
     file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
-    file.close();  // which removes nothing
-    (void)readCatalogue(file.fileName());
+    return file.fileName();
+}
+
+}  // namespace
+
+void catalogue(Bytes bytes) { (void)readCatalogue(written(bytes)); }
+
+void directory(Bytes bytes) {
+    OFLog::configure(OFLogger::OFF_LOG_LEVEL);
+    const std::string path = written(bytes).toStdString();
+    (void)discmaker::readDirectory(path, path + ".scratch");
 }
 
 }  // namespace cinedisc::fuzzing

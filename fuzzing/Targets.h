@@ -26,6 +26,8 @@ void jpeg2000(Bytes input);
 void text(Bytes input);
 /// The catalogue of a disc.
 void catalogue(Bytes file);
+/// The DICOMDIR of a disc that another is made from.
+void directory(Bytes file);
 
 struct Target {
     const char* name;
@@ -44,6 +46,7 @@ inline constexpr Target targets[] = {
     {"jpeg2000", jpeg2000},
     {"text", text},
     {"catalogue", catalogue},
+    {"directory", directory},
 };
 
 }  // namespace cinedisc::fuzzing

@@ -147,6 +147,7 @@ void addFrom(Corpus& corpus, const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(in), {}};
     if (path.extension() == ".xml") return corpus.add("catalogue", bytes);
+    if (path.filename() == "DICOMDIR") return corpus.add("directory", bytes);
     if (bytes.size() <= longest) corpus.addFile(std::as_bytes(std::span(bytes)));
     const auto file = dicom::DicomFile::open(path.string());
     if (!file) return;
