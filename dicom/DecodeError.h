@@ -40,6 +40,7 @@ struct DecodeError {
         Unpacking,    ///< of a deflated data set
         PictureData,  ///< within the bytes of a frame; the detail says how
         Frames,       ///< `completeFrames` of `announcedFrames` are there
+        Decoder,      ///< a library did not come to an end with the frame, well or badly
         Memory,       ///< the program has not got enough
         Unknown,      ///< whatever the decoder stumbled over
     };

@@ -93,6 +93,8 @@ QString wordsFor(const dicom::DecodeError& fault) {
         case Reason::Frames:
             if (fault.announcedFrames <= 1) return say("The file is cut off: its picture is not complete");
             return wordsForFrames(fault.completeFrames, fault.announcedFrames);
+        case Reason::Decoder:
+            return say("The picture data are damaged: the decoder could not go on with them");
         case Reason::Memory:
             return say("It needs more memory than there is");
         case Reason::Unknown:

@@ -1,14 +1,13 @@
 #include "dicom/codecs/FrameDecoder.h"
 
-#include "dicom/codecs/BaselineJpegDecoder.h"
 #include "dicom/codecs/CodecError.h"
 #include "dicom/codecs/CodedPicture.h"
-#include "dicom/codecs/ExtendedJpegDecoder.h"
 #include "dicom/codecs/Jpeg2000Decoder.h"
 #include "dicom/codecs/Jpeg2000Header.h"
 #include "dicom/codecs/JpegBounds.h"
 #include "dicom/codecs/JpegLsDecoder.h"
 #include "dicom/codecs/JpegMarkers.h"
+#include "dicom/codecs/LibraryDecoding.h"
 #include "dicom/codecs/LosslessJpegDecoder.h"
 #include "dicom/codecs/NativeDecoder.h"
 #include "dicom/codecs/PixelCell.h"
@@ -34,6 +33,12 @@ std::optional<DecodeError> jpegError(const JpegHeader& header, const PixelFormat
     return std::nullopt;
 }
 
+Result<CodedPicture> byLibrary(Bytes bytes, const LibraryTask& task) {
+    auto decoded = decodeByLibrary(bytes, task);
+    if (!decoded) return decoded.error();
+    return std::move(decoded.value().picture);
+}
+
 Result<CodedPicture> decodeJpeg(Bytes bytes, const PixelFormat& format) {
     const Result<JpegHeader> read = readJpegHeader(bytes);
     if (!read) return read.error();
@@ -44,8 +49,7 @@ Result<CodedPicture> decodeJpeg(Bytes bytes, const PixelFormat& format) {
     const bool isCosine = header.startOfFrame <= marker::sof2;
     if (isCosine && (header.precision == 8 || header.precision == 12)) {
         if (const auto error = jpegWorkError(bytes, header, format)) return *error;
-        return header.precision == 8 ? decodeBaselineJpeg(bytes, header, format)
-                                     : decodeExtendedJpeg(bytes, header, format);
+        return byLibrary(bytes, {LibraryCodec::Jpeg, format});
     }
     return unsupported("JPEG process " + std::to_string(header.startOfFrame - marker::sof0) + ", " +
                        std::to_string(header.precision) + " bit");
@@ -90,7 +94,7 @@ bool holdsCells(const CodedPicture& picture, const PixelFormat& format) {
 Result<Frame> decode(Bytes bytes, const PixelFormat& format, Compression compression, CellBits wanted) {
     if (isJpeg(bytes) || isJpeg2000(bytes)) {
         Result<CodedPicture> picture =
-            isJpeg(bytes) ? decodeJpeg(bytes, format) : decodeJpeg2000(bytes, format);
+            isJpeg(bytes) ? decodeJpeg(bytes, format) : byLibrary(bytes, {LibraryCodec::Jpeg2000, format});
         if (!picture) return picture.error();
         if (wanted == CellBits::All && !holdsCells(picture.value(), format))
             return unsupported("no bits beside the values");
@@ -130,7 +134,12 @@ std::optional<CoarseFrame> decodeCoarseFrame(std::span<const std::byte> bytes, c
         const Bytes stream{reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
         if (formatError(format) || format.sampleKind != SampleKind::Integer || !isJpeg2000(stream))
             return std::nullopt;
-        return decodeCoarseJpeg2000(stream, format, leastSide);
+        auto coarse = decodeByLibrary(stream, {LibraryCodec::CoarseJpeg2000, format, leastSide});
+        if (!coarse) return std::nullopt;
+        const int halvings = coarse.value().halvings;
+        auto frame = toFrame(std::move(coarse.value().picture), halved(format, halvings));
+        if (!frame) return std::nullopt;
+        return CoarseFrame{std::move(frame.value()), halvings};
     } catch (const std::exception&) {
         return std::nullopt;
     }

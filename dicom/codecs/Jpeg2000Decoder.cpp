@@ -257,12 +257,12 @@ bool hasMeans(const opj_image_t& image, const PixelFormat& format) {
     return (image.comps[0].sgnd != 0) == isSigned && pixelCell(format).shift == 0;
 }
 
+}  // namespace
+
 PixelFormat halved(PixelFormat format, int times) {
     for (int* const side : {&format.rows, &format.columns}) *side = (*side + (1 << times) - 1) >> times;
     return format;
 }
-
-}  // namespace
 
 bool isLargeJpeg2000(const PixelFormat& format) {
     constexpr std::int64_t pixels = std::int64_t{4} << 20;
@@ -293,8 +293,8 @@ Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const P
     return picture;
 }
 
-std::optional<CoarseFrame> decodeCoarseJpeg2000(std::span<const std::uint8_t> bytes,
-                                                const PixelFormat& format, int leastSide) {
+std::optional<CoarsePicture> decodeCoarseJpeg2000(std::span<const std::uint8_t> bytes,
+                                                  const PixelFormat& format, int leastSide) {
     int halvings = 0;
     while (std::min(format.rows, format.columns) >> (halvings + 1) >= leastSide) ++halvings;
     const Result<Jpeg2000Header> read = readJpeg2000Header(bytes, format);
@@ -316,9 +316,7 @@ std::optional<CoarseFrame> decodeCoarseJpeg2000(std::span<const std::uint8_t> by
     CodedPicture picture = pictureLike(*image, decoding.transforms(), smaller);
     if (picture.exactness == Exactness::Same) picture.exactness = Exactness::Near;
     copySamples(*image, smallerRows, static_cast<std::size_t>(smaller.columns), 0, picture.cells);
-    Result<Frame> frame = toFrame(std::move(picture), smaller);
-    if (!frame) return std::nullopt;
-    return CoarseFrame{std::move(frame.value()), decoding.halvings()};
+    return CoarsePicture{std::move(picture), decoding.halvings()};
 }
 
 }  // namespace cinedisc::dicom::codecs

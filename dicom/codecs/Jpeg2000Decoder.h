@@ -1,6 +1,5 @@
 #pragma once
 
-#include "dicom/CoarseFrame.h"
 #include "dicom/codecs/CodedPicture.h"
 
 #include <cstddef>
@@ -21,10 +20,19 @@ Result<CodedPicture> decodeJpeg2000(std::span<const std::uint8_t> bytes, const P
 /// decoded by one thread, and several may be at a time.
 bool isLargeJpeg2000(const PixelFormat& format);
 
+/// The lower levels of a picture's wavelet.
+struct CoarsePicture {
+    CodedPicture picture;
+    int halvings = 1;  ///< of both sides
+};
+
+/// The format of a picture whose sides were halved a number of times.
+PixelFormat halved(PixelFormat format, int times);
+
 /// Decodes the wavelet's lower levels only: the smallest picture whose shorter side has `leastSide` pixels or
 /// more, or a larger one if the stream has no more levels. Empty when it has none, or when the means of
 /// neighbouring samples would mean nothing. What is damaged may show here or not.
-std::optional<CoarseFrame> decodeCoarseJpeg2000(std::span<const std::uint8_t> bytes,
-                                                const PixelFormat& format, int leastSide);
+std::optional<CoarsePicture> decodeCoarseJpeg2000(std::span<const std::uint8_t> bytes,
+                                                  const PixelFormat& format, int leastSide);
 
 }  // namespace cinedisc::dicom::codecs
