@@ -87,6 +87,16 @@ int main(int argc, char** argv) {
     for (int i = 0; i < 20; ++i) started.measure([&] { return confined->start(16 << 20) != nullptr; });
     std::printf("prepared in %.2f ms; a process starts and ends in %.2f ms, at least in %.2f\n", prepared,
                 started.median(), started.least());
+    Times asked;
+    {
+        const auto process = confined->start(16 << 20);
+        for (int i = 0; i < 1000; ++i)
+            asked.measure([&] {
+                putTask(process->memory(), {}, {});  // nothing can be made of no bytes
+                return process->ask(std::chrono::seconds(1)) == ConfinedProcess::Outcome::Done;
+            });
+    }
+    std::printf("asked for nothing it is back in %.3f ms, at least in %.3f\n", asked.median(), asked.least());
     LibraryProcesses processes(std::move(confined));
     std::printf("%-31s %6s %17s %17s\n%-31s %6s %8s %8s %8s %8s\n", "", "", "least, ms", "median, ms", "",
                 "frames", "here", "confined", "here", "confined");

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <jerror.h>
 #include <jpeglib.h>
-#include <vector>
 
 namespace cinedisc::dicom::codecs {
 namespace {
@@ -122,22 +121,15 @@ ColourSpace jpegColourSpace(const JpegHeader& header, Photometric photometric) {
     return mayBeRgb ? ColourSpace::Rgb : ColourSpace::YbrFull;
 }
 
-Result<CodedPicture> decodeBaselineJpeg(std::span<const std::uint8_t> stream, const JpegHeader& header,
-                                        const PixelFormat& format) {
-    CodedPicture picture;
-    picture.components = header.componentCount;
-    picture.exactness = Exactness::Other;
-    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(format.rows) *
-                                     static_cast<std::size_t>(format.columns) *
-                                     static_cast<std::size_t>(header.componentCount));
+std::optional<DecodeError> decodeBaselineJpeg(std::span<const std::uint8_t> stream, const JpegHeader& header,
+                                              const PixelFormat& format, std::span<std::uint8_t> pixels) {
     Session session;
     open(session, stream);
     const Outcome outcome = run(session, pixels, jpegColourSpace(header, format.photometric));
     jpeg_destroy_decompress(&session.library);
     if (outcome == Outcome::CutOff) return cutOff();
     if (outcome == Outcome::Broken) return broken("JPEG data that contradict themselves");
-    picture.cells = std::move(pixels);
-    return picture;
+    return std::nullopt;
 }
 
 }  // namespace cinedisc::dicom::codecs

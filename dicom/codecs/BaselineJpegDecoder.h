@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace cinedisc::dicom::codecs {
@@ -13,9 +14,10 @@ namespace cinedisc::dicom::codecs {
 /// them the component names and, for 1, 2, 3 without subsampling, the photometric interpretation.
 ColourSpace jpegColourSpace(const JpegHeader& header, Photometric photometric);
 
-/// Decodes 8-bit JPEG, sequential and progressive. Colour comes out as red, green and blue. `header` was read
-/// from `stream` and its sizes agree with the file's header.
-Result<CodedPicture> decodeBaselineJpeg(std::span<const std::uint8_t> stream, const JpegHeader& header,
-                                        const PixelFormat& format);
+/// Decodes 8-bit JPEG, sequential and progressive, into `pixels`, which has room for all samples. Colour
+/// comes out as red, green and blue. `header` was read from `stream` and its sizes agree with the file's
+/// header.
+std::optional<DecodeError> decodeBaselineJpeg(std::span<const std::uint8_t> stream, const JpegHeader& header,
+                                              const PixelFormat& format, std::span<std::uint8_t> pixels);
 
 }  // namespace cinedisc::dicom::codecs

@@ -1,6 +1,5 @@
 #include "dicom/codecs/ExtendedJpegDecoder.h"
 
-#include "dicom/codecs/BaselineJpegDecoder.h"
 #include "dicom/codecs/CodecError.h"
 
 #include <dcmtk/config/osconfig.h>
@@ -94,16 +93,8 @@ bool decode(std::vector<std::uint8_t> input, std::span<std::uint16_t> pixels) {
 
 }  // namespace
 
-Result<CodedPicture> decodeExtendedJpeg(std::span<const std::uint8_t> stream, const JpegHeader& header,
-                                        const PixelFormat& format) {
-    CodedPicture picture;
-    picture.components = header.componentCount;
-    picture.precision = 12;
-    picture.exactness = Exactness::Other;
-    picture.colour = jpegColourSpace(header, format.photometric);
-    std::vector<std::uint16_t> pixels(static_cast<std::size_t>(format.rows) *
-                                      static_cast<std::size_t>(format.columns) *
-                                      static_cast<std::size_t>(header.componentCount));
+std::optional<DecodeError> decodeExtendedJpeg(std::span<const std::uint8_t> stream, const JpegHeader& header,
+                                              std::span<std::uint16_t> pixels) {
     const bool isSequential = header.startOfFrame != marker::sof2;
     const auto decodeWith = [&](LastZeros zeros) {
         return decode(Essentials(stream, zeros).take(isSequential), pixels);
@@ -113,8 +104,7 @@ Result<CodedPicture> decodeExtendedJpeg(std::span<const std::uint8_t> stream, co
     // A progressive picture without its last scans would only look blurred.
     if ((bad || header.startOfFrame == marker::sof2) && !hasEnd(stream)) return cutOff();
     if (bad) return broken("12-bit JPEG data that contradict themselves");
-    picture.cells = std::move(pixels);
-    return picture;
+    return std::nullopt;
 }
 
 }  // namespace cinedisc::dicom::codecs

@@ -59,23 +59,89 @@ void putInto(std::span<std::byte> memory, const Content& content) {
     std::memcpy(memory.data(), &content, sizeof content);
 }
 
-Result<CodedPicture> decodeJpegHere(Bytes stream, const PixelFormat& format) {
-    const Result<JpegHeader> header = readJpegHeader(stream);
-    if (!header) return header.error();
-    return header.value().precision == 8 ? decodeBaselineJpeg(stream, header.value(), format)
-                                         : decodeExtendedJpeg(stream, header.value(), format);
+std::size_t cellCount(const PixelFormat& format, int components) {
+    return static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns) *
+           static_cast<std::size_t>(components);
 }
 
-Result<LibraryPicture> decodeHere(Bytes stream, const LibraryTask& task) {
+/// What is known of a JPEG stream's picture before it is decoded, all but the cells.
+CodedPicture pictureLike(const JpegHeader& header, const PixelFormat& format) {
+    CodedPicture picture;
+    picture.components = header.componentCount;
+    picture.precision = header.precision == 8 ? 8 : 12;
+    picture.exactness = Exactness::Other;
+    // The library for 8 bits turns colours into red, green and blue itself.
+    if (picture.precision == 12) picture.colour = jpegColourSpace(header, format.photometric);
+    return picture;
+}
+
+std::size_t jpegBytes(const JpegHeader& header, const PixelFormat& format) {
+    return cellCount(format, header.componentCount) * (header.precision == 8 ? 1 : 2);
+}
+
+std::optional<DecodeError> decodeJpeg(Bytes stream, const JpegHeader& header, const PixelFormat& format,
+                                      std::span<std::byte> room) {
+    const std::size_t count = cellCount(format, header.componentCount);
+    if (header.precision == 8)
+        return decodeBaselineJpeg(stream, header, format,
+                                  {reinterpret_cast<std::uint8_t*>(room.data()), count});
+    return decodeExtendedJpeg(stream, header, {reinterpret_cast<std::uint16_t*>(room.data()), count});
+}
+
+Result<CodedPicture> decodeJpeg(Bytes stream, const PixelFormat& format) {
+    const Result<JpegHeader> header = readJpegHeader(stream);
+    if (!header) return header.error();
+    CodedPicture picture = pictureLike(header.value(), format);
+    picture.cells = makeCells(picture.precision, false, cellCount(format, picture.components));
+    const auto room =
+        std::visit([](auto& cells) { return std::as_writable_bytes(std::span(cells)); }, picture.cells);
+    if (const auto error = decodeJpeg(stream, header.value(), format, room)) return *error;
+    return picture;
+}
+
+Result<LibraryPicture> decode(Bytes stream, const LibraryTask& task) {
     if (task.codec == LibraryCodec::CoarseJpeg2000) {
         auto coarse = decodeCoarseJpeg2000(stream, task.format, task.leastSide);
         if (!coarse) return broken("no coarse picture");
         return LibraryPicture{std::move(coarse->picture), coarse->halvings};
     }
-    auto picture = task.codec == LibraryCodec::Jpeg ? decodeJpegHere(stream, task.format)
+    auto picture = task.codec == LibraryCodec::Jpeg ? decodeJpeg(stream, task.format)
                                                     : decodeJpeg2000(stream, task.format);
     if (!picture) return picture.error();
     return LibraryPicture{std::move(picture.value())};
+}
+
+/// Decodes into the room, and returns what is told of the picture there: that has no cells of its own.
+Result<LibraryPicture> decodeInto(std::span<std::byte> room, Bytes stream, const LibraryTask& task) {
+    if (task.codec == LibraryCodec::Jpeg) {
+        const Result<JpegHeader> header = readJpegHeader(stream);
+        if (!header) return header.error();
+        if (jpegBytes(header.value(), task.format) > room.size()) return tooLarge();
+        if (const auto error = decodeJpeg(stream, header.value(), task.format, room)) return *error;
+        return LibraryPicture{pictureLike(header.value(), task.format)};
+    }
+    auto decoded = decode(stream, task);
+    if (!decoded) return decoded;
+    const bool fits = std::visit(
+        [&](const auto& cells) {
+            const auto bytes = std::as_bytes(std::span(cells));
+            if (bytes.size() <= room.size()) std::ranges::copy(bytes, room.begin());
+            return bytes.size() <= room.size();
+        },
+        decoded.value().picture.cells);
+    if (!fits) return tooLarge();
+    return decoded;
+}
+
+template <typename Decode>
+Result<LibraryPicture> withoutExceptions(const Decode& decodeIt) {
+    try {
+        return decodeIt();
+    } catch (const std::bad_alloc&) {
+        return tooLarge();
+    } catch (const std::exception&) {
+        return broken("they could not be decoded");
+    }
 }
 
 Reply errorReply(const DecodeError& error) {
@@ -105,11 +171,6 @@ bool isPossible(const Reply& reply, const LibraryTask& task) {
            reply.colour >= ColourSpace::Rgb && reply.colour <= ColourSpace::YbrPartial;
 }
 
-std::size_t cellCount(const PixelFormat& format, int components) {
-    return static_cast<std::size_t>(format.rows) * static_cast<std::size_t>(format.columns) *
-           static_cast<std::size_t>(components);
-}
-
 /// Copies the cells; false when the memory does not hold them all, or bits above their precision.
 bool takeCells(std::span<const std::byte> from, std::size_t count, int precision, Frame::Samples& cells) {
     return std::visit(
@@ -132,13 +193,7 @@ bool takeCells(std::span<const std::byte> from, std::size_t count, int precision
 }  // namespace
 
 Result<LibraryPicture> decodeInThisProcess(Bytes stream, const LibraryTask& task) {
-    try {
-        return decodeHere(stream, task);
-    } catch (const std::bad_alloc&) {
-        return tooLarge();
-    } catch (const std::exception&) {
-        return broken("they could not be decoded");
-    }
+    return withoutExceptions([&] { return decode(stream, task); });
 }
 
 std::size_t memoryForTask(std::size_t streamSize, const LibraryTask& task) {
@@ -155,20 +210,11 @@ void putTask(std::span<std::byte> memory, Bytes stream, const LibraryTask& task)
 void answerLibraryTask(std::span<std::byte> memory) {
     const auto question = takeFrom<Question>(memory);
     const auto size = static_cast<std::size_t>(question.streamSize);
-    const auto done = decodeInThisProcess(
-        {reinterpret_cast<const std::uint8_t*>(memory.data()) + streamAt, size}, question.task);
+    const Bytes stream{reinterpret_cast<const std::uint8_t*>(memory.data()) + streamAt, size};
+    const auto done =
+        withoutExceptions([&] { return decodeInto(memory.subspan(cellsAt(size)), stream, question.task); });
     if (!done) return putInto(memory, errorReply(done.error()));
     const CodedPicture& picture = done.value().picture;
-    const auto room = memory.subspan(cellsAt(size));
-    const bool fits = std::visit(
-        [&](const auto& cells) {
-            const auto bytes = std::as_bytes(std::span(cells));
-            if (bytes.size() > room.size()) return false;
-            std::ranges::copy(bytes, room.begin());
-            return true;
-        },
-        picture.cells);
-    if (!fits) return putInto(memory, errorReply(tooLarge()));
     Reply reply;
     reply.content = Reply::Content::Picture;
     reply.components = picture.components;
