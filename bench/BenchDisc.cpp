@@ -18,12 +18,15 @@ namespace {
 using namespace discmaker;
 using Frames = std::vector<LosslessFile::Bytes>;
 
-/// As noisy as it gets: what takes JPEG 2000 longest. Each frame is the picture moved down a little further.
-LosslessFile::Bytes jpeg2000Frame(const RunDesign& design, int number) {
+/// As noisy as it gets: what takes the libraries longest. Each frame is the picture moved down a little
+/// further.
+LosslessFile::Bytes noisyFrame(const RunDesign& design, int number) {
     std::vector<std::uint16_t> samples = angiogram(design.size, design.bits, design.bits > 8 ? 20 : 2);
     std::ranges::rotate(samples, samples.end() - std::ptrdiff_t{7} * number * design.size);
     const test::Raster picture{design.size, design.size, 1, design.bits, {samples.begin(), samples.end()}};
-    return test::jpeg2000Encoded(picture, {.levels = 5});
+    if (design.codec == RunDesign::Codec::Jpeg2000) return test::jpeg2000Encoded(picture, {.levels = 5});
+    using test::LossyProcess;
+    return test::dcmtkLossy(picture, design.bits > 8 ? LossyProcess::Sequential : LossyProcess::Baseline, 90);
 }
 
 Frames simulatedRun(const RunDesign& design) {
@@ -35,14 +38,20 @@ Frames simulatedRun(const RunDesign& design) {
     setup.margins = {0.07, 0.11};
     Angiogram angiogram(setup);
     const LosslessFile::Format format{design.size, design.size, design.bits};
-    const bool isJpeg2000 = design.codec == RunDesign::Codec::Jpeg2000;
+    const bool isNoisy = design.codec != RunDesign::Codec::JpegLossless;
     Frames different, run;
     for (int i = 0; i < design.differentFrames; ++i)
-        different.push_back(isJpeg2000 ? jpeg2000Frame(design, i)
-                                       : LosslessFile::encoded(format, angiogram.frame(6 + 2 * i)));
+        different.push_back(isNoisy ? noisyFrame(design, i)
+                                    : LosslessFile::encoded(format, angiogram.frame(6 + 2 * i)));
     for (int i = 0; i < design.frames; ++i)
         run.push_back(different[static_cast<std::size_t>(i) % different.size()]);
     return run;
+}
+
+E_TransferSyntax syntaxOf(const RunDesign& design) {
+    if (design.codec == RunDesign::Codec::Jpeg2000) return EXS_JPEG2000LosslessOnly;
+    if (design.codec == RunDesign::Codec::JpegLossless) return EXS_JPEGProcess14SV1;
+    return design.bits > 8 ? EXS_JPEGProcess2_4 : EXS_JPEGProcess1;
 }
 
 void writeRun(const RunDesign& design, int number, const Frames& frames, const std::filesystem::path& path) {
@@ -65,8 +74,7 @@ void writeRun(const RunDesign& design, int number, const Frames& frames, const s
     file.put(DCM_WindowCenter, EVR_DS, {136 * step});
     file.put(DCM_WindowWidth, EVR_DS, {196 * step});
     for (const auto& frame : frames) file.addFrame(frame);
-    file.write(path,
-               design.codec == RunDesign::Codec::Jpeg2000 ? EXS_JPEG2000LosslessOnly : EXS_JPEGProcess14SV1);
+    file.write(path, syntaxOf(design));
 }
 
 }  // namespace

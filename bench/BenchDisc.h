@@ -5,9 +5,9 @@
 namespace cinedisc::bench {
 
 /// A disc of one patient whose runs are alike: simulated angiograms as JPEG Lossless, process 14 SV1, or
-/// noisy pictures as lossless JPEG 2000.
+/// noisy pictures as lossless JPEG 2000 or lossy JPEG.
 struct RunDesign {
-    enum class Codec { JpegLossless, Jpeg2000 };
+    enum class Codec { JpegLossless, Jpeg2000, Jpeg };
     int size = 512;  ///< rows and columns
     int bits = 8;
     int files = 1;

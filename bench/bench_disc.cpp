@@ -1,5 +1,5 @@
-// bench_disc DIR SIZE BITS FILES FRAMES DIFFERENT [jpeg2000]: writes a disc of runs that are alike, unless it
-// is there already.
+// bench_disc DIR SIZE BITS FILES FRAMES DIFFERENT [jpeg2000|jpeg]: writes a disc of runs that are alike,
+// unless it is there already.
 #include "bench/BenchDisc.h"
 
 #include <cstdio>
@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
                             &design.differentFrames};
     for (int i = 0; i < 5; ++i) *numbers[i] = std::atoi(argv[2 + i]);
     if (argc > 7 && std::string_view(argv[7]) == "jpeg2000") design.codec = RunDesign::Codec::Jpeg2000;
+    if (argc > 7 && std::string_view(argv[7]) == "jpeg") design.codec = RunDesign::Codec::Jpeg;
     try {
         makeBenchDisc(argv[1], design);
     } catch (const std::exception& error) {

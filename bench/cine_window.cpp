@@ -12,6 +12,7 @@
 #include "bench/FirstPaint.h"
 #include "bench/ProgramStart.h"
 #include "bench/WindowDriver.h"
+#include "dicom/codecs/LibraryDecoding.h"
 #include "panels/Theme.h"
 #include "platform/widgets/GuardedApplication.h"
 
@@ -76,6 +77,8 @@ void playTicks(const bench::WindowDriver& driver, const bench::CineRecorder& rec
 }  // namespace
 
 int main(int argc, char** argv) {
+    // As the program does, unless it is compared with doing without.
+    if (!std::getenv("CINE_WINDOW_IN_PROCESS")) dicom::confineLibraryDecoders(argc, argv);
     if (argc < 3) return EXIT_FAILURE;
     GuardedApplication application(argc, argv);
     applyColours(application);

@@ -59,7 +59,7 @@ std::optional<CoarseFrame> OpenedFile::decodeCoarse(int, const FrameBytes& bytes
     const auto samples = static_cast<std::uint64_t>(picture_.format.rows) *
                          static_cast<std::uint64_t>(picture_.format.columns) *
                          static_cast<std::uint64_t>(picture_.format.samplesPerPixel);
-    if (picture_.hasDeflatedFrames || compressionOf(bytes) != Compression::Jpeg2000 ||
+    if (makesDecodersEnd() || picture_.hasDeflatedFrames || compressionOf(bytes) != Compression::Jpeg2000 ||
         samples * nanosecondsASample + bytes.length * nanosecondsAByte < worthWaiting)
         return std::nullopt;
     return decodeCoarseFrame(bytes.bytes(), picture_.format, leastSide);
@@ -85,7 +85,17 @@ Compression OpenedFile::compressionOf(const FrameBytes& bytes) const {
     return sniffCompression(bytes.bytes()).value_or(picture_.compression);
 }
 
+/// A file is not to have one process started after the other, or to keep the processor busy for long.
+bool OpenedFile::makesDecodersEnd() const { return lostDecoders_ >= 5; }
+
 Result<Frame> OpenedFile::decodeBytes(const FrameBytes& bytes, CellBits wanted) const {
+    if (makesDecodersEnd()) return DecodeError{DecodeError::Kind::Broken, DecodeError::Reason::Decoder};
+    auto decoded = decodeUndeflated(bytes, wanted);
+    if (!decoded && decoded.error().reason == DecodeError::Reason::Decoder) ++lostDecoders_;
+    return decoded;
+}
+
+Result<Frame> OpenedFile::decodeUndeflated(const FrameBytes& bytes, CellBits wanted) const {
     return picture_.hasDeflatedFrames ? decodeInflated(inflated(bytes), wanted)
                                       : decodeInflated(bytes, wanted);
 }

@@ -5,6 +5,7 @@
 #include "dicom/Picture.h"
 #include "dicom/codecs/FrameDecoder.h"
 
+#include <atomic>
 #include <mutex>
 
 namespace cinedisc::dicom {
@@ -47,12 +48,15 @@ class OpenedFile : public DicomFile {
   private:
     std::optional<DecodeError> missing(int frame) const;
     Result<Frame> decodeBytes(const FrameBytes& bytes, CellBits wanted) const;
+    Result<Frame> decodeUndeflated(const FrameBytes& bytes, CellBits wanted) const;
+    bool makesDecodersEnd() const;
     Result<Frame> decodeInflated(const FrameBytes& bytes, CellBits wanted) const;
     Compression compressionOf(const FrameBytes& bytes) const;
     FrameBytes inflated(const FrameBytes& bytes) const;
 
     FileHeader header_;
     Picture picture_;
+    mutable std::atomic<int> lostDecoders_ = 0;
     mutable std::once_flag paletteOnce_, overlaysOnce_, greyOnce_;
     mutable bool hasGreyRulesByFrame_ = false;
     mutable std::optional<Palette> palette_;

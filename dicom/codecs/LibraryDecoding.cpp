@@ -6,15 +6,18 @@ namespace cinedisc::dicom {
 
 namespace {
 
-/// Never destroyed: frames may still be decoded while the program ends, and the processes end with it anyway.
 codecs::LibraryProcesses* processes = nullptr;
 
 }  // namespace
 
 void confineLibraryDecoders(int argumentCount, char** arguments) {
     auto confined = ConfinedProcesses::prepare(codecs::answerLibraryTask, argumentCount, arguments);
-    if (confined) processes = new codecs::LibraryProcesses(std::move(confined));
+    // Never destroyed: frames may still be decoded while the program ends, and the processes end with it
+    // anyway.
+    if (confined) codecs::decodeInProcesses(new codecs::LibraryProcesses(std::move(confined)));
 }
+
+void codecs::decodeInProcesses(LibraryProcesses* theirs) { processes = theirs; }
 
 Result<codecs::LibraryPicture> codecs::decodeByLibrary(std::span<const std::uint8_t> stream,
                                                        const LibraryTask& task) {

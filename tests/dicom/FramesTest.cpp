@@ -1,6 +1,8 @@
 #include "dicom/CodeStream.h"
 #include "dicom/DicomFile.h"
 #include "dicom/Tags.h"
+#include "dicom/codecs/LibraryDecoding.h"
+#include "dicom/codecs/LibraryProcesses.h"
 #include "tests/dicom/Fixtures.h"
 
 #include <gtest/gtest.h>
@@ -430,6 +432,40 @@ TEST(EncapsulatedFrames, AreWholeWhenTheSyntaxOrElseTheHeaderVouchesForIt) {
             EXPECT_EQ(opened(builder)->pixelFormat().mayBeLossy, mayBeLossy) << syntax << loss;
         }
     }
+}
+
+/// Processes that end with every frame, and are counted.
+struct DyingProcess : ConfinedProcess {
+    std::span<std::byte> memory() override { return bytes; }
+    Outcome ask(std::chrono::milliseconds) override { return Outcome::Died; }
+
+    Bytes bytes = Bytes(1 << 20);
+};
+struct DyingProcesses : ConfinedProcesses {
+    explicit DyingProcesses(int& started) : started(started) {}
+    std::unique_ptr<ConfinedProcess> start(std::size_t) override {
+        ++started;
+        return std::make_unique<DyingProcess>();
+    }
+
+    int& started;
+};
+
+TEST(EncapsulatedFrames, OfWhichEachEndsItsDecoderAreSoonGivenUp) {
+    int started = 0;
+    codecs::LibraryProcesses processes(std::make_unique<DyingProcesses>(started));
+    codecs::decodeInProcesses(&processes);
+    DicomBuilder builder = jpegPicture(20);
+    const Bytes stream = bytesOf({0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, 64, 0,  64, 1,    1,   17,
+                                  0,    0xFF, 0xDA, 0,    8, 1,  1, 0, 0,  63, 0,  0xFF, 0xD9});
+    builder.encapsulated(std::vector<Bytes>(20, stream), {});
+    const auto file = opened(builder);
+    for (int frame = 0; frame < 20; ++frame) {
+        const auto decoded = file->decode(frame);
+        EXPECT_TRUE(!decoded && decoded.error().reason == DecodeError::Reason::Decoder) << frame;
+    }
+    EXPECT_EQ(started, 5);
+    codecs::decodeInProcesses(nullptr);
 }
 
 TEST(EncapsulatedFrames, OfWaveletsAreSlowAndLargeOnesDecodedByAllProcessors) {

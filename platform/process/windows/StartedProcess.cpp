@@ -93,6 +93,11 @@ std::uint64_t numberOf(const char* argument) { return std::strtoull(argument, nu
 HANDLE handleOf(const char* argument) { return reinterpret_cast<HANDLE>(numberOf(argument)); }
 std::string numberFor(HANDLE handle) { return std::to_string(reinterpret_cast<std::uintptr_t>(handle)); }
 
+LONG WINAPI endAtOnce(EXCEPTION_POINTERS*) {
+    TerminateProcess(GetCurrentProcess(), 1);
+    return EXCEPTION_EXECUTE_HANDLER;
+}
+
 /// The work of a confined process: gives up the rights that it was started with, tells so, and does what it
 /// is asked for. It ends with its job.
 [[noreturn]] void workFor(ConfinedWork work, char** arguments) {
@@ -101,8 +106,9 @@ std::string numberFor(HANDLE handle) { return std::to_string(reinterpret_cast<st
     const HANDLE question = handleOf(arguments[4]), reply = handleOf(arguments[5]);
     const View view(mapping.get(), size);
     if (!view.isThere() || !RevertToSelf()) ExitProcess(1);
-    // Nobody is to be told of its crash but who waits for it.
+    // Nobody is to be told of its crash but who waits for it: no debugger, no report.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+    SetUnhandledExceptionFilter(endAtOnce);
     while (SetEvent(reply) && WaitForSingleObject(question, INFINITE) == WAIT_OBJECT_0) work(view.bytes());
     ExitProcess(0);
 }
@@ -171,7 +177,7 @@ bool StartedProcess::startWith(std::size_t memorySize) {
         TerminateProcess(process_.get(), 1);
         return false;
     }
-    return await(std::chrono::seconds(10)) == Outcome::Done;
+    return await(std::chrono::seconds(5)) == Outcome::Done;
 }
 
 ConfinedProcess::Outcome StartedProcess::ask(std::chrono::milliseconds most) {
