@@ -165,7 +165,9 @@ std::optional<DecodeError> errorIn(const Reply& reply) {
 bool isPossible(const Reply& reply, const LibraryTask& task) {
     constexpr int mostHalvings = 16;
     const bool isCoarse = task.codec == LibraryCodec::CoarseJpeg2000;
-    return (reply.components == 1 || reply.components == 3) && reply.precision >= 1 && reply.precision < 32 &&
+    const bool isPrecise = task.codec == LibraryCodec::Jpeg ? reply.precision == 8 || reply.precision == 12
+                                                            : reply.precision >= 1 && reply.precision < 32;
+    return isPrecise && (reply.components == 1 || reply.components == 3) &&
            reply.halvings >= (isCoarse ? 1 : 0) && reply.halvings <= (isCoarse ? mostHalvings : 0) &&
            reply.exactness >= Exactness::Same && reply.exactness <= Exactness::Other &&
            reply.colour >= ColourSpace::Rgb && reply.colour <= ColourSpace::YbrPartial;
