@@ -1,6 +1,7 @@
 #include "bench/BenchDisc.h"
 
 #include "bench/Angiogram.h"
+#include "discmaker/DiscFolder.h"
 #include "discmaker/DiscPlanner.h"
 #include "discmaker/DiscWriter.h"
 #include "discmaker/LosslessFile.h"
@@ -98,11 +99,12 @@ void makeBenchDisc(const std::filesystem::path& path, const RunDesign& design) {
     }
     DiscFolder folder(path);
     writeDisc(
-        folder, planDisc(records, "Benchmark"), {},
+        folder.staging(), planDisc(records, "Benchmark"), {},
         [&](std::size_t number, const std::filesystem::path& target) {
             writeRun(design, static_cast<int>(number) + 1, frames, target);
         },
         Workers::One);
+    folder.publish();
 }
 
 }  // namespace cinedisc::bench

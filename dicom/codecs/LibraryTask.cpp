@@ -32,7 +32,7 @@ struct Reply {
     DecodeError::Kind kind = DecodeError::Kind::Broken;
     char detail[100] = {};
     int components = 1, precision = 8, halvings = 0;
-    bool isSigned = false;
+    int isSigned = 0;  ///< a bool must not be read from bytes that may be anything
     Exactness exactness = Exactness::Other;
     ColourSpace colour = ColourSpace::Rgb;
 };
@@ -241,7 +241,7 @@ std::optional<Result<LibraryPicture>> takePicture(std::span<const std::byte> mem
     CodedPicture& picture = taken.picture;
     picture.components = reply.components;
     picture.precision = reply.precision;
-    picture.isSigned = reply.isSigned;
+    picture.isSigned = reply.isSigned != 0;
     picture.exactness = reply.exactness;
     picture.colour = reply.colour;
     const bool isSigned = task.codec != LibraryCodec::Jpeg && task.format.isSigned && picture.components == 1;
