@@ -17,37 +17,44 @@ constexpr std::size_t usualMemory = std::size_t{16} << 20, mostKept = std::size_
 Result<LibraryPicture> LibraryProcesses::decode(std::span<const std::uint8_t> stream,
                                                 const LibraryTask& task) {
     std::call_once(tried_, [this] {
-        auto first = take(usualMemory);
+        auto first = start(usualMemory);
         areAllowed_ = first != nullptr;
         if (first) giveBack(std::move(first));
     });
     if (!areAllowed_) return decodeInThisProcess(stream, task);
 
-    auto process = take(memoryForTask(stream.size(), task));
-    if (!process) return tooLarge();
-    putTask(process->memory(), stream, task);
     constexpr std::int64_t pixels = std::int64_t{4} << 20;
-    const auto more = std::int64_t{task.format.rows} * task.format.columns / pixels;
-    if (process->ask(patience_ * (1 + more)) == ConfinedProcess::Outcome::Done) {
-        if (auto picture = takePicture(process->memory(), stream.size(), task)) {
-            giveBack(std::move(process));
-            return std::move(*picture);
+    const auto most = patience_ * (1 + std::int64_t{task.format.rows} * task.format.columns / pixels);
+    const std::size_t memorySize = memoryForTask(stream.size(), task);
+    auto process = takeIdle(memorySize);
+    for (int tries = process ? 2 : 1; tries > 0; --tries) {
+        if (!process) process = start(memorySize);
+        if (!process) return tooLarge();
+        putTask(process->memory(), stream, task);
+        const auto outcome = process->ask(most);
+        if (outcome == ConfinedProcess::Outcome::TookTooLong) break;
+        if (outcome == ConfinedProcess::Outcome::Done) {
+            if (auto picture = takePicture(process->memory(), stream.size(), task)) {
+                giveBack(std::move(process));
+                return std::move(*picture);
+            }
         }
+        process.reset();
     }
     return DecodeError{DecodeError::Kind::Broken, DecodeError::Reason::Decoder};
 }
 
-std::unique_ptr<ConfinedProcess> LibraryProcesses::take(std::size_t memorySize) {
-    {
-        const std::lock_guard lock(mutex_);
-        const auto found = std::ranges::find_if(
-            idle_, [&](const auto& process) { return process->memory().size() >= memorySize; });
-        if (found != idle_.end()) {
-            auto process = std::move(*found);
-            idle_.erase(found);
-            return process;
-        }
-    }
+std::unique_ptr<ConfinedProcess> LibraryProcesses::takeIdle(std::size_t memorySize) {
+    const std::lock_guard lock(mutex_);
+    const auto found = std::ranges::find_if(
+        idle_, [&](const auto& process) { return process->memory().size() >= memorySize; });
+    if (found == idle_.end()) return nullptr;
+    auto process = std::move(*found);
+    idle_.erase(found);
+    return process;
+}
+
+std::unique_ptr<ConfinedProcess> LibraryProcesses::start(std::size_t memorySize) {
     return source_->start(std::max(usualMemory, std::bit_ceil(memorySize)));
 }
 

@@ -24,7 +24,8 @@ class LibraryProcesses {
     Result<LibraryPicture> decode(std::span<const std::uint8_t> stream, const LibraryTask& task);
 
   private:
-    std::unique_ptr<ConfinedProcess> take(std::size_t memorySize);
+    std::unique_ptr<ConfinedProcess> takeIdle(std::size_t memorySize);
+    std::unique_ptr<ConfinedProcess> start(std::size_t memorySize);
     void giveBack(std::unique_ptr<ConfinedProcess> process);
 
     std::unique_ptr<ConfinedProcesses> source_;

@@ -77,12 +77,14 @@ TEST(Confined, DecodesWhatIsDecodedHereForSeveralThreadsAtATime) {
 }
 
 /// Does the task, but what it leaves is spoilt as the task's `leastSide` says.
-enum class Spoilt { Not, Death, Standstill, AllOnes, WideValues, Components, Halvings };
+enum class Spoilt { Not, Death, Standstill, AllOnes, WideValues, Components, Halvings, DeathIfUsed };
 void answerSpoilt(std::span<std::byte> memory) {
     LibraryTask task;
     std::memcpy(&task, memory.data(), sizeof task);
     const auto spoilt = static_cast<Spoilt>(task.leastSide);
-    if (spoilt == Spoilt::Death) std::abort();
+    static bool isUsed = false;
+    if (spoilt == Spoilt::Death || (spoilt == Spoilt::DeathIfUsed && isUsed)) std::abort();
+    isUsed = true;
     for (volatile bool stands = spoilt == Spoilt::Standstill; stands;) continue;
     answerLibraryTask(memory);
     if (spoilt == Spoilt::AllOnes) std::ranges::fill(memory, std::byte{0xFF});
@@ -108,6 +110,9 @@ TEST(Confined, WhateverAProcessDoesOneFrameIsLostAndTheNextIsRight) {
         EXPECT_TRUE(!lost && lost.error().reason == DecodeError::Reason::Decoder) << spoilt;
         task.leastSide = 0;
     }
+    EXPECT_TRUE(areSame(processes.decode(stream, task), here));
+    task.leastSide = static_cast<int>(Spoilt::DeathIfUsed);
+    EXPECT_TRUE(areSame(processes.decode(stream, task), here));
 }
 
 }  // namespace
