@@ -4,6 +4,7 @@
 #include "platform/io/TextEncoding.h"
 
 #include <QRegularExpression>
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/tree.h>
@@ -21,7 +22,11 @@ namespace cinedisc {
 
 namespace {
 
-constexpr std::uint64_t largestCatalogue = 256u << 20;
+// Twice what 32,766 patients need, who are all that can be counted.
+constexpr std::uint64_t largestCatalogue = 64u << 20;
+constexpr std::int64_t mostNodes = 1'000'000;
+constexpr std::int64_t mostTextOfEntities = 16 << 20;
+constexpr std::int64_t mostDeclarations = 1000;  // of entities: the parser looks for each among all before it
 
 using Document = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 using ParserContext = std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)>;
@@ -78,13 +83,97 @@ std::vector<std::byte> readWholeFile(const QString& path) {
 bool hasEndlessTag(std::string_view text) {
     constexpr std::size_t longestTag = 4096;
     const auto isMarkup = [](char c) { return c == '!' || c == '?'; };
-    for (auto start = text.find('<'); start != text.npos; start = text.find('<', start + 1)) {
-        const auto first = text.find_first_not_of('\0', start + 1);  // UTF-16 has a zero between
+    std::size_t end = 0;
+    for (auto start = text.find('<'); start != text.npos; start = text.find('<', end)) {
+        end = start + 1;
+        const auto first = text.find_first_not_of('\0', end);  // UTF-16 has a zero between
         if (first == text.npos || isMarkup(text[first])) continue;
-        const auto end = text.substr(start, longestTag).find('>');
-        if (end == text.npos && text.size() - start > longestTag) return true;
+        const auto length = text.substr(start, longestTag).find('>');
+        if (length == text.npos && text.size() - start > longestTag) return true;
+        if (length != text.npos) end = start + length;
     }
     return false;
+}
+
+/// What is left of what a document may hold; the parser stops where it asks for more.
+struct Bounds {
+    std::int64_t nodes = mostNodes, textOfEntities = mostTextOfEntities, declarations = mostDeclarations;
+
+    static bool stop(void* parser) {
+        auto* context = static_cast<xmlParserCtxtPtr>(parser);
+        xmlStopParser(context);
+        context->wellFormed = 0;
+        return false;
+    }
+    /// One of what the member counts.
+    template <auto left>
+    static bool take(void* parser) {
+        auto& bounds = *static_cast<Bounds*>(static_cast<xmlParserCtxtPtr>(parser)->_private);
+        return --(bounds.*left) >= 0 || stop(parser);
+    }
+};
+
+/// The parser's own handler of what becomes a node, within the bounds.
+template <auto handler, typename = decltype(handler)>
+struct Node;
+template <auto handler, typename... Arguments>
+struct Node<handler, void (*)(void*, Arguments...)> {
+    static void handle(void* parser, Arguments... arguments) {
+        if (Bounds::take<&Bounds::nodes>(parser)) handler(parser, arguments...);
+    }
+};
+
+/// Attributes and name spaces are left out: nobody asks for them.
+void startElement(void* parser, const xmlChar* name, const xmlChar*, const xmlChar*, int, const xmlChar**,
+                  int, int, const xmlChar**) {
+    if (Bounds::take<&Bounds::nodes>(parser))
+        xmlSAX2StartElementNs(parser, name, nullptr, nullptr, 0, nullptr, 0, 0, nullptr);
+}
+
+void endElement(void* parser, const xmlChar* name, const xmlChar*, const xmlChar*) {
+    xmlSAX2EndElementNs(parser, name, nullptr, nullptr);
+}
+
+/// An entity that holds more than text would be copied, node for node, wherever it is named.
+void declareEntity(void* parser, const xmlChar* name, int type, const xmlChar* publicId,
+                   const xmlChar* systemId, xmlChar* content) {
+    const std::string_view text(content ? reinterpret_cast<const char*>(content) : "");
+    if (text.find_first_of("<&") != text.npos)
+        Bounds::stop(parser);
+    else if (Bounds::take<&Bounds::declarations>(parser))
+        xmlSAX2EntityDecl(parser, name, type, publicId, systemId, content);
+}
+
+xmlEntityPtr entityOf(void* parser, const xmlChar* name) {
+    const xmlEntityPtr entity = xmlSAX2GetEntity(parser, name);
+    auto& bounds = *static_cast<Bounds*>(static_cast<xmlParserCtxtPtr>(parser)->_private);
+    if (entity && (bounds.textOfEntities -= entity->length) < 0) Bounds::stop(parser);
+    return entity;
+}
+
+/// Attributes with a value of their own would be added to each element, and compared with one another.
+void declareAttribute(void* parser, const xmlChar*, const xmlChar*, int, int, const xmlChar* value,
+                      xmlEnumerationPtr choices) {
+    if (value) Bounds::stop(parser);
+    xmlFreeEnumeration(choices);
+}
+
+void bind(xmlParserCtxt& context, Bounds& bounds) {
+    context._private = &bounds;
+    auto& handlers = *context.sax;
+    handlers.startElementNs = startElement;
+    handlers.endElementNs = endElement;
+    handlers.characters = handlers.ignorableWhitespace = Node<&xmlSAX2Characters>::handle;
+    handlers.cdataBlock = Node<&xmlSAX2CDataBlock>::handle;
+    handlers.comment = Node<&xmlSAX2Comment>::handle;
+    handlers.processingInstruction = Node<&xmlSAX2ProcessingInstruction>::handle;
+    handlers.entityDecl = declareEntity;
+    handlers.getEntity = entityOf;
+    handlers.attributeDecl = declareAttribute;
+    // Nobody asks whether the document is valid, and the parser would print what is not.
+    handlers.elementDecl = nullptr;
+    handlers.notationDecl = nullptr;
+    handlers.unparsedEntityDecl = nullptr;
 }
 
 Document parse(const std::vector<std::byte>& bytes) {
@@ -95,7 +184,8 @@ Document parse(const std::vector<std::byte>& bytes) {
     const ParserContext context(xmlNewParserCtxt(), xmlFreeParserCtxt);
     if (!context || text.empty() || text.size() > std::numeric_limits<int>::max() || hasEndlessTag(text))
         return {nullptr, xmlFreeDoc};
-    // Entities that grow the text too much are refused by the parser.
+    Bounds bounds;
+    bind(*context, bounds);
     return {xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()), nullptr,
                               converted ? "UTF-8" : nullptr,
                               XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |

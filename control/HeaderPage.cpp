@@ -5,6 +5,8 @@
 #include <QFontDatabase>
 #include <QKeyEvent>
 
+#include <utility>
+
 namespace cinedisc {
 
 HeaderPage::HeaderPage(QWidget& view) : QPlainTextEdit(&view) {
@@ -21,6 +23,35 @@ HeaderPage::HeaderPage(QWidget& view) : QPlainTextEdit(&view) {
     colors.setColor(QPalette::Text, QColor(222, 222, 222));
     setPalette(colors);
     hide();
+}
+
+void HeaderPage::putText(const QString& text) {
+    rest_ = text;
+    shown_ = 0;
+    setPlainText(takePiece());
+    shown_ < rest_.size() ? next_.start(0, this) : next_.stop();
+}
+
+/// Whole lines, but for lines that are too long for that.
+QString HeaderPage::takePiece() {
+    constexpr qsizetype most = 200'000;
+    auto end = rest_.size();
+    if (end - shown_ > most) {
+        const auto lineEnd = rest_.lastIndexOf(u'\n', shown_ + most);
+        end = lineEnd < shown_ ? shown_ + most : lineEnd + 1;
+    }
+    return rest_.mid(std::exchange(shown_, end), end - shown_);
+}
+
+void HeaderPage::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != next_.timerId()) return QPlainTextEdit::timerEvent(event);
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(takePiece());
+    if (shown_ < rest_.size()) return;
+    next_.stop();
+    rest_.clear();
+    shown_ = 0;
 }
 
 bool HeaderPage::event(QEvent* event) {

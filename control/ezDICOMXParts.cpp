@@ -124,7 +124,7 @@ void ezDICOMX::Parts::refreshHeaderPage() {
     if (headerPageOf != view.picture.fileRevision()) {
         headerPageOf = view.picture.fileRevision();
         headerText = view.picture.headerText(dicom::LongValues::Cut);
-        headerPage->setPlainText(Notice::ofReading().heading);
+        headerPage->putText(Notice::ofReading().heading);
         fillHeaderPage();
     }
     placeChildren();
@@ -151,8 +151,8 @@ void ezDICOMX::Parts::placeChildren() {
 void ezDICOMX::Parts::fillHeaderPage() {
     if (!headerText || !view.picture.waitFor(*headerText, Patience::Glance)) return;
     const auto header = std::exchange(headerText, nullptr);
-    headerPage->setPlainText(header->text() ? QString::fromStdString(*header->text())
-                                            : viewWords::headerTooLarge());
+    headerPage->putText(header->text() ? QString::fromStdString(*header->text())
+                                       : viewWords::headerTooLarge());
 }
 
 QString ezDICOMX::Parts::toolTip() const {

@@ -30,8 +30,9 @@ QString nameGroup(const QString& group) {
 }  // namespace
 
 QStringList personNameLines(const QString& value) {
+    constexpr qsizetype mostGroups = 3;  // alphabetic, ideographic, phonetic (PS3.5 section 6.2.1)
     QStringList lines;
-    for (const QString& group : value.split('=')) {
+    for (const QString& group : value.split('=').mid(0, mostGroups)) {
         const QString line = nameGroup(group);
         if (!line.isEmpty() && !lines.contains(line)) lines.append(line);
     }

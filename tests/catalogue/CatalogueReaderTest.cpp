@@ -92,7 +92,13 @@ TEST_F(CatalogueReaderTest, HostileOrBrokenFilesAreNotWellFormed) {
                                 laughs,
                                 quadratic,
                                 "<a" + attributes + "/>",
-                                QByteArray("<a>").repeated(30 << 20)};
+                                "<!DOCTYPE a [<!ENTITY e '<b/>'>]><a>&e;</a>",
+                                "<!DOCTYPE a [<!ATTLIST a b CDATA ''>]><a/>",
+                                "<!DOCTYPE a [" + QByteArray("<!ENTITY e 'x'>").repeated(1001) + "]><a/>",
+                                "<a>" + QByteArray("<b/>").repeated(1'000'000) + "</a>",
+                                "<a>" + QByteArray("x<!---->").repeated(500'000) + "</a>",
+                                "<a/>" + QByteArray(64 << 20, ' '),
+                                QByteArray("<a>").repeated(20 << 20)};
     for (const QByteArray& content : cases) EXPECT_FALSE(read(content)) << content.left(60).constData();
 
     const auto external = read("<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e SYSTEM 'file://" +
@@ -101,6 +107,16 @@ TEST_F(CatalogueReaderTest, HostileOrBrokenFilesAreNotWellFormed) {
     const auto externalSubset = read("<!DOCTYPE a SYSTEM 'file://" + secret.toUtf8() + "'><a><b>x</b></a>");
     ASSERT_TRUE(externalSubset);
     EXPECT_EQ(texts(*externalSubset), QStringList("x"));
+    testing::internal::CaptureStderr();
+    const auto large =
+        read("<!DOCTYPE a [<!ELEMENT a ANY><!ELEMENT a (b)><!ATTLIST a x (1|2) #IMPLIED>" +
+             QByteArray("<!ENTITY e 'x'>").repeated(1000) +
+             "]><a x='1' xmlns:y='u'><y:b><![CDATA[<<<]]></y:b><b z='2'/>" + QByteArray("<b>").repeated(200) +
+             QByteArray("</b>").repeated(200) + QByteArray("<b/>").repeated(900'000) + "</a>");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    ASSERT_TRUE(large);
+    EXPECT_EQ(large->children().size(), 900'003u);
+    EXPECT_EQ(large->children()[0].text(), "<<<");
     EXPECT_FALSE(readCatalogue(folder.path()));
     EXPECT_FALSE(readCatalogue(folder.filePath("missing.xml")));
 }

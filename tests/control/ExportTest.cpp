@@ -1,4 +1,5 @@
 #include "control/FilmExport.h"
+#include "control/HeaderPage.h"
 #include "platform/RunTimeError.h"
 #include "tests/control/ViewFixture.h"
 
@@ -167,6 +168,11 @@ TEST_F(Export, CopiesTheHeaderFromItsPageAndWhole) {
     EXPECT_LT(shown.size(), 9000) << "the page cuts what is very long";
     EXPECT_TRUE(view.CopyHeaderToClipboard());
     EXPECT_TRUE(QGuiApplication::clipboard()->text().contains(QString(9000, 'x')));
+    const QString endless = QString("line\n").repeated(100'000) + QString(500'000, 'x');
+    static_cast<HeaderPage*>(page)->putText(endless);
+    EXPECT_LT(page->document()->characterCount(), 300'000) << "the window goes on meanwhile";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return page->document()->characterCount() > endless.size(); }));
+    EXPECT_EQ(page->toPlainText(), endless);
 }
 
 quint32 number(const QByteArray& bytes, qsizetype at) {

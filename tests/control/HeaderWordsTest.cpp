@@ -29,6 +29,7 @@ TEST(PersonName, ReadsAsPeopleWriteIt) {
         {"Yamada^Tarou=山田^太郎=やまだ^たろう", {"Yamada, Tarou", "山田 太郎", "やまだ, たろう"}},
         {"Hong^Gildong=洪^吉洞=홍^길동", {"Hong, Gildong", "洪 吉洞", "홍 길동"}},
         {"=山田^太郎", {"山田 太郎"}},
+        {"A=B=C=D=E", {"A", "B", "C"}},
         {"<b>DOE</b>^J\nX", {"<b>DOE</b>, J X"}},
     };
     for (const auto& c : cases) EXPECT_EQ(personNameLines(c.value), c.lines) << qPrintable(c.value);

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "fuzzing/window/Watch.h"
+
+#include <QString>
+
+namespace cinedisc::fuzzing::window {
+
+/// What a visit of a file has shown.
+struct Shown {
+    int frames = 0;
+    /// What the view says in place of the picture, "" when it shows one.
+    QString notice;
+};
+
+/// Opens a file in the component as it stands in a window and does what can be done with it: goes through
+/// some frames, reads and copies the header, changes the window, the size and the tools, exports now and
+/// then.
+Shown visitFile(const QString& path, Watch& watch);
+
+}  // namespace cinedisc::fuzzing::window
