@@ -28,7 +28,8 @@ void write(const QString& path, const Mutation::Content& content) {
     out.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
 }
 
-/// Files and folders below a folder, in an order that is the same on every disc. Links are not followed.
+/// Files and folders below a folder, in an order that is the same on every
+/// disc. Links are not followed.
 QStringList entriesBelow(const QString& folder) {
     QStringList all;
     for (QDirIterator i(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
@@ -83,8 +84,8 @@ void spoil(const QString& path, const Mutation& files, std::mt19937& random) {
         case 7:
             return void(::symlink(random() % 2 ? "/proc/self/mem" : "/dev/tty", name));
         case 8:
-            return void(
-                ::mknod(name, S_IFCHR | 0600, 0x105));  // of the kind of /dev/zero, where that is allowed
+            return void(::mknod(name, S_IFCHR | 0600,
+                                0x105));  // of the kind of /dev/zero, where that is allowed
         case 9:
             return write(path, {});
         case 10:
@@ -187,9 +188,10 @@ void makeDamagedDisc(const QString& folder, const Mutation& files, const Mutatio
                                       .arg(series + 1);
             QDir().mkpath(place);
             for (unsigned file = 0; file < 1 + random() % 6; ++file)
-                write(place + QString("/%1.dcm").arg(file + 1), files(random()));
+                write(place + QString("/%1.dcm").arg(file + 1),
+                      random() % 2 ? files(random()) : files.sound(random()));
         }
-    write(folder + "/CD.xml", catalogues(number));
+    write(folder + "/CD.xml", number % 2 ? catalogues(number) : catalogues.sound(number));
     for (auto faults = random() % 4; faults > 0; --faults) {
         const QStringList all = entriesBelow(folder);
         if (!all.isEmpty()) spoil(all[qsizetype(random() % std::size_t(all.size()))], files, random);

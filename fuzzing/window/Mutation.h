@@ -16,6 +16,8 @@ class Mutation {
     /// Of every two files one is a seed that ends at the next of its parts, in front of it, within its
     /// header, behind it or within its value; the other is changed in one to four ways.
     Content operator()(std::size_t number) const;
+    /// A seed as it is.
+    Content sound(std::size_t number) const { return seeds_[number % seeds_.size()].content; }
 
   private:
     struct Seed {

@@ -9,8 +9,10 @@ namespace cinedisc::fuzzing::window {
 /// What a visit of a file has shown.
 struct Shown {
     int frames = 0;
-    /// What the view says in place of the picture, "" when it shows one.
+    /// What the view says in place of the picture or about it, "" when that is nothing.
     QString notice;
+
+    bool isPicture() const { return frames > 0 && !notice.contains("cannot be shown"); }
 };
 
 /// Opens a file in the component as it stands in a window and does what can be done with it: goes through

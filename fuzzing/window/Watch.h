@@ -15,7 +15,10 @@ class Watch {
     /// What no single piece of work may take: of the processor, and in all, as others use the machine.
     static constexpr std::chrono::milliseconds mostWork{2000}, mostTime{10000};
     /// Within that a file must have given its picture or the reason why there is none.
-    static constexpr std::chrono::milliseconds mostWait{20000};
+    static constexpr std::chrono::milliseconds mostWait{60000};
+
+    enum class Times { Judged, Ignored };
+    explicit Watch(Times times = Times::Judged) : times_(times) {}
 
     using Seconds = std::chrono::duration<double>;
     struct Work {
@@ -33,6 +36,7 @@ class Watch {
     void reportFault(const std::string& words);
 
   private:
+    Times times_;
     Work longest_;
     std::optional<std::string> fault_;
 };

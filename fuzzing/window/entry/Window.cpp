@@ -124,8 +124,7 @@ void visitSizes(Run& run) {
         const auto path = write(run.empty(name) / "file.dcm", file.make());
         peakMemory();
         const auto shown = visitFile(QString::fromStdString(path), watch);
-        const bool isShown = shown.frames > 0 && !shown.notice.contains("cannot be shown");
-        if (isShown != file.isShown) watch.reportFault(isShown ? "is shown" : "is not shown");
+        if (shown.isPicture() != file.isShown) watch.reportFault(file.isShown ? "is not shown" : "is shown");
         run.judge(file.what + (": " + shown.notice.left(80).toStdString()), watch, true);
     }
     const Mutation none(std::vector<Mutation::Content>(1));
