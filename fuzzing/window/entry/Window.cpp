@@ -1,9 +1,11 @@
-// fuzz_window files|discs|sizes [COUNT [FIRST]] SEED...: gives the window damaged files, damaged discs, or
-// files and discs of absurd sizes. Seeds are DICOM files and catalogues; what is being shown lies in the
-// folder "current" meanwhile. A disc or file that brought a fault is kept in the folder "findings".
+// fuzz_window files|discs FIRST COUNT SEED..., or sizes, or endurance [TICKS]: gives the window damaged
+// files, damaged discs, or files and discs of absurd sizes. Seeds are DICOM files and catalogues; what is
+// being shown lies in the folder "current" meanwhile. A disc or file that brought a fault is kept in the
+// folder "findings".
 
 #include "control/frames/ImageLibrary.h"
 #include "fuzzing/window/DiscVisit.h"
+#include "fuzzing/window/Endurance.h"
 #include "fuzzing/window/SizedDiscs.h"
 #include "fuzzing/window/Sizes.h"
 #include "fuzzing/window/ViewVisit.h"
@@ -143,12 +145,13 @@ void visitSizes(Run& run) {
 
 int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
-    if (words.empty() || (words[0] != "sizes" && words.size() < 3)) return 2;
+    if (words.empty() || (words[0] != "sizes" && words[0] != "endurance" && words.size() < 3)) return 2;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     applyColours(application);
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     ImageLibrary::shared().lookAhead(std::chrono::milliseconds(80));
+    if (words[0] == "endurance") return endures(words.size() > 1 ? std::stoi(words[1]) : 1'000'000) ? 0 : 1;
     Run run("window");
     if (words[0] == "sizes") {
         visitSizes(run);
