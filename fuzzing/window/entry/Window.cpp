@@ -4,6 +4,7 @@
 // folder "findings".
 
 #include "control/frames/ImageLibrary.h"
+#include "dicom/codecs/LibraryDecoding.h"
 #include "fuzzing/window/DiscVisit.h"
 #include "fuzzing/window/Endurance.h"
 #include "fuzzing/window/SizedDiscs.h"
@@ -144,6 +145,7 @@ void visitSizes(Run& run) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    cinedisc::dicom::confineLibraryDecoders(argc, argv);
     const std::vector<std::string> words(argv + 1, argv + argc);
     if (words.empty() || (words[0] != "sizes" && words[0] != "endurance" && words.size() < 3)) return 2;
     qputenv("QT_QPA_PLATFORM", "offscreen");
