@@ -38,10 +38,16 @@ bool isBelow(const QString& path, const QString& folder) {
     return !folder.isEmpty() && folderPath(path).startsWith(joinPath(folderPath(folder), {}));
 }
 
+QString withShareInFull(const QString& path) {
+    const QString share = "UNC/";
+    return path.startsWith(share) ? "//" + path.mid(share.size()) : path;
+}
+
 QString programFolder() {
     // A launcher that starts the program by other means tells where it lies itself.
     const QString launcher = qEnvironmentVariable("CINEDISC_PROGRAM");
-    const QFileInfo running(launcher.isEmpty() ? QCoreApplication::applicationFilePath() : launcher);
+    const QFileInfo running(launcher.isEmpty() ? withShareInFull(QCoreApplication::applicationFilePath())
+                                               : launcher);
     const QString called = QCoreApplication::arguments().value(0);
     if (called.contains(u'/')) {
         const QFileInfo asCalled(called);

@@ -26,7 +26,7 @@ class PictureCommandsTest : public WindowTest {
     }
     QWidget& window() override { return form; }
     void press(int key) { QTest::keyClick(QApplication::focusWidget(), Qt::Key(key)); }
-    QString shownFile() { return view("FileName").toString().section('/', -1); }
+    QString shownFile() { return QFileInfo(view("FileName").toString()).fileName(); }
     bool plays() { return form.findChild<QTimer*>("Timer4")->isActive(); }
 
     DiscBuilder disc{{patientOf("Cine", {{5, 6, 7}}), patientOf("Stills", {{1, 1, 1}})}, sampleFile};

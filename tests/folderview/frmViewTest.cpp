@@ -80,7 +80,7 @@ class frmViewTest : public WindowTest {
         dialogs.folder = folder;
         click("cmdOpen");
     }
-    QString shownFile() { return view("FileName").toString().section('/', -2); }
+    QString shownFile() { return QDir::fromNativeSeparators(view("FileName").toString()).section('/', -2); }
     QString previewFiles() {
         QStringList names;
         for (int i = 0; i < 5; ++i)

@@ -110,7 +110,7 @@ TEST_F(StepsTest, StillsKeepWindowAndPolarityAndSeriesLeaveTheStripAlone) {
 TEST_F(StepsTest, SeriesOfAFolderThatIsNobodys) {
     form.clickPatient(0);
     const QString study = folder("Patient001/Study1");
-    form.openFolder(study + "/Series1");  // no series below: nothing matches File1
+    form.openFolder(joinPath(study, "Series1"));  // no series below: nothing matches File1
     form.press("cmdSerNext");
     EXPECT_EQ(shown(), "Patient001/Study1/Series1/1");
     DiscBuilder::write(study + "/0.dcm", "1");

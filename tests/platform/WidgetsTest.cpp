@@ -1,3 +1,4 @@
+#include "platform/Paths.h"
 #include "platform/RunTimeError.h"
 #include "platform/widgets/ElidedLabel.h"
 #include "platform/widgets/Icon.h"
@@ -197,6 +198,15 @@ TEST(IconTest, EveryIconDrawsSomethingOfItsOwnAtBothDensities) {
             EXPECT_EQ(drawn.indexOf(drawn.last()), i - int(Icon::None)) << "same as another";
         }
     }
+}
+
+TEST(PathsTest, AShareIsNamedInFull) {
+    for (const auto& [told, full] : {std::pair{"UNC/ward/discs/cinedisc.exe", "//ward/discs/cinedisc.exe"},
+                                     {"//ward/UNC/x", "//ward/UNC/x"},
+                                     {"C:/UNC/x", "C:/UNC/x"},
+                                     {"/media/UNC/x", "/media/UNC/x"},
+                                     {"", ""}})
+        EXPECT_EQ(withShareInFull(told), full);
 }
 
 }  // namespace

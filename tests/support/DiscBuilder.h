@@ -71,7 +71,7 @@ class DiscBuilder {
     }
 
     /// The program folder.
-    QString path() const { return folder_.path(); }
+    QString path() const { return folderPath(folder_.path()); }
     /// A path below the program folder, its parts joined with the platform's separator.
     QString path(const QStringList& parts) const {
         QString all = path();

@@ -79,7 +79,7 @@ struct StillsForm : DiscForm {
     /// The folders' names of the previews.
     QString shown() const {
         QStringList names;
-        for (const auto& preview : form.thumb) names << preview->FileName().section('/', -2, -2);
+        for (const auto& preview : form.thumb) names << QFileInfo(preview->FileName()).dir().dirName();
         return names.join(' ');
     }
 };

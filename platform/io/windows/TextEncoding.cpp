@@ -1,5 +1,6 @@
 #include "platform/io/TextEncoding.h"
 
+#include "platform/io/windows/Gb18030.h"
 #include "platform/io/windows/WidePath.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 constexpr UINT eucJapanese = 20932;
-constexpr UINT gb18030 = 54936, gbk = 936;
+constexpr UINT gb18030 = 54936;
 
 using Named = std::pair<std::string_view, UINT>;
 
@@ -22,7 +23,7 @@ using Named = std::pair<std::string_view, UINT>;
 // everywhere, the one that holds it and more.
 constexpr auto codePages = std::to_array<Named>({
     {"UTF8", CP_UTF8},      {"USASCII", 20127},   {"ASCII", 20127},     {"GB18030", gb18030},
-    {"GBK", gbk},           {"GB2312", 936},      {"EUCCN", 936},       {"BIG5", 950},
+    {"GBK", 936},           {"GB2312", 936},      {"EUCCN", 936},       {"BIG5", 950},
     {"EUCTW", 20000},       {"SHIFTJIS", 932},    {"SJIS", 932},        {"WINDOWS31J", 932},
     {"EUCJP", eucJapanese}, {"ISO2022JP", 50220}, {"EUCKR", 949},       {"KSC56011987", 949},
     {"UHC", 949},           {"ISO2022KR", 50225}, {"TIS620", 874},      {"ISO885911", 874},
@@ -53,13 +54,15 @@ UINT codePageOf(std::string_view encoding) {
         const bool isNumber = digits.find_first_not_of("0123456789") == std::string_view::npos;
         page = isNumber ? page + first : 0;
     }
-    // Only systems with Chinese texts have the whole of GB18030; its letters of two bytes are GBK's.
-    if (page == gb18030 && !IsValidCodePage(page)) page = gbk;
-    return page && IsValidCodePage(page) ? page : 0;
+    return page && (page == gb18030 || IsValidCodePage(page)) ? page : 0;
 }
 
 /// What `bytes` mean as a whole, or nothing when they do not belong to the code page.
 std::optional<std::string> converted(std::string_view bytes, UINT page) {
+    if (page == gb18030 && !IsValidCodePage(page)) {
+        const auto text = decodeGb18030(bytes);
+        return text ? std::optional(narrowed(*text)) : std::nullopt;
+    }
     const bool isStateful = page >= 50220 && page <= 50229;
     const DWORD flags = isStateful ? 0 : MB_ERR_INVALID_CHARS;
     const int length = static_cast<int>(bytes.size());

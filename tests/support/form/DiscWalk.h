@@ -57,15 +57,17 @@ class OddDisc {
     }
     /// The name to be shown for a series' folder: the catalogue's, or the design text.
     QString seriesNameOf(const QString& folder) const {
-        const QString patient = nameOf(folder.section('/', 0, -3));
-        return patient.isEmpty() ? designSeries : patient + ' ' + folder.section('/', -2).replace('/', ' ');
+        const QString patient = nameOf(QFileInfo(QFileInfo(folder).path()).path());
+        return patient.isEmpty()
+                   ? designSeries
+                   : patient + ' ' + QDir(folder).absolutePath().section('/', -2).replace('/', ' ');
     }
     /// Folders that somebody may choose by hand.
     QStringList folders() const {
         QStringList all{disc_->path()};
         for (QDirIterator i(all[0], QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
              i.hasNext();)
-            all << i.next();
+            all << folderPath(i.next());
         all.sort();
         return all;
     }
@@ -163,7 +165,7 @@ class DiscWalk {
         const QString owner = window_.place.position().namedFolder, shown = form_.ezDicom.FileName();
         EXPECT_EQ(controls_.Label5.Caption(), owner.isEmpty() ? "Study Scroll Bar" : disc_.nameOf(owner));
         const auto isTheOwners = [&](const QString& path) {
-            return owner.isEmpty() || path.isEmpty() || (path + "/").startsWith(owner + "/");
+            return owner.isEmpty() || path.isEmpty() || joinPath(path, {}).startsWith(joinPath(owner, {}));
         };
         EXPECT_TRUE(isTheOwners(form_.File1.Path()));
         for (const ViewerControl* preview : form_.thumb)
@@ -187,7 +189,7 @@ class DiscWalk {
         } else if (isListed && position.HasStudyFolders && QFileInfo::exists(position.namedFolder)) {
             // Stills are named after the shown file, which the strip's walk may have left; runs after the
             // list.
-            const QString named = position.StillsMode ? shown.section('/', 0, -2) : form_.File1.Path();
+            const QString named = position.StillsMode ? QFileInfo(shown).path() : form_.File1.Path();
             EXPECT_EQ(series, disc_.seriesNameOf(named));
         }
         const Int16 index = form_.File1.positionOf(shown);

@@ -65,7 +65,7 @@ class RecordingWindow : MessageLoop, public MouseWheelHook, ExportFormatDialog {
 
     /// The puts since the last call, without the folder of the files.
     QStringList puts() {
-        static const QRegularExpression folder("=/.*/");
+        static const QRegularExpression folder(R"(=(/|[A-Z]:).*[/\\])");
         return std::exchange(journal, {}).replaceInStrings(folder, "=");
     }
     /// Names of the files in the previews, "" for an empty one.
@@ -131,7 +131,7 @@ class RecordingForm1 : NamedPatientView, public RecordingWindow {
     bool warns() const {
         const QString shown = ezDicom.FileName();
         return !namedPatientFolder.isEmpty() && !shown.isEmpty() &&
-               !shown.startsWith(namedPatientFolder + '/');
+               !shown.startsWith(joinPath(namedPatientFolder, {}));
     }
     /// "Patient's name | series' name".
     QString names() const { return Label5.Caption() + " | " + Label6.Caption(); }
@@ -141,7 +141,7 @@ class RecordingForm1 : NamedPatientView, public RecordingWindow {
     }
     /// A path on the disc below the patients' folder, "Patient000/Study1/Series1/1".
     QString below(const QString& path) const {
-        return path.section('/', programFolder.count('/') + 2).remove(".dcm");
+        return QDir(joinPath(programFolder, "Dicom")).relativeFilePath(path).remove(".dcm");
     }
 
     /// Runs the command of a button or menu item.
@@ -171,7 +171,7 @@ struct DiscForm {
         form.press("Open");
         form.journal.clear();
     }
-    QString folder(const QString& below) const { return disc.path({"Dicom"}) + "/" + below; }
+    QString folder(const QString& below) const { return folderPath(disc.path({"Dicom"}) + "/" + below); }
 
     DiscBuilder disc;
     RecordingForm1 form;
