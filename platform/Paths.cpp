@@ -18,16 +18,12 @@ QString joinPath(const QString& folder, const QString& name) {
 QString findIgnoringCase(const QString& folder, const QStringList& names) {
     QString path = folder;
     for (const QString& name : names) {
-        QString found = name;
-        if (!QFileInfo::exists(joinPath(path, name))) {
-            QStringList candidates =
-                QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System, QDir::Unsorted);
-            candidates.removeIf([&](const QString& c) { return c.compare(name, Qt::CaseInsensitive) != 0; });
-            if (!candidates.isEmpty()) {
-                found = *std::min_element(candidates.cbegin(), candidates.cend(), naturalLess);
-            }
-        }
-        path = joinPath(path, found);
+        // That a name is there does not tell how it is spelt: some systems do not mind letter case.
+        QStringList candidates =
+            QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System, QDir::Unsorted);
+        candidates.removeIf([&](const QString& c) { return c.compare(name, Qt::CaseInsensitive) != 0; });
+        const auto first = std::min_element(candidates.cbegin(), candidates.cend(), naturalLess);
+        path = joinPath(path, first == candidates.cend() || candidates.contains(name) ? name : *first);
     }
     return path;
 }

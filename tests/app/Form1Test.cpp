@@ -41,7 +41,7 @@ class Form1Test : public WindowTest {
     }
 
     QWidget& window() override { return form; }
-    QString shownFile() { return view("FileName").toString().section(QDir::separator(), -3); }
+    QString shownFile() { return QDir::fromNativeSeparators(view("FileName").toString()).section('/', -3); }
     /// Where a widget is, in the window.
     QRect placeOf(const QString& name) {
         const QWidget& widget = find(name);

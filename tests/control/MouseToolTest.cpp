@@ -176,7 +176,8 @@ TEST_F(LabelTool, MovesALabelWithADragAndBackOnEscape) {
             .arg(center.y())
             .arg(center.x() - 20)
             .arg(center.y() - 10));
-    EXPECT_EQ(place().topLeft(), atEdge.topLeft() - QPoint(20, 10)) << "no way to go first";
+    const QPoint way = place().topLeft() - atEdge.topLeft();
+    EXPECT_LE((way + QPoint(20, 10)).manhattanLength(), 1) << "no way to go first";
 }
 
 TEST_F(LabelTool, EditsALabelAndRemovesItWithDeleteOrAnEmptyText) {

@@ -407,7 +407,7 @@ TEST(Picture, LiesWhereItWasPutAtTheSizeAskedFor) {
 
 TEST(RealFiles, AreShownWhateverTheirNameAsFarAsTheyGoOrTheReasonIsSaid) {
     const QTemporaryDir folder;
-    const QString path = folder.filePath("Ärzte 冠動脈 <b>.dcm");
+    const QString path = folder.filePath("Ärzte 冠動脈 &lt;.dcm");
     auto run = test::DicomBuilder::image(130, 150, 10);
     run.gradientPixels().writeTo(path.toStdU16String());
     QFile file(path);

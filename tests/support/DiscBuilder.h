@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QXmlStreamWriter>
 
 #include <functional>
@@ -68,6 +69,11 @@ class DiscBuilder {
         }
         xml.writeEndDocument();
         write(path({"CD.xml"}), catalogue);
+    }
+
+    /// Where open files cannot be removed, a thread may just be closing the last.
+    ~DiscBuilder() {
+        static_cast<void>(QTest::qWaitFor([this] { return QDir(path()).removeRecursively(); }));
     }
 
     /// The program folder.

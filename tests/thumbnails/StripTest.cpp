@@ -79,7 +79,8 @@ struct StillsForm : DiscForm {
     /// The folders' names of the previews.
     QString shown() const {
         QStringList names;
-        for (const auto& preview : form.thumb) names << QFileInfo(preview->FileName()).dir().dirName();
+        for (const auto& preview : form.thumb)
+            names << QDir::fromNativeSeparators(preview->FileName()).section('/', -2, -2);
         return names.join(' ');
     }
 };
