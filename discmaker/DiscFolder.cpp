@@ -25,6 +25,20 @@ constexpr const char* otherFolder = "Other";
 const std::set<std::string> ownNames{"CD.xml",      "Dicom",    "Other",        "README.TXT", "license.txt",
                                      "autorun.inf", "cinedisc", "cinedisc.exe", "linux"};
 
+/// Files that are write-protected too, as those of a copied disc are: not every system removes them so. Links
+/// are removed, not followed.
+void removeAll(const fs::path& path) {
+    std::error_code ignored;
+    const auto unprotect = [&](const fs::path& each) {
+        if (!fs::is_symlink(each, ignored))
+            fs::permissions(each, fs::perms::owner_write, fs::perm_options::add, ignored);
+    };
+    unprotect(path);
+    if (!fs::is_symlink(path, ignored))
+        for (const auto& entry : fs::recursive_directory_iterator(path, ignored)) unprotect(entry.path());
+    fs::remove_all(path);
+}
+
 bool bearsMark(const fs::path& catalogue) {
     std::ifstream stream(catalogue, std::ios::binary);
     std::string head(256, '\0');
@@ -102,8 +116,8 @@ DiscFolder::DiscFolder(fs::path folder)
         requireOwnDisc(folder_);
         for (const auto& part : parts) requireOwnPart(part);
     }
-    fs::remove_all(area_);
-    fs::remove_all(outdated_);
+    removeAll(area_);
+    removeAll(outdated_);
     fs::create_directories(staging_);
     fs::create_directory(work_);
 }
@@ -116,7 +130,7 @@ DiscFolder::~DiscFolder() {
 
 void DiscFolder::publish() {
     // The catalogue goes first and comes last.
-    fs::remove(folder_ / catalogueName);
+    removeAll(folder_ / catalogueName);
     fs::create_directory(outdated_);
     const auto putAside = [this](const fs::path& name) {
         if (fs::exists(folder_ / name)) fs::rename(folder_ / name, outdated_ / name);
@@ -131,8 +145,8 @@ void DiscFolder::publish() {
         fs::rename(staging_ / name, folder_ / name);
     }
     if (fs::exists(staging_ / catalogueName)) fs::rename(staging_ / catalogueName, folder_ / catalogueName);
-    fs::remove_all(outdated_);
-    fs::remove_all(area_);
+    removeAll(outdated_);
+    removeAll(area_);
 }
 
 }  // namespace cinedisc::discmaker

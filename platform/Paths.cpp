@@ -1,6 +1,7 @@
 #include "platform/Paths.h"
 
 #include "platform/NaturalOrder.h"
+#include "platform/io/ProgramArguments.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -34,16 +35,18 @@ bool isBelow(const QString& path, const QString& folder) {
     return !folder.isEmpty() && folderPath(path).startsWith(joinPath(folderPath(folder), {}));
 }
 
-QString withShareInFull(const QString& path) {
-    const QString share = "UNC/";
-    return path.startsWith(share) ? "//" + path.mid(share.size()) : path;
+QString withoutLongForm(const QString& path) {
+    const QString longForm = R"(\\?\)", share = R"(UNC\)";
+    const QString usual = path.startsWith(longForm) ? path.mid(longForm.size()) : path;
+    return usual.startsWith(share) ? R"(\\)" + usual.mid(share.size()) : usual;
 }
 
 QString programFolder() {
     // A launcher that starts the program by other means tells where it lies itself.
-    const QString launcher = qEnvironmentVariable("CINEDISC_PROGRAM");
-    const QFileInfo running(launcher.isEmpty() ? withShareInFull(QCoreApplication::applicationFilePath())
-                                               : launcher);
+    QString path = qEnvironmentVariable("CINEDISC_PROGRAM");
+    if (path.isEmpty()) path = QCoreApplication::applicationFilePath();
+    if (path.isEmpty()) path = withoutLongForm(QString::fromStdString(programPath()));
+    const QFileInfo running(path);
     const QString called = QCoreApplication::arguments().value(0);
     if (called.contains(u'/')) {
         const QFileInfo asCalled(called);

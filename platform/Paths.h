@@ -21,9 +21,9 @@ QString folderPath(const QString& path);
 /// nothing lies below "".
 bool isBelow(const QString& path, const QString& folder);
 
-/// A program's own path as Qt tells it, "//server/share/..." where it lies on a share: of a program that was
-/// started by its path in the system's long form, `\\?\UNC\server\share\...`, Qt tells "UNC/server/share/...".
-QString withShareInFull(const QString& path);
+/// A program's own path as people write it. Started as `\\?\UNC\server\share\...` it is told so by the
+/// system, or `UNC\server\share\...`; the toolkit does not know these forms.
+QString withoutLongForm(const QString& path);
 
 /// The folder of the running executable, or of the launcher that started it. A link to either counts where
 /// the link lies.

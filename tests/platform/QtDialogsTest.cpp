@@ -66,9 +66,8 @@ TEST_F(QtDialogsTest, TheFolderBrowserStartsOnTheDiscAndReturnsTheFolderOrNothin
             EXPECT_TRUE(QTest::qWaitFor([&] { return seen(1, 0) + seen(1, 1) == "b1 below"; }));
             type(shown, chosen);
         });
-        EXPECT_EQ(QDir::fromNativeSeparators(dialogs.browseForFolder("Dicom")), chosen);
+        EXPECT_EQ(dialogs.browseForFolder("Dicom"), chosen);
     }
-    EXPECT_TRUE(QTest::qWaitFor([&] { return QDir(disc.path()).removeRecursively(); })) << "nothing holds it";
 }
 
 TEST_F(QtDialogsTest, TheSaveDialogPassesTheNameOnAsTypedAndStartsWhereTheLastOneWas) {

@@ -200,13 +200,13 @@ TEST(IconTest, EveryIconDrawsSomethingOfItsOwnAtBothDensities) {
     }
 }
 
-TEST(PathsTest, AShareIsNamedInFull) {
-    for (const auto& [told, full] : {std::pair{"UNC/ward/discs/cinedisc.exe", "//ward/discs/cinedisc.exe"},
-                                     {"//ward/UNC/x", "//ward/UNC/x"},
-                                     {"C:/UNC/x", "C:/UNC/x"},
-                                     {"/media/UNC/x", "/media/UNC/x"},
-                                     {"", ""}})
-        EXPECT_EQ(withShareInFull(told), full);
+TEST(PathsTest, AProgramsOwnPathIsWrittenAsPeopleDo) {
+    for (const auto& [told, usual] : {std::pair{R"(\\?\UNC\ward\discs\x.exe)", R"(\\ward\discs\x.exe)"},
+                                      {R"(UNC\ward\discs\x.exe)", R"(\\ward\discs\x.exe)"},
+                                      {R"(\\?\C:\UNC\x.exe)", R"(C:\UNC\x.exe)"},
+                                      {R"(\\ward\UNC\x.exe)", R"(\\ward\UNC\x.exe)"},
+                                      {"/media/UNC/x", "/media/UNC/x"}})
+        EXPECT_EQ(withoutLongForm(told), usual);
 }
 
 }  // namespace

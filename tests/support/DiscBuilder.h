@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QXmlStreamWriter>
 
 #include <functional>
@@ -69,11 +68,6 @@ class DiscBuilder {
         }
         xml.writeEndDocument();
         write(path({"CD.xml"}), catalogue);
-    }
-
-    /// Where open files cannot be removed, a thread may just be closing the last.
-    ~DiscBuilder() {
-        static_cast<void>(QTest::qWaitFor([this] { return QDir(path()).removeRecursively(); }));
     }
 
     /// The program folder.
