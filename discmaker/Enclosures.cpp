@@ -20,6 +20,18 @@ std::optional<fs::path> firstOf(const fs::path& here, std::initializer_list<cons
     return {};
 }
 
+/// Entry by entry: on some systems the standard library takes any two folders for the same.
+void copyAll(const fs::path& from, const fs::path& to) {
+    if (fs::is_directory(from)) {
+        fs::create_directories(to);
+        for (const auto& entry : fs::directory_iterator(from))
+            copyAll(entry.path(), to / entry.path().filename());
+    } else {
+        fs::remove(to);
+        fs::copy_file(from, to);
+    }
+}
+
 }  // namespace
 
 Enclosures findEnclosures(const fs::path& here) {
@@ -42,7 +54,7 @@ Enclosures findEnclosures(const fs::path& here) {
 void copyEnclosures(const Enclosures& enclosures, const fs::path& disc) {
     const auto copy = [](const fs::path& from, const fs::path& to) {
         if (!fs::exists(from)) throw DiscError("there is no file or folder " + from.string());
-        fs::copy(from, to, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+        copyAll(from, to);
     };
     for (const auto& program : enclosures.programs)
         copy(program, fs::is_directory(program) ? disc : disc / program.filename());

@@ -281,7 +281,9 @@ TEST_F(DiscMakerTest, LaysTheViewersBesideTheCatalogue) {
         writeFile(root_ / name, name);
     fs::permissions(bin_ / "cinedisc", fs::perms::owner_exec, fs::perm_options::add);
     for (int i = 0; i < 2; ++i) ASSERT_EQ(run({out, in, "--autorun"}), 0) << "and once more";
+#ifndef _WIN32
     EXPECT_NE(fs::status(request_.disc / "cinedisc").permissions() & fs::perms::owner_exec, fs::perms::none);
+#endif
     EXPECT_EQ(contentOf(request_.disc / "license.txt"), "release/bin/license.txt");
     EXPECT_THAT(contentOf(request_.disc / "autorun.inf"), HasSubstr("open=cinedisc.exe\r\n"));
     for (const char* text : {"Coronary angiograms\r\n", "start cinedisc.exe", "Linux: start cinedisc"})
@@ -339,7 +341,7 @@ TEST(CommandLine, SaysWhatIsWrongWithTheArguments) {
     for (auto all = option.globalMatch(QString::fromStdString(help)); all.hasNext(); ++options)
         EXPECT_THAT(manual, HasSubstr("\\-\\-" + all.next().captured(1).toStdString()));
     EXPECT_GE(options, 10);
-    EXPECT_THAT(std::get<Answer>(parse({"--version"})).text, testing::MatchesRegex("makedisc [0-9.]+\n"));
+    EXPECT_THAT(std::get<Answer>(parse({"--version"})).text, testing::MatchesRegex("makedisc .+\n"));
 }
 
 }  // namespace
