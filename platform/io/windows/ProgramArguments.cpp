@@ -22,7 +22,10 @@ std::string programPath() {
     constexpr std::size_t longest = 1 << 15;
     std::wstring path(longest, L'\0');
     path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    return narrowed(path);
+    std::string told = narrowed(path);
+    // Wine tells of a share without its beginning.
+    if (told.starts_with("UNC\\")) told.replace(0, 3, "\\");
+    return told;
 }
 
 }  // namespace cinedisc
