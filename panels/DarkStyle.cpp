@@ -55,14 +55,18 @@ void DarkStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
     painter->setBrush(colors.handle);
     constexpr qreal rounding = 3;
     painter->drawRoundedRect(part(SC_ScrollBarSlider).marginsRemoved({2, 1, 2, 1}), rounding, rounding);
-    QStyleOption arrow = *bar;
-    arrow.palette.setColor(QPalette::ButtonText, colors.arrow);
-    arrow.palette.setColor(QPalette::WindowText, colors.arrow);
-    const bool upright = bar->orientation == Qt::Vertical;
-    arrow.rect = part(SC_ScrollBarSubLine);
-    proxy()->drawPrimitive(upright ? PE_IndicatorArrowUp : PE_IndicatorArrowLeft, &arrow, painter, widget);
-    arrow.rect = part(SC_ScrollBarAddLine);
-    proxy()->drawPrimitive(upright ? PE_IndicatorArrowDown : PE_IndicatorArrowRight, &arrow, painter, widget);
+    // Not the base style's arrows: it keeps a picture of each for every palette, and one made for a drawing
+    // is never used again.
+    painter->setBrush(colors.arrow);
+    const auto drawArrow = [&](SubControl which, int turned) {
+        painter->save();
+        painter->translate(QRectF(part(which)).center());
+        painter->rotate(turned - (bar->orientation == Qt::Vertical ? 0 : 90));
+        painter->drawPolygon(QPolygonF{{-3.5, 2}, {3.5, 2}, {0, -2}});
+        painter->restore();
+    };
+    drawArrow(SC_ScrollBarSubLine, 0);
+    drawArrow(SC_ScrollBarAddLine, 180);
     painter->restore();
     ringFocus(*bar, *painter);
 }
