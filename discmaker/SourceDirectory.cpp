@@ -8,6 +8,7 @@
 #include <dcmtk/dcmdata/dcdirrec.h>
 #include <dcmtk/dcmdata/dctk.h>
 
+#include <exception>
 #include <set>
 
 namespace cinedisc::discmaker {
@@ -65,9 +66,11 @@ void collect(DcmDirectoryRecord& record, const fs::path& medium, int depth, Dire
 DirectoryListing readDirectory(const fs::path& path, const fs::path& scratch) {
     DirectoryListing listing;
     if (!copyFile(path, scratch).fault.empty()) return listing;
-    {
+    try {
         DcmDicomDir directory(scratch.c_str());
         collect(directory.getRootRecord(), path.parent_path(), 0, listing);
+    } catch (const std::exception&) {
+        // The library makes a text of a value that is not there.
     }
     fs::remove(scratch);
     return listing;
