@@ -26,17 +26,22 @@ const std::set<std::string> ownNames{"CD.xml",      "Dicom",    "Other",        
                                      "autorun.inf", "cinedisc", "cinedisc.exe", "linux"};
 
 /// Files that are write-protected too, as those of a copied disc are: not every system removes them so. Links
-/// are removed, not followed.
+/// are removed, not followed. One by one, as std::filesystem::remove_all tries a file that another program has
+/// open for ever on Windows; here it raises filesystem_error.
 void removeAll(const fs::path& path) {
-    std::error_code ignored;
-    const auto unprotect = [&](const fs::path& each) {
-        if (!fs::is_symlink(each, ignored))
-            fs::permissions(each, fs::perms::owner_write, fs::perm_options::add, ignored);
+    std::vector<fs::path> entries;
+    const auto add = [&](const fs::path& entry) {
+        if (!fs::is_symlink(entry)) fs::permissions(entry, fs::perms::owner_write, fs::perm_options::add);
+        entries.push_back(entry);
     };
-    unprotect(path);
-    if (!fs::is_symlink(path, ignored))
-        for (const auto& entry : fs::recursive_directory_iterator(path, ignored)) unprotect(entry.path());
-    fs::remove_all(path);
+    if (!fs::exists(fs::symlink_status(path))) return;
+    add(path);
+    if (fs::is_directory(fs::symlink_status(path)))
+        for (const auto& entry : fs::recursive_directory_iterator(path)) add(entry.path());
+    while (!entries.empty()) {
+        fs::remove(entries.back());
+        entries.pop_back();
+    }
 }
 
 bool bearsMark(const fs::path& catalogue) {
@@ -123,30 +128,54 @@ DiscFolder::DiscFolder(fs::path folder)
 }
 
 DiscFolder::~DiscFolder() {
-    std::error_code ignored;
-    fs::remove_all(area_, ignored);
-    if (made_ && fs::is_empty(folder_, ignored)) fs::remove(folder_, ignored);
+    try {
+        removeAll(area_);
+        if (made_ && fs::is_empty(folder_)) fs::remove(folder_);
+    } catch (const fs::filesystem_error&) {
+        // What stays is removed by the next run.
+    }
 }
 
 void DiscFolder::publish() {
-    // The catalogue goes first and comes last.
-    removeAll(folder_ / catalogueName);
     fs::create_directory(outdated_);
-    const auto putAside = [this](const fs::path& name) {
-        if (fs::exists(folder_ / name)) fs::rename(folder_ / name, outdated_ / name);
+    std::vector<fs::path> aside, placed;
+    const auto putAside = [&](const fs::path& name) {
+        if (!fs::exists(folder_ / name)) return;
+        fs::rename(folder_ / name, outdated_ / name);
+        aside.push_back(name);
     };
-    for (const char* name : {dicomFolder, otherFolder, "README.TXT"}) putAside(name);
-    for (const auto& part : partsOf(folder_)) putAside(part.filename());
-    std::vector<fs::path> names;
-    for (const auto& entry : fs::directory_iterator(staging_)) names.push_back(entry.path().filename());
-    for (const auto& name : names) {
-        if (name == catalogueName) continue;
-        putAside(name);
+    const auto place = [&](const fs::path& name) {
         fs::rename(staging_ / name, folder_ / name);
+        placed.push_back(name);
+    };
+    try {
+        // The catalogue goes first and comes last.
+        for (const char* name : {catalogueName, dicomFolder, otherFolder, "README.TXT"}) putAside(name);
+        for (const auto& part : partsOf(folder_)) putAside(part.filename());
+        std::vector<fs::path> names;
+        for (const auto& entry : fs::directory_iterator(staging_)) names.push_back(entry.path().filename());
+        for (const auto& name : names) {
+            if (name == catalogueName) continue;
+            putAside(name);
+            place(name);
+        }
+        if (fs::exists(staging_ / catalogueName)) place(catalogueName);
+    } catch (const fs::filesystem_error&) {
+        // On Windows no folder is renamed of which a viewer has a file open. The disc that was there is put back.
+        std::error_code ignored;
+        for (auto name = placed.rbegin(); name != placed.rend(); ++name)
+            fs::rename(folder_ / *name, staging_ / *name, ignored);
+        for (auto name = aside.rbegin(); name != aside.rend(); ++name)
+            fs::rename(outdated_ / *name, folder_ / *name, ignored);
+        throw;
     }
-    if (fs::exists(staging_ / catalogueName)) fs::rename(staging_ / catalogueName, folder_ / catalogueName);
-    removeAll(outdated_);
-    removeAll(area_);
+    try {
+        removeAll(outdated_);
+        removeAll(area_);
+    } catch (const fs::filesystem_error& error) {
+        throw DiscError(std::string("the disc is made, but its former files could not be removed: ") +
+                        error.what());
+    }
 }
 
 }  // namespace cinedisc::discmaker

@@ -23,7 +23,7 @@ class DiscFolder {
     const std::filesystem::path& staging() const { return staging_; }
     /// For files that are worked on; they do not come on the disc.
     const std::filesystem::path& work() const { return work_; }
-    /// Puts the new disc in the place of the old one.
+    /// Puts the new disc in the place of the old one. When that fails, the old one is as it was.
     void publish();
 
   private:

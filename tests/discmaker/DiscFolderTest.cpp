@@ -58,6 +58,23 @@ TEST_F(DiscFolderTest, ReplacesItsOwnDiscAndLeavesWhatElseLiesThere) {
     EXPECT_TRUE(fs::is_empty(disc_)) << "one that was there stays";
 }
 
+TEST_F(DiscFolderTest, PutsTheOldDiscBackWhenItCannotBeReplaced) {
+    for (const char* name : {"CD.xml", "Dicom", "README.TXT", "viewer"}) {
+        fs::remove_all(disc_);
+        makeDisc("old");
+        for (const char* other : {"README.TXT", "viewer"}) writeFile(disc_ / other, "old");
+        const auto before = filesBelow(disc_);
+        {
+            DiscFolder folder(disc_);
+            for (const auto& [each, content] : before) writeFile(folder.staging() / each, "new");
+            writeFile(disc_ / ".makedisc-old" / name / "stray", "in the way");
+            EXPECT_THROW(folder.publish(), fs::filesystem_error) << name;
+        }
+        fs::remove_all(disc_ / ".makedisc-old");
+        EXPECT_EQ(filesBelow(disc_), before) << name;
+    }
+}
+
 TEST_F(DiscFolderTest, RefusesWhatItDidNotWrite) {
     const std::map<std::string, std::string> foreign[] = {
         {{"letter.txt", "dear"}},

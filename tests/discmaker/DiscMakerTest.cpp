@@ -219,7 +219,7 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
         for (const char* secret :
              {"Mill", "mill", "4711", "20240522", "1.2.77", "1.2.9", "Clinic", "preamble"})
             EXPECT_THAT(content, Not(HasSubstr(secret))) << name;
-    const auto first = open(series_ / "IM00001.dcm"), second = open(series_ / "IM00002.dcm");
+    auto first = open(series_ / "IM00001.dcm"), second = open(series_ / "IM00002.dcm");
     EXPECT_EQ(test::samplesOf(*first, 1), test::samplesOf(*source, 1));
     const auto uid = first->header().string({0x0008, 0x0018});
     EXPECT_THAT(uid, testing::StartsWith("2.25."));
@@ -232,6 +232,7 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
           ";SeriesNumber=4;", ";CodeValue=113100;", ";LongitudinalTemporalInformationModified=REMOVED;"})
         EXPECT_THAT(values, HasSubstr(value));
     EXPECT_THAT(reports_, testing::AllOf(HasSubstr("2: names may be burned"), Not(HasSubstr("1: names"))));
+    first = second = nullptr;  // a disc with files that are open is not replaced on every system
     make();
     EXPECT_NE(open(series_ / "IM00001.dcm")->header().string({0x0008, 0x0018}), uid)
         << "no table of them is kept";
