@@ -5,6 +5,7 @@
 //   the tick that changes the file, for NUMBER changes answers   how many ticks label, wheel and click wait
 //   while it plays at 1 ms, tried NUMBER times still     from the click on the patient to its first picture,
 //   and to the exact one ticks     NUMBER ticks at 1 ms and no measuring: for counting instructions
+#include "app/Confinement.h"
 #include "app/Form1.h"
 #include "app/Main.h"
 #include "bench/CineRecorder.h"
@@ -12,7 +13,6 @@
 #include "bench/FirstPaint.h"
 #include "bench/ProgramStart.h"
 #include "bench/WindowDriver.h"
-#include "dicom/codecs/LibraryDecoding.h"
 #include "panels/Theme.h"
 #include "platform/widgets/GuardedApplication.h"
 
@@ -78,7 +78,7 @@ void playTicks(const bench::WindowDriver& driver, const bench::CineRecorder& rec
 
 int main(int argc, char** argv) {
     // As the program does, unless it is compared with doing without.
-    if (!std::getenv("CINE_WINDOW_IN_PROCESS")) dicom::confineLibraryDecoders(argc, argv);
+    if (!std::getenv("CINE_WINDOW_IN_PROCESS")) confineLibraries(argc, argv);
     if (argc < 3) return EXIT_FAILURE;
     GuardedApplication application(argc, argv);
     applyColours(application);

@@ -1,18 +1,16 @@
 #include "catalogue/CatalogueReader.h"
 
+#include "catalogue/ParserProcesses.h"
+#include "catalogue/XmlParser.h"
 #include "platform/io/RandomAccessFile.h"
 #include "platform/io/TextEncoding.h"
 
 #include <QRegularExpression>
-#include <libxml/SAX2.h>
-#include <libxml/parser.h>
-#include <libxml/parserInternals.h>
-#include <libxml/tree.h>
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
-#include <limits>
-#include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,14 +20,8 @@ namespace cinedisc {
 
 namespace {
 
-// Twice what 32,766 patients need, who are all that can be counted.
 constexpr std::uint64_t largestCatalogue = 64u << 20;
-constexpr std::int64_t mostNodes = 1'000'000;
-constexpr std::int64_t mostTextOfEntities = 16 << 20;
-constexpr std::int64_t mostDeclarations = 1000;  // of entities: the parser looks for each among all before it
-
-using Document = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
-using ParserContext = std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)>;
+constexpr int deepest = 256;  // elements within one another
 
 /// Texts are written in the successors of the encodings that are declared: the successor reads them all.
 std::string successorOf(const std::string& declared) {
@@ -68,8 +60,6 @@ std::optional<std::string> inUtf8(std::string_view bytes) {
     return text;
 }
 
-xmlParserInputPtr refuseEntity(const char*, const char*, xmlParserCtxtPtr) { return nullptr; }
-
 std::vector<std::byte> readWholeFile(const QString& path) {
     const auto file = RandomAccessFile::open(path.toStdString());
     if (!file || file->size() > largestCatalogue) return {};
@@ -95,161 +85,102 @@ bool hasEndlessTag(std::string_view text) {
     return false;
 }
 
-/// What is left of what a document may hold; the parser stops where it asks for more.
-struct Bounds {
-    std::int64_t nodes = mostNodes, textOfEntities = mostTextOfEntities, declarations = mostDeclarations;
-
-    static bool stop(void* parser) {
-        auto* context = static_cast<xmlParserCtxtPtr>(parser);
-        xmlStopParser(context);
-        context->wellFormed = 0;
-        return false;
-    }
-    /// One of what the member counts.
-    template <auto left>
-    static bool take(void* parser) {
-        auto& bounds = *static_cast<Bounds*>(static_cast<xmlParserCtxtPtr>(parser)->_private);
-        return --(bounds.*left) >= 0 || stop(parser);
-    }
-};
-
-/// The parser's own handler of what becomes a node, within the bounds.
-template <auto handler, typename = decltype(handler)>
-struct Node;
-template <auto handler, typename... Arguments>
-struct Node<handler, void (*)(void*, Arguments...)> {
-    static void handle(void* parser, Arguments... arguments) {
-        if (Bounds::take<&Bounds::nodes>(parser)) handler(parser, arguments...);
-    }
-};
-
-/// Attributes and name spaces are left out: nobody asks for them.
-void startElement(void* parser, const xmlChar* name, const xmlChar*, const xmlChar*, int, const xmlChar**,
-                  int, int, const xmlChar**) {
-    if (Bounds::take<&Bounds::nodes>(parser))
-        xmlSAX2StartElementNs(parser, name, nullptr, nullptr, 0, nullptr, 0, 0, nullptr);
-}
-
-void endElement(void* parser, const xmlChar* name, const xmlChar*, const xmlChar*) {
-    xmlSAX2EndElementNs(parser, name, nullptr, nullptr);
-}
-
-/// An entity that holds more than text would be copied, node for node, wherever it is named.
-void declareEntity(void* parser, const xmlChar* name, int type, const xmlChar* publicId,
-                   const xmlChar* systemId, xmlChar* content) {
-    const std::string_view text(content ? reinterpret_cast<const char*>(content) : "");
-    if (text.find_first_of("<&") != text.npos)
-        Bounds::stop(parser);
-    else if (Bounds::take<&Bounds::declarations>(parser))
-        xmlSAX2EntityDecl(parser, name, type, publicId, systemId, content);
-}
-
-xmlEntityPtr entityOf(void* parser, const xmlChar* name) {
-    const xmlEntityPtr entity = xmlSAX2GetEntity(parser, name);
-    auto& bounds = *static_cast<Bounds*>(static_cast<xmlParserCtxtPtr>(parser)->_private);
-    if (entity && (bounds.textOfEntities -= entity->length) < 0) Bounds::stop(parser);
-    return entity;
-}
-
-/// Attributes with a value of their own would be added to each element, and compared with one another.
-void declareAttribute(void* parser, const xmlChar*, const xmlChar*, int, int, const xmlChar* value,
-                      xmlEnumerationPtr choices) {
-    if (value) Bounds::stop(parser);
-    xmlFreeEnumeration(choices);
-}
-
-void bind(xmlParserCtxt& context, Bounds& bounds) {
-    context._private = &bounds;
-    auto& handlers = *context.sax;
-    handlers.startElementNs = startElement;
-    handlers.endElementNs = endElement;
-    handlers.characters = handlers.ignorableWhitespace = Node<&xmlSAX2Characters>::handle;
-    handlers.cdataBlock = Node<&xmlSAX2CDataBlock>::handle;
-    handlers.comment = Node<&xmlSAX2Comment>::handle;
-    handlers.processingInstruction = Node<&xmlSAX2ProcessingInstruction>::handle;
-    handlers.entityDecl = declareEntity;
-    handlers.getEntity = entityOf;
-    handlers.attributeDecl = declareAttribute;
-    // Nobody asks whether the document is valid, and the parser would print what is not.
-    handlers.elementDecl = nullptr;
-    handlers.notationDecl = nullptr;
-    handlers.unparsedEntityDecl = nullptr;
-}
-
-Document parse(const std::vector<std::byte>& bytes) {
-    xmlSetExternalEntityLoader(refuseEntity);
-    const std::string_view file(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    const auto converted = inUtf8(file);
-    const std::string_view text = converted ? *converted : file;
-    const ParserContext context(xmlNewParserCtxt(), xmlFreeParserCtxt);
-    if (!context || text.empty() || text.size() > std::numeric_limits<int>::max() || hasEndlessTag(text))
-        return {nullptr, xmlFreeDoc};
-    Bounds bounds;
-    bind(*context, bounds);
-    return {xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()), nullptr,
-                              converted ? "UTF-8" : nullptr,
-                              XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING |
-                                  (converted ? XML_PARSE_IGNORE_ENC : 0)),
-            xmlFreeDoc};
-}
-
 bool isAllXmlSpace(const QString& text) {
     return std::all_of(text.begin(), text.end(),
                        [](QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; });
 }
 
-QString textOf(const xmlNode& node) { return QString::fromUtf8(reinterpret_cast<const char*>(node.content)); }
+/// Builds the catalogue of a document's items. They come from a process that may be under somebody else's
+/// control, so they may be anything.
+class CatalogueBuilder {
+  public:
+    explicit CatalogueBuilder(std::span<const std::byte> items) : left_(items) {}
 
-CatalogueNode toCatalogue(const xmlNode& element) {
-    std::vector<CatalogueNode> children;
-    QString space;
-    const auto append = [&](CatalogueNode child) {
-        child.setSpaceBefore(std::exchange(space, {}));
-        children.push_back(std::move(child));
-    };
-    QString text;
-    const auto appendText = [&] {
-        if (isAllXmlSpace(text)) {
-            space += text;
-        } else {
-            append({CatalogueNode::Data::Text, text});
-        }
-        text.clear();
-    };
-    for (const xmlNode* child = element.children; child; child = child->next) {
-        // Text that entities have cut into pieces is one node.
-        if (child->type == XML_TEXT_NODE) {
-            text += textOf(*child);
-            continue;
-        }
-        appendText();
-        switch (child->type) {
-            case XML_ELEMENT_NODE:
-                append(toCatalogue(*child));
-                break;
-            case XML_CDATA_SECTION_NODE:
-                append({CatalogueNode::Data::Text, textOf(*child)});
-                break;
-            case XML_COMMENT_NODE:
-            case XML_PI_NODE:
-                append({CatalogueNode::Data::CommentOrInstruction, textOf(*child)});
-                break;
-            default:
-                break;
-        }
+    std::optional<CatalogueNode> build() {
+        if (takeKind() != XmlItem::Element) return std::nullopt;
+        auto root = takeElement(1);
+        return left_.empty() ? std::move(root) : std::nullopt;
     }
-    appendText();
-    return CatalogueNode(std::move(children), space);
-}
+
+  private:
+    /// Nothing behind the last one.
+    std::optional<XmlItem> takeKind() {
+        if (left_.empty()) return std::nullopt;
+        const auto kind = static_cast<XmlItem>(left_.front());
+        left_ = left_.subspan(1);
+        return kind;
+    }
+
+    std::optional<QString> takeData() {
+        std::uint32_t size = 0;
+        if (left_.size() < sizeof size) return std::nullopt;
+        std::memcpy(&size, left_.data(), sizeof size);
+        left_ = left_.subspan(sizeof size);
+        if (left_.size() < size) return std::nullopt;
+        const auto data = QString::fromUtf8(reinterpret_cast<const char*>(left_.data()), qsizetype(size));
+        left_ = left_.subspan(size);
+        return data;
+    }
+
+    /// What stands between an element and its end.
+    std::optional<CatalogueNode> takeElement(int depth) {
+        std::vector<CatalogueNode> children;
+        QString space;
+        const auto append = [&](CatalogueNode child) {
+            child.setSpaceBefore(std::exchange(space, {}));
+            children.push_back(std::move(child));
+        };
+        QString text;
+        const auto appendText = [&] {
+            if (isAllXmlSpace(text)) {
+                space += text;
+            } else {
+                append({CatalogueNode::Data::Text, text});
+            }
+            text.clear();
+        };
+        while (const auto kind = takeKind()) {
+            // Text that entities have cut into pieces is one node.
+            if (kind != XmlItem::Text) {
+                appendText();
+                ++items_;
+            }
+            if (items_ > 2 * mostXmlNodes || depth > deepest) break;
+            if (kind == XmlItem::End) return CatalogueNode(std::move(children), space);
+            if (kind == XmlItem::Element) {
+                auto child = takeElement(depth + 1);
+                if (!child) break;
+                append(std::move(*child));
+                continue;
+            }
+            const auto data = takeData();
+            if (!data) break;
+            if (kind == XmlItem::Text)
+                text += *data;
+            else if (kind == XmlItem::CharacterData)
+                append({CatalogueNode::Data::Text, *data});
+            else if (kind == XmlItem::CommentOrInstruction)
+                append({CatalogueNode::Data::CommentOrInstruction, *data});
+            else
+                break;
+        }
+        return std::nullopt;
+    }
+
+    std::span<const std::byte> left_;
+    std::int64_t items_ = 0;  // but text
+};
 
 }  // namespace
 
 std::optional<CatalogueNode> readCatalogue(const QString& path) {
     const auto bytes = readWholeFile(path);
-    const Document document = parse(bytes);
-    const xmlNode* root = document ? xmlDocGetRootElement(document.get()) : nullptr;
-    if (!root) return std::nullopt;
-    return toCatalogue(*root);
+    const std::string_view file(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const auto converted = inUtf8(file);
+    const std::string_view text = converted ? *converted : file;
+    if (text.empty() || hasEndlessTag(text)) return std::nullopt;
+    const auto items = parseByLibrary(text, converted.has_value());
+    return CatalogueBuilder(items).build();
 }
 
 }  // namespace cinedisc

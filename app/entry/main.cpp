@@ -1,6 +1,6 @@
+#include "app/Confinement.h"
 #include "app/Main.h"
 
-#include "dicom/codecs/LibraryDecoding.h"
 #include "panels/ScreenFit.h"
 #include "panels/Theme.h"
 #include "platform/widgets/GuardedApplication.h"
@@ -13,7 +13,7 @@
 
 int main(int argc, char** argv) {
     using namespace cinedisc;
-    dicom::confineLibraryDecoders(argc, argv);
+    confineLibraries(argc, argv);
     // Menus belong to the window, on every desktop.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);

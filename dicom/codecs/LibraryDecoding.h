@@ -2,14 +2,7 @@
 
 #include "dicom/codecs/LibraryTask.h"
 
-namespace cinedisc::dicom {
-
-/// Has the decoders of others (JPEG of 8 and 12 bits, JPEG 2000) work in confined processes from now on, and
-/// in this one only where the system has no such processes. To be called before anything else in main, with
-/// its arguments, and once (ConfinedProcesses::prepare).
-void confineLibraryDecoders(int argumentCount, char** arguments);
-
-namespace codecs {
+namespace cinedisc::dicom::codecs {
 
 class LibraryProcesses;
 
@@ -21,5 +14,4 @@ void decodeInProcesses(LibraryProcesses* processes);
 /// makes the process end or takes far too long, an error for the reason Decoder.
 Result<LibraryPicture> decodeByLibrary(std::span<const std::uint8_t> stream, const LibraryTask& task);
 
-}  // namespace codecs
-}  // namespace cinedisc::dicom
+}  // namespace cinedisc::dicom::codecs

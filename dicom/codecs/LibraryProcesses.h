@@ -14,7 +14,7 @@ namespace cinedisc::dicom::codecs {
 class LibraryProcesses {
   public:
     /// A frame may take `patience`, and as long again for every four megapixels.
-    explicit LibraryProcesses(std::unique_ptr<ConfinedProcesses> source,
+    explicit LibraryProcesses(std::shared_ptr<ConfinedProcesses> source,
                               std::chrono::milliseconds patience = std::chrono::seconds(10))
         : source_(std::move(source)), patience_(patience) {}
 
@@ -28,7 +28,7 @@ class LibraryProcesses {
     std::unique_ptr<ConfinedProcess> start(std::size_t memorySize);
     void giveBack(std::unique_ptr<ConfinedProcess> process);
 
-    std::unique_ptr<ConfinedProcesses> source_;
+    std::shared_ptr<ConfinedProcesses> source_;
     std::chrono::milliseconds patience_;
     std::once_flag tried_;
     bool areAllowed_ = false;

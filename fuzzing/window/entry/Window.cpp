@@ -3,8 +3,8 @@
 // being shown lies in the folder "current" meanwhile. A disc or file that brought a fault is kept in the
 // folder "findings".
 
+#include "app/Confinement.h"
 #include "control/frames/ImageLibrary.h"
-#include "dicom/codecs/LibraryDecoding.h"
 #include "fuzzing/window/DiscVisit.h"
 #include "fuzzing/window/Endurance.h"
 #include "fuzzing/window/SizedDiscs.h"
@@ -145,7 +145,7 @@ void visitSizes(Run& run) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    cinedisc::dicom::confineLibraryDecoders(argc, argv);
+    cinedisc::confineLibraries(argc, argv);
     const std::vector<std::string> words(argv + 1, argv + argc);
     if (words.empty() || (words[0] != "sizes" && words[0] != "endurance" && words.size() < 3)) return 2;
     qputenv("QT_QPA_PLATFORM", "offscreen");
