@@ -26,8 +26,8 @@ const std::set<std::string> ownNames{"CD.xml",      "Dicom",    "Other",        
                                      "autorun.inf", "cinedisc", "cinedisc.exe", "linux"};
 
 /// Files that are write-protected too, as those of a copied disc are: not every system removes them so. Links
-/// are removed, not followed. One by one, as std::filesystem::remove_all tries a file that another program has
-/// open for ever on Windows; here it raises filesystem_error.
+/// are removed, not followed. One by one, as std::filesystem::remove_all tries a file that another program
+/// has open for ever on Windows; here it raises filesystem_error.
 void removeAll(const fs::path& path) {
     std::vector<fs::path> entries;
     const auto add = [&](const fs::path& entry) {
@@ -161,7 +161,8 @@ void DiscFolder::publish() {
         }
         if (fs::exists(staging_ / catalogueName)) place(catalogueName);
     } catch (const fs::filesystem_error&) {
-        // On Windows no folder is renamed of which a viewer has a file open. The disc that was there is put back.
+        // On Windows no folder is renamed of which a viewer has a file open. The disc that was there is put
+        // back.
         std::error_code ignored;
         for (auto name = placed.rbegin(); name != placed.rend(); ++name)
             fs::rename(folder_ / *name, staging_ / *name, ignored);

@@ -1,6 +1,6 @@
-#include "app/Confinement.h"
 #include "app/Main.h"
 
+#include "app/Confinement.h"
 #include "panels/ScreenFit.h"
 #include "panels/Theme.h"
 #include "platform/widgets/GuardedApplication.h"
