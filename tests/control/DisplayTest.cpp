@@ -1,11 +1,11 @@
 #include "control/CornerText.h"
 #include "control/picture/TextPieces.h"
 #include "tests/control/ViewFixture.h"
-#include "tests/support/ViewerContractTests.h"
 
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 
+#include <limits>
 #include <random>
 
 namespace cinedisc {
@@ -364,29 +364,54 @@ TEST_F(CornerWords, GiveWayToANoticeOnTheViewsOwnGround) {
     EXPECT_NEAR(greysIn(view.rect(), 38).second, 205, 4);
 }
 
-}  // namespace
-
-namespace test {
-namespace {
-
-struct Component {
-    Component() {
-        const auto file = greyRun(16, 16, 12);
-        file->grey.windows = {{100, 50, dicom::Window::Function::Linear}};
-        fake.files["/run"] = file;
-        fake.files["/still"] = greyRun(16, 16, 1);
+TEST_F(Display, ShowsAFileFromItsFirstFrameAsItsHeaderSays) {
+    const auto grey = greyRun(16, 16, 12);
+    grey->grey.windows = {{100, 50, dicom::Window::Function::Linear}};
+    fake.files = {{"/run", grey}, {"/still", greyRun(16, 16, 1)}};
+    const auto expectShown = [&](const QString& path, int frames) {
+        EXPECT_EQ(view.FileName(), path);
+        EXPECT_EQ(view.FrameCount(), frames);
+        EXPECT_EQ(view.CurrentFrame(), 1);
+        EXPECT_GT(view.Polarity(), 0);
+        // Frames that there are, and no others.
+        for (const int frame : {frames, 0, -1, frames + 1, std::numeric_limits<int>::min()}) {
+            view.putCurrentFrame(frame);
+            EXPECT_EQ(view.CurrentFrame(), std::max(frames, 1)) << frame;
+        }
+    };
+    expectShown("", 0);
+    EXPECT_FALSE(view.CopyToClipboard() || view.CopyHeaderToClipboard());
+    for (const auto& [path, frames] :
+         {std::pair{"/run", 12}, {"/still", 1}, {"/run", 12}, {"/run", 12}, {"/nowhere", 0}, {"/run", 12}}) {
+        ASSERT_NO_THROW(view.putFileName(path));
+        expectShown(path, frames);
+        if (frames == 12) run("WindowCenter is 100; WindowWidth is 50");
+        run("WindowCenter -7.5; WindowWidth 300; WindowWidth 0; WindowWidth -1; WindowWidth 0.5");
+        if (frames == 12) run("WindowCenter is -7.5; WindowWidth is 300");
+        run("Polarity -1; Polarity is -1; Polarity 5; Polarity is 5; Polarity 0; Polarity is 0");
     }
-    ViewerControl& viewer() { return control; }
-    QString run() { return "/run"; }
-    QString still() { return "/still"; }
-    QString unreadable() { return "/nowhere"; }
+    run("ThumbIndex 3; FrameCount is 12; ThumbIndex -1; Polarity 1");
+    expectShown("", 0);
+}
 
-    FakeLibrary fake;
-    ezDICOMX control{ViewRole::Main, nullptr, fake.library};
-};
-
-INSTANTIATE_TYPED_TEST_SUITE_P(Component, ViewerContract, Component);
+TEST_F(Display, KeepsWhatWasPutOverFiles) {
+    run("ZoomPercent is 100; MouseMode is 1; ShowHeader is false");
+    fake.files["/run"] = greyRun(16, 16, 12);
+    for (const QString member :
+         {"ZoomPercent 150 50", "MouseMode 4 3", "BackgroundColor 0 1", "RangeStart 3 -1", "RangeEnd 4 0",
+          "RangeModeA 5 1", "RangeModeB 6 2", "ThumbIndex 7 0", "ThumbStyle 2 0", "BestFit true false",
+          "Smooth true false", "ShowHeader true false", "BackgroundFill true false", "Option247 true false",
+          "Option256 true false", "StartupFlag true false", "Tag D:\\A D:\\B"}) {
+        for (const int value : {1, 2}) {
+            const QString words[] = {member.section(' ', 0, 0), member.section(' ', value, value)};
+            run(words[0] + ' ' + words[1]);
+            for (const char* path : {"/run", "/nowhere", ""}) {
+                view.putFileName(path);
+                run(words[0] + " is " + words[1]);
+            }
+        }
+    }
+}
 
 }  // namespace
-}  // namespace test
 }  // namespace cinedisc

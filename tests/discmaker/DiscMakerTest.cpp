@@ -7,6 +7,8 @@
 
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <dcmtk/config/osconfig.h>
+#include <dcmtk/dcmdata/dctk.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -128,25 +130,13 @@ TEST_F(DiscMakerTest, FollowsADirectory) {
     image("A", 2).writeTo(input_ / "img/c;1");
     image("A", 3).writeTo(root_ / "outside");
     writeFile(input_ / "TEXT", "no DICOM");
-    const char* fileIds[] = {"IMG\\C", "IMG\\B", "GONE", "..\\OUTSIDE", "TEXT"};
-    std::vector<std::int64_t> offsets(6);
-    // Written twice: the records tell where the next one begins.
-    for (int i = 0; i < 2; ++i) {
-        std::vector<test::DicomItem> records(5);
-        for (std::size_t n = 0; n < 5; ++n) {
-            records[n].numbers({0x0004, 0x1400}, "UL", {offsets[n + 1]});
-            records[n].numbers({0x0004, 0x1410}, "US", {0xFFFF}).numbers({0x0004, 0x1420}, "UL", {0});
-            records[n].text({0x0004, 0x1430}, "CS", "PRIVATE").text({0x0004, 0x1500}, "CS", fileIds[n]);
-        }
-        DicomBuilder directory;
-        directory.numbers({0x0004, 0x1200}, "UL", {offsets[0]}).numbers({0x0004, 0x1202}, "UL", {offsets[4]});
-        directory.sequence({0x0004, 0x1220}, records);
-        directory.writeTo(input_ / "DICOMDIR");
-        const auto bytes = contentOf(input_ / "DICOMDIR");
-        std::size_t at = 0;
-        for (std::size_t n = 0; n < 5; ++n, ++at)
-            offsets[n] = static_cast<std::int64_t>(at = bytes.find(std::string("\xFE\xFF\0\xE0", 4), at));
+    DcmDicomDir directory((input_ / "DICOMDIR").c_str());
+    for (const char* fileId : {"IMG\\C", "IMG\\B", "GONE", "..\\OUTSIDE", "TEXT"}) {
+        auto* record = new DcmDirectoryRecord(ERT_Private, nullptr, OFFilename());
+        record->putAndInsertString(DCM_ReferencedFileID, fileId);
+        directory.getRootRecord().insertSub(record);
     }
+    ASSERT_TRUE(directory.write().good());
     const std::vector<std::string> listed{contentOf(input_ / "img/c;1"), contentOf(input_ / "img/b.")};
     for (const auto& named : {input_, input_ / "DICOMDIR"}) {
         request_.named = {named};

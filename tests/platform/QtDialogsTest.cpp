@@ -1,8 +1,7 @@
 #include "platform/widgets/QtDialogs.h"
-#include "tests/support/EmptyHome.h"
 #include "tests/support/ModalDialog.h"
 
-#include <QDir>
+#include <QDirIterator>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -12,24 +11,28 @@
 #include <QTreeView>
 #include <gtest/gtest.h>
 
-#include <memory>
-
 namespace cinedisc {
 namespace {
 
 using test::ModalDialog;
 
 struct QtDialogsTest : testing::Test {
-    static void SetUpTestSuite() { home = std::make_unique<test::EmptyHome>(); }
-    static void TearDownTestSuite() { home.reset(); }
-    void TearDown() override { EXPECT_EQ(home->entries().join(' '), ""); }
+    // The toolkit asks only once where settings belong.
+    static void SetUpTestSuite() {
+        for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) qunsetenv(name);
+        qputenv("HOME", home.path().toUtf8());
+    }
+    void TearDown() override {
+        QDirIterator left(home.path(), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        EXPECT_FALSE(left.hasNext()) << qPrintable(left.next());
+    }
     static void type(QFileDialog& dialog, const QString& name) {
         if (name.isEmpty()) return dialog.reject();
         dialog.findChild<QLineEdit*>()->setText(name);
         static_cast<QDialog&>(dialog).accept();
     }
 
-    static inline std::unique_ptr<test::EmptyHome> home;
+    static inline const QTemporaryDir home;
     QWidget window;
     QtDialogs dialogs{&window};
 };
@@ -71,8 +74,8 @@ TEST_F(QtDialogsTest, TheFolderBrowserStartsOnTheDiscAndReturnsTheFolderOrNothin
 }
 
 TEST_F(QtDialogsTest, TheSaveDialogPassesTheNameOnAsTypedAndStartsWhereTheLastOneWas) {
-    QDir folder(home->path());
-    QString startsIn = home->path();
+    QDir folder(home.path());
+    QString startsIn = home.path();
     const auto save = [&](const QString& typed) {
         ModalDialog<QFileDialog> drive([&](QFileDialog& shown) {
             EXPECT_EQ(shown.windowTitle(), "Save as");

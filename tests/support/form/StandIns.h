@@ -159,7 +159,7 @@ class RecordingViewer : public ViewerControl, StandIn {
         frameCount_ = !path.isEmpty() && file.open(QFile::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
         currentFrame_ = Polarity_ = 1;
         WindowCenter_ = 100;
-        windowWidth_ = 50;
+        WindowWidth_ = 50;
     }
     qint32 FrameCount() const override { return std::max(frameCount_, 0); }
     bool isReading() const override { return frameCount_ < 0; }
@@ -173,18 +173,14 @@ class RecordingViewer : public ViewerControl, StandIn {
         record("ThumbIndex", thumbIndex_, index);
         if (index == -1) fileName_ = "", frameCount_ = 0, currentFrame_ = 1;
     }
-    double WindowWidth() const override { return windowWidth_; }
-    void putWindowWidth(double width) override {
-        if (width >= 1) record("WindowWidth", windowWidth_, width);
-    }
     bool CopyToClipboard() override { return note("CopyToClipboard"), frameCount_ > 0; }
     bool CopyHeaderToClipboard() override { return note("CopyHeaderToClipboard"), frameCount_ > 0; }
 
   private:
     QString fileName_;
     qint32 frameCount_ = 0, currentFrame_ = 1, thumbIndex_ = 0;
-    double windowWidth_ = 0;
     CINEDISC_RECORDED(double, double, WindowCenter, 0)
+    CINEDISC_RECORDED(double, double, WindowWidth, 0)
     CINEDISC_RECORDED(qint32, qint32, ZoomPercent, 100)
     CINEDISC_RECORDED(bool, bool, BestFit, false)
     CINEDISC_RECORDED(bool, bool, Smooth, false)
