@@ -127,7 +127,9 @@ TEST_F(DiscMakerTest, PutsEveryFileOnTheDiscOnceOrTellsWhyNot) {
 
 TEST_F(DiscMakerTest, FollowsADirectory) {
     image("A", 1).writeTo(input_ / "img/b.");
-    image("A", 2).writeTo(input_ / "img/c;1");
+    auto bare = image("A", 2);
+    bare.form.preamble = bare.form.metaHeader = test::FilePart::Absent;
+    bare.writeTo(input_ / "img/c;1");
     image("A", 3).writeTo(root_ / "outside");
     writeFile(input_ / "TEXT", "no DICOM");
     DcmDicomDir directory((input_ / "DICOMDIR").c_str());
@@ -142,7 +144,8 @@ TEST_F(DiscMakerTest, FollowsADirectory) {
         request_.named = {named};
         const auto summary = make();
         EXPECT_EQ(playedFiles(request_.disc), listed) << reports_;
-        EXPECT_EQ(std::tuple(summary.missing, summary.intake.unshowable), std::tuple(2u, 1u));
+        EXPECT_EQ(std::tuple(summary.missing, summary.intake.unshowable, summary.intake.directories),
+                  std::tuple(2u, 1u, 1u));
         EXPECT_THAT(reports_, testing::AllOf(HasSubstr("lists GONE"), HasSubstr("TEXT: ")));
     }
 }
@@ -258,6 +261,7 @@ TEST_F(DiscMakerTest, WritesImagesInTheOrderOfReading) {
     EXPECT_FALSE(fs::exists(request_.disc / "CD.xml") || fs::exists(request_.disc / "Dicom"));
     EXPECT_EQ(expectDisc(request_.disc / "Disc1", "disc-1.iso", "(1 of 2)"), 2u);
     EXPECT_EQ(expectDisc(request_.disc / "Disc2", "disc-2.iso", "(2 of 2)"), 2u);
+    EXPECT_THAT(contentOf(root_ / "disc-2.iso"), HasSubstr("CINEDISC_2")) << "the volume's name";
     request_.size = 1'010'000;
     EXPECT_THROW(make(), DiscError);
     request_.size.reset();
@@ -277,7 +281,8 @@ TEST_F(DiscMakerTest, LaysTheViewersBesideTheCatalogue) {
 #endif
     EXPECT_EQ(contentOf(request_.disc / "license.txt"), "release/bin/license.txt");
     EXPECT_THAT(contentOf(request_.disc / "autorun.inf"), HasSubstr("open=cinedisc.exe\r\n"));
-    for (const char* text : {"Coronary angiograms\r\n", "start cinedisc.exe", "Linux: start cinedisc"})
+    for (const char* text :
+         {"Coronary angiograms\r\n", "start cinedisc.exe", "Linux: start cinedisc", "CD.xml "})
         EXPECT_THAT(contentOf(request_.disc / "README.TXT"), HasSubstr(text));
     writeFile(root_ / "linux/disc/linux/bin/cinedisc", "program");
     ASSERT_EQ(run({out, in}), 0);
