@@ -31,7 +31,9 @@ TEST_F(StepsTest, SeriesOfACinePatient) {
           {back, "Study2/Series2", "Study2/Series2/1", "Image : 1/2", "1 2   ", 1},
           {back, "Study2/Series1", "Study2/Series2/1", "Image : 1/2", "1 2 3 4 5", 1},
           {back, "Study1/Series10", "Study1/Series10/2", "Image : 2/5", "1 2 3 4 5", 2}}) {
+        form.ezDicom.putBestFit(false);
         form.press(button);
+        EXPECT_TRUE(form.ezDicom.BestFit()) << listed;
         EXPECT_EQ(form.below(form.File1.Path()), QString("Patient000/") + listed);
         EXPECT_EQ(this->shown(), QString("Patient000/") + shown) << listed;
         EXPECT_EQ(form.lblImg.Caption(), images) << listed;
@@ -95,6 +97,10 @@ TEST_F(StepsTest, StillsKeepWindowAndPolarityAndSeriesLeaveTheStripAlone) {
     form.press("cmdNextSeries");  // the width does not fit: the step ends behind the list position
     EXPECT_EQ(shown(), "Patient001/Study1/Series1/3");
     EXPECT_EQ(form.File1.ListIndex(), 0);
+    form.ezDicom.putFileName(folder("missing"));
+    form.ezDicom.putWindowCenter(7);
+    form.press("cmdNextSeries");
+    EXPECT_EQ(form.ezDicom.WindowCenter(), 100) << "a view without a picture has no window to hand on";
     for (const auto& [button, shownNow, place] : {std::tuple{"cmdSerNext", "Series2/1", "Image :1/1"},
                                                   {"cmdNextSeries", "Series2/1", "Image :1/1"},
                                                   {"cmdSerNext", "Series1/1", "Image :1/3"}}) {

@@ -10,11 +10,14 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace cinedisc {
 namespace {
@@ -61,14 +64,23 @@ void obey(std::span<std::byte> memory) {
     }
 }
 
-auto openHandles() {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
-                         std::filesystem::directory_iterator());
+/// How many handles, and whether memory is shared with a process.
+auto held() {
+    std::ifstream stream("/proc/self/maps");
+    const std::string maps(std::istreambuf_iterator<char>(stream), {});
+    return std::pair(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}),
+                     maps.find("memfd:") != std::string::npos);
+}
+
+/// The processes that a process has started.
+std::vector<std::string> startedBy(const std::string& process) {
+    std::ifstream stream("/proc/" + process + "/task/" + process + "/children");
+    return {std::istream_iterator<std::string>(stream), {}};
 }
 
 TEST(ConfinedProcessTest, ComputesAndDoesNothingElseAndItsEndIsSeen) {
     using Outcome = ConfinedProcess::Outcome;
-    const auto handlesBefore = openHandles();
+    const auto before = held();
     {
         const auto processes = ConfinedProcesses::prepare(obey, 0, nullptr);
         ASSERT_TRUE(processes);
@@ -94,8 +106,9 @@ TEST(ConfinedProcessTest, ComputesAndDoesNothingElseAndItsEndIsSeen) {
             EXPECT_EQ(ask(*process, wish, wish == Wish::Hang ? 50ms : 60'000ms), outcome);
         }
         EXPECT_EQ(ask(*lasting, Wish::Nothing), Outcome::Done);
+        EXPECT_EQ(startedBy(startedBy(std::to_string(getpid())).at(0)).size(), 1u) << "the others are ended";
     }
-    EXPECT_EQ(openHandles(), handlesBefore);
+    EXPECT_EQ(held(), before);
 }
 
 }  // namespace

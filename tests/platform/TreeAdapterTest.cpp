@@ -30,6 +30,7 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
     tree.putImage(1, 1);
     const QModelIndex first = view.model()->index(0, 0);
     EXPECT_EQ(first.data(Qt::DisplayRole).toString(), "<b>R&D</b>");
+    EXPECT_NE(dynamic_cast<PlainTextDelegate*>(view.itemDelegate()), nullptr);
     EXPECT_EQ(first.data(Qt::UserRole).toString(), "Patient001");
     EXPECT_FALSE(first.data(Qt::DecorationRole).value<QIcon>().isNull());
     EXPECT_FALSE(first.flags().testFlag(Qt::ItemIsEditable));

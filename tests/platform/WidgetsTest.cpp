@@ -207,6 +207,10 @@ TEST(PathsTest, AProgramsOwnPathIsWrittenAsPeopleDo) {
                                       {R"(\\ward\UNC\x.exe)", R"(\\ward\UNC\x.exe)"},
                                       {"/media/UNC/x", "/media/UNC/x"}})
         EXPECT_EQ(withoutLongForm(told), usual);
+    EXPECT_EQ(programFolder(), folderPath(QCoreApplication::applicationDirPath()));
+    qputenv("CINEDISC_PROGRAM", "/a disc/cinedisc");
+    EXPECT_EQ(programFolder(), folderPath("/a disc")) << "whatever program runs";
+    qunsetenv("CINEDISC_PROGRAM");
 }
 
 }  // namespace

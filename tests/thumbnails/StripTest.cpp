@@ -100,6 +100,10 @@ TEST(StillsStrip, ShowsTheSeriesOfEachPosition) {
         form.sb1.putValue(value);
         EXPECT_EQ(stills.shown(), shown) << value;
     }
+    form.puts();
+    form.sb1.putValue(3);
+    EXPECT_EQ(form.puts().filter("thumb(1)").join(' '),
+              "thumb(1).BackgroundFill=false thumb(1).FileName=1.dcm thumb(1).BestFit=true thumb(1).Tag=S2");
     // Only the preview behind the last is cleared.
     form.sb1.putMax(20);
     form.sb1.putValue(13);
@@ -108,6 +112,7 @@ TEST(StillsStrip, ShowsTheSeriesOfEachPosition) {
     form.behaviour.loader.LoadImage(2);
     EXPECT_TRUE(form.File1.Path().endsWith("S9")) << "an empty preview opens nothing";
     form.behaviour.loader.LoadImage(3);
+    EXPECT_TRUE(form.ezDicom.BestFit());
     EXPECT_EQ(form.below(form.ezDicom.FileName()), "Patient000/Study2/S5/1");
     EXPECT_EQ(form.Label1.Caption(), form.File1.Path());
     EXPECT_EQ(form.lblSeries.Caption(), "Image :1/3");

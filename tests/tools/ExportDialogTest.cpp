@@ -42,7 +42,14 @@ TEST_F(ExportDialogTest, WritesTheShownFrameUnderTheNameAsTypedOnceBothDialogsAr
         ModalDialog<frmdicom> format(
             [&, chosen = QString(option), pressed = QString(button)](frmdicom& shown) {
                 EXPECT_EQ(property("Timer4", "active"), false) << "the cine pauses for the dialogs";
-                EXPECT_EQ(shown.windowTitle(), " Export");
+                EXPECT_EQ(shown.objectName() + shown.windowTitle(), "frmdicom Export");
+                QPoint before;
+                for (const auto* each : shown.findChildren<QAbstractButton*>()) {
+                    const QPoint place = each->mapTo(&shown, QPoint());
+                    EXPECT_TRUE(place.y() > before.y() || place.x() > before.x()) << "in reading order";
+                    EXPECT_TRUE(each->parentWidget()->contentsRect().contains(each->geometry()));
+                    before = place;
+                }
                 for (const auto* each : shown.findChildren<QRadioButton*>()) EXPECT_FALSE(each->isChecked());
                 if (!chosen.isEmpty()) shown.findChild<QRadioButton*>(chosen)->click();
                 if (pressed.isEmpty()) return void(shown.close());
