@@ -81,6 +81,7 @@ std::vector<std::string> startedBy(const std::string& process) {
 TEST(ConfinedProcessTest, ComputesAndDoesNothingElseAndItsEndIsSeen) {
     using Outcome = ConfinedProcess::Outcome;
     const auto before = held();
+    const auto self = std::to_string(getpid());
     {
         const auto processes = ConfinedProcesses::prepare(obey, 0, nullptr);
         ASSERT_TRUE(processes);
@@ -106,9 +107,10 @@ TEST(ConfinedProcessTest, ComputesAndDoesNothingElseAndItsEndIsSeen) {
             EXPECT_EQ(ask(*process, wish, wish == Wish::Hang ? 50ms : 60'000ms), outcome);
         }
         EXPECT_EQ(ask(*lasting, Wish::Nothing), Outcome::Done);
-        EXPECT_EQ(startedBy(startedBy(std::to_string(getpid())).at(0)).size(), 1u) << "the others are ended";
+        EXPECT_EQ(startedBy(startedBy(self).at(0)).size(), 1u) << "the others are ended";
     }
     EXPECT_EQ(held(), before);
+    EXPECT_TRUE(startedBy(self).empty());
 }
 
 }  // namespace

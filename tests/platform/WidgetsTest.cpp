@@ -1,5 +1,7 @@
+#include "platform/NaturalOrder.h"
 #include "platform/Paths.h"
 #include "platform/RunTimeError.h"
+#include "platform/io/ProgramArguments.h"
 #include "platform/widgets/ElidedLabel.h"
 #include "platform/widgets/Icon.h"
 #include "platform/widgets/IndicatorOption.h"
@@ -170,8 +172,11 @@ TEST(PopUpPanelTest, ItOpensUnderItsButtonInsideTheWindowAndEscapeHidesIt) {
     QPushButton button("Zoom", &window);
     button.setGeometry(350, 10, 50, 30);
     PopUpPanel panel(button, window), second(button, window);
-    auto* choice = new QPushButton("a rather wide choice", &panel);
-    (new QVBoxLayout(&panel))->addWidget(choice);
+    auto* rows = new QVBoxLayout(&panel);
+    rows->addWidget(new QPushButton("a rather wide choice"));
+    auto* choice = new QRadioButton("in force");
+    rows->addWidget(choice);
+    choice->setChecked(true);
     window.show();
     EXPECT_FALSE(panel.isVisible() || panel.isWindow());
     panel.show();
@@ -198,6 +203,7 @@ TEST(IconTest, EveryIconDrawsSomethingOfItsOwnAtBothDensities) {
             EXPECT_EQ(drawn.indexOf(drawn.last()), i - int(Icon::None)) << "same as another";
         }
     }
+    EXPECT_EQ(drawnCursor(Icon::Patient, QPoint(12, 6)).hotSpot(), QPoint(10, 5));
 }
 
 TEST(PathsTest, AProgramsOwnPathIsWrittenAsPeopleDo) {
@@ -207,10 +213,20 @@ TEST(PathsTest, AProgramsOwnPathIsWrittenAsPeopleDo) {
                                       {R"(\\ward\UNC\x.exe)", R"(\\ward\UNC\x.exe)"},
                                       {"/media/UNC/x", "/media/UNC/x"}})
         EXPECT_EQ(withoutLongForm(told), usual);
+    char program[] = "x", first[] = "-1", second[] = "b c", *arguments[] = {program, first, second};
+    EXPECT_EQ(programArguments(3, arguments), (std::vector<std::string>{"-1", "b c"}));
     EXPECT_EQ(programFolder(), folderPath(QCoreApplication::applicationDirPath()));
     qputenv("CINEDISC_PROGRAM", "/a disc/cinedisc");
     EXPECT_EQ(programFolder(), folderPath("/a disc")) << "whatever program runs";
     qunsetenv("CINEDISC_PROGRAM");
+}
+
+TEST(NaturalOrderTest, NumbersCountAndLetterCaseDoesNot) {
+    const QStringList sorted{"",        "1", "01a", "2",  "02b", "2c",  "10",
+                             "010.dcm", "a", "A0",  "A1", "a01", "a1b", "b"};
+    for (qsizetype i = 0; i < sorted.size(); ++i)
+        for (qsizetype k = 0; k < sorted.size(); ++k)
+            EXPECT_EQ(naturalLess(sorted[i], sorted[k]), i < k) << i << " " << k;
 }
 
 }  // namespace
