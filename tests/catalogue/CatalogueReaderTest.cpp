@@ -101,12 +101,11 @@ TEST_F(CatalogueReaderTest, HostileOrBrokenFilesAreNotWellFormed) {
                                 QByteArray("<a>").repeated(20 << 20)};
     for (const QByteArray& content : cases) EXPECT_FALSE(read(content)) << content.left(60).constData();
 
-    const auto external = read("<?xml version='1.0'?><!DOCTYPE a [<!ENTITY e SYSTEM 'file://" +
-                               secret.toUtf8() + "'>]><a><b>&e;</b></a>");
-    EXPECT_TRUE(!external || texts(*external) == QStringList(""));
-    const auto externalSubset = read("<!DOCTYPE a SYSTEM 'file://" + secret.toUtf8() + "'><a><b>x</b></a>");
-    ASSERT_TRUE(externalSubset);
-    EXPECT_EQ(texts(*externalSubset), QStringList("x"));
+    const QByteArray elsewhere = " SYSTEM 'file://" + secret.toUtf8() + "'";
+    const auto external =
+        read("<!DOCTYPE a" + elsewhere + " [<!ENTITY e" + elsewhere + ">]><a><b>x&e;</b></a>");
+    ASSERT_TRUE(external);
+    EXPECT_EQ(texts(*external), QStringList("x"));
     testing::internal::CaptureStderr();
     const auto large =
         read("<!DOCTYPE a [<!ELEMENT a ANY><!ELEMENT a (b)><!ATTLIST a x (1|2) #IMPLIED>" +
