@@ -53,7 +53,9 @@ TEST_F(OpeningTest, FindsTheDiscWhateverItsLetterCase) {
 TEST_F(OpeningTest, AStillsPatientOpensAtItsFirstSeries) {
     form.clickPatient(0);
     EXPECT_EQ(form.behaviour.strip.ThumbFillCount(), 2);
+    form.TreeView1.expanded = 1;
     form.clickPatient(1);
+    EXPECT_EQ(form.TreeView1.expanded, 0);
     EXPECT_FALSE(form.Timer4.Enabled());
     EXPECT_EQ(shown(), "Patient001/Study1/Series1/1");
     EXPECT_EQ(form.sb1.Max(), 4);

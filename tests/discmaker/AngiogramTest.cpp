@@ -15,7 +15,7 @@ TEST(Angiogram, IsThePictureThatItAlwaysWas) {
     right.side = Catheter::Side::Right, right.view = {28, 26}, right.bits = 16;
     right.access = Catheter::Access::Radial, right.shutter = Collimator::Shape::Circular;
     for (const auto& [setup, number, grey] : {std::tuple{&left, 0, 71.0188},
-                                              {&left, 13, 70.6892},
+                                              {&left, 16, 70.2683},
                                               {&left, 38, 67.9324},
                                               {&left, 150, 70.8621},
                                               {&right, 20, 61.4097},

@@ -1,3 +1,4 @@
+#include "discmaker/Anonymiser.h"
 #include "discmaker/CommandLine.h"
 #include "discmaker/DiscError.h"
 #include "discmaker/DiscMaker.h"
@@ -200,17 +201,22 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
         file.text({0x0008, 0x002A}, "DT", "20240522101500").text({0x0018, 0x1078}, "DT", "20240522");
         file.text({0x0009, 0x0010}, "LO", "MINE").text({0x0009, 0x1001}, "LO", "Jane Miller");
         file.text({0x0008, 0x1090}, "LO", "Room of miller").text({0x0008, 0x0070}, "LO", "Maker");
+        file.text({0x5000, 0x2500}, "LO", "curve note").text({0x6002, 0x1500}, "LO", "overlay note");
         if (i == 2) file.text({0x0028, 0x0301}, "CS", "YES");
         file.writeTo(input_ / std::to_string(i));
         std::fstream(input_ / std::to_string(i), std::ios::in | std::ios::out) << "preamble";
     }
+    image("Zoe", 3, 3).writeTo(input_ / "cut");
+    fs::resize_file(input_ / "cut", fs::file_size(input_ / "cut") - 64);
     request_.anonymise = true;
     const auto open = [](const fs::path& path) { return dicom::DicomFile::open(path.string()).value(); };
     const auto source = open(input_ / "1");
-    EXPECT_EQ(make().patients, 1u);
+    const auto summary = make();
+    EXPECT_EQ(std::tuple(summary.patients, summary.files, summary.intake.unshowable), std::tuple(1u, 2u, 1u));
+    EXPECT_THAT(reports_, HasSubstr("cut: it cannot be anonymised"));
     for (const auto& [name, content] : filesBelow(request_.disc))
         for (const char* secret :
-             {"Mill", "mill", "4711", "20240522", "1.2.77", "1.2.9", "Clinic", "preamble"})
+             {"Mill", "mill", "4711", "20240522", "1.2.77", "1.2.9", "Clinic", "preamble", "note"})
             EXPECT_THAT(content, Not(HasSubstr(secret))) << name;
     auto first = open(series_ / "IM00001.dcm"), second = open(series_ / "IM00002.dcm");
     EXPECT_EQ(test::samplesOf(*first, 1), test::samplesOf(*source, 1));
@@ -229,6 +235,20 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
     make();
     EXPECT_NE(open(series_ / "IM00001.dcm")->header().string({0x0008, 0x0018}), uid)
         << "no table of them is kept";
+}
+
+TEST_F(DiscMakerTest, TellsWhichPicturesMayShowNames) {
+    const std::tuple<dicom::Tag, const char*, bool> cases[] = {
+        {{0x0008, 0x0060}, "XA", false},  {{0x0008, 0x0060}, "US", true},
+        {{0x0008, 0x0060}, "IVUS", true}, {{0x0008, 0x0064}, "WSD", true},
+        {{0x0028, 0x0301}, "NO", false},  {{0x0008, 0x0016}, "1.2.840.10008.5.1.4.1.1.7.2", true},
+    };
+    for (const auto& [tag, value, may] : cases) {
+        auto file = image("A", 1);
+        file.text(tag, tag.element == 0x0016 ? "UI" : "CS", value);
+        file.writeTo(input_ / "a");
+        EXPECT_EQ(mayShowNames(input_ / "a"), may) << value;
+    }
 }
 
 TEST_F(DiscMakerTest, WritesImagesInTheOrderOfReading) {
@@ -297,7 +317,10 @@ TEST_F(DiscMakerTest, LaysTheViewersBesideTheCatalogue) {
          {std::vector{std::string("--program"), std::string("none")}, {"--autorun"}}) {
         auto all = arguments;
         all.insert(all.end(), {(root_ / "other").string(), in});
+        testing::internal::CaptureStderr();
         EXPECT_EQ(run(all), 1);
+        EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                    HasSubstr(all[0] == "--program" ? "none" : "exe"));
         EXPECT_FALSE(fs::exists(root_ / "other"));
     }
     EXPECT_EQ(run({}), 2);

@@ -1,3 +1,5 @@
+#include "platform/FileListBox.h"
+#include "platform/Folder.h"
 #include "platform/NaturalOrder.h"
 #include "platform/Paths.h"
 #include "platform/RunTimeError.h"
@@ -15,6 +17,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
 #include <gmock/gmock.h>
@@ -188,6 +191,22 @@ TEST(PathsTest, AProgramsOwnPathIsWrittenAsPeopleDo) {
     qputenv("CINEDISC_PROGRAM", "/a disc/cinedisc");
     EXPECT_EQ(programFolder(), folderPath("/a disc")) << "whatever program runs";
     qunsetenv("CINEDISC_PROGRAM");
+}
+
+TEST(FolderTest, OneThatIsNotSetHoldsNothingAndAListShowsWhatItsPatternNames) {
+    const Folder none;
+    EXPECT_THROW(none.Title(), RunTimeError);
+    EXPECT_THROW(none.Items(), RunTimeError);
+    EXPECT_THROW(none.ParentFolder(), RunTimeError);
+    const QTemporaryDir folder;
+    for (const char* name : {"b.bmp", "a.dcm", "A10.DCM", "a9.dcm"})
+        EXPECT_TRUE(QFile(folder.filePath(name)).open(QFile::WriteOnly));
+    FileListBox File1;
+    File1.putPath(folder.path());
+    EXPECT_EQ(File1.ListCount(), 3);
+    EXPECT_EQ(File1.List(2), "A10.DCM");
+    File1.putPattern("*.bmp;a9*");
+    EXPECT_EQ(File1.ListCount(), 2);
 }
 
 TEST(NaturalOrderTest, NumbersCountAndLetterCaseDoesNot) {
