@@ -59,6 +59,13 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
                       QPoint(view.visualRect(last).left() / 2, center.y()));
     EXPECT_TRUE(view.isExpanded(last));
     EXPECT_EQ(clicked.size(), 2);
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, center);
+    EXPECT_TRUE(view.isExpanded(last)) << "nor is a double click more than a click";
+    for (const char* words : {"damaged", ""}) {
+        tree.putRemark(words);
+        EXPECT_EQ(remark.text(), words);
+        EXPECT_EQ(remark.isHidden(), *words == 0);
+    }
 }
 
 TEST(PlainTextTest, ATextFromADiscIsDrawnAsOneLineOfBoundedLength) {

@@ -151,15 +151,20 @@ TEST(PopUpPanelTest, ItOpensUnderItsButtonInsideTheWindowAndEscapeHidesIt) {
     choice->setChecked(true);
     window.show();
     EXPECT_FALSE(panel.isVisible() || panel.isWindow());
+    button.setFocus();
     panel.show();
     EXPECT_GE(panel.y(), button.geometry().bottom());
-    EXPECT_TRUE(window.rect().contains(panel.geometry()));
+    for (const QSize& smaller : {window.size(), QSize(300, 250)}) {
+        window.resize(smaller);
+        EXPECT_TRUE(window.rect().contains(panel.geometry()));
+    }
     EXPECT_EQ(window.focusWidget(), choice);
     second.show();
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     for (int press = 0; press < 2; ++press) QTest::keyClick(&window, Qt::Key_Escape);
     EXPECT_FALSE(panel.isVisible() || second.isVisible());
+    EXPECT_EQ(window.focusWidget(), &button);
 }
 
 TEST(IconTest, EveryIconDrawsSomethingOfItsOwnAtBothDensities) {
