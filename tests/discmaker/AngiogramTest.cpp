@@ -28,18 +28,5 @@ TEST(Angiogram, IsThePictureThatItAlwaysWas) {
     }
 }
 
-TEST(Projection, TurnsThePatientAsACArmDoes) {
-    const Vector3 front{0, -50, 0}, left{50, 0, 0}, head{0, 0, 50};
-    const auto seen = [](Projection::View view, Vector3 place) {
-        return Projection(view, 512, 200).project(place);
-    };
-    EXPECT_GT(seen({0, 0}, left).column, 300) << "the patient's left is on the picture's right";
-    EXPECT_LT(seen({0, 0}, head).row, 200);
-    EXPECT_LT(seen({45, 0}, front).column, 220) << "LAO: the front moves away from the spine, to the left";
-    EXPECT_GT(seen({0, 30}, front).row, 290) << "CRAN: the front moves down";
-    EXPECT_LT(seen({0, 0}, front).pixelsPerMm, seen({0, 0}, front * -1).pixelsPerMm)
-        << "near the tube is larger";
-}
-
 }  // namespace
 }  // namespace cinedisc::discmaker

@@ -54,7 +54,6 @@ TEST(OnePatient, WhateverIsWrongWithAPatientsFolder) {
     const std::tuple<const char*, Spoil, const char*, const char*> cases[] = {
         {"nothing", [](SpoiltDisc&) {}, first, "Patient001/Study1/Series1/1"},
         {"empty", [](SpoiltDisc& d) { d.empty("Patient001"); }, first, ""},
-        {"no series", [](SpoiltDisc& d) { d.empty("Patient001/Study1"); }, first, ""},
         {"a file as study",
          [](SpoiltDisc& d) { d.empty("Patient001"), DiscBuilder::write(d.folder("Patient001/1.dcm"), "3"); },
          first, ""},
@@ -169,29 +168,6 @@ TEST(OnePatient, EmptySeriesUnloadsThePicture) {
         disc.form.press("cmdSerNext");
         EXPECT_NE(disc.shown(), "");
     }
-}
-
-TEST(OnePatient, StillsAreCountedByTheListAndNamedByTheirSeries) {
-    SpoiltDisc disc;
-    disc.form.clickPatient(0);
-    disc.form.behaviour.loader.LoadImage(2);
-    EXPECT_EQ(disc.form.names(), "Alpha | Alpha Study1 Series3");
-    const int strip = disc.form.sb1.Value();
-    // More images than series would be beyond the scroll bar's range.
-    disc.form.Option11.putValue(true);
-    for (const char* place : {"Image :2/2", "Image :1/2", "Image :2/2"}) {
-        EXPECT_NO_THROW(disc.form.behaviour.cine.Timer4_Timer());
-        EXPECT_EQ(disc.form.lblSeries.Caption(), place);
-    }
-    disc.form.press("cmdNextImage");
-    EXPECT_EQ(disc.form.images(), "Image : 1/2 | Frame :1 | Image :1/2");
-    EXPECT_EQ(disc.form.File1.ListIndex(), 0);
-    EXPECT_EQ(disc.form.sb1.Value(), strip);
-    // The strip's walk leaves File1 on another series of the patient: a step shows that one.
-    disc.form.sb1.putValue(7);
-    disc.form.press("cmdNextSeries");
-    EXPECT_EQ(disc.form.Label6.Caption(), "Alpha Study1 " + disc.shown().section('/', 2, 2));
-    EXPECT_NE(disc.form.Label6.Caption(), "Alpha Study1 Series3");
 }
 
 TEST(OnePatient, OpeningAgainForgetsEverythingAndReadsOnlyWhatItProbes) {

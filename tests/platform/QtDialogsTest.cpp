@@ -108,11 +108,5 @@ TEST_F(QtDialogsTest, TheSaveDialogPassesTheNameOnAsTypedAndStartsWhereTheLastOn
     QDir(startsIn).removeRecursively();
 }
 
-TEST(NameFiltersTest, PairsBecomeTheToolkitsFilters) {
-    EXPECT_EQ(nameFilters("(*.jpg)|*.jpg"), QStringList{"(*.jpg)"});
-    EXPECT_EQ(nameFilters("JPEG|*.jpg;*.jpeg|All (*)|*"), (QStringList{"JPEG (*.jpg *.jpeg)", "All (*)"}));
-    EXPECT_EQ(nameFilters(""), QStringList());
-}
-
 }  // namespace
 }  // namespace cinedisc

@@ -9,7 +9,6 @@
 #include "platform/widgets/LabelAdapter.h"
 #include "platform/widgets/OptionAdapter.h"
 #include "platform/widgets/OptionHandler.h"
-#include "platform/widgets/PanelAdapter.h"
 #include "platform/widgets/PopUpPanel.h"
 #include "platform/widgets/RangeAdapter.h"
 #include "platform/widgets/TimerAdapter.h"
@@ -112,17 +111,6 @@ TEST(LabelAdapterTest, ATextFromADiscIsShownAsItStands) {
     EXPECT_EQ(label.text(), "<h1>R & D</h1>");
     EXPECT_EQ(Label5.Caption(), label.text());
     EXPECT_EQ(label.textFormat(), Qt::PlainText);
-}
-
-TEST(PanelAdapterTest, APanelKeepsItsStateInsideAHiddenOne) {
-    QWidget window, *outer = new QWidget(&window), *inner = new QWidget(outer);
-    PanelAdapter Frame9(*outer), Frame1(*inner);
-    Frame9.putVisible(false);
-    Frame1.putVisible(true);
-    window.show();
-    EXPECT_TRUE(!Frame9.Visible() && Frame1.Visible() && !inner->isVisible());
-    Frame9.putVisible(true);
-    EXPECT_TRUE(inner->isVisible());
 }
 
 TEST(IndicatorOptionTest, TheWordsBesideItCanBeClicked) {

@@ -34,8 +34,6 @@ TEST_F(ToolsTest, CommandsPutTheirMembersInOrder) {
         {[&] { tools.zoomFromList(1); }, zoom.arg(50)},
         {[&] { tools.zoomFromList(4); }, zoom.arg(200)},
         {[&] { tools.zoomFromList(5); }, ""},
-        {[&] { tools.mouseModeFromList(2); }, "ezDicom.MouseMode=3"},
-        {[&] { tools.polarityFromList(4); }, polarity.arg(4)},
         {pressing("mnuCopy"), ""},
         {pressing("mnuCopyHeader"), ""},
         {[&] { load(), form.press("mnuCopy"); }, "ezDicom.CopyToClipboard"},
