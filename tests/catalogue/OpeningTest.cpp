@@ -119,6 +119,7 @@ TEST_F(OpeningTest, AFolderOfRunsPlaysAndOneOfStillsShowsItsSeriesOrItsOwnFirstF
     EXPECT_EQ(form.sb1.Value(), 1);
     EXPECT_EQ(shown(), "Patient001/Study1/Series1/1");
     EXPECT_EQ(form.thumb[2]->Tag(), joinPath(study, "Series3"));
+    EXPECT_EQ(form.thumb[2]->ThumbStyle(), 2);
     EXPECT_EQ(form.lblSeries.Caption(), "Image :1/2");
     QDir(study).mkdir("Series3/empty");
     form.openFolder(joinPath(study, "Series3"));

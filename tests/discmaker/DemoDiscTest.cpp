@@ -24,6 +24,7 @@ TEST(DemoDisc, PlaysInTheOrderOfItsListAndIsTheSameEveryTime) {
     const auto played = test::playedFiles(request.disc);
     const auto images = demoImages(DemoSize::Tiny);
     ASSERT_EQ(played.size(), images.size());
+    EXPECT_EQ(played.size(), 38u);
     std::set<std::string> instances, allSeries, studies;
     std::string times;
     for (std::size_t i = 0; i < images.size(); ++i) {
@@ -35,6 +36,8 @@ TEST(DemoDisc, PlaysInTheOrderOfItsListAndIsTheSameEveryTime) {
                   patientText(told) + studyText(told) + seriesText(told, {1, 0}) + entryText(told, 1));
         EXPECT_EQ(std::tie(read.studyUid, read.seriesUid, read.studyTime, read.instanceNumber),
                   std::tie(told.studyUid, told.seriesUid, told.studyTime, told.instanceNumber));
+        const auto& header = opened->header();
+        EXPECT_NEAR(*header.decimal({0x0028, 0x1051}) / *header.decimal({0x0028, 0x1050}), 196.0 / 136, 1e-6);
         times += read.acquired.substr(8) + " ";
         EXPECT_TRUE(instances.insert(read.instanceUid).second);
         allSeries.insert(read.seriesUid);
@@ -44,8 +47,8 @@ TEST(DemoDisc, PlaysInTheOrderOfItsListAndIsTheSameEveryTime) {
     EXPECT_EQ(std::pair(allSeries.size(), studies.size()), std::pair(std::size_t{13}, std::size_t{6}));
     EXPECT_NE(times.find("091100 "), std::string::npos) << "a minute an image, ten a series";
     const auto& xml = first.at("CD.xml");
-    for (const char* text : {"(1 run)", "(5 runs)", "(7 runs)", "(3 images)", "LINDSTRÖM, ÅSA  (CD-100417)",
-                             "КОВАЛЁВА, ОЛЬГА ПЕТРОВНА  (CD-100523)"})
+    for (const char* text : {"Series 1: LCA RAO 30 CAUD 22 (1 run)", "(5 runs)", "(7 runs)", "(3 images)",
+                             "LINDSTRÖM, ÅSA  (CD-100417)", "КОВАЛЁВА, ОЛЬГА ПЕТРОВНА  (CD-100523)"})
         EXPECT_NE(xml.find(text), std::string::npos) << text;
     makeDemoDisc(request, DemoSize::Tiny);
     EXPECT_EQ(test::filesBelow(request.disc), first);

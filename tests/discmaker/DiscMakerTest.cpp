@@ -3,6 +3,7 @@
 #include "discmaker/DiscError.h"
 #include "discmaker/DiscMaker.h"
 #include "discmaker/FileCopy.h"
+#include "discmaker/ProgressLine.h"
 #include "tests/discmaker/DiscFiles.h"
 #include "tests/support/DicomBuilder.h"
 
@@ -301,8 +302,8 @@ TEST_F(DiscMakerTest, LaysTheViewersBesideTheCatalogue) {
 #endif
     EXPECT_EQ(contentOf(request_.disc / "license.txt"), "release/bin/license.txt");
     EXPECT_THAT(contentOf(request_.disc / "autorun.inf"), HasSubstr("open=cinedisc.exe\r\n"));
-    for (const char* text :
-         {"Coronary angiograms\r\n", "start cinedisc.exe", "Linux: start cinedisc", "CD.xml "})
+    for (const char* text : {"Coronary angiograms\r\n", "start cinedisc.exe", "Linux: start cinedisc",
+                             "CD.xml ", "not a medical device"})
         EXPECT_THAT(contentOf(request_.disc / "README.TXT"), HasSubstr(text));
     writeFile(root_ / "linux/disc/linux/bin/cinedisc", "program");
     ASSERT_EQ(run({out, in}), 0);
@@ -325,6 +326,19 @@ TEST_F(DiscMakerTest, LaysTheViewersBesideTheCatalogue) {
     }
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(run({"--version"}), 0);
+}
+
+TEST(ProgressLine, IsABarForAPersonAndTenLinesInALog) {
+    for (const std::size_t all : {7u, 1000u, 4321u}) {
+        ProgressLine log(ProgressLine::Reader::Log), bar(ProgressLine::Reader::Person);
+        std::size_t lines = 0, bars = 0;
+        for (std::size_t done = 1; done <= all; ++done) {
+            lines += !log.next(done, all).empty();
+            bars += !bar.next(done, all).empty();
+        }
+        EXPECT_EQ(lines, all < 1000 ? 0u : 10u);
+        EXPECT_EQ(bars, std::min<std::size_t>(all, 100));
+    }
 }
 
 TEST(CommandLine, SaysWhatIsWrongWithTheArguments) {

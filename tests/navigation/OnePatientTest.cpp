@@ -80,6 +80,7 @@ TEST(OnePatient, WhateverIsWrongWithAPatientsFolder) {
             EXPECT_EQ(disc.shown(), shown);
             EXPECT_EQ(disc.form.images() == noImage, *shown == 0);
             EXPECT_EQ(disc.form.place().CurrentFolder.pathOrEmpty(), disc.folder("Patient001"));
+            EXPECT_TRUE(*shown || disc.form.File1.Path() == disc.folder("Patient001"));
             EXPECT_FALSE(disc.form.warns());
         }
     }
