@@ -2,6 +2,7 @@
 #include "discmaker/DemoDisc.h"
 #include "discmaker/DemoFile.h"
 #include "discmaker/HeaderReader.h"
+#include "discmaker/LosslessFile.h"
 #include "tests/discmaker/DiscFiles.h"
 
 #include <QTemporaryDir>
@@ -54,11 +55,11 @@ TEST(DemoDisc, PlaysInTheOrderOfItsListAndIsTheSameEveryTime) {
     EXPECT_EQ(test::filesBelow(request.disc), first);
 }
 
-TEST(DemoFile, IsDarkOutsideTheShutterThatItsHeaderTells) {
+TEST(DemoFile, KeepsEverySampleAndIsDarkOutsideTheShutterThatItsHeaderTells) {
     const QTemporaryDir folder;
-    std::set<Collimator::Shape> shapes;
+    std::set<std::pair<Collimator::Shape, int>> kinds;
     for (auto image : demoImages(DemoSize::Tiny)) {
-        if (!shapes.insert(image.setup.shutter).second) continue;
+        if (!kinds.insert({image.setup.shutter, image.setup.bits}).second) continue;
         constexpr int size = 200;
         image.setup.size = size, image.frames = 2;
         const auto path = folder.path().toStdString() + "/image.dcm";
@@ -66,6 +67,7 @@ TEST(DemoFile, IsDarkOutsideTheShutterThatItsHeaderTells) {
         const auto file = dicom::DicomFile::open(path).value();
         const auto shutter = file->shutter(0);
         const auto samples = test::samplesOf(*file, 1);
+        EXPECT_EQ(samples, Angiogram(image.setup).frame(image.firstFrame + 1));
         int bright = 0;
         for (int i = 0; i < size * size; ++i) {
             const int row = i / size + 1, column = i % size + 1;
@@ -81,7 +83,9 @@ TEST(DemoFile, IsDarkOutsideTheShutterThatItsHeaderTells) {
         EXPECT_GT(bright, size * size / 2);
         EXPECT_NEAR(1000 / file->header().decimal({0x0018, 0x1063}).value_or(0), image.setup.frameRate, 0.01);
     }
-    EXPECT_EQ(shapes.size(), 2u);
+    EXPECT_EQ(kinds.size(), 3u);
+    EXPECT_EQ(uidFor("patient/1"), "2.25.326828722255908054846114447225414624549");
+    EXPECT_EQ(uidFor("patient/22"), "2.25.741685636451064761532789966783045587") << "no zero in front";
 }
 
 }  // namespace

@@ -95,6 +95,8 @@ TEST_F(SeriesTest, StepsPutInOrderAndWrap) {
     show(2, 2);
     steps.Slider2_Change();
     EXPECT_EQ(puts(), QStringList());
+    steps.showLast();
+    expectPuts("ezDicom.CurrentFrame=4, Slider2.Value=4", 3, 4);
     Option10.putValue(true);
     Option11.putValue(true);
     show(0, 1);
@@ -184,17 +186,17 @@ TEST_F(SeriesTest, TheOtherClocksLeaveSlidersAlone) {
     show(0, 2);
     cine.Timer1_Timer();
     cine.Timer1_Timer();
-    steppers.stepReverse(Timer4);
-    steppers.stepReverse(Timer4);
+    for (int i = 0; i < 3; ++i) steppers.stepReverse(Timer4);
     EXPECT_EQ(puts().join(", "),
               "ezDicom.CurrentFrame=3, DoEvents, ezDicom.CurrentFrame=1, DoEvents, ezDicom.CurrentFrame=3, "
-              "Label1.Caption=50, DoEvents, ezDicom.CurrentFrame=2, Label1.Caption=50, DoEvents");
+              "Label1.Caption=50, DoEvents, ezDicom.CurrentFrame=2, Label1.Caption=50, DoEvents, "
+              "ezDicom.CurrentFrame=1, Label1.Caption=50, DoEvents");
     QString visited;
     for (int i = 0; i < 11; ++i) {
         steppers.stepForward();
         visited += shown() + " ";
     }
-    EXPECT_EQ(visited, "0:3 1:1 2:1 2:2 2:3 2:4 0:1 0:2 0:3 1:1 2:1 ");
+    EXPECT_EQ(visited, "0:2 0:3 1:1 2:1 2:2 2:3 2:4 0:1 0:2 0:3 1:1 ");
 }
 
 TEST(MouseWheel, CodesOfPlatformVersions) {
