@@ -39,6 +39,10 @@ TEST(DemoDisc, PlaysInTheOrderOfItsListAndIsTheSameEveryTime) {
                   std::tie(told.studyUid, told.seriesUid, told.studyTime, told.instanceNumber));
         const auto& header = opened->header();
         EXPECT_NEAR(*header.decimal({0x0028, 0x1051}) / *header.decimal({0x0028, 0x1050}), 196.0 / 136, 1e-6);
+        const int bits = images[i].setup.bits;
+        EXPECT_EQ(header.string({0x0008, 0x0005}), "ISO_IR 192");
+        EXPECT_EQ(header.integer({0x0028, 0x0100}), bits > 8 ? 16 : 8);
+        EXPECT_EQ(header.integer({0x0028, 0x0102}), bits - 1);
         times += read.acquired.substr(8) + " ";
         EXPECT_TRUE(instances.insert(read.instanceUid).second);
         allSeries.insert(read.seriesUid);

@@ -118,6 +118,7 @@ TEST_F(DiscMakerTest, PutsEveryFileOnTheDiscOnceOrTellsWhyNot) {
         EXPECT_THAT(catalogue, HasSubstr(text));
     EXPECT_NE(fs::status(series_ / "IM00001.dcm").permissions() & fs::perms::owner_write, fs::perms::none);
 
+    EXPECT_FALSE(fs::exists(request_.disc / "Other"));
     request_.keep = true;
     make();
     EXPECT_EQ(playedFiles(request_.disc), played);
@@ -278,6 +279,9 @@ TEST_F(DiscMakerTest, WritesImagesInTheOrderOfReading) {
     make();
     EXPECT_EQ(expectDisc(request_.disc, "disc.iso", "Title"), 4u);
     request_.size = 1'700'000;
+    writeFile(root_ / "disc-2.iso", "a letter");
+    EXPECT_THROW(make(), DiscError);
+    fs::remove(root_ / "disc-2.iso");
     EXPECT_EQ(make().discs, 2u);
     EXPECT_FALSE(fs::exists(request_.disc / "CD.xml") || fs::exists(request_.disc / "Dicom"));
     EXPECT_EQ(expectDisc(request_.disc / "Disc1", "disc-1.iso", "(1 of 2)"), 2u);
