@@ -17,8 +17,6 @@
 namespace cinedisc {
 namespace {
 
-using fidelity::Pixels;
-
 TEST(Fidelity, ShowsLosslessFilesAsTheStandardsFormulasDo) {
     const QString folder = qEnvironmentVariable("CINEDISC_SAMPLES");
     if (folder.isEmpty()) GTEST_SKIP() << "no samples here";
@@ -233,20 +231,18 @@ Shares sharesOf(int position, int source, int scaled, Smoothing smoothing) {
 }
 
 /// The largest difference of a part of a scaled picture to the one worked out pixel by pixel.
-double differenceOf(const QImage& shown, const QRect& part, QSize scaled, const Pixels& plain,
+double differenceOf(const QImage& shown, const QRect& part, QSize scaled, const QImage& plain,
                     Smoothing smoothing) {
     double largest = 0;
     for (int y = 0; y < shown.height(); ++y) {
-        const auto rows = sharesOf(part.y() + y, plain.rows, scaled.height(), smoothing);
+        const auto rows = sharesOf(part.y() + y, plain.height(), scaled.height(), smoothing);
         for (int x = 0; x < shown.width(); ++x) {
             double expected[3]{};
             for (const auto& [column, ofColumn] :
-                 sharesOf(part.x() + x, plain.columns, scaled.width(), smoothing))
+                 sharesOf(part.x() + x, plain.width(), scaled.width(), smoothing))
                 for (const auto& [row, ofRow] : rows)
                     for (int c = 0; c < 3; ++c)
-                        expected[c] +=
-                            ofColumn * ofRow *
-                            plain.rgb[static_cast<std::size_t>((row * plain.columns + column) * 3 + c)];
+                        expected[c] += ofColumn * ofRow * (plain.pixel(column, row) >> (16 - 8 * c) & 255);
             for (int c = 0; c < 3; ++c)
                 largest =
                     std::max(largest, std::abs((shown.pixel(x, y) >> (16 - 8 * c) & 255) - expected[c]));
@@ -340,7 +336,7 @@ TEST(Picture, IsThatOfTheStandardsFormulasWhateverTheFileAtAnyScale) {
         }
         asked.writeTo(asking);
         fidelity::ReferenceFile reference(asking.toStdString());
-        const Pixels plain = fidelity::plainPicture(reference, view.picture.currentFrame() - 1);
+        const QImage plain = fidelity::plainPicture(reference, view.picture.currentFrame() - 1);
         for (int round = 0; round < 3; ++round) {
             view.pixelRatio = std::array{1., 1.25, 1.5, 2.}[static_cast<std::size_t>(any(4))];
             view.deviceSize = QSize(1 + any(180), 1 + any(150));
@@ -352,12 +348,11 @@ TEST(Picture, IsThatOfTheStandardsFormulasWhateverTheFileAtAnyScale) {
             const QRect visible = place.visible(), part = visible.translated(-place.picture.topLeft());
             const QImage shown = view.renderer.part(place, visible, view.smoothing);
             ASSERT_EQ(shown.size(), visible.size());
-            const bool isExact = view.smoothing == Smoothing::Nearest ||
-                                 place.picture.size() == QSize(plain.columns, plain.rows);
+            const bool isExact = view.smoothing == Smoothing::Nearest || place.picture.size() == plain.size();
             EXPECT_LE(differenceOf(shown, part, place.picture.size(), plain, view.smoothing),
                       asked.mostDifference() + (isExact ? 0 : 1.6));
             expectThatAllKernelsDrawTheSame(
-                view, ScalePlan({plain.columns, plain.rows}, place.picture.size(), part, view.smoothing));
+                view, ScalePlan(plain.size(), place.picture.size(), part, view.smoothing));
             expectPainted(view, shown, prepares[static_cast<std::size_t>(any(6))]);
         }
     }

@@ -6,6 +6,8 @@
 
 namespace cinedisc::fidelity {
 
+constexpr int anotherSize = 256;
+
 /// A sample file as the component shows it, against the two references: the larger of the differences of its
 /// first and last frame.
 struct Comparison {
@@ -13,9 +15,9 @@ struct Comparison {
     QString decoder;  ///< of the reference
     bool isLossless = true;
     int frames = 0;              ///< that the component shows
-    int expectedFrames = 0;      ///< that DCMTK's header announces, 0 without pixels
+    int expectedFrames = 0;      ///< that DCMTK finds pixels for
     QString notice;              ///< the component's, in place of a picture
-    std::optional<int> toPlain;  ///< empty when there is no reference picture; -1 for another size
+    std::optional<int> toPlain;  ///< empty when there is no reference picture; or anotherSize
     std::optional<int> toDcmtk;
 };
 

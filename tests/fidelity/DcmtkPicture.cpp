@@ -46,7 +46,7 @@ void chooseWindow(DicomImage& image, ReferenceFile& file, const HeaderReader& he
 
 }  // namespace
 
-Pixels dcmtkPicture(ReferenceFile& file, int frame) {
+QImage dcmtkPicture(ReferenceFile& file, int frame) {
     const auto native = file.nativeFrame(frame);
     if (!native || !native->tagExists(DCM_PixelData)) return {};
     liftFunctionalGroups(file, frame, *native);
@@ -55,14 +55,10 @@ Pixels dcmtkPicture(ReferenceFile& file, int frame) {
     if (image.getStatus() != EIS_Normal) return {};
     if (image.isMonochrome()) chooseWindow(image, file, header);
     const auto columns = static_cast<int>(image.getWidth()), rows = static_cast<int>(image.getHeight());
-    const auto* bytes = static_cast<const std::uint8_t*>(image.getOutputData(8, 0, 0));
+    const auto* bytes = static_cast<const uchar*>(image.getOutputData(8, 0, 0));
     if (!bytes) return {};
-    Pixels picture{rows, columns, {}};
-    const std::size_t count = static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns) * 3;
-    const std::size_t perPixel = image.isMonochrome() ? 3 : 1;
-    picture.rgb.resize(count);
-    for (std::size_t i = 0; i < count; ++i) picture.rgb[i] = bytes[i / perPixel];
-    return picture;
+    return image.isMonochrome() ? QImage(bytes, columns, rows, columns, QImage::Format_Grayscale8).copy()
+                                : QImage(bytes, columns, rows, 3 * columns, QImage::Format_RGB888).copy();
 }
 
 }  // namespace cinedisc::fidelity

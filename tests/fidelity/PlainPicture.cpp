@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <optional>
 
@@ -60,6 +61,25 @@ struct StoredSamples {
     }
 };
 
+/// A look-up table, whose descriptor says how many entries, what the first one stands for and their bits.
+struct Table {
+    static std::optional<Table> of(const HeaderReader& header, const DcmTagKey& descriptor,
+                                   const DcmTagKey& data, bool isSigned) {
+        const auto words = header.words(descriptor), entries = header.words(data);
+        if (words.size() < 3 || entries.empty()) return std::nullopt;
+        return Table{isSigned ? static_cast<Sint16>(words[1]) : static_cast<double>(words[1]), words[2],
+                     entries};
+    }
+    unsigned at(double value) const {
+        const double last = static_cast<double>(entries.size()) - 1;
+        return entries[static_cast<std::size_t>(std::clamp(std::floor(value + 0.5) - first, 0.0, last))];
+    }
+
+    double first;
+    int bits;
+    std::vector<Uint16> entries;
+};
+
 /// From one stored value to the displayed level, 0 to 255, by the formulas of PS3.3 C.11.
 class PlainGrey {
   public:
@@ -99,27 +119,10 @@ class PlainGrey {
     }
 
   private:
-    struct Table {
-        double first = 0;
-        double highest = 65535;
-        std::vector<Uint16> entries;
-        double at(double value) const {
-            const double last = static_cast<double>(entries.size()) - 1;
-            return entries[static_cast<std::size_t>(std::clamp(std::floor(value + 0.5) - first, 0.0, last))];
-        }
-    };
-
     static std::optional<Table> tableOf(const HeaderReader& header, const DcmTagKey& sequence,
                                         bool isSigned) {
         const auto item = header.item(sequence);
-        if (!item) return std::nullopt;
-        const auto descriptor = item->words(DCM_LUTDescriptor);
-        Table table;
-        table.entries = item->words(DCM_LUTData);
-        if (descriptor.size() < 3 || table.entries.empty()) return std::nullopt;
-        table.first = isSigned ? static_cast<Sint16>(descriptor[1]) : static_cast<double>(descriptor[1]);
-        table.highest = std::ldexp(1.0, static_cast<int>(descriptor[2])) - 1;
-        return table;
+        return item ? Table::of(*item, DCM_LUTDescriptor, DCM_LUTData, isSigned) : std::nullopt;
     }
     bool isPadding(double stored) const {
         return padding_ && stored >= padding_->first && stored <= padding_->second;
@@ -128,7 +131,7 @@ class PlainGrey {
         return modalityTable_ ? modalityTable_->at(stored) : stored * slope_ + intercept_;
     }
     double windowed(double value) const {
-        if (voiTable_) return voiTable_->at(value) / voiTable_->highest * 255;
+        if (voiTable_) return voiTable_->at(value) / (std::ldexp(1.0, voiTable_->bits) - 1) * 255;
         if (function_ == "SIGMOID") return 255 / (1 + std::exp(-4 * (value - center_) / width_));
         if (function_ == "LINEAR_EXACT") return ((value - center_) / width_ + 0.5) * 255;
         if (value <= center_ - 0.5 - (width_ - 1) / 2) return 0;
@@ -163,50 +166,47 @@ class PlainGrey {
     bool inverse_ = false;
 };
 
-std::uint8_t displayed(double level) {
-    return static_cast<std::uint8_t>(std::floor(std::clamp(level, 0.0, 255.0) + 0.5));
-}
+int displayed(double level) { return static_cast<int>(std::floor(std::clamp(level, 0.0, 255.0) + 0.5)); }
 
-void paintGrey(ReferenceFile& file, int frame, const StoredSamples& samples, Pixels& into) {
-    const PlainGrey grey(file, frame, samples);
-    for (std::size_t i = 0; i < samples.values.size(); ++i)
-        std::fill_n(&into.rgb[i * 3], 3, displayed(grey(samples.values[i])));
+using ColourOf = std::function<QRgb(std::size_t pixel)>;
+
+ColourOf greys(ReferenceFile& file, int frame, const StoredSamples& samples) {
+    return [&samples, grey = PlainGrey(file, frame, samples)](std::size_t pixel) {
+        const int level = displayed(grey(samples.values[pixel]));
+        return qRgb(level, level, level);
+    };
 }
 
 /// PS3.3 C.7.6.3.1.2.
-void paintColour(const StoredSamples& samples, Pixels& into) {
-    const bool isRgb = !samples.header.text(DCM_PhotometricInterpretation).starts_with("YBR_FULL");
-    const double scale = 255 / (std::ldexp(1.0, samples.bits) - 1);
-    for (std::size_t i = 0; i + 2 < samples.values.size(); i += 3) {
-        const double a = samples.values[i] * scale, b = samples.values[i + 1] * scale,
-                     c = samples.values[i + 2] * scale;
-        into.rgb[i] = displayed(isRgb ? a : a + 1.402 * (c - 128));
-        into.rgb[i + 1] = displayed(isRgb ? b : a - 0.344136 * (b - 128) - 0.714136 * (c - 128));
-        into.rgb[i + 2] = displayed(isRgb ? c : a + 1.772 * (b - 128));
-    }
+ColourOf colours(const StoredSamples& samples) {
+    const bool isYbr = samples.header.text(DCM_PhotometricInterpretation).starts_with("YBR_FULL");
+    return [&samples, isYbr, scale = 255 / (std::ldexp(1.0, samples.bits) - 1)](std::size_t pixel) {
+        const double* const stored = &samples.values[pixel * 3];
+        const double a = stored[0] * scale, b = stored[1] * scale, c = stored[2] * scale;
+        if (!isYbr) return qRgb(displayed(a), displayed(b), displayed(c));
+        return qRgb(displayed(a + 1.402 * (c - 128)),
+                    displayed(a - 0.344136 * (b - 128) - 0.714136 * (c - 128)),
+                    displayed(a + 1.772 * (b - 128)));
+    };
 }
 
 /// PS3.3 C.7.6.3.1.5 and C.7.6.3.1.6.
-void paintPalette(const StoredSamples& samples, Pixels& into) {
-    for (std::size_t c = 0; c < 3; ++c) {
-        const auto descriptor = samples.header.words({0x0028, static_cast<Uint16>(0x1101 + c)});
-        const auto entries = samples.header.words({0x0028, static_cast<Uint16>(0x1201 + c)});
-        if (descriptor.size() < 3 || entries.empty()) return;
-        const double last = static_cast<double>(entries.size()) - 1;
-        for (std::size_t i = 0; i < samples.values.size(); ++i) {
-            const double index = std::clamp(samples.values[i] - descriptor[1], 0.0, last);
-            const unsigned entry = entries[static_cast<std::size_t>(index)];
-            into.rgb[i * 3 + c] = static_cast<std::uint8_t>(descriptor[2] > 8 ? entry >> 8 : entry);
-        }
-    }
+ColourOf paletteColours(const StoredSamples& samples) {
+    const auto table = [&](Uint16 c) {
+        return Table::of(samples.header, {0x0028, static_cast<Uint16>(0x1101 + c)},
+                         {0x0028, static_cast<Uint16>(0x1201 + c)}, false)
+            .value();
+    };
+    return [&samples, red = table(0), green = table(1), blue = table(2)](std::size_t pixel) {
+        const auto part = [value = samples.values[pixel]](const Table& of) {
+            return static_cast<int>(of.at(value) >> (of.bits > 8 ? 8 : 0));
+        };
+        return qRgb(part(red), part(green), part(blue));
+    };
 }
 
-void paint(Pixels& picture, int row, int column, std::uint8_t grey) {
-    if (row < 1 || column < 1 || row > picture.rows || column > picture.columns) return;
-    const std::size_t at = (static_cast<std::size_t>(row - 1) * static_cast<std::size_t>(picture.columns) +
-                            static_cast<std::size_t>(column - 1)) *
-                           3;
-    std::fill_n(&picture.rgb[at], 3, grey);
+void paint(QImage& picture, int row, int column, int grey) {
+    if (picture.valid(column - 1, row - 1)) picture.setPixel(column - 1, row - 1, qRgb(grey, grey, grey));
 }
 
 /// Whether a point lies in a polygon or on its outline: by the angle that the vertices turn around it.
@@ -228,17 +228,15 @@ bool hasShape(const HeaderReader& header, const char* shape) {
     return std::find(shapes.begin(), shapes.end(), shape) != shapes.end();
 }
 
-std::uint8_t shutterGrey(const HeaderReader& header) {
-    return static_cast<std::uint8_t>(header.integer(DCM_ShutterPresentationValue, 0) >> 8);
-}
+int shutterGrey(const HeaderReader& header) { return header.integer(DCM_ShutterPresentationValue, 0) >> 8; }
 
 /// PS3.3 C.7.6.11, all shapes but the bitmap.
-void closeShutter(const HeaderReader& header, Pixels& picture) {
+void closeShutter(const HeaderReader& header, QImage& picture) {
     const auto edge = [&](const DcmTagKey& tag) { return header.integer(tag, 0); };
     const auto center = header.numbers(DCM_CenterOfCircularShutter);
     const auto vertices = header.numbers(DCM_VerticesOfThePolygonalShutter);
-    for (int row = 1; row <= picture.rows; ++row) {
-        for (int column = 1; column <= picture.columns; ++column) {
+    for (int row = 1; row <= picture.height(); ++row) {
+        for (int column = 1; column <= picture.width(); ++column) {
             bool open = true;
             if (hasShape(header, "RECTANGULAR"))
                 open = column >= edge(DCM_ShutterLeftVerticalEdge) &&
@@ -258,7 +256,7 @@ void closeShutter(const HeaderReader& header, Pixels& picture) {
 
 /// Draws an overlay plane (PS3.3 C.9.2): the bits of its own data or, without any, one bit of each pixel
 /// cell.
-void layOverlay(const HeaderReader& header, Uint16 group, int frame, std::uint8_t grey, Pixels& picture) {
+void layOverlay(const HeaderReader& header, Uint16 group, int frame, int grey, QImage& picture) {
     const auto number = [&](Uint16 element, int otherwise) {
         return header.integer({group, element}, otherwise);
     };
@@ -282,7 +280,7 @@ void layOverlay(const HeaderReader& header, Uint16 group, int frame, std::uint8_
 
 /// Lays the display shutter, then the overlay planes of a frame (counted from 0) over a picture, pixel by
 /// pixel.
-void coverPlainly(const HeaderReader& header, int frame, Pixels& picture) {
+void coverPlainly(const HeaderReader& header, int frame, QImage& picture) {
     if (header.has(DCM_ShutterShape)) closeShutter(header, picture);
     const int covering = hasShape(header, "BITMAP") ? header.integer(DCM_ShutterOverlayGroup, 0) : 0;
     if (covering) layOverlay(header, static_cast<Uint16>(covering), frame, shutterGrey(header), picture);
@@ -293,19 +291,18 @@ void coverPlainly(const HeaderReader& header, int frame, Pixels& picture) {
 
 }  // namespace
 
-Pixels plainPicture(ReferenceFile& file, int frame) {
+QImage plainPicture(ReferenceFile& file, int frame) {
     const auto native = file.nativeFrame(frame);
     if (!native) return {};
     const StoredSamples samples(*native);
     if (samples.values.empty()) return {};
-    Pixels picture{samples.rows, samples.columns, {}};
-    picture.rgb.resize(samples.values.size() / static_cast<std::size_t>(samples.perPixel) * 3);
-    if (samples.perPixel == 3)
-        paintColour(samples, picture);
-    else if (samples.header.text(DCM_PhotometricInterpretation) == "PALETTE COLOR")
-        paintPalette(samples, picture);
-    else
-        paintGrey(file, frame, samples, picture);
+    const bool isPalette = samples.header.text(DCM_PhotometricInterpretation) == "PALETTE COLOR";
+    const ColourOf colour = samples.perPixel == 3 ? colours(samples)
+                            : isPalette           ? paletteColours(samples)
+                                                  : greys(file, frame, samples);
+    QImage picture(samples.columns, samples.rows, QImage::Format_RGB32);
+    for (int i = 0; i < samples.rows * samples.columns; ++i)
+        picture.setPixel(i % samples.columns, i / samples.columns, colour(static_cast<std::size_t>(i)));
     coverPlainly(samples.header, frame, picture);
     return picture;
 }

@@ -16,37 +16,19 @@ namespace cinedisc::fidelity {
 
 namespace {
 
-void registerDecoders() {
-    static const bool once = [] {
-        OFLog::configure(OFLogger::OFF_LOG_LEVEL);
-        DcmRLEDecoderRegistration::registerCodecs();
-        DJDecoderRegistration::registerCodecs(EDC_photometricInterpretation);
-        DJLSDecoderRegistration::registerCodecs();
-        return true;
-    }();
-    (void)once;
-}
-
 bool isJpeg2000(const std::string& uid) {
     return uid.starts_with("1.2.840.10008.1.2.4.9") || uid.starts_with("1.2.840.10008.1.2.4.20");
 }
 
 bool put(const opj_image_t& image, DcmItem& into) {
     const std::size_t pixels = std::size_t{image.comps[0].w} * image.comps[0].h;
-    const bool wide = image.comps[0].prec > 8;
-    std::vector<Uint16> words((pixels * image.numcomps * (wide ? 2 : 1) + 1) / 2);
-    auto* bytes = reinterpret_cast<Uint8*>(words.data());
-    for (std::size_t at = 0; at < pixels * image.numcomps; ++at) {
-        const OPJ_INT32 value = image.comps[at % image.numcomps].data[at / image.numcomps];
-        if (wide) words[at] = static_cast<Uint16>(value);
-        if (!wide) bytes[at] = static_cast<Uint8>(value);
-    }
-    into.putAndInsertUint16(DCM_BitsAllocated, wide ? 16 : 8);
-    if (image.numcomps == 3) {
-        into.putAndInsertUint16(DCM_PlanarConfiguration, 0);
-        // OpenJPEG has undone the colour transformation.
-        into.putAndInsertString(DCM_PhotometricInterpretation, "RGB");
-    }
+    std::vector<Uint16> words;
+    for (std::size_t at = 0; at < pixels * image.numcomps; ++at)
+        words.push_back(static_cast<Uint16>(image.comps[at % image.numcomps].data[at / image.numcomps]));
+    into.putAndInsertUint16(DCM_BitsAllocated, 16);
+    into.putAndInsertUint16(DCM_PlanarConfiguration, 0);
+    // OpenJPEG has undone the colour transformation.
+    if (image.numcomps == 3) into.putAndInsertString(DCM_PhotometricInterpretation, "RGB");
     return into.putAndInsertUint16Array(DCM_PixelData, words.data(), words.size()).good();
 }
 
@@ -152,11 +134,12 @@ HeaderReader HeaderReader::macro(const DcmTagKey& sequence, int frame) const {
 }
 
 ReferenceFile::ReferenceFile(const std::string& path) {
-    registerDecoders();
+    OFLog::configure(OFLogger::OFF_LOG_LEVEL);
+    DcmRLEDecoderRegistration::registerCodecs();
+    DJDecoderRegistration::registerCodecs(EDC_photometricInterpretation);
+    DJLSDecoderRegistration::registerCodecs();
     DcmDataset& dataset = *file_.getDataset();
-    isDicom_ =
-        file_.loadFile(path.c_str(), EXS_Unknown, EGL_noChange, DCM_MaxReadLength, ERM_autoDetect).good() &&
-        dataset.card() > 0;
+    file_.loadFile(path.c_str(), EXS_Unknown, EGL_noChange, DCM_MaxReadLength, ERM_autoDetect);
     OFString uid;
     file_.getMetaInfo()->findAndGetOFString(DCM_TransferSyntaxUID, uid);
     syntaxUid_ = uid.empty() ? DcmXfer(dataset.getOriginalXfer()).getXferID() : uid.c_str();
@@ -168,15 +151,12 @@ ReferenceFile::ReferenceFile(const std::string& path) {
 bool ReferenceFile::isLossless() const { return !DcmXfer(syntaxUid_.c_str()).isLossy(); }
 
 int ReferenceFile::frames() {
-    const std::string stated = header().text(DCM_NumberOfFrames);
-    const bool isNumber = stated.find_first_not_of("0123456789 +") == std::string::npos;
-    if (isNumber) return std::max(1, header().integer(DCM_NumberOfFrames, 1));
-    // Something else stands there: as many as the pixels suffice for.
     DcmElement* pixels = nullptr;
-    file_.getDataset()->findAndGetElement(DCM_PixelData, pixels);
-    const int frameBytes = header().integer(DCM_Rows, 1) * header().integer(DCM_Columns, 1) *
-                           header().integer(DCM_BitsAllocated, 8) / 8;
-    return pixels && frameBytes > 0 ? static_cast<int>(pixels->getLength()) / frameBytes : 1;
+    if (file_.getDataset()->findAndGetElement(DCM_PixelData, pixels).bad())
+        return header().has(DCM_FloatPixelData);
+    const int frameBits = header().integer(DCM_Rows, 1) * header().integer(DCM_Columns, 1) *
+                          header().integer(DCM_SamplesPerPixel, 1) * header().integer(DCM_BitsAllocated, 8);
+    return isDecoded_ ? std::max(1, static_cast<int>(pixels->getLength() * 8.0 / frameBits)) : 1;
 }
 
 std::string ReferenceFile::decoderName() const { return isJpeg2000(syntaxUid_) ? "OpenJPEG" : "DCMTK"; }

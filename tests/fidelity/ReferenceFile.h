@@ -42,12 +42,11 @@ class ReferenceFile {
   public:
     explicit ReferenceFile(const std::string& path);
 
-    bool isDicom() const { return isDicom_; }
-    bool hasPixels() { return header().has(DCM_PixelData) || header().has(DCM_FloatPixelData); }
     HeaderReader header() { return HeaderReader(*file_.getDataset()); }
     std::string syntaxUid() const { return syntaxUid_; }
     /// Whether the stored values come back as they were.
     bool isLossless() const;
+    /// As many as the pixels suffice for; 0 without any.
     int frames();
     /// What decodes the pixels here.
     std::string decoderName() const;
@@ -58,7 +57,7 @@ class ReferenceFile {
 
   private:
     DcmFileFormat file_;
-    bool isDicom_ = false, isDecoded_ = false;
+    bool isDecoded_ = false;
     std::string syntaxUid_;
 };
 
