@@ -72,7 +72,7 @@ void addFile(Corpus& corpus, const test::Raster& raster, const std::string& synt
         file.gradientPixels();
     else
         file.encapsulatedFrames(std::vector<test::Bytes>(3, {bytes.begin(), bytes.end()}),
-                                test::OffsetTable::Filled, 2);
+                                test::OffsetTable::Filled);
     corpus.addFile(file.build());
 }
 

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <regex>
-#include <span>
 #include <stdexcept>
 
 namespace cinedisc::test {
@@ -74,21 +73,20 @@ Bytes pixelsOfFrame(int frame, std::size_t count) {
     return pixels;
 }
 
-DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table, int fragmentsPerFrame) {
-    DicomBuilder builder = DicomBuilder::image(rows, columns, frames);
-    builder.transferSyntax(rleSyntax);
+DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table) {
     std::vector<Bytes> streams;
     for (int frame = 0; frame < frames; ++frame)
         streams.push_back(rleFrame(pixelsOfFrame(frame, static_cast<std::size_t>(rows * columns))));
-    builder.encapsulatedFrames(streams, table, fragmentsPerFrame);
-    return builder;
+    return DicomBuilder::image(rows, columns, frames)
+        .transferSyntax(rleSyntax)
+        .encapsulatedFrames(streams, table);
 }
 
-Bytes samplesOf(const Frame& frame) {
-    const auto* samples = std::get_if<std::vector<std::uint8_t>>(&frame.samples);
-    if (!samples) return {};
-    const auto bytes = std::as_bytes(std::span(*samples));
-    return {bytes.begin(), bytes.end()};
+std::vector<double> samplesIn(const Result<Frame>& frame) {
+    std::vector<double> numbers;
+    if (frame)
+        std::visit([&](const auto& all) { numbers.assign(all.begin(), all.end()); }, frame.value().samples);
+    return numbers;
 }
 
 Bytes fakeJpeg(std::size_t size, int mark) {

@@ -26,10 +26,9 @@ Bytes rleFrame(const Bytes& pixels);
 /// `count` different pixels: what frame `frame` of a fixture shows.
 Bytes pixelsOfFrame(int frame, std::size_t count);
 /// A grey 8-bit RLE run whose frames are pixelsOfFrame().
-DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table, int fragmentsPerFrame = 1);
-/// Native 8-bit samples of a decoded frame.
-Bytes samplesOf(const dicom::Frame& frame);
-
+DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table);
+/// The samples of a decoded frame; none when there is none.
+std::vector<double> samplesIn(const dicom::Result<dicom::Frame>& frame);
 /// Bytes that begin like a JPEG stream and hold `size` in all, recognisable by `mark`.
 Bytes fakeJpeg(std::size_t size, int mark);
 

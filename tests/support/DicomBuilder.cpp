@@ -206,32 +206,19 @@ DicomBuilder& DicomBuilder::gradientPixels() {
     return pixels(std::move(cells), bitsAllocated > 8 ? "OW" : "OB");
 }
 
-DicomBuilder& DicomBuilder::encapsulatedFrames(const std::vector<Bytes>& frames, OffsetTable table,
-                                               int fragmentsPerFrame) {
-    std::vector<Bytes> fragments;
+DicomBuilder& DicomBuilder::encapsulatedFrames(std::vector<Bytes> frames, OffsetTable table) {
     std::vector<std::int64_t> offsets, lengths;
-    const auto count = static_cast<std::size_t>(fragmentsPerFrame);
-    std::size_t position = 0;
-    for (Bytes frame : frames) {
+    std::int64_t position = 0;
+    for (Bytes& frame : frames) {
         frame.resize((frame.size() + 1) / 2 * 2);
-        offsets.push_back(static_cast<std::int64_t>(position));
-        lengths.push_back(static_cast<std::int64_t>(frame.size()));
-        position += frame.size() + 8 * count;
-        const std::size_t piece = std::max<std::size_t>((frame.size() / count + 1) / 2 * 2, 2);
-        auto from = frame.begin();
-        for (std::size_t i = 1; i <= count; ++i) {
-            const std::size_t end = i == count ? frame.size() : std::min(frame.size(), i * piece);
-            const auto to = frame.begin() + static_cast<std::ptrdiff_t>(end);
-            fragments.emplace_back(from, to);
-            from = to;
-        }
+        offsets.push_back(position);
+        lengths.push_back(std::ssize(frame));
+        position += 8 + lengths.back();
     }
-    if (table == OffsetTable::Extended) {
-        numbers({0x7FE0, 0x0001}, "OV", offsets);
-        numbers({0x7FE0, 0x0002}, "OV", lengths);
-    }
+    if (table == OffsetTable::Extended)
+        numbers({0x7FE0, 0x0001}, "OV", offsets).numbers({0x7FE0, 0x0002}, "OV", lengths);
     if (table != OffsetTable::Filled) offsets.clear();
-    return encapsulated(fragments, {offsets.begin(), offsets.end()});
+    return encapsulated(frames, {offsets.begin(), offsets.end()});
 }
 
 DicomBuilder& DicomBuilder::encapsulated(const std::vector<Bytes>& fragments,

@@ -82,9 +82,8 @@ struct DicomBuilder : DicomItem {
     DicomBuilder& pixels(Bytes value, const char* vr = "OW");
     /// Native pixels that fill the header's size: a gradient that differs from frame to frame.
     DicomBuilder& gradientPixels();
-    /// One code stream a frame, each cut into `fragmentsPerFrame` fragments.
-    DicomBuilder& encapsulatedFrames(const std::vector<Bytes>& frames, OffsetTable table,
-                                     int fragmentsPerFrame = 1);
+    /// One code stream a frame, each in one fragment.
+    DicomBuilder& encapsulatedFrames(std::vector<Bytes> frames, OffsetTable table);
     /// Fragments and offset table entries exactly as given; `delimiter` absent leaves the sequence open.
     DicomBuilder& encapsulated(const std::vector<Bytes>& fragments, const std::vector<std::uint32_t>& offsets,
                                FilePart delimiter = FilePart::Present);
