@@ -37,7 +37,7 @@ struct Case {
         const test::Raster source{size, size, 1, bits, {picture.begin(), picture.end()}};
         switch (syntax) {
             case Syntax::Lossless:
-                return test::dcmtkLossless(source, predictor);
+                return test::losslessEncoded(source, {predictor});
             case Syntax::Baseline:
                 return test::dcmtkLossy(source, test::LossyProcess::Baseline, 90);
             default:

@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
     const bool small = std::string(argv[1]) == "lossless8";
     const int size = small ? 512 : 1024, bits = small ? 8 : 12;
     const auto picture = bench::angiogram(size, bits, small ? 2 : 16);
-    const auto stream = test::dcmtkLossless({size, size, 1, bits, {picture.begin(), picture.end()}}, 1);
+    const auto stream = test::losslessEncoded({size, size, 1, bits, {picture.begin(), picture.end()}});
 
     dicom::PixelFormat format;
     format.rows = format.columns = size;

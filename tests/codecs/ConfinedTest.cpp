@@ -22,16 +22,12 @@ struct Case {
 };
 
 std::vector<Case> cases() {
-    using test::LossyProcess;
     std::vector<Case> all;
-    for (const int components : {1, 3})
-        for (const bool progressive : {false, true})
-            for (const int bits : {8, 12}) {
-                const auto raster = test::raster(65, 130, components, bits);
-                const auto process = progressive ? LossyProcess::Progressive : LossyProcess::Sequential;
-                all.push_back(
-                    {test::dcmtkLossy(raster, process, 80), {LibraryCodec::Jpeg, formatOf(raster)}});
-            }
+    for (const int bits : {8, 12}) {
+        const auto raster = test::raster(65, 130, bits == 8 ? 1 : 3, bits);
+        all.push_back({test::dcmtkLossy(raster, test::LossyProcess::Progressive, 80),
+                       {LibraryCodec::Jpeg, formatOf(raster)}});
+    }
     for (const int bits : {8, 12, 16, 20})
         for (const bool isSigned : {false, true}) {
             auto raster = test::raster(70, 90, 1, bits);

@@ -110,18 +110,14 @@ std::size_t placeOf(std::span<const std::uint8_t> stream, std::uint8_t code) {
         std::search(stream.begin(), stream.end(), std::begin(marker), std::end(marker)) - stream.begin());
 }
 
-Bytes dcmtkLossless(const Raster& raster, int predictor, int pointTransform) {
-    return encodedBy<DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG16Bit>(
-        raster, JpegColours::Ycbcr, EJM_lossless, predictor, pointTransform);
-}
-
 Bytes losslessEncoded(const Raster& raster, const LosslessMaking& making) {
     if (raster.components == 3 && !making.interleaved)
         return inScansApart(raster, 0xC3, [&](const Raster& one) { return losslessEncoded(one, making); });
     Raster coded = raster;
     coded.bits = making.codedBits ? making.codedBits : raster.bits <= 8 ? 8 : raster.bits <= 12 ? 12 : 16;
     for (auto& sample : coded.samples) sample += (1 << (coded.bits - 1)) - (1 << (raster.bits - 1));
-    Bytes stream = dcmtkLossless(coded, making.predictor, making.pointTransform);
+    Bytes stream = encodedBy<DJCompressIJG8Bit, DJCompressIJG12Bit, DJCompressIJG16Bit>(
+        coded, JpegColours::Ycbcr, EJM_lossless, making.predictor, making.pointTransform);
     stream[placeOf(stream, 0xC3) + 4] = static_cast<std::uint8_t>(raster.bits);
     return stream;
 }

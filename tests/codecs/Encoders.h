@@ -43,8 +43,6 @@ std::vector<std::int64_t> shown(const Raster& raster);
 /// Where a marker begins, or the stream's length when it is not there.
 std::size_t placeOf(std::span<const std::uint8_t> stream, std::uint8_t code);
 
-/// The lossless process at precision 8, 12 or 16, whichever holds the bits.
-std::vector<std::uint8_t> dcmtkLossless(const Raster& raster, int predictor, int pointTransform = 0);
 enum class LossyProcess { Baseline, Sequential, Progressive };
 enum class JpegColours { Ycbcr, Subsampled, Rgb };
 /// A lossy process at precision 8 or 12.

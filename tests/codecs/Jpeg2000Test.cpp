@@ -24,25 +24,21 @@ Raster blank(int rows, int columns, int components = 1) {
     return picture;
 }
 
-/// Code blocks of a grey picture whose tiles begin at whole samples of all its levels.
-int codeBlocks(int rows, int columns, const Jpeg2000Making& making) {
+/// Code blocks of a grey picture of a single tile.
+int codeBlocks(int height, int width, const Jpeg2000Making& making) {
     int count = 0;
-    const int tile = making.tileSize ? making.tileSize : 1000;
-    for (int top = 0; top < rows; top += tile)
-        for (int left = 0; left < columns; left += tile) {
-            int height = std::min(tile, rows - top), width = std::min(tile, columns - left);
-            const auto blocks = [&](int h, int w, int precinct) {
-                const int side = std::min(making.block, making.precinct ? precinct : making.block);
-                return (h + side - 1) / side * ((w + side - 1) / side);
-            };
-            for (int level = 0; level < making.levels; ++level) {
-                const int low = (height + 1) / 2, narrow = (width + 1) / 2, half = making.precinct / 2;
-                count += blocks(low, width - narrow, half) + blocks(height - low, narrow, half) +
-                         blocks(height - low, width - narrow, half);
-                height = low, width = narrow;
-            }
-            count += blocks(height, width, making.precinct);
-        }
+    const auto add = [&](int h, int w, int precinct) {
+        const int side = std::min(making.block, making.precinct ? precinct : making.block);
+        count += (h + side - 1) / side * ((w + side - 1) / side);
+    };
+    for (int level = 0; level < making.levels; ++level) {
+        const int low = (height + 1) / 2, narrow = (width + 1) / 2, half = making.precinct / 2;
+        add(low, width - narrow, half);
+        add(height - low, narrow, half);
+        add(height - low, width - narrow, half);
+        height = low, width = narrow;
+    }
+    add(height, width, making.precinct);
     return count;
 }
 
@@ -58,7 +54,6 @@ TEST(WorkBounds, AWaveletMustHaveAByteForEachPacketAndForMostCodeBlocks) {
         Jpeg2000Making making{.subsampled = picture.components == 3, .levels = random(0, 4)};
         if (ofBlocks) {
             making.block = 4 << random(0, 1);
-            making.tileSize = 128 * random(0, 1);
             making.precinct = 32 * random(0, 1);
         } else {
             making.layers = random(3, 5);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <fstream>
+#include <span>
 #include <stdexcept>
 #include <zlib.h>
 
@@ -26,56 +27,6 @@ std::size_t unitOf(std::string_view vr) {
 
 void append(Bytes& to, const Bytes& bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
 
-Bytes swapped(Bytes bytes, std::size_t unit) {
-    const auto step = static_cast<std::ptrdiff_t>(unit);
-    for (auto at = bytes.begin(); bytes.end() - at >= step; at += step) std::reverse(at, at + step);
-    return bytes;
-}
-
-class Writer {
-  public:
-    explicit Writer(Encoding encoding) : encoding_(encoding) {}
-
-    Bytes write(const DicomItem& item) const {
-        Bytes out;
-        for (const auto& element : item.elements) {
-            const Bytes value = element.vr == "SQ" ? items(element) : ordered(element.value, element.vr);
-            const bool isOpen = element.form == LengthForm::Undefined;
-            append(out, header(element, isOpen ? undefinedLength : value.size()));
-            append(out, value);
-        }
-        return out;
-    }
-
-  private:
-    Bytes ordered(const Bytes& bytes, std::string_view vr) const {
-        return encoding_ == Encoding::ExplicitBig ? swapped(bytes, unitOf(vr)) : bytes;
-    }
-    Bytes tag(std::uint32_t groupLast) const { return ordered(numberBytes(groupLast, 4), "AT"); }
-    Bytes length(std::size_t value) const { return ordered(numberBytes(value, 4), "UL"); }
-
-    Bytes header(const DicomItem::Element& element, std::size_t bytes) const {
-        const Bytes head = tag(element.tag.group | std::uint32_t{element.tag.element} << 16);
-        if (encoding_ == Encoding::ImplicitLittle) return head + length(bytes);
-        if (isAmong("OB OD OF OL OV OW SQ SV UC UN UR UT UV", element.vr))
-            return head + bytesOf(element.vr) + Bytes(2) + length(bytes);
-        return head + bytesOf(element.vr) + ordered(numberBytes(bytes, 2), "US");
-    }
-
-    Bytes items(const DicomItem::Element& sequence) const {
-        Bytes out;
-        const bool isOpen = sequence.form == LengthForm::Undefined;
-        for (const DicomItem& item : sequence.items) {
-            const Bytes content = write(item);
-            append(out, tag(itemTag) + length(isOpen ? undefinedLength : content.size()) + content);
-            if (isOpen) append(out, tag(itemEnd) + length(0));
-        }
-        return isOpen ? out + tag(sequenceEnd) + length(0) : out;
-    }
-
-    Encoding encoding_;
-};
-
 }  // namespace
 
 Bytes bytesOf(std::initializer_list<int> values) {
@@ -85,9 +36,8 @@ Bytes bytesOf(std::initializer_list<int> values) {
 }
 
 Bytes bytesOf(std::string_view text) {
-    Bytes bytes;
-    for (const char letter : text) bytes.push_back(static_cast<std::byte>(letter));
-    return bytes;
+    const auto bytes = std::as_bytes(std::span(text));
+    return {bytes.begin(), bytes.end()};
 }
 
 Bytes numberBytes(std::uint64_t value, std::size_t size) {
@@ -111,18 +61,43 @@ Bytes wrappedDeflate(const Bytes& content) {
 }
 
 Bytes encoded(const DicomItem& item, Encoding encoding) {
-    if (encoding != Encoding::Deflated) return Writer(encoding).write(item);
-    const Bytes wrapped = wrappedDeflate(encoded(item, Encoding::ExplicitLittle));
-    return {wrapped.begin() + 2, wrapped.end() - 4};
+    if (encoding == Encoding::Deflated) {
+        const Bytes wrapped = wrappedDeflate(encoded(item, Encoding::ExplicitLittle));
+        return {wrapped.begin() + 2, wrapped.end() - 4};
+    }
+    const auto ordered = [&](Bytes bytes, std::string_view vr) {
+        const auto unit = std::ptrdiff_t(encoding == Encoding::ExplicitBig ? unitOf(vr) : 1);
+        for (auto at = bytes.begin(); bytes.end() - at >= unit; at += unit) std::reverse(at, at + unit);
+        return bytes;
+    };
+    const auto tagBytes = [&](std::uint32_t groupLast) { return ordered(numberBytes(groupLast, 4), "AT"); };
+    const auto length = [&](std::size_t value) { return ordered(numberBytes(value, 4), "UL"); };
+    Bytes out;
+    for (const auto& [tag, vr, content, items, form] : item.elements) {
+        const bool isOpen = form == LengthForm::Undefined;
+        Bytes value = ordered(content, vr);
+        for (const DicomItem& each : items) {
+            const Bytes inside = encoded(each, encoding);
+            append(value, tagBytes(itemTag) + length(isOpen ? undefinedLength : inside.size()) + inside);
+            if (isOpen) append(value, tagBytes(itemEnd) + length(0));
+        }
+        if (isOpen && vr == "SQ") append(value, tagBytes(sequenceEnd) + length(0));
+        const Bytes whole = length(isOpen ? undefinedLength : value.size());
+        append(out, tagBytes(tag.group | std::uint32_t{tag.element} << 16));
+        if (encoding == Encoding::ImplicitLittle)
+            append(out, whole);
+        else if (isAmong("OB OD OF OL OV OW SQ SV UC UN UR UT UV", vr))
+            append(out, bytesOf(vr) + Bytes(2) + whole);
+        else
+            append(out, bytesOf(vr) + ordered(numberBytes(value.size(), 2), "US"));
+        append(out, value);
+    }
+    return out;
 }
 
 DicomItem& DicomItem::put(Element element) {
-    const auto at = std::lower_bound(elements.begin(), elements.end(), element.tag,
-                                     [](const Element& each, Tag tag) { return each.tag < tag; });
-    if (at != elements.end() && at->tag == element.tag)
-        *at = std::move(element);
-    else
-        elements.insert(at, std::move(element));
+    remove(element.tag);
+    elements.insert(std::ranges::lower_bound(elements, element.tag, {}, &Element::tag), std::move(element));
     return *this;
 }
 
@@ -196,13 +171,12 @@ DicomBuilder& DicomBuilder::pixels(Bytes value, const char* vr) {
 
 DicomBuilder& DicomBuilder::gradientPixels() {
     Bytes cells;
-    const std::uint64_t mask = (std::uint64_t{1} << bitsStored) - 1;
-    for (int frame = 0; frame < frames; ++frame)
-        for (int row = 0; row < rows; ++row)
-            for (int column = 0; column < columns; ++column)
-                for (int bit = 0; bit + 8 <= bitsAllocated; bit += 8)
-                    cells.push_back(static_cast<std::byte>(
-                        (static_cast<std::uint64_t>(frame * 7 + row * 3 + column) & mask) >> bit & 0xFF));
+    const int mask = (1 << bitsStored) - 1;
+    for (int i = 0; i < frames * rows * columns; ++i) {
+        const int frame = i / (rows * columns), row = i / columns % rows, column = i % columns;
+        append(cells, numberBytes(std::uint64_t((frame * 7 + row * 3 + column) & mask),
+                                  std::size_t(bitsAllocated) / 8));
+    }
     return pixels(std::move(cells), bitsAllocated > 8 ? "OW" : "OB");
 }
 
