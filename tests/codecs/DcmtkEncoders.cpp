@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <memory>
 #include <stdexcept>
 
@@ -51,11 +50,12 @@ Bytes encodedBy(const Raster& raster, JpegColours colours, Options... options) {
 }
 
 /// The cells of a data set that is encoded as a whole.
-Bytes frameIn(E_TransferSyntax syntax, const DcmRepresentationParameter* options, const Raster& raster) {
+Bytes frameIn(E_TransferSyntax syntax, const DcmRepresentationParameter* options, const Raster& raster,
+              bool planar = false) {
     const dicom::PixelFormat format = formatOf(raster);
     DcmDataset dataset;
     const std::pair<DcmTagKey, int> header[] = {{DCM_SamplesPerPixel, raster.components},
-                                                {DCM_PlanarConfiguration, 0},
+                                                {DCM_PlanarConfiguration, planar},
                                                 {DCM_Rows, raster.rows},
                                                 {DCM_Columns, raster.columns},
                                                 {DCM_BitsAllocated, format.bitsAllocated},
@@ -66,8 +66,10 @@ Bytes frameIn(E_TransferSyntax syntax, const DcmRepresentationParameter* options
     dataset.putAndInsertString(DCM_PhotometricInterpretation, raster.components == 3 ? "RGB" : "MONOCHROME2");
     const auto cell = static_cast<std::size_t>(format.bitsAllocated / 8);
     std::vector<Uint16> words((raster.size() * cell + 1) / 2);
-    for (std::size_t i = 0; i < raster.size(); ++i)
-        std::memcpy(reinterpret_cast<Uint8*>(words.data()) + i * cell, &raster.samples[i], cell);
+    for (std::size_t i = 0; i < raster.size(); ++i) {
+        const std::size_t at = planar ? i % 3 * raster.size() / 3 + i / 3 : i;
+        std::memcpy(reinterpret_cast<Uint8*>(words.data()) + at * cell, &raster.samples[i], cell);
+    }
     dataset.putAndInsertUint16Array(DCM_PixelData, words.data(), static_cast<unsigned long>(words.size()));
 
     DcmElement* element = nullptr;
@@ -82,16 +84,15 @@ Bytes frameIn(E_TransferSyntax syntax, const DcmRepresentationParameter* options
     return {stream, stream + item->getLength()};
 }
 
-/// A stream of three components from one for each: its scans follow each other.
-Bytes inScansApart(const Raster& raster, std::uint8_t frame,
-                   const std::function<Bytes(const Raster&)>& encode) {
-    Bytes result{0xFF, 0xD8, 0xFF, frame, 0, 17};
+/// A lossless stream of three components from one for each: its scans follow each other.
+Bytes inScansApart(const Raster& raster, const LosslessMaking& making) {
+    Bytes result{0xFF, 0xD8, 0xFF, 0xC3, 0, 17};
     for (std::size_t c = 0; c < 3; ++c) {
         Raster plane{raster.rows, raster.columns, 1, raster.bits, {}};
         for (std::size_t i = c; i < raster.size(); i += 3) plane.samples.push_back(raster.samples[i]);
-        Bytes one = encode(plane);
+        Bytes one = losslessEncoded(plane, making);
         while (one.back() != 0xD9) one.pop_back();
-        const auto header = one.begin() + static_cast<std::ptrdiff_t>(placeOf(one, frame));
+        const auto header = one.begin() + static_cast<std::ptrdiff_t>(placeOf(one, 0xC3));
         if (c == 0) {
             result.insert(result.end(), header + 4, header + 9);
             result.insert(result.end(), {3, 1, 0x11, 0, 2, 0x11, 0, 3, 0x11, 0});
@@ -111,8 +112,7 @@ std::size_t placeOf(std::span<const std::uint8_t> stream, std::uint8_t code) {
 }
 
 Bytes losslessEncoded(const Raster& raster, const LosslessMaking& making) {
-    if (raster.components == 3 && !making.interleaved)
-        return inScansApart(raster, 0xC3, [&](const Raster& one) { return losslessEncoded(one, making); });
+    if (raster.components == 3 && !making.interleaved) return inScansApart(raster, making);
     Raster coded = raster;
     coded.bits = making.codedBits ? making.codedBits : raster.bits <= 8 ? 8 : raster.bits <= 12 ? 12 : 16;
     for (auto& sample : coded.samples) sample += (1 << (coded.bits - 1)) - (1 << (raster.bits - 1));
@@ -148,17 +148,16 @@ Bytes dcmtkLossy(const Raster& raster, LossyProcess process, int quality, JpegCo
 }
 
 Bytes jpegLsEncoded(const Raster& raster, int nearLossless, LsInterleave interleave) {
-    if (raster.components == 3 && interleave == LsInterleave::None)
-        return inScansApart(raster, 0xF7,
-                            [&](const Raster& one) { return jpegLsEncoded(one, nearLossless); });
-    const auto mode = interleave == LsInterleave::Line ? DJLSCodecParameter::interleaveLine
-                                                       : DJLSCodecParameter::interleaveSample;
+    constexpr DJLSCodecParameter::interleaveMode modes[] = {DJLSCodecParameter::interleaveDefault,
+                                                            DJLSCodecParameter::interleaveLine,
+                                                            DJLSCodecParameter::interleaveSample};
     OFLog::configure(OFLogger::ERROR_LOG_LEVEL);
     DJLSEncoderRegistration::cleanup();
-    DJLSEncoderRegistration::registerCodecs(0, 0, 0, 0, OFFalse, 0, OFTrue, EJLSUC_never, OFFalse, mode,
-                                            OFFalse);
+    DJLSEncoderRegistration::registerCodecs(0, 0, 0, 0, OFFalse, 0, OFTrue, EJLSUC_never, OFFalse,
+                                            modes[static_cast<int>(interleave)], OFFalse);
     const DJLSRepresentationParameter options(static_cast<Uint16>(nearLossless), nearLossless == 0);
-    return frameIn(nearLossless ? EXS_JPEGLSLossy : EXS_JPEGLSLossless, &options, raster);
+    return frameIn(nearLossless ? EXS_JPEGLSLossy : EXS_JPEGLSLossless, &options, raster,
+                   raster.components == 3 && interleave == LsInterleave::None);
 }
 
 Bytes rleEncoded(const Raster& raster) {

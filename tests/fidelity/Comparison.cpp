@@ -34,7 +34,6 @@ Comparison compare(const QString& path) {
     Comparison result;
     result.syntaxUid = QString::fromStdString(file.syntaxUid());
     result.decoder = QString::fromStdString(file.decoderName());
-    result.isLossless = file.isLossless();
     result.frames = view.picture.frameCount();
     result.expectedFrames = file.frames();
     if (const auto notice = noticeFor(view.picture)) result.notice = notice->reason;

@@ -13,7 +13,6 @@ constexpr int anotherSize = 256;
 struct Comparison {
     QString syntaxUid;
     QString decoder;  ///< of the reference
-    bool isLossless = true;
     int frames = 0;              ///< that the component shows
     int expectedFrames = 0;      ///< that DCMTK finds pixels for
     QString notice;              ///< the component's, in place of a picture

@@ -148,8 +148,6 @@ ReferenceFile::ReferenceFile(const std::string& path) {
                      : dataset.chooseRepresentation(EXS_LittleEndianExplicit, nullptr).good();
 }
 
-bool ReferenceFile::isLossless() const { return !DcmXfer(syntaxUid_.c_str()).isLossy(); }
-
 int ReferenceFile::frames() {
     DcmElement* pixels = nullptr;
     if (file_.getDataset()->findAndGetElement(DCM_PixelData, pixels).bad())

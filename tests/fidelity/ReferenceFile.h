@@ -44,8 +44,6 @@ class ReferenceFile {
 
     HeaderReader header() { return HeaderReader(*file_.getDataset()); }
     std::string syntaxUid() const { return syntaxUid_; }
-    /// Whether the stored values come back as they were.
-    bool isLossless() const;
     /// As many as the pixels suffice for; 0 without any.
     int frames();
     /// What decodes the pixels here.
