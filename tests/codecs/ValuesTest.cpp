@@ -14,7 +14,9 @@ namespace cinedisc::test {
 namespace {
 
 using dicom::Compression;
+using dicom::Photometric;
 using Bytes = std::vector<std::uint8_t>;
+using Values = std::vector<std::int64_t>;
 using Random = std::function<int(int, int)>;  ///< from the first number to the last
 
 /// Codes a raster, which it may change before, in one of many ways; `loss` is how far samples may get.
@@ -62,6 +64,12 @@ Bytes jpeg2000(Raster& raster, const Random& random, int&) {
     return jpeg2000Encoded(raster, making);
 }
 
+/// Whether two pictures differ by no more than a loss.
+void expectNear(const Values& found, const Values& expected, int loss) {
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t i = 0; i < found.size(); ++i) ASSERT_NEAR(found[i], expected[i], loss) << i;
+}
+
 TEST(RoundTrip, RandomPicturesComeBackWhateverTheCoderAndTheTransferSyntax) {
     struct Case {
         const char* what;
@@ -94,11 +102,7 @@ TEST(RoundTrip, RandomPicturesComeBackWhateverTheCoderAndTheTransferSyntax) {
                                             << picture.columns << ", " << bits << " bit");
             const auto declared =
                 c.compression == Compression::Rle ? Compression::Rle : static_cast<Compression>(random(1, 5));
-            const auto result = samplesOf(decoded(stream, formatOf(picture), declared));
-            const auto expected = shown(picture);
-            ASSERT_EQ(result.size(), expected.size());
-            for (std::size_t i = 0; i < result.size(); ++i)
-                ASSERT_LE(std::abs(result[i] - expected[i]), loss) << "at " << i;
+            expectNear(samplesOf(decoded(stream, formatOf(picture), declared)), shown(picture), loss);
         }
     }
 }
@@ -117,16 +121,7 @@ TEST(RoundTrip, LosslessCodesAndDifferencesOfAllLengths) {
             shown(picture));
 }
 
-using dicom::Photometric;
-using Values = std::vector<std::int64_t>;
-
-/// Whether two pictures differ by no more than a loss.
-void expectNear(const Values& found, const Values& expected, int loss) {
-    ASSERT_EQ(found.size(), expected.size());
-    for (std::size_t i = 0; i < found.size(); ++i) ASSERT_NEAR(found[i], expected[i], loss) << i;
-}
-
-Bytes lossless(const Raster& cells) { return losslessEncoded(cells); }
+Bytes exact(const Raster& cells) { return losslessEncoded(cells); }
 Bytes beyondPrecision(const Raster& cells) { return losslessEncoded(cells, {.codedBits = 16}); }
 Bytes nearLossless(const Raster& cells) { return jpegLsEncoded(cells, 3); }
 Bytes wavelet(const Raster& cells) { return jpeg2000Encoded(cells); }
@@ -139,38 +134,37 @@ TEST(Values, PrecisionOfTheStreamWinsUnlessItHoldsWholeCellsAndALossStaysWithinT
     constexpr auto yes = true, no = false;
     const std::vector<int> four{0xF801, 0x0FFF, 0x07FF, 0x0800}, four12{0x801, 0xFFF, 0x7FF, 0x800};
     struct Case {
-        Bytes (*encode)(const Raster&);
+        std::function<Bytes(const Raster&)> encode;
         int precision, stored, high;
         bool isSigned;
         std::vector<int> cells;
         Values expected;
         int inColour = -1;
     };
-    const auto sign = [](const Raster& cells) { return signedWavelet(cells); };
     // Whole cells with an overlay above, signed, from the top; what is announced, more and less of it; sign
     // bits above; signs of the header or the stream only; losses above and below the range and within.
     const Case cases[] = {
-        {lossless, 16, 12, 11, no, four, {0x801, 0xFFF, 0x7FF, 0x800}},
-        {lossless, 16, 12, 11, yes, four, {-2047, -1, 2047, -2048}},
-        {lossless, 16, 12, 15, no, four, {0xF80, 0xFF, 0x7F, 0x80}},
-        {lossless, 12, 12, 11, yes, four12, {-2047, -1, 2047, -2048}},
-        {lossless, 12, 10, 9, no, four12, {0x801, 0xFFF, 0x7FF, 0x800}},
-        {lossless, 12, 10, 9, yes, four12, {-2047, -1, 2047, -2048}},
-        {lossless, 12, 16, 15, yes, four12, {0x801, 0xFFF, 0x7FF, 0x800}},
+        {exact, 16, 12, 11, no, four, {0x801, 0xFFF, 0x7FF, 0x800}},
+        {exact, 16, 12, 11, yes, four, {-2047, -1, 2047, -2048}},
+        {exact, 16, 12, 15, no, four, {0xF80, 0xFF, 0x7F, 0x80}},
+        {exact, 12, 12, 11, yes, four12, {-2047, -1, 2047, -2048}},
+        {exact, 12, 10, 9, no, four12, {0x801, 0xFFF, 0x7FF, 0x800}},
+        {exact, 12, 10, 9, yes, four12, {-2047, -1, 2047, -2048}},
+        {exact, 12, 16, 15, yes, four12, {0x801, 0xFFF, 0x7FF, 0x800}},
         {beyondPrecision, 12, 12, 11, yes, four, {-2047, -1, 2047, -2048}},
         {beyondPrecision, 12, 16, 15, no, four, {}},
         {wavelet, 13, 13, 12, yes, {0, 4095, 4096, 8191}, {0, 4095, -4096, -1}},
-        {sign, 13, 13, 12, no, {0, 4095, -4096, -1}, {0, 4095, 4096, 8191}},
+        {signedWavelet, 13, 13, 12, no, {0, 4095, -4096, -1}, {0, 4095, 4096, 8191}},
         {nearLossless, 16, 12, 11, no, {4102}, {4095}, 255},
         {nearLossless, 16, 12, 11, yes, {2054}, {2047}},
         {nearLossless, 16, 12, 11, yes, {0x10000 - 2054}, {-2048}},
         {wavelet, 16, 12, 11, no, {4098}, {4095}, 255},
         {wavelet, 16, 12, 14, no, {8 * 4095 + 9}, {4095}, 255},
         {wavelet, 16, 12, 11, no, {2048}, {2048}, 128},
-        {sign, 16, 12, 11, yes, {2050}, {2047}},
-        {sign, 16, 12, 11, yes, {-2050}, {-2048}},
-        {sign, 16, 12, 11, no, {-3}, {0}, 0},
-        {sign, 16, 12, 11, no, {4098}, {4095}, 255},
+        {signedWavelet, 16, 12, 11, yes, {2050}, {2047}},
+        {signedWavelet, 16, 12, 11, yes, {-2050}, {-2048}},
+        {signedWavelet, 16, 12, 11, no, {-3}, {0}, 0},
+        {signedWavelet, 16, 12, 11, no, {4098}, {4095}, 255},
     };
     for (const Case& c : cases)
         for (const int components : {1, 3}) {
@@ -197,14 +191,14 @@ TEST(Values, BitsBesideThemAreHandedOutWhereThereAreSome) {
     auto format = greyFormat(32, 32, 12);
     format.isSigned = true;
     const std::pair<Bytes, bool> cases[] = {
-        {lossless(cells), true},
+        {exact(cells), true},
         {jpegLsEncoded(cells), true},
         {wavelet(cells), true},
         {rleEncoded(cells), true},
         {nearLossless(cells), false},
         {jpeg2000Encoded(cells, {.reversible = false}), false},
-        {lossless(raster(32, 32, 1, 12)), false},
-        {lossless(raster(32, 32, 3, 16)), false},
+        {exact(raster(32, 32, 1, 12)), false},
+        {exact(raster(32, 32, 3, 16)), false},
     };
     for (const auto& [stream, hasAll] : cases) {
         const auto frame = decodeFrame(std::as_bytes(std::span(stream)), format, Compression::Rle, false, 0,
@@ -355,7 +349,7 @@ TEST(Values, NumberOfComponentsFollowsTheHeader) {
     const Raster one = raster(9, 7, 1, 8);
     Values threefold;
     for (const auto value : one.samples) threefold.insert(threefold.end(), 3, value);
-    EXPECT_EQ(samplesOf(decoded(lossless(one), colourFormat(9, 7), Compression::Jpeg)), threefold);
+    EXPECT_EQ(samplesOf(decoded(exact(one), colourFormat(9, 7), Compression::Jpeg)), threefold);
 }
 
 }  // namespace
