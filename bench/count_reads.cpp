@@ -55,13 +55,13 @@ bool count(const Run& run) {
     if (!file || !file.value()->decode(0)) return false;
     const std::uint64_t header = file.value()->header().find(dicom::tags::PixelData)->offset;
     std::printf("%s_first_over=%lld\n", run.name,
-                static_cast<long long>(source->bytes() - header - run.tableBytes - run.frameBytes));
-    std::printf("%s_first_reads=%zu\n%s_forward=%d\n", run.name, source->reads(), run.name,
-                source->wentForwardOnly());
+                static_cast<long long>(source->bytes - header - run.tableBytes - run.frameBytes));
+    std::printf("%s_first_reads=%llu\n%s_forward=%d\n", run.name,
+                static_cast<unsigned long long>(source->reads), run.name, source->wentForwardOnly);
     source->forget();
     if (!file.value()->decode(laterFrame)) return false;
     std::printf("%s_later_over=%lld\n", run.name,
-                static_cast<long long>(source->bytes() - run.frameBytes - run.passed));
+                static_cast<long long>(source->bytes - run.frameBytes - run.passed));
     return true;
 }
 

@@ -89,6 +89,10 @@ std::vector<double> samplesIn(const Result<Frame>& frame) {
     return numbers;
 }
 
+bool shows(const DicomFile& file, int frame, const Bytes& pixels) {
+    return std::ranges::equal(samplesIn(file.decode(frame)), pixels, {}, {}, std::to_integer<int>);
+}
+
 Bytes fakeJpeg(std::size_t size, int mark) {
     Bytes stream = bytesOf({0xFF, 0xD8, 0xFF, 0xE0, 0x00, 0x10});
     stream.resize(std::max<std::size_t>(size, 8), static_cast<std::byte>(mark));

@@ -29,45 +29,36 @@ Bytes pixelsOfFrame(int frame, std::size_t count);
 DicomBuilder rleRun(int rows, int columns, int frames, OffsetTable table);
 /// The samples of a decoded frame; none when there is none.
 std::vector<double> samplesIn(const dicom::Result<dicom::Frame>& frame);
+/// Whether a frame has these samples of 8 bits.
+bool shows(const dicom::DicomFile& file, int frame, const Bytes& pixels);
 /// Bytes that begin like a JPEG stream and hold `size` in all, recognisable by `mark`.
 Bytes fakeJpeg(std::size_t size, int mark);
 
 /// Bytes in memory that record what was read of them; beyond a place they may be unreadable.
-class CountingSource : public dicom::ByteSource {
-  public:
+struct CountingSource : dicom::ByteSource {
     explicit CountingSource(Bytes bytes, std::uint64_t readable = UINT64_MAX)
-        : memory_(std::move(bytes)), readable_(readable) {}
+        : memory(std::move(bytes)), readable(readable) {}
 
-    std::uint64_t size() const override { return memory_.size(); }
+    std::uint64_t size() const override { return memory.size(); }
     std::size_t readAt(std::uint64_t offset, std::span<std::byte> into) const override {
-        const std::uint64_t room = readable_ - std::min(readable_, offset);
+        const std::uint64_t room = readable - std::min(readable, offset);
         into = into.first(static_cast<std::size_t>(std::min<std::uint64_t>(into.size(), room)));
-        const std::size_t got = memory_.readAt(offset, into);
-        reads_.emplace_back(offset, got);
+        const std::size_t got = memory.readAt(offset, into);
+        wentForwardOnly = wentForwardOnly && offset >= end;
+        end = offset + got;
+        bytes += got;
+        ++reads;
         return got;
     }
-
-    std::size_t reads() const { return reads_.size(); }
-    std::uint64_t bytes() const {
-        std::uint64_t sum = 0;
-        for (const auto& [offset, count] : reads_) sum += count;
-        return sum;
+    void forget() {
+        reads = bytes = end = 0;
+        wentForwardOnly = true;
     }
-    /// Whether each read began at or behind the end of the one before.
-    bool wentForwardOnly() const {
-        std::uint64_t end = 0;
-        for (const auto& [offset, count] : reads_) {
-            if (offset < end) return false;
-            end = offset + count;
-        }
-        return true;
-    }
-    void forget() { reads_.clear(); }
 
-  private:
-    dicom::MemoryByteSource memory_;
-    std::uint64_t readable_;
-    mutable std::vector<std::pair<std::uint64_t, std::size_t>> reads_;
+    dicom::MemoryByteSource memory;
+    std::uint64_t readable;
+    mutable std::uint64_t reads = 0, bytes = 0, end = 0;
+    mutable bool wentForwardOnly = true;  ///< each read began at or behind the end of the one before
 };
 
 inline constexpr const char* implicitUid = "1.2.840.10008.1.2";
