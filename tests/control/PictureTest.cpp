@@ -3,7 +3,7 @@
 #include "control/picture/ViewState.h"
 #include "control/pipeline/CoarseRows.h"
 #include "tests/fidelity/Comparison.h"
-#include "tests/fidelity/ReferencePictures.h"
+#include "tests/fidelity/ReferenceFile.h"
 #include "tests/support/DicomBuilder.h"
 
 #include <QDir>
@@ -24,6 +24,7 @@ TEST(Fidelity, ShowsFilesAsTheStandardsFormulasDo) {
     for (const auto& file : QDir(folder).entryInfoList({"*.dcm"}, QDir::Files, QDir::Name)) {
         SCOPED_TRACE(qPrintable(file.fileName()));
         const auto compared = fidelity::compare(file.filePath());
+        RecordProperty(file.fileName().toStdString(), compared.row().toStdString());
         if (compared.frames == 0) unreadable += file.fileName();
         if (compared.frames == 0) continue;
         EXPECT_EQ(compared.frames, compared.expectedFrames);

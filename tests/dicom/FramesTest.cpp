@@ -111,13 +111,13 @@ TEST(NativeFrames, SharedChrominancesAreRecognisedByTheLength) {
 }
 
 TEST(NativeFrames, OfFloatingPointAreShown) {
-    DicomBuilder floats = DicomBuilder::image(1, 2, 2), doubles = DicomBuilder::image(1, 2);
-    for (const Tag tag : {tags::BitsAllocated, tags::BitsStored, tags::HighBit}) floats.remove(tag);
-    floats.reals(tags::FloatPixelData, "OF", {0.5, -1, 3, 4});
-    doubles.reals(tags::DoubleFloatPixelData, "FD", {0.25, 7});
-    EXPECT_EQ(samplesIn(opened(floats)->decode(1)), (std::vector<double>{3, 4}));
-    EXPECT_EQ(samplesIn(opened(doubles)->decode(0)), (std::vector<double>{0.25, 7}));
-    EXPECT_EQ(opened(floats)->pixelFormat().highBit, 31);
+    for (const auto& [tag, vr] :
+         {std::pair(tags::FloatPixelData, "OF"), {tags::DoubleFloatPixelData, "FD"}}) {
+        DicomBuilder builder = DicomBuilder::image(1, 2, 2);
+        for (const Tag each : {tags::BitsAllocated, tags::BitsStored, tags::HighBit}) builder.remove(each);
+        builder.reals(tag, vr, {0.5, -1, 3, 4});
+        EXPECT_EQ(samplesIn(opened(builder)->decode(1)), (std::vector<double>{3, 4}));
+    }
 }
 
 TEST(NativeFrames, OfImpossibleDescriptionsAreRefusedOrSetRight) {
@@ -168,37 +168,23 @@ TEST(NativeFrames, OfImpossibleDescriptionsAreRefusedOrSetRight) {
 /// Frames out of fragments of random length, of which only the first begins like a code stream: one each, or
 /// several at least for the first.
 struct RandomRun {
-    RandomRun(std::mt19937& random, int frames, bool hasOneEach) {
-        for (int frame = 0; frame < frames; ++frame) {
-            starts.push_back(fragments.size());
-            const auto count = hasOneEach ? 1 : frame == 0 ? 2 + random() % 3 : 1 + random() % 4;
-            for (std::size_t i = 0; i < count; ++i) {
+    RandomRun(std::mt19937& random, int count, bool hasOneEach) : frames(std::size_t(count)) {
+        for (Bytes& frame : frames) {
+            table.push_back(offsets.back());
+            auto parts = hasOneEach ? 1 : table.size() == 1 ? 2 + random() % 3 : 1 + random() % 4;
+            for (; parts > 0; --parts) {
                 Bytes fragment(8 + random() % 40 * 2);
                 for (std::byte& byte : fragment) byte = static_cast<std::byte>(random() % 255);
-                if (i == 0) fragment = fakeJpeg(fragment.size(), static_cast<int>(random() % 255));
-                fragments.push_back(fragment);
+                if (frame.empty()) fragment = fakeJpeg(fragment.size(), static_cast<int>(random() % 255));
+                offsets.push_back(offsets.back() + 8 + std::uint32_t(fragment.size()));
+                frame = frame + fragment;
+                fragments.push_back(std::move(fragment));
             }
         }
-        starts.push_back(fragments.size());
-        offsets.push_back(0);
-        for (const Bytes& each : fragments)
-            offsets.push_back(offsets.back() + 8 + std::uint32_t(each.size()));
     }
 
-    Bytes frame(std::size_t index) const {
-        Bytes joined;
-        for (std::size_t i = starts[index]; i < starts[index + 1]; ++i) joined = joined + fragments[i];
-        return joined;
-    }
-    std::vector<std::uint32_t> table() const {
-        std::vector<std::uint32_t> entries;
-        for (std::size_t i = 0; i + 1 < starts.size(); ++i) entries.push_back(offsets[starts[i]]);
-        return entries;
-    }
-
-    std::vector<Bytes> fragments;
-    std::vector<std::size_t> starts;     ///< the first fragment of each frame, and one behind the last
-    std::vector<std::uint32_t> offsets;  ///< of each fragment's item, and one behind the last
+    std::vector<Bytes> fragments, frames;
+    std::vector<std::uint32_t> table, offsets{0};  ///< of each frame; of each fragment's item and of the end
 };
 
 DicomBuilder jpegPicture(int frames) {
@@ -234,7 +220,7 @@ TEST(EncapsulatedFrames, AreFoundInAnyOrderWhateverTellsThem) {
         const int frames = 2 + static_cast<int>(random() % 6);
         const RandomRun run(random, frames, random() % 3 == 0);
         SCOPED_TRACE(std::to_string(i) + " fault " + std::to_string(fault));
-        auto table = run.table();
+        auto table = run.table;
         DicomBuilder builder = jpegPicture(frames);
         if (fault == Extended) builder.numbers(tags::ExtendedOffsetTable, "OV", {table.begin(), table.end()});
         spoil(table, fault);
@@ -243,7 +229,8 @@ TEST(EncapsulatedFrames, AreFoundInAnyOrderWhateverTellsThem) {
         const bool isEnded = random() % 2 || fault == Beyond || fault == LastBeyond;
         if (table.empty() && fault != Extended && random() % 2) {
             fragments.back().push_back(std::byte{1});
-            fragments.insert(fragments.begin() + std::ptrdiff_t(run.starts[1]), Bytes());
+            const auto second = std::ranges::find(run.offsets, run.table[1]) - run.offsets.begin();
+            fragments.insert(fragments.begin() + second, Bytes());
             fragments.emplace_back();
         }
         builder.encapsulated(fragments, table, isEnded ? FilePart::Present : FilePart::Absent);
@@ -253,7 +240,7 @@ TEST(EncapsulatedFrames, AreFoundInAnyOrderWhateverTellsThem) {
         for (int k = 0; k < 2 * frames; ++k) {
             const auto frame = k < frames ? k : static_cast<int>(random()) & 1;
             const auto asked = i % 2 ? frame : frames - 1 - frame;
-            auto stream = run.frame(std::size_t(asked));
+            auto stream = run.frames[std::size_t(asked)];
             if (asked == frames - 1 && fragments.back().empty()) stream.push_back(std::byte{1});
             expectFrame(*file, asked, stream);
         }
@@ -269,15 +256,14 @@ TEST(EncapsulatedFrames, OfACutOffRunAreShownAsFarAsTheyGo) {
         const RandomRun run(random, frames, random() % 3 == 0);
         const bool hasTable = i % 2;
         DicomBuilder builder = jpegPicture(frames);
-        builder.encapsulated(run.fragments, hasTable ? run.table() : std::vector<std::uint32_t>());
+        builder.encapsulated(run.fragments, hasTable ? run.table : std::vector<std::uint32_t>());
         Bytes bytes = builder.build();
         const std::size_t first = bytes.size() - 8 - run.offsets.back();
         const std::size_t room = random() % run.offsets.back();
         bytes.resize(first + room);
         const auto file = opened(bytes);
         EXPECT_EQ(file->announcedFrameCount(), frames);
-        int complete = 0;
-        while (run.offsets[run.starts[std::size_t(complete) + 1]] <= room) ++complete;
+        const auto complete = int(std::ranges::upper_bound(run.table, room) - run.table.begin()) - 1;
         SCOPED_TRACE(std::to_string(i) + ": " + std::to_string(complete) + " of " + std::to_string(frames));
         // Between two fragments, or before one begins like a frame, nothing shows what is missing.
         if (std::any_of(run.offsets.begin(), run.offsets.end(),
@@ -285,7 +271,7 @@ TEST(EncapsulatedFrames, OfACutOffRunAreShownAsFarAsTheyGo) {
             continue;
         for (int frame = frames - 1; frame >= 0; --frame) {
             if (frame < complete) {
-                expectFrame(*file, frame, run.frame(std::size_t(frame)));
+                expectFrame(*file, frame, run.frames[std::size_t(frame)]);
             } else {
                 const auto read = file->readFrame(frame);
                 ASSERT_FALSE(read.ok()) << frame;
@@ -309,7 +295,7 @@ TEST(EncapsulatedFrames, AreCountedByTheFileWhereTheHeaderCannotTell) {
     EXPECT_LT(endless->frameCount(), 1000);
     EXPECT_FALSE(endless->readFrame(5).ok());
     expectFrame(*endless, 4, run.fragments[4]);
-    builder.encapsulated(run.fragments, run.table()).text(tags::NumberOfFrames, "IS", "1A");
+    builder.encapsulated(run.fragments, run.table).text(tags::NumberOfFrames, "IS", "1A");
     EXPECT_EQ(opened(builder)->frameCount(), 5);
     // A single picture with an entry for each of its fragments.
     const Bytes stream = fakeJpeg(40, 1), rest(12, std::byte{9});

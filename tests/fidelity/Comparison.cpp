@@ -2,7 +2,8 @@
 
 #include "control/ViewPainter.h"
 #include "control/picture/ViewState.h"
-#include "tests/fidelity/ReferencePictures.h"
+#include "dicom/TransferSyntax.h"
+#include "tests/fidelity/ReferenceFile.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -27,12 +28,20 @@ void take(std::optional<int>& worst, const QImage& ours, const QImage& reference
 
 }  // namespace
 
+QString Comparison::row() const {
+    const auto number = [](std::optional<int> all) { return all ? QString::number(*all) : QString(); };
+    return QStringList{syntax,          number(frames), number(expectedFrames), decoder, number(toPlain),
+                       number(toDcmtk), notice}
+        .join('\t');
+}
+
 Comparison compare(const QString& path) {
     ReferenceFile file(path.toStdString());
     ViewState view(ImageLibrary::shared());
     view.picture.load(path);
     Comparison result;
-    result.syntaxUid = QString::fromStdString(file.syntaxUid());
+    const auto* syntax = dicom::findTransferSyntax(file.syntaxUid());
+    result.syntax = syntax ? QString::fromStdString(std::string(syntax->name)) : "unknown";
     result.decoder = QString::fromStdString(file.decoderName());
     result.frames = view.picture.frameCount();
     result.expectedFrames = file.frames();

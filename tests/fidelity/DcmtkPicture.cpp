@@ -1,4 +1,4 @@
-#include "tests/fidelity/ReferencePictures.h"
+#include "tests/fidelity/ReferenceFile.h"
 
 #include <dcmtk/dcmimage/diregist.h>
 #include <dcmtk/dcmimgle/dcmimage.h>

@@ -1,4 +1,4 @@
-#include "tests/fidelity/ReferencePictures.h"
+#include "tests/fidelity/ReferenceFile.h"
 
 #include <algorithm>
 #include <cmath>
@@ -224,8 +224,7 @@ bool isInPolygon(const std::vector<double>& vertices, double row, double column)
 }
 
 bool hasShape(const HeaderReader& header, const char* shape) {
-    const auto shapes = header.texts(DCM_ShutterShape);
-    return std::find(shapes.begin(), shapes.end(), shape) != shapes.end();
+    return header.text(DCM_ShutterShape).find(shape) != std::string::npos;
 }
 
 int shutterGrey(const HeaderReader& header) { return header.integer(DCM_ShutterPresentationValue, 0) >> 8; }

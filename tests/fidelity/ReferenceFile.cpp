@@ -81,21 +81,14 @@ const Uint8* pixelBytes(DcmElement& element) {
 
 std::string HeaderReader::text(const DcmTagKey& tag) const {
     OFString value;
-    item_->findAndGetOFString(tag, value);
+    item_->findAndGetOFStringArray(tag, value);
     return value.c_str();
-}
-
-std::vector<std::string> HeaderReader::texts(const DcmTagKey& tag) const {
-    std::vector<std::string> values;
-    OFString value;
-    for (unsigned long i = 0; item_->findAndGetOFString(tag, value, i).good(); ++i)
-        values.emplace_back(value.c_str());
-    return values;
 }
 
 std::vector<double> HeaderReader::numbers(const DcmTagKey& tag) const {
     std::vector<double> values;
-    for (const auto& value : texts(tag))
+    OFString value;
+    for (unsigned long i = 0; item_->findAndGetOFString(tag, value, i).good(); ++i)
         if (!value.empty()) values.push_back(std::strtod(value.c_str(), nullptr));
     return values;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <dcmtk/config/osconfig.h>
 #include <dcmtk/dcmdata/dctk.h>
 
@@ -19,8 +20,8 @@ class HeaderReader {
     explicit HeaderReader(DcmItem& item) : item_(&item) {}
 
     bool has(const DcmTagKey& tag) const { return item_->tagExists(tag); }
+    /// All values, parted by backslashes.
     std::string text(const DcmTagKey& tag) const;
-    std::vector<std::string> texts(const DcmTagKey& tag) const;
     /// All values of a numeric element; empty when it is not there.
     std::vector<double> numbers(const DcmTagKey& tag) const;
     double number(const DcmTagKey& tag, double otherwise) const;
@@ -58,5 +59,12 @@ class ReferenceFile {
     bool isDecoded_ = false;
     std::string syntaxUid_;
 };
+
+/// The displayed picture of a frame, counted from 0, computed pixel by pixel with the standard's formulas;
+/// null when the frame cannot be decoded.
+QImage plainPicture(ReferenceFile& file, int frame);
+/// The same as DCMTK's own rendering shows it with the window that the file asks for; without one, over the
+/// full stored range for 8 bits and the values of the frame otherwise. Null when DCMTK cannot render it.
+QImage dcmtkPicture(ReferenceFile& file, int frame);
 
 }  // namespace cinedisc::fidelity
