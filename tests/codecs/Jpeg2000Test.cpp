@@ -106,20 +106,22 @@ TEST(WorkBounds, MoreScansThanAPictureCanNeedAreNotDecoded) {
     EXPECT_EQ(decoded(progressive(101), format, Compression::Jpeg).error().kind, Kind::Broken);
 
     using namespace dicom::codecs::marker;
-    const std::tuple<int, std::uint8_t, int, int, std::optional<Kind>> rows[] = {
-        {8, sof2, 8192, 64, {}},  // 2 ^ 26 blocks
-        {8, sof2, 8193, 64, Kind::Broken},
-        {8, sof2, 11500, 2, {}},  // coefficients of 2 bytes each
-        {8, sof2, 12000, 2, Kind::TooLarge},
-        {12, sof2, 10000, 2, {}},
-        {12, sof2, 10500, 2, Kind::TooLarge},
-        {8, sof0, 16000, 2, {}},  // the first scan holds all
-        {12, sof1, 16000, 1, Kind::TooLarge}};
-    for (const auto& [precision, process, side, scans, error] : rows) {
+    const std::tuple<int, std::uint8_t, int, int, int, std::optional<Kind>> rows[] = {
+        {8, sof2, 1, 8192, 64, {}},  // 2 ^ 26 blocks
+        {8, sof2, 1, 8193, 64, Kind::Broken},
+        {8, sof2, 1, 11500, 2, {}},  // coefficients of 2 bytes each
+        {8, sof2, 1, 12000, 2, Kind::TooLarge},
+        {12, sof2, 1, 10000, 2, {}},
+        {12, sof2, 1, 10500, 2, Kind::TooLarge},
+        {8, sof0, 1, 16000, 2, {}},  // the first scan holds all
+        {8, sof0, 3, 7000, 2, Kind::TooLarge},
+        {12, sof1, 1, 16000, 1, Kind::TooLarge}};
+    for (const auto& [precision, process, components, side, scans, error] : rows) {
         const Bytes stream = progressive(scans);
         dicom::codecs::JpegHeader header = dicom::codecs::readJpegHeader(stream).value();
         header.precision = precision;
         header.startOfFrame = process;
+        header.componentCount = components;
         const auto found = dicom::codecs::jpegWorkError(stream, header, greyFormat(side, side, 8));
         EXPECT_EQ(found ? std::optional(found->kind) : std::nullopt, error) << side;
     }

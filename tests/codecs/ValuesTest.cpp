@@ -295,7 +295,7 @@ TEST(Values, NativeColourBecomesEightBitTriples) {
         {rgb, {0xFF, 0x12, 0, 0x34, 0xFF, 0xFF}, {0x12, 0x34, 0xFF}, false, 16, 16},
         {rgb, {0xF0, 0x0F, 0x80, 0, 0x1F, 0}, {255, 8, 1}, false, 16, 12},
         {rgb, {31, 0, 16}, {255, 0, 131}, false, 8, 5},
-        {ybr, {76, 85, 255, 255, 128, 128}, {254, 0, 0, 255, 255, 255}},
+        {ybr, {76, 85, 255, 255, 255, 255}, {254, 0, 0, 255, 121, 255}},
         {ybr, {76, 255, 85, 128, 255, 128}, {254, 0, 0, 255, 255, 255}, true},
         {pairs, {76, 255, 128, 128}, {76, 76, 76, 255, 255, 255}},
         {pairs, {1, 2, 128, 128, 3, 0, 128, 128}, {1, 1, 1, 2, 2, 2, 3, 3, 3}},
@@ -325,14 +325,12 @@ TEST(Values, NativeColourBecomesEightBitTriples) {
 
 TEST(Values, SingleBitsComeFromTheBytesOfTheirPlane) {
     for (const int components : {1, 3}) {
-        const Raster packed = raster(1, 5, components, 8, Texture::Noise);
-        auto format = formatOf(packed);
-        format.rows = 3;
-        format.columns = 13;
+        const Raster packed = raster(1, 15, components, 8, Texture::Noise);
+        auto format = components == 3 ? colourFormat(9, 13) : greyFormat(9, 13, 8);
         format.bitsAllocated = format.bitsStored = 1;
         format.highBit = 0;
         Values expected;
-        for (int i = 0; i < 39 * components; ++i) {
+        for (int i = 0; i < 9 * 13 * components; ++i) {
             const int pixel = i / components, byte = pixel / 8 * components + i % components;
             const int bit = packed.samples[static_cast<std::size_t>(byte)] >> pixel % 8 & 1;
             expected.push_back(components == 3 ? bit * 255 : bit);
@@ -344,8 +342,7 @@ TEST(Values, SingleBitsComeFromTheBytesOfTheirPlane) {
 TEST(Values, NumberOfComponentsFollowsTheHeader) {
     const auto grey = samplesOf(decoded(dcmtkLossy(fields(16, 16), LossyProcess::Baseline, 100),
                                         greyFormat(16, 16, 8), Compression::Jpeg));
-    ASSERT_EQ(grey.size(), 256u);
-    EXPECT_NEAR(static_cast<double>(grey[0]), 0.299 * 230 + 0.587 * 120 + 0.114 * 30, 2);
+    EXPECT_NEAR(static_cast<double>(grey.at(255)), 0.299 * 20 + 0.587 * 40 + 0.114 * 200, 2);
     const Raster one = raster(9, 7, 1, 8);
     Values threefold;
     for (const auto value : one.samples) threefold.insert(threefold.end(), 3, value);
