@@ -1,5 +1,6 @@
 #include "dicom/CodeStream.h"
 #include "dicom/DicomFile.h"
+#include "dicom/Inflating.h"
 #include "dicom/Tags.h"
 #include "dicom/codecs/LibraryDecoding.h"
 #include "dicom/codecs/LibraryProcesses.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <random>
 #include <sstream>
 #include <thread>
@@ -286,46 +288,38 @@ TEST(EncapsulatedFrames, OfACutOffRunAreShownAsFarAsTheyGo) {
     }
 }
 
-TEST(EncapsulatedFrames, AreCountedByTheFileWhereTheHeaderCannotTell) {
-    std::mt19937 random(79);
-    const RandomRun run(random, 5, true);
-    DicomBuilder builder = jpegPicture(5);
-    builder.encapsulated(run.fragments, {}).text(tags::NumberOfFrames, "IS", "2000000000");
-    const auto endless = opened(builder);
-    EXPECT_LT(endless->frameCount(), 1000);
-    EXPECT_FALSE(endless->readFrame(5).ok());
-    expectFrame(*endless, 4, run.fragments[4]);
-    builder.encapsulated(run.fragments, run.table).text(tags::NumberOfFrames, "IS", "1A");
-    EXPECT_EQ(opened(builder)->frameCount(), 5);
-    // A single picture with an entry for each of its fragments.
-    const Bytes stream = fakeJpeg(40, 1), rest(12, std::byte{9});
-    builder.encapsulated({stream, rest}, {0, 48}).remove(tags::NumberOfFrames);
-    EXPECT_EQ(opened(builder)->frameCount(), 1);
-    expectFrame(*opened(builder), 0, stream + rest);
-}
-
 TEST(EncapsulatedFrames, AreToldApartByTheirBeginningsOrElseDealtOutEvenly) {
     const Bytes a = fakeJpeg(100, 1), b = fakeJpeg(200, 2), c = fakeJpeg(60, 3);
     const Bytes part(40, std::byte{5}), other(40, std::byte{6});
     struct Row {
-        std::vector<Bytes> fragments;
+        const char* stated;
         int frames;
+        std::vector<Bytes> fragments;
         std::vector<std::pair<int, Bytes>> asked;
+        std::vector<std::uint32_t> table = {};
     };
-    const Row table[] = {
+    const Row rows[] = {
         // The first two begin streams, and only then is seen that not every fragment does.
-        {{a, b, part, c, part}, 3, {{0, a}, {2, c + part}, {1, b + part}}},
-        {{a, part, other, part}, 2, {{1, other + part}, {0, a + part}}},
+        {"3", 3, {a, b, part, c, part}, {{0, a}, {2, c + part}, {1, b + part}}},
+        {"2", 2, {a, part, other, part}, {{1, other + part}, {0, a + part}}},
         // Seen only while the second frame, which seemed to begin a stream, is being read.
-        {{a, part, c, other, part, other, part, part, other}, 3, {{1, other + part + other}}},
+        {"3", 3, {a, part, c, other, part, other, part, part, other}, {{1, other + part + other}}},
         // Streams without any known beginning: one fragment each.
-        {{part, other, part}, 3, {{1, other}}},
-        {{a, b}, 1, {{0, a}}},
-        {{part, other}, 1, {{0, part + other}}},
+        {"3", 3, {part, other, part}, {{1, other}}},
+        {"1", 1, {a, b}, {{0, a}}},
+        {"1", 1, {part, other}, {{0, part + other}}},
+        // As many as there is room for, as the table has entries; one with an entry for each fragment.
+        {"2000000000", 39, {a, b, c}, {{2, c}}},
+        {"1A", 3, {a, b, c}, {{2, c}}, {0, 108, 316}},
+        {"", 1, {a, part}, {{0, a + part}}, {0, 108}},
     };
-    for (const Row& row : table) {
-        const auto file = opened(jpegPicture(row.frames).encapsulated(row.fragments, {}));
+    for (const Row& row : rows) {
+        DicomBuilder builder = jpegPicture(1);
+        builder.encapsulated(row.fragments, row.table).text(tags::NumberOfFrames, "IS", row.stated);
+        const auto file = opened(builder);
+        EXPECT_EQ(file->frameCount(), row.frames);
         for (const auto& [frame, stream] : row.asked) expectFrame(*file, frame, stream);
+        EXPECT_FALSE(file->readFrame(row.frames).ok());
     }
 }
 
@@ -344,8 +338,7 @@ TEST(CodeStreams, AreKnownByTheirFirstBytes) {
     EXPECT_EQ(found(bytesOf({0xFF, 0x4F, 0xFF})), std::nullopt);
     EXPECT_EQ(found(bytesOf({0, 0, 0, 12, 'j', 'P', ' ', ' '})), Compression::Jpeg2000);
     const auto isRle = [&](int segments, int first, int second) {
-        const Bytes header = numberBytes(std::uint64_t(segments), 4) + numberBytes(std::uint64_t(first), 4);
-        return found(header + numberBytes(std::uint64_t(second), 4)) == Compression::Rle;
+        return found(bytesOf({segments, 0, 0, 0, first, 0, 0, 0, second, 0, 0, 0})) == Compression::Rle;
     };
     EXPECT_TRUE(isRle(1, 64, 0) && isRle(15, 64, 65) && isRle(2, 64, 65));
     EXPECT_FALSE(isRle(0, 64, 65) || isRle(16, 64, 65) || isRle(2, 64, 64) || isRle(1, 63, 0));
@@ -386,14 +379,23 @@ TEST(EncapsulatedFrames, AreUnderstoodInAnyWrapping) {
     EXPECT_EQ(opened(cut)->pictureError()->kind, DecodeError::Kind::CutOff);
 }
 
-TEST(EncapsulatedFrames, AreWholeWhenTheSyntaxOrElseTheHeaderVouchesForIt) {
-    for (const auto& [syntax, isLossless] : {std::pair("1.2.840.10008.1.2.4.90", true),
-                                             {"1.2.840.10008.1.2.4.203", false},
-                                             {"1.2.3.4 nobody knows", false}}) {
+TEST(EncapsulatedFrames, AreWhatSyntaxAndHeaderVouchFor) {
+    struct Row {
+        const char* syntax;
+        bool isLossless, isSlow;
+    };
+    for (const auto& [syntax, isLossless, isSlow] : {Row{"1.2.840.10008.1.2.4.90", true, true},
+                                                     {"1.2.840.10008.1.2.4.203", false, true},
+                                                     {jpegSyntax, false, false},
+                                                     {"1.2.3.4 nobody knows", false, false}}) {
         for (const auto& [loss, mayBeLossy] : {std::pair("", !isLossless), {"00", false}, {"01", true}}) {
-            DicomBuilder builder = jpegPicture(1).transferSyntax(syntax);
+            const int side = mayBeLossy ? 4000 : 64;
+            DicomBuilder builder = DicomBuilder::image(side, side).transferSyntax(syntax);
             builder.encapsulated({fakeJpeg(9, 9)}, {}).text(tags::LossyImageCompression, "CS", loss);
-            EXPECT_EQ(opened(builder)->pixelFormat().mayBeLossy, mayBeLossy) << syntax << loss;
+            const auto file = opened(builder);
+            EXPECT_EQ(file->pixelFormat().mayBeLossy, mayBeLossy) << syntax << loss;
+            EXPECT_EQ(file->isSlowToDecode(), isSlow) << syntax;
+            EXPECT_EQ(file->decodesOnAllProcessors(), isSlow && side == 4000) << syntax;
         }
     }
 }
@@ -432,19 +434,6 @@ TEST(EncapsulatedFrames, OfWhichEachEndsItsDecoderAreSoonGivenUp) {
     codecs::decodeInProcesses(nullptr);
 }
 
-TEST(EncapsulatedFrames, OfWaveletsAreSlowAndLargeOnesDecodedByAllProcessors) {
-    const std::string wavelet = "1.2.840.10008.1.2.4.90";
-    for (const auto& [syntax, side, isSlow, isLarge] :
-         {std::tuple(std::string(jpegSyntax), 4000, false, false),
-          {wavelet, 64, true, false},
-          {wavelet, 4000, true, true}}) {
-        const auto file =
-            opened(DicomBuilder::image(side, side).transferSyntax(syntax).encapsulated({fakeJpeg(9, 9)}, {}));
-        EXPECT_EQ(std::pair(file->isSlowToDecode(), file->decodesOnAllProcessors()),
-                  std::pair(isSlow, isLarge));
-    }
-}
-
 TEST(EncapsulatedFrames, CanBeReadFromSeveralThreads) {
     constexpr int many = 60, side = 8;
     for (const auto table : {OffsetTable::Empty, OffsetTable::Filled}) {
@@ -456,6 +445,93 @@ TEST(EncapsulatedFrames, CanBeReadFromSeveralThreads) {
                     EXPECT_TRUE(shows(*file, i % many, pixelsOfFrame(i % many, side * side))) << i % many;
             });
     }
+}
+
+TEST(DamagedFiles, OnScratchedDiscsAreNotTakenForCutOffOnes) {
+    for (const Bytes& bytes : {DicomBuilder::image(128, 128, 4).gradientPixels().build(),
+                               rleRun(128, 128, 4, OffsetTable::Filled).build(),
+                               rleRun(128, 128, 4, OffsetTable::Empty).build()}) {
+        for (const std::uint64_t readable : {0u, 200u, 500u, 12'000u, 20'000u}) {
+            const auto result = DicomFile::open(std::make_shared<CountingSource>(bytes, readable));
+            const auto frame = result ? result.value()->decode(1) : Result<Frame>(result.error());
+            ASSERT_FALSE(frame.ok()) << readable;
+            EXPECT_EQ(frame.error().kind, DecodeError::Kind::CannotRead) << readable;
+        }
+    }
+}
+
+TEST(DamagedFiles, ThatUnpackToMoreThanTheBoundAreRefused) {
+    DicomBuilder meta;
+    meta.form.syntax = deflatedUid;
+    const auto file = opened(meta.build() + wrappedDeflate(Bytes((128 << 20) + 1)));
+    EXPECT_EQ(file->pictureError().value().kind, DecodeError::Kind::TooLarge);
+    for (const std::size_t size : {1'000u, 3'000'000u}) {
+        const MemoryByteSource deflated(Bytes(3) + wrappedDeflate(Bytes(size)));
+        const auto whole = inflateFrom(deflated, 3, size);
+        EXPECT_TRUE(whole && whole.value() == Bytes(size));
+        EXPECT_EQ(inflateFrom(deflated, 3, size - 1).error().kind, DecodeError::Kind::TooLarge);
+    }
+}
+
+constexpr std::uint64_t slack = 4096, mostReads = 3;
+
+struct Layout {
+    std::optional<OffsetTable> table;  ///< none: native pixels
+    int side, frames;
+    std::size_t extraHeader = 0;   ///< bytes of private text
+    std::uint16_t group = 0x0009;  ///< where that stands: before the image's description or behind
+};
+
+void expectCheap(const Layout& layout) {
+    const auto& [table, side, frames, extra, group] = layout;
+    SCOPED_TRACE(std::to_string(side) + "x" + std::to_string(frames) + " " + std::to_string(extra));
+    DicomBuilder builder =
+        table ? rleRun(side, side, frames, *table) : DicomBuilder::image(side, side, frames);
+    if (!table) builder.gradientPixels();
+    if (extra > 0) builder.binary({group, 0x1001}, "UN", Bytes(extra));
+    const auto source = std::make_shared<CountingSource>(builder.build());
+    const auto pixelCount = static_cast<std::size_t>(side * side);
+    const std::uint64_t frameBytes = table ? 8 + rleFrame(Bytes(pixelCount)).size() : pixelCount;
+    const std::uint64_t entries = table == OffsetTable::Filled ? 4u * static_cast<unsigned>(frames) : 0;
+    const std::uint64_t passed = table == OffsetTable::Empty ? 8u * static_cast<unsigned>(frames - 1) : 0;
+
+    const auto file = DicomFile::open(source).value();
+    ASSERT_EQ(file->frameCount(), frames);
+    ASSERT_TRUE(file->decode(0).ok());
+    // Large private values are left in the file.
+    const std::uint64_t header =
+        file->header().find(tags::PixelData)->offset - (extra > 100'000 ? extra - 2 * slack : 0);
+    EXPECT_LE(source->bytes, header + (table ? 8 + entries : 0) + frameBytes + slack);
+    EXPECT_LE(source->reads, mostReads);
+    EXPECT_TRUE(source->wentForwardOnly);
+    source->forget();
+    for (int frame = 1; frame < frames; ++frame) ASSERT_TRUE(file->decode(frame).ok());
+    EXPECT_LE(source->reads, static_cast<std::uint64_t>(frames - 1));
+
+    const auto again = DicomFile::open(source).value();
+    source->forget();
+    ASSERT_TRUE(again->decode(frames - 1).ok());
+    EXPECT_LE(source->bytes, frameBytes + passed + slack);
+    EXPECT_TRUE(source->wentForwardOnly);
+}
+
+TEST(ReadingCost, OfAFrameIsWhatItTakesAndLittleElse) {
+    constexpr auto empty = OffsetTable::Empty, filled = OffsetTable::Filled;
+    for (const Layout& layout : {Layout{{}, 512, 5},
+                                 {{}, 16, 3},
+                                 {{}, 512, 5, 9000},
+                                 {{}, 64, 20, 9000, 0x0029},
+                                 {{}, 64, 2, 1 << 20},
+                                 {empty, 128, 40},
+                                 {filled, 128, 40},
+                                 {OffsetTable::Extended, 128, 40},
+                                 {empty, 128, 60, 6000},
+                                 {filled, 128, 60, 6000, 0x0029},
+                                 {filled, 32, 3000},
+                                 {empty, 32, 3000}})
+        expectCheap(layout);
+    // The end of the header may fall anywhere in the first blocks: no place may cost another read.
+    for (std::size_t extra = 3300; extra < 3800; extra += 2) expectCheap({empty, 64, 4, extra});
 }
 
 }  // namespace

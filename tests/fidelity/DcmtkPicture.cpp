@@ -16,16 +16,12 @@ unsigned long flagsFor(const HeaderReader& header) {
 /// DCMTK's rendering does not look into functional groups: what stands there for this frame is put where it
 /// looks.
 void liftFunctionalGroups(ReferenceFile& file, int frame, DcmDataset& native) {
-    const auto lift = [&](const DcmTagKey& macro, const DcmTagKey& tag) {
-        const std::string value = file.header().macro(macro, frame).text(tag);
-        if (!value.empty()) native.putAndInsertString(tag, value.c_str());
-    };
-    if (file.header().has(DCM_SharedFunctionalGroupsSequence)) {
-        for (const auto& tag : {DCM_WindowCenter, DCM_WindowWidth, DCM_VOILUTFunction})
-            lift(DCM_FrameVOILUTSequence, tag);
-        for (const auto& tag : {DCM_RescaleSlope, DCM_RescaleIntercept, DCM_RescaleType})
-            lift(DCM_PixelValueTransformationSequence, tag);
-    }
+    for (const auto& tag : {DCM_WindowCenter, DCM_WindowWidth, DCM_VOILUTFunction, DCM_RescaleSlope,
+                            DCM_RescaleIntercept, DCM_RescaleType})
+        for (const auto& macro : {DCM_FrameVOILUTSequence, DCM_PixelValueTransformationSequence}) {
+            const std::string value = file.header().macro(macro, frame).text(tag);
+            if (!value.empty()) native.putAndInsertString(tag, value.c_str());
+        }
 }
 
 void chooseWindow(DicomImage& image, ReferenceFile& file, const HeaderReader& header) {

@@ -1,4 +1,5 @@
 #include "control/frames/ImageLibrary.h"
+#include "fuzzing/Targets.h"
 #include "fuzzing/window/DiscVisit.h"
 #include "fuzzing/window/Sizes.h"
 #include "fuzzing/window/ViewVisit.h"
@@ -50,6 +51,8 @@ TEST_F(DamagedDiscs, LeaveTheWindowUsable) {
             seeds.push_back(std::move(content));
     const Mutation files(std::move(seeds));
     const Mutation catalogues({bytesOf("<d><p><t>A</t><s><t>B</t></s></p><p><t>C</t></p></d>")});
+    for (unsigned number = 0; number < 2000; ++number)
+        for (const auto run : {fuzzing::header, fuzzing::frames, fuzzing::presentation}) run(files(number));
     for (unsigned number = 0; number < 300; ++number) {
         shown(files(number));
         ASSERT_EQ(watch.fault(), std::nullopt) << number;
