@@ -1,4 +1,7 @@
 #include "dicom/codecs/FrameDecoder.h"
+#include "dicom/codecs/Jpeg2000Decoder.h"
+#include "dicom/codecs/Jpeg2000Header.h"
+#include "dicom/codecs/JpegBounds.h"
 #include "tests/codecs/Encoders.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +11,7 @@
 #include <map>
 #include <random>
 #include <sstream>
+#include <tuple>
 
 namespace cinedisc::test {
 namespace {
@@ -16,6 +20,13 @@ using dicom::Compression;
 using Kind = dicom::DecodeError::Kind;
 using Bytes = std::vector<std::uint8_t>;
 using enum dicom::DecodeError::Kind;
+
+/// A picture of a single grey.
+Raster blank(int rows, int columns, int components = 1) {
+    Raster picture{rows, columns, components, 8, {}};
+    picture.samples.assign(picture.size(), 128);
+    return picture;
+}
 
 struct Sample {
     std::string what;
@@ -36,10 +47,8 @@ const std::vector<Sample>& everyKind() {
                            0, 1, 'j', 'p', '2', 'c', 0,   0,   0,  0,  0,    1,  0, 0};
         rle[0] = 1, rle[4] = 64;
         rle.insert(rle.end(), {254, 7, 2, 1, 2, 3});
-        Raster empty = raster(64, 64, 1, 8, Texture::Flat);
-        for (auto& sample : empty.samples) sample = 128;
-        const Bytes blank = jpeg2000Encoded(empty, {.levels = 3, .precinct = 32});
-        box.insert(box.end(), blank.begin(), blank.end());
+        const Bytes empty = jpeg2000Encoded(blank(64, 64), {.levels = 3, .precinct = 32});
+        box.insert(box.end(), empty.begin(), empty.end());
         return std::vector<Sample>{
             {"RLE by hand", rle, greyFormat(2, 3, 8), Compression::Rle},
             {"blank in a box", box, greyFormat(64, 64, 8), wavelet},
@@ -54,7 +63,7 @@ const std::vector<Sample>& everyKind() {
             {"JPEG-LS colour", jpegLsEncoded(rgb, 2, LsInterleave::Line), formatRgb, ls},
             {"JPEG 2000", jpeg2000Encoded(grey12, {.tileSize = 32}), format12, wavelet},
             {"JPEG 2000 colour", jpeg2000Encoded(rgb, boxed), formatRgb, wavelet},
-            {"blank", blank, greyFormat(64, 64, 8), wavelet},
+            {"blank", empty, greyFormat(64, 64, 8), wavelet},
         };
     }();
     return all;
@@ -80,19 +89,15 @@ TEST(DamagedStreams, EveryCutAndOtherSizesAreErrors) {
     }
 }
 
-/// Whatever the bytes are, the outcome is a frame of the right size or an error.
-void expectSane(const Bytes& bytes, const dicom::PixelFormat& format, Compression compression) {
-    const auto frame = decoded(bytes, format, compression);
-    if (frame) {
-        EXPECT_EQ(samplesOf(frame).size(),
-                  static_cast<std::size_t>(format.rows * format.columns * format.samplesPerPixel));
-    }
-}
-
 TEST(DamagedStreams, DamagedBytesAndOtherHeadersNeverLeadAstray) {
     std::mt19937 engine(99);
     for (const Sample& sample : everyKind()) {
         SCOPED_TRACE(sample.what);
+        const auto expectSane = [&](const Bytes& bytes, const dicom::PixelFormat& format) {
+            const auto frame = decoded(bytes, format, sample.compression);
+            const int count = format.rows * format.columns * format.samplesPerPixel;
+            EXPECT_TRUE(!frame || std::ssize(samplesOf(frame)) == count);
+        };
         const std::size_t size = sample.bytes.size();
         for (int round = 0; round < 250; ++round) {
             Bytes bytes = sample.bytes;
@@ -104,7 +109,7 @@ TEST(DamagedStreams, DamagedBytesAndOtherHeadersNeverLeadAstray) {
                 bytes[at] = engine() % 3 ? static_cast<std::uint8_t>(engine()) : likely[engine() % 5];
             }
             if (round % 5 == 0) bytes.resize(engine() % size);
-            expectSane(bytes, sample.format, sample.compression);
+            expectSane(bytes, sample.format);
         }
         for (const int bits : {1, 8, 16, 32})
             for (const int samplesPerPixel : {1, 3}) {
@@ -112,7 +117,7 @@ TEST(DamagedStreams, DamagedBytesAndOtherHeadersNeverLeadAstray) {
                 other.bitsAllocated = other.bitsStored = bits;
                 other.highBit = bits - 1;
                 other.samplesPerPixel = samplesPerPixel;
-                expectSane(sample.bytes, other, sample.compression);
+                expectSane(sample.bytes, other);
             }
     }
 }
@@ -263,11 +268,109 @@ TEST(DamagedStreams, WhatCannotBeDecodedIsNamed) {
             ASSERT_FALSE(frame.ok()) << &c - cases;
             EXPECT_EQ(frame.error().kind, c.kind) << &c - cases << frame.error().detail;
         }
-    const Sample& extended = everyKind()[7];
-    Bytes stream = extended.bytes;
-    stream[placeOf(stream, 0xC1) + 4] = 9;
-    const auto frame = decoded(stream, extended.format, extended.compression);
-    EXPECT_EQ(frame.error().detail, "JPEG process 1, 9 bit");
+}
+
+/// That a stream is read with as many bytes as it must have for its packets or most of its code blocks, and
+/// with one less is not.
+void expectBound(const Raster& picture, const Jpeg2000Making& making, int blocks) {
+    Bytes stream = jpeg2000Encoded(picture, making);
+    int tiles = 0;
+    for (std::size_t i = 1; i < stream.size(); ++i) tiles += stream[i - 1] == 0xFF && stream[i] == 0x90;
+    // OpenJPEG writes a packet without content as one byte, and in a single grey none has content.
+    const int packets = static_cast<int>(stream.size() - placeOf(stream, 0x90)) - 14 * tiles - 2;
+    const int enough = std::max(packets, blocks - picture.rows * picture.columns / 256);
+    for (const int less : {0, 1}) {
+        stream.resize(static_cast<std::size_t>(enough - less));
+        EXPECT_EQ(dicom::codecs::readJpeg2000Header(stream, formatOf(picture)).ok(), less == 0)
+            << tiles << " tiles, " << enough << " bytes";
+    }
+}
+
+TEST(WorkBounds, AWaveletMustHaveAByteForEachPacketAndForMostCodeBlocks) {
+    std::mt19937 engine(21);
+    const auto random = [&](int from, int to) {
+        return from + static_cast<int>(engine() % static_cast<unsigned>(to - from + 1));
+    };
+    for (int round = 0; round < 40; ++round) {
+        const bool isColour = random(0, 1);
+        const Jpeg2000Making making{.tileSize = isColour ? 0 : random(0, 1) * random(120, 160),
+                                    .subsampled = isColour,
+                                    .levels = random(0, 4),
+                                    .layers = random(3, 5),
+                                    .precinct = 16,
+                                    .offset = random(0, 40)};
+        expectBound(blank(random(200, 300), random(200, 300), isColour ? 3 : 1), making, 0);
+    }
+    const std::pair<Jpeg2000Making, int> ofBlocks[] = {{{.levels = 0, .block = 4}, 3213},
+                                                       {{.levels = 3, .block = 8}, 856},
+                                                       {{.levels = 2, .precinct = 32, .block = 4}, 3328},
+                                                       {{.levels = 2, .precinct = 8, .block = 8}, 3176},
+                                                       {{.tileSize = 128, .levels = 1, .block = 8}, 832}};
+    for (const auto& [making, blocks] : ofBlocks) expectBound(blank(250, 203), making, blocks);
+    for (const auto& [side, tile] : {std::pair(3200, 16), {16000, 16000}}) {
+        Bytes stream = jpeg2000Encoded(blank(64, 64), {.levels = 5});
+        for (const auto& [at, number] : {std::pair(6, side), {10, side}, {22, tile}, {26, tile}})
+            for (int byte = 0; byte < 4; ++byte)
+                stream[placeOf(stream, 0x51) + std::size_t(at + byte)] =
+                    std::uint8_t(number >> (24 - 8 * byte));
+        stream.resize(14 * 200 * 200 * 8);
+        const auto frame = decoded(stream, greyFormat(side, side, 8), Compression::Jpeg2000);
+        EXPECT_EQ(frame ? Kind::NotDicom : frame.error().kind, Kind::TooLarge);
+    }
+}
+
+TEST(WorkBounds, PicturesDecodedInBandsAreTheSame) {
+    const std::pair<Raster, Jpeg2000Making> cases[] = {
+        {raster(600, 40, 1, 12), {.layers = 3}},
+        {raster(600, 40, 3, 8), {.reversible = false, .transformComponents = true}},
+        {raster(600, 40, 3, 8), {.transformComponents = true, .tileSize = 100, .precinct = 64}},
+        {raster(600, 40, 3, 8), {.subsampled = true, .block = 16}},
+    };
+    for (const auto& [picture, making] : cases) {
+        const auto stream = jpeg2000Encoded(picture, making);
+        const auto whole = dicom::codecs::decodeJpeg2000(stream, formatOf(picture));
+        const auto inBands = dicom::codecs::decodeJpeg2000(stream, formatOf(picture), 1000);
+        ASSERT_TRUE(whole.ok() && inBands.ok());
+        EXPECT_TRUE(whole.value().cells == inBands.value().cells);
+    }
+}
+
+/// A progressive stream of a single grey, of which the first scan comes so many times.
+Bytes progressive(int scans) {
+    const Bytes one = dcmtkLossy(blank(16, 16), LossyProcess::Progressive, 90);
+    const std::size_t from = placeOf(one, 0xDA), to = from + placeOf(std::span(one).subspan(from), 0xC4);
+    Bytes stream(&one[0], &one[from]);
+    for (; scans > 0; --scans) stream.insert(stream.end(), &one[from], &one[to]);
+    stream.insert(stream.end(), {0xFF, 0xD9});
+    return stream;
+}
+
+TEST(WorkBounds, MoreScansThanAPictureCanNeedAreNotDecoded) {
+    const auto format = greyFormat(16, 16, 8);
+    EXPECT_EQ(samplesOf(decoded(progressive(100), format, Compression::Jpeg)),
+              std::vector<std::int64_t>(256, 128));
+    EXPECT_EQ(decoded(progressive(101), format, Compression::Jpeg).error().kind, Kind::Broken);
+
+    using namespace dicom::codecs::marker;
+    const std::tuple<int, std::uint8_t, int, int, int, std::optional<Kind>> rows[] = {
+        {8, sof2, 1, 8192, 64, {}},  // 2 ^ 26 blocks
+        {8, sof2, 1, 8193, 64, Kind::Broken},
+        {8, sof2, 1, 11500, 2, {}},  // coefficients of 2 bytes each
+        {8, sof2, 1, 12000, 2, Kind::TooLarge},
+        {12, sof2, 1, 10000, 2, {}},
+        {12, sof2, 1, 10500, 2, Kind::TooLarge},
+        {8, sof0, 1, 16000, 2, {}},  // the first scan holds all
+        {8, sof0, 3, 7000, 2, Kind::TooLarge},
+        {12, sof1, 1, 16000, 1, Kind::TooLarge}};
+    for (const auto& [precision, process, components, side, scans, error] : rows) {
+        const Bytes stream = progressive(scans);
+        dicom::codecs::JpegHeader header = dicom::codecs::readJpegHeader(stream).value();
+        header.precision = precision;
+        header.startOfFrame = process;
+        header.componentCount = components;
+        const auto found = dicom::codecs::jpegWorkError(stream, header, greyFormat(side, side, 8));
+        EXPECT_EQ(found ? std::optional(found->kind) : std::nullopt, error) << side;
+    }
 }
 
 }  // namespace

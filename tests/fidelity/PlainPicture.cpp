@@ -95,7 +95,8 @@ class PlainGrey {
         voiTable_ = tableOf(header, DCM_VOILUTSequence, samples.isSigned);
 
         const HeaderReader voi = header.macro(DCM_FrameVOILUTSequence, frame);
-        const auto centers = voi.numbers(DCM_WindowCenter), widths = voi.numbers(DCM_WindowWidth);
+        center_ = voi.number(DCM_WindowCenter, 0);
+        width_ = voi.number(DCM_WindowWidth, 0);
         function_ = voi.text(DCM_VOILUTFunction);
         const std::string photometric = header.text(DCM_PhotometricInterpretation);
         inverse_ = photometric == "MONOCHROME1" || header.text(DCM_PresentationLUTShape) == "INVERSE";
@@ -104,12 +105,7 @@ class PlainGrey {
             const double limit = header.number(DCM_PixelPaddingRangeLimit, value);
             padding_ = {std::min(value, limit), std::max(value, limit)};
         }
-        if (!centers.empty() && !widths.empty()) {
-            center_ = centers.front();
-            width_ = widths.front();
-        } else {
-            windowWithoutHeader(file, samples);
-        }
+        if (width_ == 0) windowWithoutHeader(file, samples);
     }
 
     double operator()(double stored) const {
