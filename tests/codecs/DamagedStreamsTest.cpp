@@ -228,7 +228,7 @@ TEST(DamagedStreams, HeadersThatMakeNoSenseAreErrors) {
         }
 }
 
-TEST(DamagedStreams, WhatCannotBeDecodedIsNamed) {
+TEST(DamagedStreams, ImpossibleFormatsAreErrors) {
     auto cells12 = greyFormat(4, 4, 12), cells64 = cells12, four = colourFormat(4, 4);
     cells12.bitsAllocated = 12;
     cells64.bitsAllocated = 64;

@@ -22,26 +22,25 @@ std::shared_ptr<const DicomFile> opened(const Bytes& bytes) {
 std::shared_ptr<const DicomFile> opened(const DicomBuilder& builder) { return opened(builder.build()); }
 
 void put(DicomItem& into, const std::string& elements) {
-    static const std::regex form(R"((?:(\w\w):)?(\w+)(?:\[(\d)\])?(\..*)?)");
-    for (std::size_t from = 0, to = 0; from < elements.size(); from = to + 2) {
-        to = std::min(elements.find(", ", from), elements.size());
-        const std::size_t equals = elements.find('=', from);
-        const std::string name = elements.substr(from, equals - from);
-        const std::string value = elements.substr(equals + 1, to - equals - 1);
+    static const std::regex comma(", "), form(R"((?:(\w\w):)?(\w+)(?:\[(\d)\])?(?:\.([^=]*))?=([\s\S]*))");
+    using Parts = std::sregex_token_iterator;
+    for (Parts at(elements.begin(), elements.end(), comma, -1), end; at != end; ++at) {
+        const std::string element = *at;
         std::smatch parts;
         DcmTag known;
-        if (!std::regex_match(name, parts, form) ||
+        if (!std::regex_match(element, parts, form) ||
             DcmTag::findTagFromName(parts.str(2).c_str(), known).bad())
-            throw std::logic_error(name);
+            throw std::logic_error(element);
         const Tag tag{known.getGroup(), known.getElement()};
         const std::string kind = parts[1].matched ? parts.str(1) : known.getVR().getValidVRName();
+        const std::string value = parts.str(5);
         if (parts[4].matched) {
             const std::size_t index = parts[3].matched ? std::size_t(parts.str(3)[0] - '0') : 0;
             std::vector<DicomItem> items;
             for (const auto& each : into.elements)
                 if (each.tag == tag) items = each.items;
             items.resize(std::max(items.size(), index + 1));
-            put(items[index], parts.str(4).substr(1) + "=" + value);
+            put(items[index], parts.str(4) + "=" + value);
             into.sequence(tag, items);
         } else if (std::string_view("US SS UL OB OW").find(kind) != std::string_view::npos) {
             std::vector<std::int64_t> numbers;

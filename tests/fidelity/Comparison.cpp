@@ -42,7 +42,7 @@ Comparison compare(const QString& path) {
     Comparison result;
     const auto* syntax = dicom::findTransferSyntax(file.syntaxUid());
     result.syntax = syntax ? QString::fromStdString(std::string(syntax->name)) : "unknown";
-    result.decoder = QString::fromStdString(file.decoderName());
+    result.decoder = result.syntax.contains("JPEG 2000") ? "OpenJPEG" : "DCMTK";
     result.frames = view.picture.frameCount();
     result.expectedFrames = file.frames();
     if (const auto notice = noticeFor(view.picture)) result.notice = notice->reason;

@@ -63,12 +63,14 @@ struct StoredSamples {
 
 /// A look-up table, whose descriptor says how many entries, what the first one stands for and their bits.
 struct Table {
-    static std::optional<Table> of(const HeaderReader& header, const DcmTagKey& descriptor,
-                                   const DcmTagKey& data, bool isSigned) {
-        const auto words = header.words(descriptor), entries = header.words(data);
-        if (words.size() < 3 || entries.empty()) return std::nullopt;
+    static std::optional<Table> of(const std::optional<HeaderReader>& header, bool isSigned,
+                                   const DcmTagKey& descriptor = DCM_LUTDescriptor,
+                                   const DcmTagKey& data = DCM_LUTData) {
+        if (!header || header->words(descriptor).size() < 3 || header->words(data).empty())
+            return std::nullopt;
+        const auto words = header->words(descriptor);
         return Table{isSigned ? static_cast<Sint16>(words[1]) : static_cast<double>(words[1]), words[2],
-                     entries};
+                     header->words(data)};
     }
     unsigned at(double value) const {
         const double last = static_cast<double>(entries.size()) - 1;
@@ -90,9 +92,9 @@ class PlainGrey {
             const HeaderReader step = header.macro(DCM_PixelValueTransformationSequence, frame);
             slope_ = step.number(DCM_RescaleSlope, 1);
             intercept_ = step.number(DCM_RescaleIntercept, 0);
-            modalityTable_ = tableOf(header, DCM_ModalityLUTSequence, samples.isSigned);
+            modalityTable_ = Table::of(header.item(DCM_ModalityLUTSequence), samples.isSigned);
         }
-        voiTable_ = tableOf(header, DCM_VOILUTSequence, samples.isSigned);
+        voiTable_ = Table::of(header.item(DCM_VOILUTSequence), samples.isSigned);
 
         const HeaderReader voi = header.macro(DCM_FrameVOILUTSequence, frame);
         center_ = voi.number(DCM_WindowCenter, 0);
@@ -115,11 +117,6 @@ class PlainGrey {
     }
 
   private:
-    static std::optional<Table> tableOf(const HeaderReader& header, const DcmTagKey& sequence,
-                                        bool isSigned) {
-        const auto item = header.item(sequence);
-        return item ? Table::of(*item, DCM_LUTDescriptor, DCM_LUTData, isSigned) : std::nullopt;
-    }
     bool isPadding(double stored) const {
         return padding_ && stored >= padding_->first && stored <= padding_->second;
     }
@@ -189,8 +186,8 @@ ColourOf colours(const StoredSamples& samples) {
 /// PS3.3 C.7.6.3.1.5 and C.7.6.3.1.6.
 ColourOf paletteColours(const StoredSamples& samples) {
     const auto table = [&](Uint16 c) {
-        return Table::of(samples.header, {0x0028, static_cast<Uint16>(0x1101 + c)},
-                         {0x0028, static_cast<Uint16>(0x1201 + c)}, false)
+        return Table::of(samples.header, false, {0x0028, static_cast<Uint16>(0x1101 + c)},
+                         {0x0028, static_cast<Uint16>(0x1201 + c)})
             .value();
     };
     return [&samples, red = table(0), green = table(1), blue = table(2)](std::size_t pixel) {

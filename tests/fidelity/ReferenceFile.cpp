@@ -150,8 +150,6 @@ int ReferenceFile::frames() {
     return isDecoded_ ? std::max(1, static_cast<int>(pixels->getLength() * 8.0 / frameBits)) : 1;
 }
 
-std::string ReferenceFile::decoderName() const { return isJpeg2000(syntaxUid_) ? "OpenJPEG" : "DCMTK"; }
-
 std::unique_ptr<DcmDataset> ReferenceFile::nativeFrame(int frame) {
     DcmElement* pixels = nullptr;
     auto native = std::make_unique<DcmDataset>(*file_.getDataset());

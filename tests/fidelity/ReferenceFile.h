@@ -47,8 +47,6 @@ class ReferenceFile {
     std::string syntaxUid() const { return syntaxUid_; }
     /// As many as the pixels suffice for; 0 without any.
     int frames();
-    /// What decodes the pixels here.
-    std::string decoderName() const;
 
     /// One frame, counted from 0, as a data set of its own with native pixels; null when it cannot be
     /// decoded.
