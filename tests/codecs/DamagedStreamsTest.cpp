@@ -131,14 +131,14 @@ struct Change {
     const char* changes;
 };
 
-const char *const whole = "lossless|baseline|extended|JPEG-LS", *const more = "progressive|lossless colour";
+const char *const sequential = "lossless|baseline|extended|JPEG-LS",
+                  *const any = "lossless|baseline|extended|JPEG-LS|progressive|lossless colour";
 
 const Change changes[] = {
-    // Zeros that fill the data up, ones before a marker, what stands behind the end, no end, a comment.
-    {whole, 0xD9, "+0000000000000000000000000000= +FFFFFFFFFF= 2:00FFD807FF= 0:0000="},
-    {more, 0xD9, "+0000000000000000000000000000= +FFFFFFFFFF= 2:00FFD807FF="},
-    {whole, 0xDA, "+FFFE0005FFD907FFEA0002="},
-    {more, 0xDA, "+FFFE0005FFD907FFEA0002="},
+    // Zeros that fill the data up, ones before a marker, what stands behind the end, a comment, no end.
+    {any, 0xD9, "+0000000000000000000000000000= +FFFFFFFFFF= 2:00FFD807FF="},
+    {any, 0xDA, "+FFFE0005FFD907FFEA0002="},
+    {sequential, 0xD9, "0:0000="},
     // Coefficients 0 to 0, which mean something in progressive streams only.
     {"baseline|extended", 0xDA, "8:00="},
     // Process, length, precision, size, components and their sampling.

@@ -10,11 +10,9 @@ namespace cinedisc::test {
 namespace {
 
 opj_image_t* imageOf(const Raster& raster, const Jpeg2000Making& making) {
-    const auto count = static_cast<OPJ_UINT32>(raster.components),
-               bits = static_cast<OPJ_UINT32>(raster.bits);
-    const auto start = static_cast<OPJ_UINT32>(making.offset);
-    const OPJ_UINT32 right = start + static_cast<OPJ_UINT32>(raster.columns),
-                     bottom = start + static_cast<OPJ_UINT32>(raster.rows);
+    const auto count = OPJ_UINT32(raster.components), bits = OPJ_UINT32(raster.bits),
+               start = OPJ_UINT32(making.offset), right = start + OPJ_UINT32(raster.columns),
+               bottom = start + OPJ_UINT32(raster.rows);
     opj_image_cmptparm_t parts[3]{};
     for (OPJ_UINT32 c = 0; c < count; ++c) {
         const OPJ_UINT32 step = making.subsampled && c > 0 ? 2 : 1, first = (start + step - 1) / step;

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstdlib>
 #include <functional>
 #include <random>
 
@@ -284,27 +283,25 @@ TEST(Values, NativeColourBecomesEightBitTriples) {
         Photometric photometric;
         Bytes bytes;
         Values expected;
+        int rows = 1;
         bool planar = false;
-        int allocated = 8, stored = 8, rows = 1;
+        int allocated = 8, stored = 8;
     };
     // Triples and planes, of more bits and fewer; pairs, in an odd row, expanded already; a name of a
     // transform.
     const Case cases[] = {
         {rgb, {1, 2, 3, 4, 5, 6}, {1, 2, 3, 4, 5, 6}},
-        {rgb, {1, 4, 2, 5, 3, 6}, {1, 2, 3, 4, 5, 6}, true},
-        {rgb, {0xFF, 0x12, 0, 0x34, 0xFF, 0xFF}, {0x12, 0x34, 0xFF}, false, 16, 16},
-        {rgb, {0xF0, 0x0F, 0x80, 0, 0x1F, 0}, {255, 8, 1}, false, 16, 12},
-        {rgb, {31, 0, 16}, {255, 0, 131}, false, 8, 5},
+        {rgb, {1, 4, 2, 5, 3, 6}, {1, 2, 3, 4, 5, 6}, 1, true},
+        {rgb, {0xFF, 0x12, 0, 0x34, 0xFF, 0xFF}, {0x12, 0x34, 0xFF}, 1, false, 16, 16},
+        {rgb, {0xF0, 0x0F, 0x80, 0, 0x1F, 0}, {255, 8, 1}, 1, false, 16, 12},
+        {rgb, {31, 0, 16}, {255, 0, 131}, 1, false, 8, 5},
         {ybr, {76, 85, 255, 255, 255, 255}, {254, 0, 0, 255, 121, 255}},
-        {ybr, {76, 255, 85, 128, 255, 128}, {254, 0, 0, 255, 255, 255}, true},
+        {ybr, {76, 255, 85, 128, 255, 128}, {254, 0, 0, 255, 255, 255}, 1, true},
         {pairs, {76, 255, 128, 128}, {76, 76, 76, 255, 255, 255}},
         {pairs, {1, 2, 128, 128, 3, 0, 128, 128}, {1, 1, 1, 2, 2, 2, 3, 3, 3}},
         {pairs,
          {1, 2, 128, 128, 3, 0, 128, 128, 4, 5, 128, 128, 6, 0, 128, 128},
          {1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5, 5, 5, 6, 6, 6},
-         false,
-         8,
-         8,
          2},
         {pairs, {9, 128, 128, 7, 128, 128}, {9, 9, 9, 7, 7, 7}},
         {partial, {16, 235, 128, 128}, {0, 0, 0, 255, 255, 255}},

@@ -4,7 +4,6 @@
 
 #include <dcmtk/config/osconfig.h>
 #include <dcmtk/dcmdata/dctag.h>
-#include <gtest/gtest.h>
 
 #include <regex>
 #include <stdexcept>

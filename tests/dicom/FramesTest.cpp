@@ -242,8 +242,6 @@ TEST(EncapsulatedFrames, AreFoundInAnyOrderWhateverTellsThem) {
             if (asked == frames - 1 && fragments.back().empty()) stream.push_back(std::byte{1});
             expectFrame(*file, asked, stream);
         }
-        EXPECT_FALSE(file->readFrame(frames).ok());
-        EXPECT_FALSE(file->readFrame(-1).ok());
     }
 }
 

