@@ -422,7 +422,9 @@ TEST(EncapsulatedFrames, OfWhichEachEndsItsDecoderAreSoonGivenUp) {
     const auto file = opened(builder);
     for (int frame = 0; frame < 20; ++frame) {
         const auto decoded = file->decode(frame);
-        EXPECT_TRUE(!decoded && decoded.error().reason == DecodeError::Reason::Decoder) << frame;
+        ASSERT_FALSE(decoded.ok());
+        EXPECT_EQ(decoded.error().reason, DecodeError::Reason::Decoder);
+        EXPECT_EQ(decoded.error().frame, frame);
     }
     EXPECT_EQ(started, 6);  // the very first was there before a frame was
     codecs::decodeInProcesses(nullptr);

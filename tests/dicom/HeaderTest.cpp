@@ -420,7 +420,7 @@ TEST(Utf8, IsWhatAnotherDecoderTakesForIt) {
         (void)QString(decoder(QByteArrayView(text)));
         EXPECT_EQ(isValidUtf8(text), !decoder.hasError()) << testing::PrintToString(text);
     }
-    for (const char32_t letter : {U'\x7F', U'\x80', U'\x7FF', U'\x800', U'\xFFFF', U'\x10000', U'\x10FFFF'}) {
+    for (const char32_t letter : {0x7F, 0x80, 0x7FF, 0x800, 0xABCD, 0xFFFF, 0x10000, 0x12345, 0x10FFFF}) {
         std::string text;
         appendUtf8(text, letter);
         EXPECT_EQ(text, QString::fromUcs4(&letter, 1).toStdString());
