@@ -2,11 +2,10 @@
 #include "control/HeaderPage.h"
 #include "platform/RunTimeError.h"
 #include "tests/control/ViewFixture.h"
+#include "tests/support/DiscBuilder.h"
 
 #include <QAction>
-#include <QClipboard>
 #include <QDir>
-#include <QGuiApplication>
 #include <QImageReader>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -17,12 +16,10 @@
 #include <sys/resource.h>
 #endif
 
-namespace cinedisc {
+namespace cinedisc::test {
 namespace {
 
-using test::greyRun;
-
-class Export : public test::ViewFixture {
+class Export : public ViewFixture {
   protected:
     QString file(const QString& name) { return folder.filePath(name); }
     QStringList entries() { return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name); }
@@ -87,7 +84,7 @@ TEST_F(Export, WritesAndCopiesPixelForPixelWhateverTheViewShows) {
 
 TEST_F(Export, PicksTheEncodingByTheExtensionThenByTheFormatAndKeepsColour) {
     const auto colour = [](int x, int y) { return (x + y) % 2 ? qRgb(220, 30, 40) : qRgb(40, 60, 210); };
-    load(test::colourRun(64, 64, colour));
+    load(colourRun(64, 64, colour));
     run("WindowCenter 5; WindowWidth 5; WindowCenter is 127.5; WindowWidth is 255");
     const QString cases[] = {"a.bmp JPEG bmp",  "b.BmP  bmp",      "c.jpg BMP jpeg",
                              "d.JPEG BMP jpeg", "e BMP bmp",       "f JPEG jpeg",
@@ -117,10 +114,7 @@ TEST_F(Export, RaisesAnErrorAndLeavesWhatWasThere) {
     EXPECT_EQ(error(file("b.bmp")), 75) << "a folder";
     EXPECT_EQ(view.ExportFile(), file("b.bmp"));
 
-    QFile old(file("old.jpg"));
-    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-    old.write("what was there");
-    old.close();
+    DiscBuilder::write(file("old.jpg"), "what was there");
     load(greyRun(65535, 1, 1), "/wide");  // more than a JPEG can hold
     EXPECT_EQ(error(file("old.jpg")), 75);
     load(greyRun(300, 300, 1), "/large");
@@ -147,7 +141,7 @@ TEST_F(Export, CopiesNothingWhenThereIsNoPicture) {
 
 TEST_F(Export, CopiesTheHeaderFromItsPageAndWhole) {
     const auto file = greyRun(8, 8, 1);
-    test::put(*file, {0x0010, 0x4000}, "<i>DOE</i>" + std::string(9000, 'x'));
+    put(*file, {0x0010, 0x4000}, "<i>DOE</i>" + std::string(9000, 'x'));
     load(file);
     QAction copiesPicture;
     copiesPicture.setShortcut(QKeySequence::Copy);
@@ -240,4 +234,4 @@ TEST_F(Export, FilmThatIsNotWholeLeavesNothingBehind) {
 }
 
 }  // namespace
-}  // namespace cinedisc
+}  // namespace cinedisc::test

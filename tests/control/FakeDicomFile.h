@@ -65,13 +65,7 @@ class FakeDicomFile : public dicom::DicomFile {
         return bitsOf ? bitsOf(overlay, frame) : overlay.bits;
     }
     dicom::PixelAspect pixelAspect() const override { return aspect; }
-    std::string text(dicom::Tag tag) const override {
-        const auto* element = headerData.find(tag);
-        std::string value;
-        for (const std::byte letter : element ? element->value : std::vector<std::byte>())
-            value.push_back(static_cast<char>(letter));
-        return value;
-    }
+    std::string text(dicom::Tag tag) const override { return headerData.string(tag); }
 
   private:
     std::string syntax_ = "1.2.840.10008.1.2.1";
@@ -131,11 +125,9 @@ inline std::shared_ptr<FakeDicomFile> colourRun(int columns, int rows, std::func
 /// Puts what is read as text and what is read as a number.
 inline void put(FakeDicomFile& file, dicom::Tag tag, const std::string& value) {
     std::erase_if(file.headerData.elements, [&](const auto& element) { return element.tag == tag; });
-    auto& added = file.headerData.elements.emplace_back();
-    added.tag = tag;
-    added.valueRepresentation = dicom::vr("DS");
-    for (const char c : value) added.value.push_back(static_cast<std::byte>(c));
-    added.length = added.value.size();
+    const auto* const bytes = reinterpret_cast<const std::byte*>(value.data());
+    file.headerData.elements.push_back(
+        {tag, dicom::vr("DS"), 0, value.size(), true, {bytes, bytes + value.size()}, {}});
 }
 
 /// A library that opens what a test put under a path; any other path is a file that cannot be read.

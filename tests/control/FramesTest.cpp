@@ -1,7 +1,7 @@
 #include "control/frames/ReadingPlan.h"
 #include "tests/control/FakeDicomFile.h"
+#include "tests/support/DiscBuilder.h"
 
-#include <QFile>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -10,7 +10,6 @@
 namespace cinedisc {
 namespace {
 
-enum class Fault { None, Unreadable, ThrowsReading, Broken, ThrowsDecoding };
 constexpr std::size_t announcedBytes = 256;  // of a frame
 
 /// A file whose frames are made on the spot.
@@ -20,15 +19,12 @@ struct StoredRun : ImageFile {
 
     const int frames;
     std::size_t bytes = announcedBytes, readBytes = 10, room = 0;
-    Fault fault = Fault::None;
+    bool failsReading = false, failsDecoding = false;
     DecodingWork work = DecodingWork::Little;
     std::function<void()> whileDecoding;
 
-    bool failsReading() const { return fault == Fault::Unreadable || fault == Fault::ThrowsReading; }
-    bool failsDecoding() const { return fault == Fault::Broken || fault == Fault::ThrowsDecoding; }
     dicom::Result<dicom::FrameBytes> readFrame(int) const override {
-        if (fault == Fault::ThrowsReading) throw std::runtime_error("the disc has gone");
-        if (fault == Fault::Unreadable) return dicom::DecodeError();
+        if (failsReading) throw std::runtime_error("the disc has gone");
         dicom::FrameBytes read;
         read.storage.resize(readBytes);
         read.length = readBytes;
@@ -37,9 +33,8 @@ struct StoredRun : ImageFile {
     DecodedFrame decodeRead(int index, const dicom::FrameBytes& from) const override {
         EXPECT_EQ(from.length, readBytes);
         if (whileDecoding) whileDecoding();
-        if (fault == Fault::ThrowsDecoding && index % 2) throw std::bad_alloc();
-        if (fault == Fault::ThrowsDecoding) throw std::length_error("too long");
-        if (fault == Fault::Broken) return dicom::DecodeError();
+        if (failsDecoding && index % 2) throw std::bad_alloc();
+        if (failsDecoding) throw std::length_error("too long");
         return dicom::Frame{1, index, 1, std::vector<std::uint8_t>(bytes)};
     }
     std::size_t decodingRoom() const override { return room; }
@@ -60,7 +55,6 @@ struct Obvious {
     const std::size_t ceiling;
     std::map<FrameKey, Held> held = {};
     std::vector<Wish> wishes = {};
-    PlayOrder order = {};  ///< as the store was told
     FrameKey atWork = {};
     std::size_t played = 0;
     int clock = 0, arrivals = 0;
@@ -78,16 +72,13 @@ struct Obvious {
     }
     /// A rank in which what is due last is highest; 1000 for what nobody plays.
     int due(const FrameKey& key) const {
-        if (key.run == order.next) return order.window * 2 + 1;
-        if (key.run != order.run) return 1000;
+        if (run && isNextOpen && key.run == next) return window() * 2 + 1;
         int steps = 0;
-        for (int at = order.frame; at != key.index; ++steps)
-            at = (at + (order.direction == PlayDirection::Forward ? 1 : order.frames - 1)) % order.frames;
-        return steps * 2;
+        while (key.run == run && ahead(steps) != key.index) ++steps;
+        return key.run == run ? steps * 2 : 1000;
     }
     bool hasRoom() const {
-        const auto ahead = 2 * static_cast<std::size_t>(order.window + 1) * played;
-        return sum(&Held::read) + ahead <= ceiling;
+        return sum(&Held::read) + 2 * static_cast<std::size_t>(window() + 1) * played <= ceiling;
     }
     bool isRead(const FrameKey& key) const { return held.contains(key) && !held.at(key).decoded; }
     bool isWished(const FrameKey& key) const {
@@ -100,7 +91,7 @@ struct Obvious {
         for (Wish& wish : wishes) wish.come |= wish.wish.key() == key;
     }
     void read(const FrameKey& key) {
-        if (runOf(key).failsReading()) return come(key, {0, sizeof(DecodedFrame), true, 0});
+        if (runOf(key).failsReading) return come(key, {0, sizeof(DecodedFrame), true, 0});
         held[key].read = runOf(key).readBytes;
         arrivals += runOf(key).work != DecodingWork::Little && isWished(key);
     }
@@ -109,9 +100,9 @@ struct Obvious {
         if (runOf(key).room > 0) makeRoom(runOf(key).room);
         atWork = {};
         Held entry = held[key];
-        const bool isPlayed = key.run == order.run;
-        if (!isPlayed || order.fits || entry.read * 4 >= played * 3 || !hasRoom()) entry.read = 0;
-        entry.isFault = runOf(key).failsDecoding();
+        const bool isPlayed = key.run == run;
+        if (!isPlayed || fits() || entry.read * 4 >= played * 3 || !hasRoom()) entry.read = 0;
+        entry.isFault = runOf(key).failsDecoding;
         entry.decoded = sizeof(DecodedFrame) + (entry.isFault ? 0 : runOf(key).bytes);
         if (isPlayed && !entry.isFault) played = entry.decoded;
         come(key, entry);
@@ -140,8 +131,8 @@ struct Obvious {
         std::optional<FrameKey> soonest;
         for (const auto& [key, entry] : held) {
             const bool isCandidate = isRead(key) && (key.run == one || key.run == other);
-            const bool isInWindow = due(key) <= 2 * order.window + 1;
-            if (isCandidate && isInWindow && (!soonest || due(key) < due(*soonest))) soonest = key;
+            const int latest = soonest ? due(*soonest) - 1 : 2 * window() + 1;
+            if (isCandidate && due(key) <= latest) soonest = key;
         }
         return soonest;
     }
@@ -151,25 +142,26 @@ struct Obvious {
         return (frame + (forward ? steps : run->frames - steps)) % run->frames;
     }
     bool isMissing(const StoredRun* of, int f) const { return !held.contains({of, f}); }
-    bool fits() const { return announcedBytes * static_cast<std::size_t>(run->frames) <= ceiling / 4 * 3; }
+    bool fits() const {
+        return !run || announcedBytes * static_cast<std::size_t>(run->frames) <= ceiling / 4 * 3;
+    }
     int window() const {
         const auto room = static_cast<int>(std::min<std::size_t>(ceiling / 4 / announcedBytes, 64));
-        return fits() ? run->frames - 1 : std::min(run->frames - 1, room);
+        return !run ? 0 : fits() ? run->frames - 1 : std::min(run->frames - 1, room);
     }
-    void tellStore() {
-        const auto* const before = std::exchange(order, {}).run;
-        if (run) order = {run, isNextOpen ? next : nullptr, frame, run->frames, direction, window(), fits()};
-        if (before != order.run) played = 0;
+    void leave() {
+        run = next = nullptr;
+        isNextOpen = false;
+        played = 0;
     }
     bool follow(const StoredRun* newRun, int newFrame, PlayDirection newDirection, const StoredRun* newNext) {
         const bool isSame = run == newRun && direction == newDirection;
         if (isSame && frame == newFrame && next == newNext) return false;
         const bool isStep = isSame && newFrame == ahead(1);
         if (!isStep) burstEnd = -1;
-        if (run != newRun) lastRead = -1;
+        if (run != newRun) lastRead = -1, played = 0;
         if (run != newRun || next != newNext) isNextTried = isNextOpen = false;
         run = newRun, frame = newFrame, direction = newDirection, next = newNext;
-        tellStore();
         return !isStep || (!fits() && isRead({run, ahead(window())}));
     }
     /// StoredRun and frame; frame -1: the next file is to be opened.
@@ -230,9 +222,6 @@ TEST(Frames, AreReadDecodedAndKeptAsByAnObviousVersion) {
             auto* run = runs[static_cast<std::size_t>(any(4))].get();
             const auto* const other = runs[static_cast<std::size_t>(any(4))].get();
             if (any(2) && model.run) run = const_cast<StoredRun*>(model.run);
-            const auto shared = [&](const StoredRun* of) {
-                return *std::ranges::find_if(runs, [&](const auto& each) { return each.get() == of; });
-            };
             const FrameKey key{run, any(run->frames)};
             const bool isHeld = !model.isMissing(run, key.index), isThere = isHeld && !model.isRead(key);
             const int number = any(4);
@@ -240,7 +229,8 @@ TEST(Frames, AreReadDecodedAndKeptAsByAnObviousVersion) {
             const auto wished =
                 std::ranges::find_if(model.wishes, [&](const auto& w) { return w.wish.view == view; });
             const bool hasWish = wished != model.wishes.end(), hasCome = hasWish && wished->come;
-            run->fault = any(3) ? Fault::None : static_cast<Fault>(any(5));
+            run->failsReading = any(8) == 0;
+            run->failsDecoding = any(8) == 0;
             const int what = any(100);
             if (what < 45) {
                 ASSERT_EQ(plan.hasStep(), Obvious(model).step().has_value());
@@ -259,13 +249,11 @@ TEST(Frames, AreReadDecodedAndKeptAsByAnObviousVersion) {
                 ASSERT_EQ(read->file, nullptr);
                 const QString path = plan.beginOpeningNext();
                 ASSERT_EQ(path, QString::number(model.next->frames));
-                const auto* const opened = std::array{model.next, model.next, model.run,
-                                                      static_cast<const StoredRun*>(nullptr)}[number];
+                const auto* const opened = number == 0 ? model.run : number == 1 ? nullptr : model.next;
                 const bool isLate = any(4) == 0;
-                plan.openedNext(isLate ? "elsewhere" : path, opened ? shared(opened) : nullptr);
+                plan.openedNext(isLate ? "elsewhere" : path, opened ? opened->shared_from_this() : nullptr);
                 model.isNextTried = true;
                 model.isNextOpen = opened == model.next && !isLate;
-                if (model.isNextOpen) model.tellStore();
             } else if (what < 60) {
                 const auto* const newRun = model.run && any(6) ? model.run : run;
                 auto direction = model.direction;
@@ -274,32 +262,27 @@ TEST(Frames, AreReadDecodedAndKeptAsByAnObviousVersion) {
                 if (next == newRun) next = nullptr;
                 const bool goesOn = newRun == model.run && any(5);
                 const int frame = goesOn ? model.ahead(1) : any(newRun->frames);
-                ASSERT_EQ(plan.follow(shared(newRun), frame, direction,
+                ASSERT_EQ(plan.follow(newRun->shared_from_this(), frame, direction,
                                       next ? QString::number(next->frames) : QString()),
                           model.follow(newRun, frame, direction, next));
             } else if (what < 61) {
                 plan.leave(run);
-                if (std::exchange(model.run, model.run == run ? nullptr : model.run) == run)
-                    model.isNextOpen = false, model.next = nullptr, model.tellStore();
+                if (model.run == run) model.leave();
             } else if (what < 64) {
                 const FrameKey onTheWay{run, model.onTheWayTo(run, key.index)};
                 ASSERT_EQ(plan.onTheWayTo(key), onTheWay.index);
                 ASSERT_EQ(store->read(onTheWay), model.isMissing(run, onTheWay.index));
                 if (model.isMissing(run, onTheWay.index)) model.read(onTheWay);
             } else if (what < 68) {
-                const bool failsNow = run->failsDecoding() || (!isHeld && run->failsReading());
+                const bool failsNow = run->failsDecoding || (!isHeld && run->failsReading);
                 const bool isFault = isThere ? model.held[key].isFault : failsNow;
                 const auto got = store->frame(key);
                 if (!isHeld) model.read(key);
                 if (isThere) model.held[key].used = ++model.clock;
                 if (model.isRead(key)) model.decode(key);
-                using Reason = dicom::DecodeError::Reason;
-                const Reason reasons[] = {Reason::None, Reason::None, Reason::Unknown, Reason::None,
-                                          Reason::Memory};
                 if (failsNow && !isThere) {
-                    EXPECT_EQ(got->error().reason, reasons[static_cast<int>(run->fault)]);
-                    EXPECT_EQ(got->error().kind == dicom::DecodeError::Kind::TooLarge,
-                              got->error().reason == Reason::Memory);
+                    const bool isTooLarge = got->error().kind == dicom::DecodeError::Kind::TooLarge;
+                    EXPECT_EQ(isTooLarge, isHeld || !run->failsReading);
                 }
                 EXPECT_TRUE(isFault ? !got->ok() : got->value().columns == key.index);
             } else if (what < 84) {
@@ -307,7 +290,7 @@ TEST(Frames, AreReadDecodedAndKeptAsByAnObviousVersion) {
                 EXPECT_EQ(store->decodeNextDue(run, other), due.has_value());
                 if (due) model.decode(*due);
             } else if (what < 90) {
-                const FrameWish wish{view, static_cast<Asker>(any(3)), shared(run), key.index};
+                const FrameWish wish{view, static_cast<Asker>(any(3)), run->shared_from_this(), key.index};
                 const bool isSame = hasWish && wished->wish.key() == key && wished->wish.asker == wish.asker;
                 const auto got = store->want(wish);
                 EXPECT_EQ(got != nullptr, isThere || (isSame && hasCome));
@@ -341,14 +324,11 @@ TEST(Frames, AreReadDecodedAndKeptAsByAnObviousVersion) {
                 std::erase_if(model.held, [&](const auto& entry) {
                     return entry.first.run == run && (!onlyFaults || entry.second.isFault);
                 });
-                if (!onlyFaults && model.order.run == run) model.order = {};
-                if (!onlyFaults && model.order.next == run) model.order.next = nullptr;
-                ASSERT_EQ(store->hasRoomForBytes(), model.hasRoom());
                 if (!onlyFaults && model.run && (model.run == run || model.next == run)) {
+                    const std::size_t played = model.run == run ? model.played : 0;
                     plan.leave(model.run);
-                    model.run = model.next = nullptr;
-                    model.isNextOpen = false;
-                    model.tellStore();
+                    model.leave();
+                    model.played = played;
                 }
             }
             std::vector<FrameKey> toRead, wishesToRead;
@@ -392,23 +372,22 @@ TEST(Frames, ThatTakeAllProcessorsAreDecodedOneAtATime) {
 }
 
 TEST(ImageFile, RefusesFramesThatAreNotWhatTheHeaderSays) {
-    const std::vector<std::uint8_t> narrow(192);
-    const std::vector<std::uint16_t> wide(192);
-    const dicom::Frame frames[] = {{9, 8, 1, narrow},
-                                   {8, 0, 1, narrow},
-                                   {8, 8, 4, std::vector<std::uint8_t>(999)},
-                                   {8, 8, 1, std::vector<std::uint8_t>(63)},
-                                   {8, 8, 3, std::vector<std::uint8_t>(191)},
-                                   {8, 8, 3, wide},
-                                   {8, 8, 3, narrow},
-                                   {8, 8, 1, wide}};
-    for (const auto& frame : frames) {
-        auto file = test::greyRun(8, 8, 1);
-        file->picture = [&](int) { return frame; };
-        ImageFile image(file, {}, std::make_shared<FrameStore>());
-        const auto got = image.frame(0);
-        EXPECT_EQ(got->ok(), &frame - frames >= 6) << &frame - frames;
-        EXPECT_TRUE(got->ok() || got->error().reason == dicom::DecodeError::Reason::WrongSize);
+    for (const auto& [rows, columns, samples, size, isWhole] : {std::tuple{9, 8, 1, 192U, false},
+                                                                {8, 0, 1, 192U, false},
+                                                                {8, 8, 4, 999U, false},
+                                                                {8, 8, 1, 63U, false},
+                                                                {8, 8, 3, 191U, false},
+                                                                {8, 8, 3, 192U, true},
+                                                                {8, 8, 1, 64U, true}}) {
+        for (const bool isWide : {false, true}) {
+            dicom::Frame frame{rows, columns, samples, std::vector<std::uint8_t>(size)};
+            if (isWide) frame.samples = std::vector<std::uint16_t>(size);
+            const auto file = test::greyRun(8, 8, 1);
+            file->picture = [frame](int) { return frame; };
+            const auto got = ImageFile(file, {}, std::make_shared<FrameStore>()).frame(0);
+            EXPECT_EQ(got->ok(), isWhole && (!isWide || samples == 1));
+            EXPECT_TRUE(got->ok() || got->error().reason == dicom::DecodeError::Reason::WrongSize);
+        }
     }
 }
 
@@ -416,11 +395,6 @@ TEST(ImageLibrary, OpensAFileOnceUntilAnotherHasTakenItsPlace) {
     for (const bool looksAhead : {false, true}) {
         QTemporaryDir folder;
         const QString path = folder.filePath("a.dcm");
-        const auto write = [&](const QByteArray& bytes) {
-            QFile file(path);
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(bytes);
-        };
         test::FakeLibrary fake;
         std::vector<std::shared_ptr<Opening>> held;
         const auto open = [&] {
@@ -429,7 +403,7 @@ TEST(ImageLibrary, OpensAFileOnceUntilAnotherHasTakenItsPlace) {
             return opening->outcome();
         };
         if (looksAhead) fake.library.lookAhead(std::chrono::minutes(1));
-        write("first");
+        test::DiscBuilder::write(path, "first");
         fake.opening = [](const auto&) { throw std::runtime_error("the disc has gone"); };
         EXPECT_FALSE(open().ok());
         fake.opening = {};
@@ -442,7 +416,7 @@ TEST(ImageLibrary, OpensAFileOnceUntilAnotherHasTakenItsPlace) {
         EXPECT_EQ(open().value(), shown);
         EXPECT_EQ(fake.opened, 2);
         EXPECT_TRUE(shown->frame(0)->ok()) << "tried again";
-        write("another");
+        test::DiscBuilder::write(path, "another");
         fake.files[path.toStdString()] = test::greyRun(8, 8, 5);
         EXPECT_EQ(open().value()->dicom().frameCount(), 5);
         EXPECT_EQ(shown->dicom().frameCount(), 1) << "a view that shows the old one keeps it";

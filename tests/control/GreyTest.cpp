@@ -15,42 +15,23 @@ using dicom::Overlay;
 using dicom::Shutter;
 using Function = dicom::Window::Function;
 
-// Where the formulas themselves could be misread: the standard's own examples, and numbers that are none.
-TEST(GreyRule, ShowsTheStandardsExamples) {
-    struct Case {
-        dicom::Window window;
-        double stored;
-        int grey;
-    };
-    const Case cases[] = {
-        {{2048, 1, Function::Linear}, 2047, 0},
-        {{2048, 1, Function::Linear}, 2048, 255},
-        {{0, 100, Function::Linear}, -50, 0},
-        {{0, 100, Function::LinearExact}, 50, 255},
-        {{0.5, 0.25, Function::LinearExact}, 0.5625, 191},
-        {{100, 40, Function::Sigmoid}, 110, 186},
-        {{0.5, 1, Function::LinearExact}, std::nan(""), 0},
-        {{0.5, 1, Function::LinearExact}, HUGE_VAL, 255},
-    };
-    for (const auto& c : cases) {
-        const GreyTransform grey;
-        EXPECT_EQ(GreyRule(grey, {false, c.window}, Polarity::Normal)(c.stored), c.grey) << c.stored;
-        const int inverted = std::isnan(c.stored) ? 0 : 255 - c.grey;
-        EXPECT_EQ(GreyRule(grey, {false, c.window}, Polarity::Inverted)(c.stored), inverted) << c.stored;
+TEST(GreyRule, KeepsNumbersThatAreNoneAndEntriesThatAreTooWideWithinTheGreys) {
+    const WindowInForce window{false, {0.5, 1, Function::LinearExact}};
+    for (const auto polarity : {Polarity::Normal, Polarity::Inverted}) {
+        GreyTransform grey;
+        EXPECT_EQ(GreyRule(grey, window, polarity)(std::nan("")), 0);
+        EXPECT_EQ(GreyRule(grey, window, polarity)(HUGE_VAL), polarity == Polarity::Normal ? 255 : 0);
+        grey.rescale = dicom::Rescale{0, 0};
+        EXPECT_EQ(GreyRule(grey, window, polarity)(HUGE_VAL), 0);
     }
     GreyTransform odd;
-    odd.rescale = dicom::Rescale{0, 0};
-    EXPECT_EQ(GreyRule(odd, {false, {0.5, 1, Function::LinearExact}}, Polarity::Inverted)(HUGE_VAL), 0);
-    odd = {};
     odd.voiLuts = {{0, 8, {0, 0x1FF, 0xFF}}};
     EXPECT_EQ(GreyRule(odd, {true, {}}, Polarity::Normal)(2), 127) << "more bits than it announces";
 }
 
 TEST(FrameRange, LeavesPaddingAndNumbersThatAreNoneOut) {
     dicom::Frame frame;
-    frame.samples = std::vector<std::int16_t>{-9, -5, 0, 7, 30, 90};
-    EXPECT_EQ(frameRange(frame, {{-9, -6}}), (ValueRange{-5, 90}));
-    EXPECT_EQ(frameRange(frame, {{30, 90}}), (ValueRange{-9, 7}));
+    frame.samples = std::vector<std::int16_t>{-9, 7, 90};
     EXPECT_EQ(frameRange(frame, {{-9, 90}}), ValueRange());
     frame.samples = std::vector<float>{NAN, 0.5F, -HUGE_VALF, 2, HUGE_VALF};
     EXPECT_EQ(frameRange(frame, {}), (ValueRange{0.5, 2}));
@@ -60,19 +41,9 @@ TEST(FrameRange, LeavesPaddingAndNumbersThatAreNoneOut) {
     EXPECT_EQ(modalityRange(grey, {4, 9}), (ValueRange{3, 9}));
 }
 
-TEST(PaletteTable, TakesTheUpperByteOfWideEntriesAndAllOfNarrowOnes) {
-    const LookupTable tables[] = {{0, 16, {0, 0x80FF, 0xFF00}},
-                                  {0, 8, {0, 128, 255}},
-                                  {0, 16, {0, 128, 255}}};  // the last announces 16 bits and uses 8
-    for (auto table : tables) {
-        auto later = table;
-        later.firstMapped = 1;
-        const PaletteTable palette({table, table, later}, {}, false);
-        EXPECT_EQ(palette.entries(0)[1], 128);
-        EXPECT_EQ(palette.entries(1)[255], 255);
-        EXPECT_EQ(palette.entries(2)[1], 0) << "blue begins at 1";
-    }
-    const LookupTable least{0, 16, {0, 256}};  // of those that use more than 8 bits
+TEST(PaletteTable, TakesAllOfNarrowEntriesThatAreAnnouncedAsWide) {
+    const LookupTable narrow{0, 16, {0, 128, 255}}, least{0, 16, {0, 256}};
+    EXPECT_EQ(PaletteTable({narrow, narrow, narrow}, {}, false).entries(0)[1], 128);
     EXPECT_EQ(PaletteTable({least, least, least}, {}, false).entries(0)[1], 1);
 }
 
@@ -92,43 +63,34 @@ TEST(OwnWindow, IsTheFirstUsableWindowOrTheTable) {
 }
 
 TEST(WindowChoice, LeavesATableInForceWhenItsOwnValuesArePutBackAndIgnoresWhatCannotBeUsed) {
-    struct Case {
-        Function function;
-        bool byTable;
-        double put, width;
-        bool isMade;
-    };
-    constexpr auto linear = Function::Linear, exact = Function::LinearExact, sigmoid = Function::Sigmoid;
-    const Case cases[] = {
-        {linear, true, 49.5, 50, false},       {linear, true, 50.5, 50, false},
-        {linear, true, 51, 51, true},          {linear, false, 50, 50, true},
-        {linear, false, 0.99, 50, false},      {linear, false, 1, 1, true},
-        {linear, false, NAN, 50, false},       {exact, false, 0.01, 0.01, true},
-        {exact, false, 0, 50, false},          {sigmoid, false, 1e-6, 1e-6, true},
-        {sigmoid, false, HUGE_VAL, 50, false},
-    };
-    for (const auto& c : cases) {
-        const WindowInForce own{c.byTable, {50, 50, c.function}};
+    for (const auto& [function, byTable, width, isMade] : {std::tuple{Function::Linear, true, 49.5, false},
+                                                           {Function::Linear, true, 51., true},
+                                                           {Function::Linear, false, 50., true},
+                                                           {Function::Linear, false, 0.99, false},
+                                                           {Function::Linear, false, 1., true},
+                                                           {Function::LinearExact, false, 0.01, true},
+                                                           {Function::LinearExact, false, 0., false},
+                                                           {Function::Sigmoid, false, HUGE_VAL, false}}) {
+        const WindowInForce own{byTable, {50, 50, function}};
         WindowChoice choice;
         choice.putCenter(own, NAN);
-        choice.putWidth(own, c.put);
-        EXPECT_EQ(choice.isMade(), c.isMade) << c.put;
-        EXPECT_EQ(choice.over(own).byTable, c.byTable && !c.isMade) << c.put;
-        EXPECT_EQ(choice.over(own).window.width, c.width);
+        choice.putWidth(own, width);
+        EXPECT_EQ(choice.isMade(), isMade) << width;
+        EXPECT_EQ(choice.over(own).window.width, isMade ? width : 50);
+        const bool keepsTable = byTable && !isMade;
+        EXPECT_EQ(choice.over(own).byTable, keepsTable) << width;
         choice.putCenter(own, 50.5);
-        EXPECT_EQ(choice.over(own).window.center, c.byTable && !c.isMade ? 50 : 50.5);
+        EXPECT_EQ(choice.over(own).window.center, keepsTable ? 50 : 50.5);
     }
 }
 
 TEST(Shutter, ThatWouldHideEverythingHidesNothing) {
-    Shutter cases[4];
-    cases[0].rectangle = Shutter::Rectangle{0, 0, 0, 0};
-    cases[1].rectangle = Shutter::Rectangle{9, 3, 1, 8};
-    cases[2].circle = Shutter::Circle{500, 500, 10};
-    cases[3].circle = Shutter::Circle{5, 5, 0};
-    for (const auto& shutter : cases) EXPECT_TRUE(hiddenByShutter(shutter, 10, 10).empty());
-    cases[1].circle = Shutter::Circle{5, 5, 2};
-    EXPECT_FALSE(hiddenByShutter(cases[1], 10, 10).empty()) << "the shape that can be used still counts";
+    Shutter shutter;
+    for (const Shutter::Circle circle : {Shutter::Circle{500, 500, 10}, {5, 5, 0}, {5, 5, 2}}) {
+        shutter.rectangle = Shutter::Rectangle{9, 3, 1, 8};
+        shutter.circle = circle;
+        EXPECT_EQ(hiddenByShutter(shutter, 10, 10).empty(), circle.radius != 2);
+    }
 }
 
 TEST(Cover, IsMadeAndCountedFrameByFrameOnlyWhenItChanges) {

@@ -1,5 +1,4 @@
 #include "control/ezDICOMX.h"
-#include "control/picture/DirectTarget.h"
 #include "control/picture/ViewState.h"
 #include "control/pipeline/CoarseRows.h"
 #include "tests/fidelity/Comparison.h"
@@ -8,7 +7,6 @@
 
 #include <QDir>
 #include <QTemporaryDir>
-#include <dcmtk/dcmdata/dcrleerg.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -48,17 +46,7 @@ class RandomFile {
             if (any(2) == 0) addOverlay(group);
         }
     }
-    void writeTo(const QString& path) {
-        const std::string name = path.toStdString();
-        file_.writeTo(name);
-        if (!isEncoded_) return;
-        DcmRLEEncoderRegistration::registerCodecs();
-        DcmFileFormat file;
-        const bool isWritten = file.loadFile(name.c_str()).good() &&
-                               file.getDataset()->chooseRepresentation(EXS_RLELossless, nullptr).good() &&
-                               file.saveFile(name.c_str(), EXS_RLELossless).good();
-        EXPECT_TRUE(isWritten);
-    }
+    void writeTo(const QString& path) const { file_.writeTo(path.toStdU16String()); }
     /// Greys half way between two are rounded before they are inverted, or after.
     int mostDifference() const { return isInverse_ ? 1 : 0; }
     bool isGrey() const { return kind_ == Kind::Grey || kind_ == Kind::Float; }
@@ -88,7 +76,8 @@ class RandomFile {
     }
     test::Bytes noise(int size) {
         test::Bytes bytes(static_cast<std::size_t>(size));
-        for (auto& byte : bytes) byte = static_cast<std::byte>(random_());
+        const unsigned mask = any(2) ? 255 : 63;
+        for (auto& byte : bytes) byte = static_cast<std::byte>(random_() & mask);
         return bytes;
     }
     std::vector<std::int64_t> table(int count, int bits) {
@@ -101,14 +90,12 @@ class RandomFile {
         kind_ =
             std::array{Kind::Grey, Kind::Grey, Kind::Grey, Kind::Palette, Kind::Colour, Kind::Float}[any(6)];
         allocated_ = kind_ == Kind::Float ? 32 : kind_ == Kind::Colour ? 8 : 8 << any(2);
-        stored_ = kind_ == Kind::Colour ? 8 : 1 + any(allocated_);
+        stored_ = kind_ == Kind::Colour || any(3) == 0 ? 8 : 1 + any(allocated_);
         isSigned_ = kind_ == Kind::Grey && any(3) == 0;
         const int frames = kind_ == Kind::Float ? 1 : 3;
         if (any(3) == 0) rows_ = 1 + any(60), columns_ = 1 + any(200);
         file_ = test::DicomBuilder::image(rows_, columns_, frames, allocated_, stored_);
-        const int syntax = any(5);
-        isEncoded_ = syntax == 0 && kind_ != Kind::Float;
-        if (syntax > 2) file_.transferSyntax(syntax == 3 ? "1.2.840.10008.1.2" : "1.2.840.10008.1.2.2");
+        if (any(3) == 0) file_.transferSyntax(any(2) ? "1.2.840.10008.1.2" : "1.2.840.10008.1.2.2");
         if (any(3) == 0) file_.text({0x0028, 0x0034}, "IS", list({1 + any(3), 1 + any(3)}));
         file_.numbers({0x0028, 0x0103}, "US", {isSigned_});
         // Of projections the modality step is left out.
@@ -140,25 +127,24 @@ class RandomFile {
         isInverse_ = any(3) == 0;
         if (isInverse_) file_.text({0x0028, 0x0004}, "CS", "MONOCHROME1");
         const double span = kind_ == Kind::Float ? 9 : std::exp2(stored_);
-        const bool hasWindow = any(3) > 0;
-        hasWindow_ = hasWindow;
-        if (hasWindow) {
+        hasWindow_ = any(3) > 0;
+        if (hasWindow_) {
             const double narrowest = kind_ == Kind::Float ? 1 : std::min(8.0, span);
             file_.text({0x0028, 0x1050}, "DS", decimal(-span, 2 * span));
             file_.text({0x0028, 0x1051}, "DS", any(5) ? decimal(narrowest, span * 2) : "1");
             file_.text({0x0028, 0x1056}, "CS", std::array{"LINEAR", "LINEAR_EXACT", "SIGMOID"}[any(3)]);
         }
         if (kind_ == Kind::Float) return;
-        if (any(3) == 0) {
-            lut({0x0028, 0x3010}, any(200), 8 + any(9));
-            hasWindow_ = false;  // the table comes first
-        }
         // Without a window, the least and the greatest value of the first frame give it.
-        if (any(4) == 0 && hasWindow)
+        if (any(4) == 0 && hasWindow_)
             lut({0x0028, 0x3000}, any(100), 12);
         else if (any(2))
             file_.text({0x0028, 0x1052}, "DS", decimal(-500, 500))
                 .text({0x0028, 0x1053}, "DS", decimal(-2, 4));
+        if (any(3) == 0) {
+            lut({0x0028, 0x3010}, any(200), 8 + any(9));
+            hasWindow_ = false;  // the table comes first
+        }
         if (stored_ < 4 || any(3)) return;
         const int padding = any(1 << (stored_ - 1)), limit = any(1 << (stored_ - 1));
         file_.numbers({0x0028, 0x0120}, "US", {padding});
@@ -166,11 +152,12 @@ class RandomFile {
     }
     void addPalette() {
         file_.text({0x0028, 0x0004}, "CS", "PALETTE COLOR");
+        const int bits = 8 << any(2);
         for (const std::uint16_t color : {1, 2, 3}) {
             const int entries = 2 + any(300);
             const auto element = [&](int of) { return static_cast<std::uint16_t>(of + color); };
-            file_.numbers({0x0028, element(0x1100)}, "US", {entries, any(20), 16});
-            file_.numbers({0x0028, element(0x1200)}, "US", table(entries, 16));
+            file_.numbers({0x0028, element(0x1100)}, "US", {entries, any(20), bits});
+            file_.numbers({0x0028, element(0x1200)}, "US", table(entries, bits));
         }
     }
     /// All shapes hold the middle of the picture.
@@ -212,7 +199,7 @@ class RandomFile {
     test::DicomBuilder file_;
     Kind kind_ = Kind::Grey;
     int rows_ = side, columns_ = side, allocated_ = 8, stored_ = 8;
-    bool isSigned_ = false, isInverse_ = false, hasWindow_ = false, isEncoded_ = false;
+    bool isSigned_ = false, isInverse_ = false, hasWindow_ = false;
 };
 
 using Shares = std::vector<std::pair<int, double>>;
@@ -258,29 +245,25 @@ double differenceOf(const QImage& shown, const QRect& part, QSize scaled, const 
 
 /// With the kernels of this processor and with those of any; nothing beside the wanted pixels.
 void expectThatAllKernelsDrawTheSame(const ViewState& view, const ScalePlan& plan) {
-    constexpr std::uint32_t untouched = 0x12345678;
     const auto& frame = *view.picture.frame();
     const dicom::CoarseFrame reduced{frame, 2};
     DisplayTables tables;
     const auto& rule = tables.ruleFor(view.picture.file()->dicom(), view.picture.currentFrame() - 1, frame,
                                       view.picture.window(), Polarity::Inverted);
-    const int stride = plan.wanted.width() + 3;
-    std::vector<std::uint32_t> drawn[4];
-    for (auto& pixels : drawn) {
-        const auto& kernels = (&pixels - drawn) % 2 ? RowKernels::best() : RowKernels::portable();
+    const int width = plan.wanted.width(), height = plan.wanted.height();
+    QImage drawn[4];
+    for (QImage& image : drawn) {
+        const auto& kernels = (&image - drawn) % 2 ? RowKernels::best() : RowKernels::portable();
         const FrameRows exact(frame, rule, view.picture.cover(), kernels);
         const CoarseRows coarse(reduced, plan.source.height(), plan.source.width(), rule,
                                 view.picture.cover(), kernels);
         const RowSource* const rows[] = {&exact, &coarse};
-        pixels.assign(static_cast<std::size_t>(stride * plan.wanted.height()), untouched);
-        PictureScaler(kernels).draw(
-            *rows[(&pixels - drawn) / 2], plan.columns, plan.rows,
-            {reinterpret_cast<std::uint8_t*>(pixels.data()), stride * 4, PixelTarget::Format::Rgb32});
-        for (std::size_t i = 0; i < pixels.size(); ++i) {
-            const bool isBeside =
-                i % static_cast<std::size_t>(stride) >= static_cast<std::size_t>(plan.wanted.width());
-            ASSERT_TRUE(!isBeside || pixels[i] == untouched);
-        }
+        image = QImage(width + 3, height, QImage::Format_RGB32);
+        image.fill(Qt::magenta);
+        const QImage untouched = image.copy(width, 0, 3, height);
+        PictureScaler(kernels).draw(*rows[(&image - drawn) / 2], plan.columns, plan.rows,
+                                    {image.bits(), image.bytesPerLine(), PixelTarget::Format::Rgb32});
+        EXPECT_EQ(image.copy(width, 0, 3, height), untouched);
     }
     EXPECT_EQ(drawn[0], drawn[1]);
     EXPECT_EQ(drawn[2], drawn[3]);
@@ -290,8 +273,11 @@ void expectThatAllKernelsDrawTheSame(const ViewState& view, const ScalePlan& pla
 void expectPainted(ViewState& view, const QImage& shown, const std::function<void(QPainter&)>& prepare) {
     const QRect visible = view.placement().visible();
     QImage expected;
-    for (auto paint : {&PictureRenderer::paint, &PictureRenderer::paint, &PictureRenderer::paintPreview}) {
-        QImage image(QSize(200, 180) * 2, QImage::Format_RGB32);
+    const auto other = prepare ? QImage::Format_RGB32 : QImage::Format_RGB888;
+    for (const auto& [paint, format] : {std::pair{&PictureRenderer::paint, QImage::Format_RGB32},
+                                        {&PictureRenderer::paint, other},
+                                        {&PictureRenderer::paintPreview, QImage::Format_RGB32}}) {
+        QImage image(760, 360, format);
         image.fill(qRgb(255, 0, 255));
         image.setDevicePixelRatio(view.pixelRatio);
         QPainter painter(&image);
@@ -300,6 +286,7 @@ void expectPainted(ViewState& view, const QImage& shown, const std::function<voi
         EXPECT_EQ((view.renderer.*paint)(painter, view.pixelRatio, view.placement(), view.smoothing),
                   visible);
         painter.end();
+        image.convertTo(QImage::Format_RGB32);
         if (expected.isNull()) expected = image;
         if (!prepare && expected == image) {
             EXPECT_EQ(image.copy({visible.topLeft() + QPoint(4, 8) * view.pixelRatio, visible.size()}),
@@ -342,9 +329,12 @@ TEST(Picture, IsThatOfTheStandardsFormulasWhateverTheFileAtAnyScale) {
         asked.writeTo(asking);
         fidelity::ReferenceFile reference(asking.toStdString());
         const QImage plain = fidelity::plainPicture(reference, view.picture.currentFrame() - 1);
+        const QImage whole = view.renderer.wholePicture();
+        EXPECT_LE(differenceOf(whole, whole.rect(), whole.size(), plain, Smoothing::Smooth),
+                  asked.mostDifference() + 1.3);
         for (int round = 0; round < 3; ++round) {
             view.pixelRatio = std::array{1., 1.25, 1.5, 2.}[static_cast<std::size_t>(any(4))];
-            view.deviceSize = QSize(1 + any(180), 1 + any(150));
+            view.deviceSize = QSize(1 + any(any(9) ? 180 : 700), 1 + any(150));
             view.zoom.putBestFit(any(4) == 0);
             view.zoom.putPercent(any(4) ? 1 + any(300) : 100);
             view.smoothing = any(3) ? Smoothing::Smooth : Smoothing::Nearest;
@@ -355,7 +345,7 @@ TEST(Picture, IsThatOfTheStandardsFormulasWhateverTheFileAtAnyScale) {
             ASSERT_EQ(shown.size(), visible.size());
             const bool isExact = view.smoothing == Smoothing::Nearest || place.picture.size() == plain.size();
             EXPECT_LE(differenceOf(shown, part, place.picture.size(), plain, view.smoothing),
-                      asked.mostDifference() + (isExact ? 0 : 1.6));
+                      asked.mostDifference() + (isExact ? 0 : 1.3));
             expectThatAllKernelsDrawTheSame(
                 view, ScalePlan(plain.size(), place.picture.size(), part, view.smoothing));
             expectPainted(view, shown, prepares[static_cast<std::size_t>(any(6))]);
@@ -396,11 +386,8 @@ TEST(Picture, LiesWhereItWasPutAtTheSizeAskedFor) {
         expectMoved(placed.y(), moved.y(), placed.height(), view.height(), by.y());
     }
     const std::tuple<QSize, double, QSize> squares[] = {
-        {{100, 50}, 1, {100, 50}},    {{100, 50}, 2, {200, 50}},
-        {{100, 50}, 0.5, {100, 100}}, {{100, 50}, 16, {1600, 50}},
-        {{100, 50}, 16.1, {100, 50}}, {{100, 50}, 1 / 16., {100, 800}},
-        {{100, 50}, 0.06, {100, 50}}, {{100, 50}, std::nan(""), {100, 50}},
-        {{3, 1}, 1.1, {3, 1}}};
+        {{100, 50}, 16, {1600, 50}},  {{100, 50}, 16.1, {100, 50}},         {{100, 50}, 1 / 16., {100, 800}},
+        {{100, 50}, 0.06, {100, 50}}, {{100, 50}, std::nan(""), {100, 50}}, {{3, 1}, 1.1, {3, 1}}};
     for (const auto& [stored, aspect, square] : squares)
         EXPECT_EQ(squareSize(stored.width(), stored.height(), aspect), square) << aspect;
 }
@@ -419,12 +406,8 @@ TEST(RealFiles, AreShownWhateverTheirNameAsFarAsTheyGoOrTheReasonIsSaid) {
     view.putCurrentFrame(5);
     EXPECT_EQ(qRed(view.grab().toImage().pixel(10, 20)), 28 + 60 + 10);
     EXPECT_EQ(view.accessibleDescription(), "The file is cut off: 5 of 10 frames can be shown");
-    for (const QString& none :
-         {folder.path(), QString("/dev/zero"), QString("relative.dcm"), QString("\n")}) {
-        ASSERT_NO_THROW(view.putFileName(none));
-        EXPECT_EQ(view.FrameCount(), 0) << qPrintable(none);
-        EXPECT_FALSE(view.accessibleDescription().isEmpty()) << qPrintable(none);
-    }
+    ASSERT_NO_THROW(view.putFileName("relative.dcm"));
+    EXPECT_FALSE(view.accessibleDescription().isEmpty());
 }
 
 }  // namespace

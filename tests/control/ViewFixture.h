@@ -3,6 +3,8 @@
 #include "control/ezDICOMX.h"
 #include "tests/control/FakeDicomFile.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QImage>
 #include <QLineEdit>
 #include <QScreen>
@@ -41,6 +43,10 @@ class ViewFixture : public testing::Test {
     QImage onScreen() const {
         const QPixmap shown = view.screen()->grabWindow(view.winId());
         return shown.copy(view.rect()).toImage().convertToFormat(QImage::Format_RGB32);
+    }
+    QImage copied() {
+        EXPECT_TRUE(view.CopyToClipboard());
+        return QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32);
     }
     int greyAt(int x, int y) { return qRed(seen().pixel(x, y)); }
     QLineEdit* editor() { return view.findChild<QLineEdit*>("labelEditor"); }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "tests/support/DiscBuilder.h"
-#include "tests/support/form/CommandNames.h"
 #include "tests/support/form/RecordingForm1.h"
 #include "viewer/MouseWheel.h"
 
@@ -112,8 +111,13 @@ class DiscWalk {
         : disc_(disc), window_(window), form_(window.form), controls_(window.disc), hands_(std::move(hands)) {
         // Dialogs, the clipboard and the end have nothing to do with where the window is.
         static const QRegularExpression leftOut("Export|Copy|xit|mnuOpen$|About");
-        for (const QString& name : commandNames(form1Faces()))
+        const auto add = [&](const QString& name) {
             if (!name.contains(leftOut)) steps_.emplace_back(name, handlersOf(window)(name));
+        };
+        const CommandFaces faces = form1Faces();
+        for (const ButtonRow& button : faces.buttons) add(button.name);
+        for (const MenuRow& item : faces.items)
+            if (item.kind == MenuKind::Command) add(item.name);
         const std::pair<QString, std::function<void()>> others[] = {
             {"folder",
              [this] {
@@ -141,16 +145,13 @@ class DiscWalk {
     void step() {
         const auto& [name, run] = steps_[std::size_t(disc_.below(int(steps_.size())))];
         trail_ << name;
-        const bool failedBefore = testing::Test::HasFailure();
+        SCOPED_TRACE(qPrintable("after " + trail_.mid(trail_.size() - 14).join(", ")));
         EXPECT_NO_THROW(run());
         shown_.insert(form_.ezDicom.FileName());
+        SCOPED_TRACE(qPrintable("shown " + form_.ezDicom.FileName()));
         checkOwner();
         checkLabels();
         checkControls();
-        if (!failedBefore && testing::Test::HasFailure())
-            ADD_FAILURE() << "after " << qPrintable(trail_.mid(trail_.size() - 14).join(", ")) << "\nshown "
-                          << qPrintable(form_.ezDicom.FileName()) << "\nnamed "
-                          << qPrintable(window_.place.position().namedFolder);
     }
     int picturesShown() const { return int(shown_.size()); }
 
@@ -203,12 +204,10 @@ class DiscWalk {
         const QString folder = form_.File1.Path();
         EXPECT_TRUE(folder.isEmpty() || QFileInfo(folder).isDir()) << qPrintable(folder);
         EXPECT_LT(form_.File1.ListIndex(), form_.File1.ListCount());
-        EXPECT_TRUE(1 <= form_.sb1.Value() && form_.sb1.Value() <= form_.sb1.Max());
         EXPECT_NE(controls_.Frame8.Visible(), controls_.Frame9.Visible());
         EXPECT_EQ(controls_.Frame8.Visible(), window_.place.position().StillsMode);
         EXPECT_FALSE(form_.ezDicom.FileName().isEmpty() && form_.Timer4.Enabled());
         EXPECT_LE(form_.ezDicom.CurrentFrame(), std::max(1, form_.ezDicom.FrameCount()));
-        EXPECT_EQ(form_.Option4.Value(), !form_.Option11.Value());
     }
 
     OddDisc& disc_;
