@@ -21,18 +21,20 @@ std::shared_ptr<const DicomFile> opened(const Bytes& bytes) {
 std::shared_ptr<const DicomFile> opened(const DicomBuilder& builder) { return opened(builder.build()); }
 
 void put(DicomItem& into, const std::string& elements) {
-    static const std::regex comma(", "), form(R"((?:(\w\w):)?(\w+)(?:\[(\d)\])?(?:\.([^=]*))?=([\s\S]*))");
+    static const std::regex comma(", "), form(R"((?:(\w\w):)?(\w+)(?:\[(\d)\])?(?:\.(.*))?)");
     using Parts = std::sregex_token_iterator;
     for (Parts at(elements.begin(), elements.end(), comma, -1), end; at != end; ++at) {
         const std::string element = *at;
+        const std::size_t equals = element.find('=');
+        const std::string name = element.substr(0, equals);  // matching takes stack for every letter
         std::smatch parts;
         DcmTag known;
-        if (!std::regex_match(element, parts, form) ||
+        if (equals == std::string::npos || !std::regex_match(name, parts, form) ||
             DcmTag::findTagFromName(parts.str(2).c_str(), known).bad())
             throw std::logic_error(element);
         const Tag tag{known.getGroup(), known.getElement()};
         const std::string kind = parts[1].matched ? parts.str(1) : known.getVR().getValidVRName();
-        const std::string value = parts.str(5);
+        const std::string value = element.substr(equals + 1);
         if (parts[4].matched) {
             const std::size_t index = parts[3].matched ? std::size_t(parts.str(3)[0] - '0') : 0;
             std::vector<DicomItem> items;
