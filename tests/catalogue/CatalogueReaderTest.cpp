@@ -3,6 +3,7 @@
 #include "tests/support/DiscBuilder.h"
 
 #include <QStringConverter>
+#include <QUrl>
 #include <gtest/gtest.h>
 
 namespace cinedisc::test {
@@ -101,7 +102,7 @@ TEST_F(CatalogueReaderTest, HostileOrBrokenFilesAreNotWellFormed) {
                                 QByteArray("<a>").repeated(20 << 20)};
     for (const QByteArray& content : cases) EXPECT_FALSE(read(content)) << content.left(60).constData();
 
-    const QByteArray elsewhere = " SYSTEM 'file://" + secret.toUtf8() + "'";
+    const QByteArray elsewhere = " SYSTEM '" + QUrl::fromLocalFile(secret).toEncoded() + "'";
     const auto external =
         read("<!DOCTYPE a" + elsewhere + " [<!ENTITY e" + elsewhere + ">]><a><b>x&e;</b></a>");
     ASSERT_TRUE(external);
