@@ -1,5 +1,6 @@
 #include "discmaker/SourceDirectory.h"
 
+#include "dicom/DicomFile.h"
 #include "discmaker/FileCopy.h"
 
 #include <QStringList>
@@ -66,9 +67,17 @@ void collect(DcmDirectoryRecord& record, const fs::path& medium, int depth, Dire
 DirectoryListing readDirectory(const fs::path& path, const fs::path& scratch) {
     DirectoryListing listing;
     if (!copyFile(path, scratch).fault.empty()) return listing;
+    // At the end of a file within a record the library raises an error, or goes on for ever, as it makes
+    // texts of values that are not there. Our own parser sees it before.
+    const auto u8 = scratch.u8string();
+    const auto parsed = dicom::DicomFile::open(std::string(u8.begin(), u8.end()));
+    const bool isWhole = parsed && parsed.value()->pictureError() &&
+                         parsed.value()->pictureError()->kind == dicom::DecodeError::Kind::NoPicture;
     try {
-        DcmDicomDir directory(scratch.c_str());
-        collect(directory.getRootRecord(), path.parent_path(), 0, listing);
+        if (isWhole) {
+            DcmDicomDir directory(scratch.c_str());
+            collect(directory.getRootRecord(), path.parent_path(), 0, listing);
+        }
     } catch (const std::exception&) {
         // The library makes a text of a value that is not there.
     }
