@@ -62,19 +62,21 @@ void collect(DcmDirectoryRecord& record, const fs::path& medium, int depth, Dire
         collect(*lower, medium, depth + 1, listing);
 }
 
+/// At the end of a file within a record the library raises an error, or goes on for ever, as it makes texts
+/// of values that are not there. Our own parser sees it before.
+bool isWholeDirectory(const fs::path& path) {
+    const auto file = dicom::DicomFile::open(path.string());
+    return file && file.value()->pictureError() &&
+           file.value()->pictureError()->kind == dicom::DecodeError::Kind::NoPicture;
+}
+
 }  // namespace
 
 DirectoryListing readDirectory(const fs::path& path, const fs::path& scratch) {
     DirectoryListing listing;
     if (!copyFile(path, scratch).fault.empty()) return listing;
-    // At the end of a file within a record the library raises an error, or goes on for ever, as it makes
-    // texts of values that are not there. Our own parser sees it before.
-    const auto u8 = scratch.u8string();
-    const auto parsed = dicom::DicomFile::open(std::string(u8.begin(), u8.end()));
-    const bool isWhole = parsed && parsed.value()->pictureError() &&
-                         parsed.value()->pictureError()->kind == dicom::DecodeError::Kind::NoPicture;
     try {
-        if (isWhole) {
+        if (isWholeDirectory(scratch)) {
             DcmDicomDir directory(scratch.c_str());
             collect(directory.getRootRecord(), path.parent_path(), 0, listing);
         }
