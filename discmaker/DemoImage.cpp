@@ -16,9 +16,9 @@ const Views rightViews{{45, 0}, {28, 26}, {-30, 0}, {2, 32}, {88, 4}};
 
 /// Puts files together patient by patient. What is said of a patient, study or series holds for the files
 /// that follow.
-class Collection {
+class ImageList {
   public:
-    explicit Collection(DemoSize size) : size_(size) {}
+    explicit ImageList(DemoSize size) : size_(size) {}
 
     void patient(DemoPatient patient, Anatomy anatomy, Access access) {
         image_ = {};
@@ -69,7 +69,7 @@ class Collection {
     std::vector<DemoImage> images_;
 };
 
-void addTwoStudies(Collection& disc) {
+void addTwoStudies(ImageList& disc) {
     const Anatomy diseased{
         5, 1.0, {{Lesion::Site::Anterior, 0.30, 0.68, 8}, {Lesion::Site::Right, 0.42, 0.45, 9}}};
     disc.patient({"LINDSTRÖM^ÅSA", "CD-100417", "19510317", "F"}, diseased, Access::Femoral);
@@ -85,7 +85,7 @@ void addTwoStudies(Collection& disc) {
     disc.runs({leftViews[0]});
 }
 
-void addLargeMatrix(Collection& disc) {
+void addLargeMatrix(ImageList& disc) {
     const Anatomy winding{9, 1.08, {{Lesion::Site::Circumflex, 0.13, 0.55, 7}}};
     disc.patient({"КОВАЛЁВА^ОЛЬГА^ПЕТРОВНА", "CD-100523", "19620905", "F"}, winding, Access::Radial);
     disc.study("20240307", "110500", "Коронарография");
@@ -104,7 +104,7 @@ void addLargeMatrix(Collection& disc) {
     disc.runs({{30, 24}});
 }
 
-void addStills(Collection& disc) {
+void addStills(ImageList& disc) {
     const Anatomy slender{
         12, 0.95, {{Lesion::Site::Descending, 0.25, 0.6, 6}, {Lesion::Site::Diagonal, 0.2, 0.7, 6}}};
     disc.patient({"ΠΑΠΑΔΟΠΟΥΛΟΣ^ΝΙΚΟΣ", "CD-100788", "19480630", "M"}, slender, Access::Femoral);
@@ -128,7 +128,7 @@ void addStills(Collection& disc) {
     left("LCA CAUD 32", leftViews[4], 2);
 }
 
-void addSlowFrames(Collection& disc) {
+void addSlowFrames(ImageList& disc) {
     const Anatomy healthy{23, 1.0, {}};
     disc.patient({"MUÑOZ GARCÍA^JOSÉ^^Dr.", "CD-100901", "19700211", "M"}, healthy, Access::Radial);
     disc.study("20240619", "154000", "Coronariografía");
@@ -144,7 +144,7 @@ void addSlowFrames(Collection& disc) {
 }  // namespace
 
 std::vector<DemoImage> demoImages(DemoSize size) {
-    Collection disc(size);
+    ImageList disc(size);
     addTwoStudies(disc);
     addLargeMatrix(disc);
     addStills(disc);

@@ -25,7 +25,7 @@ struct KeyRow {
     const char* inStills;  ///< the command there; null where it is the same
 };
 
-constexpr KeyRow rows[] = {
+constexpr KeyRow keyRows[] = {
     {Qt::Key_Left, "cmdPrev", nullptr},
     {Qt::Key_Right, "cmdNext", nullptr},
     {Qt::Key_Up, "cmdPrevImage", "cmdPreviousSeries"},
@@ -110,8 +110,8 @@ bool PictureKeys::press(const QKeyEvent& event) {
     if (key == Qt::Key_End) return behaviour.frames.showLast(), true;
     if (key == Qt::Key_Plus || key == Qt::Key_Equal) return speed->setValue(speed->value() + 1), true;
     if (key == Qt::Key_Minus) return speed->setValue(speed->value() - 1), true;
-    const auto* row = std::ranges::find(rows, key, &KeyRow::key);
-    if (row == std::end(rows)) return false;
+    const auto* row = std::ranges::find(keyRows, key, &KeyRow::key);
+    if (row == std::end(keyRows)) return false;
     window_.run(row->inStills && window_.isStills() ? row->inStills : row->command);
     return true;
 }
