@@ -21,6 +21,7 @@ namespace {
 constexpr const char* catalogueName = "CD.xml";
 constexpr const char* dicomFolder = "Dicom";
 constexpr const char* otherFolder = "Other";
+constexpr const char* lockName = ".makedisc-lock";
 /// Besides the programs that one run was given and another was not.
 const std::set<std::string> ownNames{"CD.xml",      "Dicom",    "Other",        "README.TXT", "license.txt",
                                      "autorun.inf", "cinedisc", "cinedisc.exe", "linux"};
@@ -105,7 +106,8 @@ DiscFolder::DiscFolder(fs::path folder)
       area_(folder_ / ".makedisc-new"),
       outdated_(folder_ / ".makedisc-old"),
       staging_(area_ / "disc"),
-      work_(area_ / "work") {
+      work_(area_ / "work"),
+      lock_(QString::fromStdString((folder_ / lockName).string())) {
     if (fs::exists(folder_) && !fs::is_directory(folder_))
         throw DiscError(folder_.string() + " is not a folder");
     if (!fs::exists(folder_)) {
@@ -116,11 +118,17 @@ DiscFolder::DiscFolder(fs::path folder)
         const auto catalogue = folder_ / catalogueName;
         const auto parts = partsOf(folder_);
         const bool own = fs::exists(catalogue) ? bearsMark(catalogue)
-                                               : fs::exists(area_) || fs::exists(outdated_) || !parts.empty();
+                                               : fs::exists(area_) || fs::exists(outdated_) ||
+                                                     fs::exists(folder_ / lockName) || !parts.empty();
         if (!own) throw DiscError(folder_.string() + " is not empty and not a disc that makedisc wrote");
         requireOwnDisc(folder_);
         for (const auto& part : parts) requireOwnPart(part);
     }
+    // Two runs at once would put files of both on one disc. Where no lock can be made, the folder cannot be
+    // written either, or its file system has none.
+    lock_.setStaleLockTime(0);
+    if (!lock_.tryLock() && lock_.error() == QLockFile::LockFailedError)
+        throw DiscError("another makedisc is writing " + folder_.string());
     removeAll(area_);
     removeAll(outdated_);
     fs::create_directories(staging_);
@@ -130,6 +138,7 @@ DiscFolder::DiscFolder(fs::path folder)
 DiscFolder::~DiscFolder() {
     try {
         removeAll(area_);
+        lock_.unlock();
         if (made_ && fs::is_empty(folder_)) fs::remove(folder_);
     } catch (const fs::filesystem_error&) {
         // What stays is removed by the next run.

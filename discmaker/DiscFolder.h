@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QLockFile>
+
 #include <filesystem>
 
 namespace cinedisc::discmaker {
@@ -11,7 +13,8 @@ namespace cinedisc::discmaker {
 /// Everything raises DiscError or std::filesystem::filesystem_error.
 class DiscFolder {
   public:
-    /// Makes the folder if it is not there. One that holds anything but a disc of makedisc's is refused.
+    /// Makes the folder if it is not there. One that holds anything but a disc of makedisc's is refused, and
+    /// so is one that another DiscFolder is at, in whatever process.
     explicit DiscFolder(std::filesystem::path folder);
     /// Takes away what was made aside and not published.
     ~DiscFolder();
@@ -31,6 +34,7 @@ class DiscFolder {
     std::filesystem::path area_;
     std::filesystem::path outdated_;
     std::filesystem::path staging_, work_;
+    QLockFile lock_;
     bool made_ = false;
 };
 

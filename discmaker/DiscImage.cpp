@@ -2,6 +2,7 @@
 
 #include "discmaker/DiscError.h"
 #include "discmaker/FileCopy.h"
+#include "platform/NaturalOrder.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -10,7 +11,7 @@
 
 #include <algorithm>
 #include <fstream>
-#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace cinedisc::discmaker {
@@ -25,18 +26,21 @@ QString text(const fs::path& path) { return QString::fromStdString(path.string()
 
 /// Each file with its weight: the heaviest comes first.
 std::string weights(const fs::path& disc) {
-    std::vector<std::tuple<int, std::string>> files;
+    std::vector<std::pair<int, QString>> files;
     for (const auto& entry : fs::recursive_directory_iterator(disc)) {
         if (!entry.is_regular_file()) continue;
         const auto name = entry.path().lexically_relative(disc);
         const auto top = *name.begin();
         const int rank = top == "CD.xml" ? 0 : top == "Dicom" ? 2 : top == "Other" ? 3 : 1;
-        files.emplace_back(rank, name.generic_string());
+        files.emplace_back(rank, QString::fromStdString(name.generic_string()));
     }
-    std::sort(files.begin(), files.end());
+    std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) {
+        return a.first != b.first ? a.first < b.first : naturalLess(a.second, b.second);
+    });
     std::string result;
     auto weight = files.size();
-    for (const auto& [rank, name] : files) result += std::to_string(weight--) + " /" + name + "\n";
+    for (const auto& [rank, name] : files)
+        result += std::to_string(weight--) + " /" + name.toStdString() + "\n";
     return result;
 }
 
@@ -56,7 +60,8 @@ void requireImageCanBeWritten(const fs::path& image) {
 void writeDiscImage(const fs::path& disc, const fs::path& image, const std::string& volumeName,
                     const fs::path& scratch) {
     auto part = image;
-    part += ".part";
+    part += ".makedisc-new";
+    fs::remove(part);  // which the image writer of a run that was broken off may still have open
     writeText(scratch, weights(disc));
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);

@@ -28,7 +28,7 @@ struct DiscRequest {
 struct DiscSummary {
     std::size_t patients = 0, files = 0;  ///< on the disc, in its catalogue
     std::size_t discs = 1;
-    std::size_t missing = 0;  ///< that a DICOMDIR lists
+    std::size_t missing = 0;  ///< files that a DICOMDIR lists, folders and files that cannot be reached
     IntakeSummary intake;
 };
 

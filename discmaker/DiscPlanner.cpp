@@ -103,12 +103,12 @@ class Planner {
 
     /// Slices of one volume are acquired in any order, runs in the order in which the heart was looked at.
     void sortFiles(Numbers& group) const {
-        const bool areRuns =
-            std::all_of(group.begin(), group.end(), [&](auto i) { return records_[i].frames > 1; });
+        const bool hasRuns =
+            std::any_of(group.begin(), group.end(), [&](auto i) { return records_[i].frames > 1; });
         sortBy(group, [&](auto i) {
             const auto& r = records_[i];
             const auto time = orLast(r.acquired);
-            return std::tuple(areRuns ? time : decltype(time)(), orLast(r.instanceNumber), time);
+            return std::tuple(hasRuns ? time : decltype(time)(), orLast(r.instanceNumber), time);
         });
         if (havePlaces(group)) sortBy(group, [&](auto i) { return records_[i].place; });
     }

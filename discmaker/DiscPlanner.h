@@ -13,9 +13,9 @@
 namespace cinedisc::discmaker {
 
 /// Groups files by patient, study and series and sorts them: patients by name, studies by date, series by
-/// number and time of acquisition, runs by time and instance number, single images by instance number and
-/// time. What all has a place is sorted by that alone. What is missing sorts last; what is equal stays in the
-/// order given.
+/// number and time of acquisition; in a series with runs the files by time and instance number, in one of
+/// single images by instance number and time. What all has a place is sorted by that alone. What is missing
+/// sorts last; what is equal stays in the order given.
 ///
 /// A patient is an ID, a name and a birth date; a file without birth date is of the one patient that it fits.
 /// Without an ID each study is a patient of its own. Files that lack another identifier are kept together by

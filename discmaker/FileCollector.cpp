@@ -41,11 +41,18 @@ class Collection {
     void take(const fs::path& path) {
         std::error_code error;
         const auto place = fs::canonical(path, error);
+        // A link that leads nowhere is nothing.
+        if (error && error != std::errc::no_such_file_or_directory) miss(path, error);
         if (error || !fs::is_regular_file(place, error) || isInside(place, disc_)) return;
         if (!known_.try_emplace(place, collected_.files.size()).second) return;
         collected_.files.push_back({path, {}});
         if (QString::fromStdString(place.filename().string()).compare("DICOMDIR", Qt::CaseInsensitive) == 0)
             takeListed(path);
+    }
+
+    void miss(const fs::path& path, const std::error_code& error) {
+        report_("cannot read " + path.string() + ": " + error.message());
+        ++collected_.missing;
     }
 
     void takeListed(const fs::path& directory) {
@@ -69,7 +76,7 @@ class Collection {
         std::error_code error;
         for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
             entries.push_back(*entry);
-        if (error) report_("cannot read the folder " + folder.string() + ": " + error.message());
+        if (error) miss(folder, error);
         const auto name = [](const fs::directory_entry& entry) {
             return QString::fromStdString(entry.path().filename().string());
         };

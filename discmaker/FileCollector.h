@@ -19,13 +19,13 @@ struct SourceFile {
 };
 struct Collected {
     std::vector<SourceFile> files;
-    std::size_t missing = 0;  ///< files that a DICOMDIR lists and that are not there
+    std::size_t missing = 0;  ///< files that a DICOMDIR lists and that are not there, and what cannot be read
 };
 
 /// All regular files that are named, lie below named folders or are listed by a DICOMDIR among them, each
 /// once, in natural order of their paths below what was named. Links to folders are not followed. Named
-/// things that do not exist, or lie inside `disc`, raise DiscError; `disc` itself is passed over; folders
-/// that cannot be read and files that are missing are told to `report`. `scratch` names a file for working.
+/// things that do not exist, or lie inside `disc`, raise DiscError; `disc` itself is passed over; what cannot
+/// be read and files that are missing are told to `report`. `scratch` names a file for working.
 Collected collectFiles(std::span<const std::filesystem::path> named, const std::filesystem::path& disc,
                        const std::filesystem::path& scratch, const Report& report);
 

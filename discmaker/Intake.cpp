@@ -4,6 +4,8 @@
 #include "discmaker/HeaderReader.h"
 #include "discmaker/ParallelFor.h"
 
+#include <QString>
+
 #include <map>
 #include <mutex>
 #include <string>
@@ -31,6 +33,10 @@ Fate fateOf(Skipped::Reason reason) {
                                                   : Fate::Unshowable;
 }
 
+bool isNamedAsPicture(const fs::path& path) {
+    return QString::fromStdString(path.extension().string()).compare(".dcm", Qt::CaseInsensitive) == 0;
+}
+
 Taken take(const SourceFile& file, const fs::path& copy, bool keep, std::mutex& reading) {
     Taken taken;
     {
@@ -39,8 +45,9 @@ Taken take(const SourceFile& file, const fs::path& copy, bool keep, std::mutex& 
         const auto opened = openSource(file.path);
         if (const auto* skipped = std::get_if<Skipped>(&opened)) {
             taken.fate = fateOf(skipped->reason);
-            // What a DICOMDIR names should be something.
-            if (taken.fate == Fate::NotDicom && file.place) taken.fate = Fate::Unshowable;
+            // What a DICOMDIR names, or what has a picture's name, should be something.
+            if (taken.fate == Fate::NotDicom && (file.place || isNamedAsPicture(file.path)))
+                taken.fate = Fate::Unshowable;
             taken.reason = skipped->message;
             if (taken.fate != Fate::Unshowable || !keep) return taken;
         }

@@ -11,6 +11,10 @@ ProgressLine::ProgressLine() {
     reader_ = output == std::filesystem::file_type::character ? Reader::Person : Reader::Log;
 }
 
+ProgressLine::~ProgressLine() {
+    if (shown_ > 0) std::cerr << "\r" << std::string(shown_, ' ') << "\r" << std::flush;
+}
+
 std::string ProgressLine::next(std::size_t done, std::size_t all) {
     constexpr std::size_t barWidth = 40, longWork = 1000;
     const auto hundredths = done * 100 / all;
@@ -20,6 +24,7 @@ std::string ProgressLine::next(std::size_t done, std::size_t all) {
         told_ = hundredths;
         const auto full = barWidth * done / all;
         const auto bar = "[" + std::string(full, '#') + std::string(barWidth - full, '.') + "] " + count;
+        shown_ = done < all ? bar.size() : 0;
         return done < all ? "\r" + bar : "\r" + std::string(bar.size(), ' ') + "\r";
     }
     if (all < longWork || hundredths / 10 == told_ / 10) return {};

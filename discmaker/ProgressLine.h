@@ -13,6 +13,8 @@ class ProgressLine {
     /// Whoever reads the error output.
     ProgressLine();
     explicit ProgressLine(Reader reader) : reader_(reader) {}
+    /// Wipes out the bar of a work that failed.
+    ~ProgressLine();
 
     void operator()(std::size_t done, std::size_t all);
     /// What is to be written now, "" for nothing.
@@ -20,7 +22,8 @@ class ProgressLine {
 
   private:
     Reader reader_;
-    std::size_t told_ = 0;  ///< hundredths
+    std::size_t told_ = 0;   ///< hundredths
+    std::size_t shown_ = 0;  ///< letters of the bar that is seen
 };
 
 }  // namespace cinedisc::discmaker

@@ -10,7 +10,8 @@
 #include <dcmtk/dcmdata/dctk.h>
 
 #include <exception>
-#include <set>
+#include <map>
+#include <utility>
 
 namespace cinedisc::discmaker {
 
@@ -26,31 +27,47 @@ QString bare(const std::string& name) {
     return result;
 }
 
-fs::path found(const fs::path& folder, const std::string& name) {
-    if (fs::exists(folder / name)) return folder / name;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
-        if (bare(entry->path().filename().string()) == bare(name)) return entry->path();
-    return {};
-}
+/// Finds what file IDs name. Each folder is listed once: some have thousands of files.
+class Medium {
+  public:
+    explicit Medium(fs::path root) : root_(std::move(root)) {}
 
-/// Where the components of a file ID lead, nothing when nowhere. None may lead out of the medium.
-fs::path resolved(fs::path place, const std::string& fileId) {
-    for (const auto& part : QString::fromStdString(fileId).split('\\')) {
-        const auto name = part.trimmed().toStdString();
-        if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) return {};
-        place = found(place, name);
-        if (place.empty()) return {};
+    /// Where the components of a file ID lead, nothing when nowhere. None may lead out of the medium.
+    fs::path resolved(const std::string& fileId) {
+        auto place = root_;
+        for (const auto& part : QString::fromStdString(fileId).split('\\')) {
+            const auto name = part.trimmed().toStdString();
+            if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) return {};
+            place = found(place, name);
+            if (place.empty()) return {};
+        }
+        std::error_code error;
+        return fs::is_regular_file(place, error) ? place : fs::path();
     }
-    std::error_code error;
-    return fs::is_regular_file(place, error) ? place : fs::path();
-}
 
-void collect(DcmDirectoryRecord& record, const fs::path& medium, int depth, DirectoryListing& listing) {
+  private:
+    fs::path found(const fs::path& folder, const std::string& name) {
+        std::error_code error;
+        if (fs::exists(folder / name, error)) return folder / name;
+        const auto [listing, isNew] = names_.try_emplace(folder);
+        error.clear();
+        fs::directory_iterator entry;
+        if (isNew) entry = fs::directory_iterator(folder, error);
+        for (const fs::directory_iterator end; !error && entry != end; entry.increment(error))
+            listing->second.emplace(bare(entry->path().filename().string()), entry->path());
+        const auto known = listing->second.find(bare(name));
+        return known == listing->second.end() ? fs::path() : known->second;
+    }
+
+    fs::path root_;
+    std::map<fs::path, std::map<QString, fs::path>> names_;
+};
+
+void collect(DcmDirectoryRecord& record, Medium& medium, int depth, DirectoryListing& listing) {
     constexpr int deepest = 16;
     OFString fileId;
     if (record.findAndGetOFStringArray(DCM_ReferencedFileID, fileId).good() && !fileId.empty()) {
-        auto path = resolved(medium, fileId.c_str());
+        auto path = medium.resolved(fileId.c_str());
         if (path.empty()) {
             listing.missing.emplace_back(fileId.c_str());
         } else {
@@ -78,7 +95,8 @@ DirectoryListing readDirectory(const fs::path& path, const fs::path& scratch) {
     try {
         if (isWholeDirectory(scratch)) {
             DcmDicomDir directory(scratch.c_str());
-            collect(directory.getRootRecord(), path.parent_path(), 0, listing);
+            Medium medium(path.parent_path());
+            collect(directory.getRootRecord(), medium, 0, listing);
         }
     } catch (const std::exception&) {
         // The library makes a text of a value that is not there.
