@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -126,9 +127,10 @@ DiscFolder::DiscFolder(fs::path folder)
     }
     // Two runs at once would put files of both on one disc. Where no lock can be made, the folder cannot be
     // written either, or its file system has none.
-    lock_.setStaleLockTime(0);
+    lock_.setStaleLockTime(std::chrono::days(1));  // of one whose process cannot be told
     if (!lock_.tryLock() && lock_.error() == QLockFile::LockFailedError)
-        throw DiscError("another makedisc is writing " + folder_.string());
+        throw DiscError("another makedisc is writing " + folder_.string() + "; if there is none, remove " +
+                        (folder_ / lockName).string());
     removeAll(area_);
     removeAll(outdated_);
     fs::create_directories(staging_);

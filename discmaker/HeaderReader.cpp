@@ -59,7 +59,8 @@ std::variant<std::shared_ptr<const dicom::DicomFile>, Skipped> openSource(const 
     const auto opened = dicom::DicomFile::open(path.string());
     if (!opened.ok()) {
         const bool isNone = opened.error().kind == dicom::DecodeError::Kind::NotDicom;
-        return Skipped{isNone ? Skipped::Reason::NotDicom : Skipped::Reason::Unreadable, "cannot be read"};
+        return isNone ? Skipped{Skipped::Reason::NotDicom, "is no DICOM file"}
+                      : Skipped{Skipped::Reason::Unreadable, "cannot be read"};
     }
     const auto& header = opened.value()->header();
     if (isDirectory(header)) return Skipped{Skipped::Reason::Directory, "lists the files of a medium"};

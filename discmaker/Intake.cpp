@@ -21,7 +21,7 @@ namespace {
 enum class Fate { NotDicom, Directory, Document, Unshowable, Damaged, Whole };
 
 struct Taken {
-    Fate fate = Fate::NotDicom;
+    Fate fate = Fate::Unshowable;
     std::string reason;
     std::string digest;
     ImageRecord record;
@@ -53,17 +53,15 @@ Taken take(const SourceFile& file, const fs::path& copy, bool keep, std::mutex& 
         }
         auto outcome = copyFile(file.path, copy);
         if (!outcome.fault.empty()) {
-            taken.fate = Fate::Unshowable;
             taken.reason = outcome.fault;
             return taken;
         }
         taken.digest = std::move(outcome.digest);
     }
     requireSame(copy, taken.digest);
-    if (taken.fate == Fate::Unshowable) return taken;
+    if (!taken.reason.empty()) return taken;
     const auto opened = openSource(copy);
     if (const auto* skipped = std::get_if<Skipped>(&opened)) {
-        taken.fate = Fate::Unshowable;
         taken.reason = skipped->message;
         return taken;
     }

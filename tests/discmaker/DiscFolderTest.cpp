@@ -43,7 +43,7 @@ TEST_F(DiscFolderTest, ReplacesItsOwnDiscAndLeavesWhatElseLiesThere) {
     EXPECT_EQ(std::distance(fs::directory_iterator(disc_), {}), 3) << "nothing is left aside";
 
     fs::permissions(disc_ / "viewer", fs::perms::owner_all);
-    for (const char* left : {".makedisc-new/stray", ".makedisc-old/stray"}) {
+    for (const char* left : {".makedisc-new/disc/stray", ".makedisc-old/stray"}) {
         fs::remove_all(disc_);
         writeFile(disc_ / left, "half");
         writeFile(disc_ / series_ / "IM00002.dcm", "half");
@@ -51,7 +51,10 @@ TEST_F(DiscFolderTest, ReplacesItsOwnDiscAndLeavesWhatElseLiesThere) {
         EXPECT_EQ(filesBelow(disc_).size(), 2u) << left;
     }
     fs::remove_all(disc_);
-    { DiscFolder folder(disc_); }
+    {
+        const DiscFolder folder(disc_);
+        EXPECT_THROW(DiscFolder{disc_}, DiscError) << "another one is at it";
+    }
     EXPECT_FALSE(fs::exists(disc_)) << "a folder made for nothing is taken away";
     fs::create_directories(disc_);
     { DiscFolder folder(disc_); }

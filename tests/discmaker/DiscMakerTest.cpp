@@ -91,18 +91,21 @@ TEST_F(DiscMakerTest, PutsEveryFileOnTheDiscOnceOrTellsWhyNot) {
     for (const char* target : {"in", "in/x10", "nowhere"})
         fs::create_symlink(root_ / target, input_ / ("link" + std::to_string(std::string(target).size())));
     fs::create_symlink("/dev/null", input_ / "device");
+    fs::create_directory(root_ / "more");
+    fs::create_symlink("loop", root_ / "more/loop");
+    writeFile(input_ / "EMPTY.DCM", "");
     for (const auto& [name, content] : filesBelow(input_))
         fs::permissions(input_ / name, fs::perms::owner_read);
 
-    request_.named = {input_, input_ / "x10"};
+    request_.named = {input_, input_ / "x10", root_ / "more"};
     const auto before = filesBelow(input_);
     const auto summary = make();
     EXPECT_TRUE(isDone_);
     EXPECT_EQ(filesBelow(input_), before);
     const auto& intake = summary.intake;
-    EXPECT_EQ(std::tuple(summary.patients, summary.files), std::tuple(3u, 4u)) << reports_;
+    EXPECT_EQ(std::tuple(summary.patients, summary.files, summary.missing), std::tuple(3u, 4u, 1u));
     EXPECT_EQ(std::tuple(intake.notDicom, intake.documents, intake.duplicates), std::tuple(1u, 1u, 1u));
-    EXPECT_EQ(std::tuple(intake.unshowable, intake.damaged), std::tuple(2u, 1u));
+    EXPECT_EQ(std::tuple(intake.unshowable, intake.damaged), std::tuple(3u, 1u)) << reports_;
     const auto played = playedFiles(request_.disc);
     for (const auto& [name, content] : before) {
         const auto copies = std::ranges::count(played, content);
@@ -110,7 +113,7 @@ TEST_F(DiscMakerTest, PutsEveryFileOnTheDiscOnceOrTellsWhyNot) {
         EXPECT_TRUE(copies == 1 || name == "readme.txt" || reports_.find(name) != std::string::npos) << name;
     }
     for (const char* text : {"x9: the same as ", "twin: they differ, but have one instance UID", "damaged ",
-                             "part: frame 3 of 3: ", "report.dcm: "})
+                             "part: frame 3 of 3: ", "report.dcm: ", "loop: "})
         EXPECT_THAT(reports_, HasSubstr(text));
     const auto catalogue = contentOf(request_.disc / "CD.xml");
     for (const char* text : {"<disc title=\"Title &amp; more\">", "Иванов  (P-1)", "Other]]&gt;B, &lt;i&gt;",
@@ -123,8 +126,8 @@ TEST_F(DiscMakerTest, PutsEveryFileOnTheDiscOnceOrTellsWhyNot) {
     make();
     EXPECT_EQ(playedFiles(request_.disc), played);
     const auto others = filesBelow(request_.disc / "Other");
-    ASSERT_EQ(others.size(), 3u);
-    for (const char* name : {"cut", "bare", "deep/report.dcm"})
+    ASSERT_EQ(others.size(), 4u);
+    for (const char* name : {"cut", "bare", "deep/report.dcm", "EMPTY.DCM"})
         EXPECT_TRUE(std::ranges::any_of(others, [&](const auto& o) { return o.second == before.at(name); }));
 }
 
@@ -180,6 +183,8 @@ TEST_F(DiscMakerTest, TellsWhenCopyingFails) {
     EXPECT_THROW(requireSame(input_ / "a.dcm", "digest"), DiscError);
 
     image("A", 1, 100).writeTo(input_ / "a.dcm");
+    const auto disc = std::string(32769, ' ') + "CD001";
+    writeFile(root_ / "old.iso", disc);
 #ifdef RLIMIT_FSIZE
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
@@ -187,6 +192,10 @@ TEST_F(DiscMakerTest, TellsWhenCopyingFails) {
     const rlimit small{4096, before.rlim_max};
     setrlimit(RLIMIT_FSIZE, &small);
     EXPECT_THROW(make(), DiscError) << "as on a full medium";
+    image("A", 1).writeTo(input_ / "a.dcm");
+    request_.image = root_ / "old.iso";
+    EXPECT_THAT([&] { make(); }, testing::ThrowsMessage<DiscError>(HasSubstr("FAILURE")));
+    EXPECT_EQ(contentOf(*request_.image), disc) << "the old image";
     setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, handler);
 #endif
@@ -201,6 +210,8 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
         file.sequence({0x0008, 0x1140}, {reference}).text({0x0010, 0x0020}, "LO", "4711-88");
         file.text({0x0008, 0x0020}, "DA", "20240522").text({0x0008, 0x0080}, "LO", "Clinic");
         file.text({0x0008, 0x002A}, "DT", "20240522101500").text({0x0018, 0x1078}, "DT", "20240522");
+        file.text({0x0008, 0x0023}, "DA", "20240522").text({0x0008, 0x0033}, "TM", "101500");
+        file.text({0x0018, 0x0024}, "SH", "on 20240522").text({0x0018, 0x1003}, "LO", "note");
         file.text({0x0009, 0x0010}, "LO", "MINE").text({0x0009, 0x1001}, "LO", "Jane Miller");
         file.text({0x0008, 0x1090}, "LO", "Room of miller").text({0x0008, 0x0070}, "LO", "Maker");
         file.text({0x5000, 0x2500}, "LO", "curve note").text({0x6002, 0x1500}, "LO", "overlay note");
@@ -229,8 +240,10 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
     for (const auto& line : describeHeader(*second)) values += line.keyword + "=" + line.value + ";";
     for (const char* value :
          {";PatientName=Case 1;", ";PatientID=C1;", ";PatientIdentityRemoved=YES;", ";StudyDate=;",
-          ";AcquisitionDateTime=19110101000000;", ";Manufacturer=Maker;", ";InstitutionName=ANONYMOUS;",
-          ";SeriesNumber=4;", ";CodeValue=113100;", ";LongitudinalTemporalInformationModified=REMOVED;"})
+          ";AcquisitionDateTime=19110101000000;", ";ContentDate=19110101;", ";ContentTime=000000;",
+          ";DeidentificationMethod=Basic Application Confidentiality Profile;", ";Manufacturer=Maker;",
+          ";InstitutionName=ANONYMOUS;", ";SeriesNumber=4;", ";CodeValue=113100;",
+          ";LongitudinalTemporalInformationModified=REMOVED;"})
         EXPECT_THAT(values, HasSubstr(value));
     EXPECT_THAT(reports_, testing::AllOf(HasSubstr("2: names may be burned"), Not(HasSubstr("1: names"))));
     first = second = nullptr;  // a disc with files that are open is not replaced on every system
@@ -260,13 +273,14 @@ TEST_F(DiscMakerTest, WritesImagesInTheOrderOfReading) {
         file.text({0x0008, 0x0020}, "DA", std::to_string(20240100 + number));
         file.writeTo(input_ / std::to_string(number));
     }
-    writeFile(root_ / "programs/linux/cinedisc", "the program");
-    request_.enclosures.programs = {root_ / "programs"};
+    for (const char* name : {"cinedisc", "linux/10", "linux/9"})
+        writeFile(root_ / "programs" / name, std::string("program ") + name);
+    request_.enclosures.programs = {root_ / "programs/cinedisc", root_ / "programs"};
     request_.image = root_ / "disc.iso";
     const auto expectDisc = [&](const fs::path& folder, const char* imageName, const std::string& title) {
         const auto bytes = contentOf(root_ / imageName);
         auto files = playedFiles(folder);
-        files.insert(files.begin(), "the program");
+        files.insert(files.begin(), {std::string("program linux/9"), std::string("program linux/10")});
         auto at = bytes.find(contentOf(folder / "CD.xml"));
         for (const auto& file : files) EXPECT_LT(std::exchange(at, bytes.find(file)), bytes.find(file));
         EXPECT_LT(at, bytes.size());
@@ -274,7 +288,7 @@ TEST_F(DiscMakerTest, WritesImagesInTheOrderOfReading) {
         EXPECT_THAT(bytes, HasSubstr("IM00001.dcm")) << "Rock Ridge";
         for (const char* file : {"README.TXT", "CD.xml"})
             EXPECT_THAT(contentOf(folder / file), HasSubstr(title));
-        return files.size() - 1;
+        return files.size() - 2;
     };
     make();
     EXPECT_EQ(expectDisc(request_.disc, "disc.iso", "Title"), 4u);
@@ -317,6 +331,9 @@ TEST_F(DiscMakerTest, LaysTheViewersBesideTheCatalogue) {
     EXPECT_EQ(findEnclosures(bin_).programs, std::vector{bin_ / "programs"});
 
     writeFile(input_ / "cut.dcm", contentOf(input_ / "a.dcm").substr(0, 160));
+    const auto given =
+        std::get<MakeRequest>(parseCommandLine(std::vector<std::string>{"--program", "mine", out, in}, bin_));
+    EXPECT_EQ(given.disc.enclosures.programs, std::vector<fs::path>{"mine"});
     EXPECT_EQ(run({"--program", (bin_ / "license.txt").string(), out, in}), 3);
     for (const auto& arguments :
          {std::vector{std::string("--program"), std::string("none")}, {"--autorun"}}) {
@@ -343,6 +360,10 @@ TEST(ProgressLine, IsABarForAPersonAndTenLinesInALog) {
         EXPECT_EQ(lines, all < 1000 ? 0u : 10u);
         EXPECT_EQ(bars, std::min<std::size_t>(all, 100));
     }
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(ProgressLine().next(100, 1000), HasSubstr("checked")) << "output to a file";
+    { ProgressLine(ProgressLine::Reader::Person).next(1, 100); }
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::EndsWith(" \r")) << "of a work that failed";
 }
 
 TEST(CommandLine, SaysWhatIsWrongWithTheArguments) {

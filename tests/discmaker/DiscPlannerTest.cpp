@@ -54,8 +54,8 @@ TEST(DiscPlanner, SortsEveryLevel) {
          "A,1,,s4,2024,10; A,1,,s3,2024,09; A,1,,s2,2024,10; A,1,,s1,2024; A,1,,s5,1,1,c,1,1,8;"
          "A,1,,s5,1,1,b,1,1,8; A,1,,s5,1,1,d,1,1,7",
          "6 ,5 ,4 ,/1 ,/2 ,/0 ,/3 ,/|"},
-        {"runs by time, then number; images by number, then time",
-         "A,1,,s,,,r,1,1,2,,5; A,1,,s,,,r,1,3,1,,5; A,1,,s,,,r,1,2,1,,5; A,1,,s,,,i,2,2,3; A,1,,s,,,i,2,3,1;"
+        {"runs and what lies among them by time, then number; images by number, then time",
+         "A,1,,s,,,r,1,1,2,,1; A,1,,s,,,r,1,3,1,,5; A,1,,s,,,r,1,2,1,,5; A,1,,s,,,i,2,2,3; A,1,,s,,,i,2,3,1;"
          "A,1,,s,,,i,2,2,2",
          "2 1 0 ,5 3 4 ,/|"},
         {"places before anything else, but only where all have one",
