@@ -210,7 +210,7 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
         file.sequence({0x0008, 0x1140}, {reference}).text({0x0010, 0x0020}, "LO", "4711-88");
         file.text({0x0008, 0x0020}, "DA", "20240522").text({0x0008, 0x0080}, "LO", "Clinic");
         file.text({0x0008, 0x002A}, "DT", "20240522101500").text({0x0018, 0x1078}, "DT", "20240522");
-        file.text({0x0008, 0x0023}, "DA", "20240522").text({0x0008, 0x0033}, "TM", "101500");
+        file.text({0x0070, 0x0082}, "DA", "20240522").text({0x0008, 0x0033}, "TM", "101500");
         file.text({0x0018, 0x0024}, "SH", "on 20240522").text({0x0018, 0x1003}, "LO", "note");
         file.text({0x0009, 0x0010}, "LO", "MINE").text({0x0009, 0x1001}, "LO", "Jane Miller");
         file.text({0x0008, 0x1090}, "LO", "Room of miller").text({0x0008, 0x0070}, "LO", "Maker");
@@ -240,9 +240,9 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
     for (const auto& line : describeHeader(*second)) values += line.keyword + "=" + line.value + ";";
     for (const char* value :
          {";PatientName=Case 1;", ";PatientID=C1;", ";PatientIdentityRemoved=YES;", ";StudyDate=;",
-          ";AcquisitionDateTime=19110101000000;", ";ContentDate=19110101;", ";ContentTime=000000;",
-          ";DeidentificationMethod=Basic Application Confidentiality Profile;", ";Manufacturer=Maker;",
-          ";InstitutionName=ANONYMOUS;", ";SeriesNumber=4;", ";CodeValue=113100;",
+          ";AcquisitionDateTime=19110101000000;", ";PresentationCreationDate=19110101;",
+          ";ContentTime=000000;", ";DeidentificationMethod=Basic Application Confidentiality Profile;",
+          ";Manufacturer=Maker;", ";InstitutionName=ANONYMOUS;", ";SeriesNumber=4;", ";CodeValue=113100;",
           ";LongitudinalTemporalInformationModified=REMOVED;"})
         EXPECT_THAT(values, HasSubstr(value));
     EXPECT_THAT(reports_, testing::AllOf(HasSubstr("2: names may be burned"), Not(HasSubstr("1: names"))));
@@ -345,7 +345,9 @@ TEST_F(DiscMakerTest, LaysTheViewersBesideTheCatalogue) {
                     HasSubstr(all[0] == "--program" ? "none" : "exe"));
         EXPECT_FALSE(fs::exists(root_ / "other"));
     }
+    testing::internal::CaptureStderr();
     EXPECT_EQ(run({}), 2);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("makedisc --help"));
     EXPECT_EQ(run({"--version"}), 0);
 }
 
