@@ -38,11 +38,13 @@ DicomBuilder image(const std::string& patient, int instance, int frames = 1) {
     auto builder = DicomBuilder::image(8, 8, frames);
     builder.text({0x0008, 0x0005}, "CS", "ISO_IR 144")
         .text({0x0008, 0x0018}, "UI", "1.2.9." + std::to_string(instance))
+        .text({0x0008, 0x0032}, "TM", "235900")
         .text({0x0010, 0x0010}, "PN", patient)
         .text({0x0020, 0x000D}, "UI", "1.2.77")
         .text({0x0020, 0x000E}, "UI", "1.2.77.3")
         .text({0x0020, 0x0011}, "IS", "4")
         .text({0x0020, 0x0013}, "IS", std::to_string(instance));
+    if (frames == 1) builder.text({0x0008, 0x002A}, "DT", "20240522080000");
     builder.gradientPixels();
     return builder;
 }
@@ -116,8 +118,9 @@ TEST_F(DiscMakerTest, PutsEveryFileOnTheDiscOnceOrTellsWhyNot) {
                              "part: frame 3 of 3: ", "report.dcm: ", "loop: "})
         EXPECT_THAT(reports_, HasSubstr(text));
     const auto catalogue = contentOf(request_.disc / "CD.xml");
-    for (const char* text : {"<disc title=\"Title &amp; more\">", "Иванов  (P-1)", "Other]]&gt;B, &lt;i&gt;",
-                             "Series 4: XA (1 run, 1 image)", "Run 2: 3 frames", "Run 1: 2 frames"})
+    for (const char* text :
+         {"<disc title=\"Title &amp; more\">", "Иванов  (P-1)", "Other]]&gt;B, &lt;i&gt;",
+          "Series 4: XA (1 run, 1 image)", "Run 1: 3 frames", "Run 1: 2 frames", "Image 2"})
         EXPECT_THAT(catalogue, HasSubstr(text));
     EXPECT_NE(fs::status(series_ / "IM00001.dcm").permissions() & fs::perms::owner_write, fs::perms::none);
 
@@ -215,6 +218,7 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
         file.text({0x0009, 0x0010}, "LO", "MINE").text({0x0009, 0x1001}, "LO", "Jane Miller");
         file.text({0x0008, 0x1090}, "LO", "Room of miller").text({0x0008, 0x0070}, "LO", "Maker");
         file.text({0x5000, 0x2500}, "LO", "curve note").text({0x6002, 0x1500}, "LO", "overlay note");
+        file.sequence({0x0070, 0x0001}, {test::DicomItem().text({0x0070, 0x0006}, "ST", "note")});
         if (i == 2) file.text({0x0028, 0x0301}, "CS", "YES");
         file.writeTo(input_ / std::to_string(i));
         std::fstream(input_ / std::to_string(i), std::ios::in | std::ios::out) << "preamble";
@@ -243,7 +247,7 @@ TEST_F(DiscMakerTest, AnonymisesTheWholeDisc) {
           ";AcquisitionDateTime=19110101000000;", ";PresentationCreationDate=19110101;",
           ";ContentTime=000000;", ";DeidentificationMethod=Basic Application Confidentiality Profile;",
           ";Manufacturer=Maker;", ";InstitutionName=ANONYMOUS;", ";SeriesNumber=4;", ";CodeValue=113100;",
-          ";LongitudinalTemporalInformationModified=REMOVED;"})
+          ";CodeMeaning=Basic", ";LongitudinalTemporalInformationModified=REMOVED;"})
         EXPECT_THAT(values, HasSubstr(value));
     EXPECT_THAT(reports_, testing::AllOf(HasSubstr("2: names may be burned"), Not(HasSubstr("1: names"))));
     first = second = nullptr;  // a disc with files that are open is not replaced on every system
