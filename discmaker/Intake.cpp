@@ -23,7 +23,7 @@ enum class Fate { NotDicom, Directory, Document, Unshowable, Damaged, Whole };
 struct Taken {
     Fate fate = Fate::Unshowable;
     std::string reason;
-    std::string digest;
+    Digest digest = 0;
     ImageRecord record;
 };
 
@@ -56,7 +56,7 @@ Taken take(const SourceFile& file, const fs::path& copy, bool keep, std::mutex& 
             taken.reason = outcome.fault;
             return taken;
         }
-        taken.digest = std::move(outcome.digest);
+        taken.digest = outcome.digest;
     }
     requireSame(copy, taken.digest);
     if (!taken.reason.empty()) return taken;
@@ -120,13 +120,16 @@ class Sorting {
 
   private:
     bool isNew(const fs::path& source, const fs::path& copy, const Taken& taken) {
-        const auto [same, isFirst] = digests_.try_emplace(taken.digest, source);
-        if (!isFirst) {
-            report_("left out " + source.string() + ": the same as " + same->second.string());
+        auto [same, end] = digests_.equal_range(taken.digest);
+        while (same != end && !haveSameBytes(result_.pictures[same->second].copy, copy)) ++same;
+        if (same != end) {
+            report_("left out " + source.string() + ": the same as " +
+                    result_.pictures[same->second].source.string());
             ++result_.summary.duplicates;
             fs::remove(copy);
             return false;
         }
+        digests_.emplace(taken.digest, result_.pictures.size());
         const auto& uid = taken.record.instanceUid;
         if (uid.empty()) return true;
         const auto [other, isOnly] = instances_.try_emplace(uid, source);
@@ -138,7 +141,8 @@ class Sorting {
 
     bool keep_;
     const Report& report_;
-    std::map<std::string, fs::path> digests_, instances_;
+    std::multimap<Digest, std::size_t> digests_;  ///< numbers of pictures
+    std::map<std::string, fs::path> instances_;
     Intake result_;
 };
 
