@@ -57,6 +57,10 @@ class Collection {
 
     void takeListed(const fs::path& directory) {
         const auto listing = readDirectory(directory, scratch_);
+        if (!listing.isWhole) {
+            report_(directory.string() + " is damaged: its order, and what it lists, is not known");
+            ++collected_.missing;
+        }
         for (const auto& name : listing.missing) {
             report_(directory.string() + " lists " + name + ", which is not there");
             ++collected_.missing;

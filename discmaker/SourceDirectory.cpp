@@ -97,6 +97,7 @@ DirectoryListing readDirectory(const fs::path& path, const fs::path& scratch) {
             DcmDicomDir directory(scratch.c_str());
             Medium medium(path.parent_path());
             collect(directory.getRootRecord(), medium, 0, listing);
+            listing.isWhole = true;
         }
     } catch (const std::exception&) {
         // The library makes a text of a value that is not there.

@@ -157,6 +157,9 @@ TEST_F(DiscMakerTest, FollowsADirectory) {
                   std::tuple(2u, 1u, 1u));
         EXPECT_THAT(reports_, testing::AllOf(HasSubstr("lists GONE"), HasSubstr("TEXT: ")));
     }
+    fs::resize_file(input_ / "DICOMDIR", fs::file_size(input_ / "DICOMDIR") - 9);
+    request_.named = {input_};
+    EXPECT_EQ(make().missing, 1u) << reports_;
 }
 
 TEST_F(DiscMakerTest, RefusesWhatWouldDestroyOrRepeatItsInput) {
