@@ -82,9 +82,10 @@ bool haveSameBytes(const fs::path& one, const fs::path& other) {
     const auto first = RandomAccessFile::open(one.string()), second = RandomAccessFile::open(other.string());
     if (!first || !second || first->size() != second->size()) return false;
     std::vector<std::byte> block(blockBytes), sameBlock(blockBytes);
-    for (std::uint64_t offset = 0; offset < first->size(); offset += blockBytes) {
-        const auto count = first->readAt(offset, block);
-        if (second->readAt(offset, sameBlock) != count) return false;
+    std::size_t count = 0;
+    for (std::uint64_t offset = 0; offset < first->size(); offset += count) {
+        count = first->readAt(offset, block);
+        if (count == 0 || second->readAt(offset, sameBlock) != count) return false;
         if (!std::equal(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(count), sameBlock.begin()))
             return false;
     }
