@@ -28,7 +28,7 @@ class StillsStrip {
 
   private:
     enum class TagPut { BeforeFile, AfterFile };
-    /// Shows a series folder's first file in preview `k`, if it holds any. Answers whether it does.
+    /// Shows a series folder's first file in preview `k`, if it holds any. Returns whether it does.
     bool showSeries(const QString& seriesFolder, Int16 k, TagPut tagPut);
     /// Walks the patient's series folders until `visit`, given each one's path, returns false.
     void walkSeries(const std::function<bool(const QString&)>& visit) const;

@@ -54,7 +54,7 @@ class UntouchedRegistry {
 };
 #endif
 
-/// Answers the name as it is typed. The toolkit takes quotation marks for a list of names.
+/// Gives names as they are typed. The toolkit takes quotation marks for a list of names.
 class SaveDialog : public QFileDialog {
   public:
     using QFileDialog::QFileDialog;
