@@ -2,14 +2,16 @@
 #include "app/Main.h"
 #include "control/CornerText.h"
 #include "control/ezDICOMX.h"
-#include "panels/ScreenFit.h"
+#include "panels/PanelParts.h"
 #include "tests/app/Form1Fixture.h"
 
 #include <QDir>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSet>
 #include <QSplitter>
 #include <QTimer>
@@ -20,25 +22,22 @@ namespace cinedisc::test {
 namespace {
 
 TEST_F(Form1Test, StartsAsDesigned) {
-    EXPECT_EQ(captionsIn<QAbstractButton>(form),
-              "CmdStudyBack=|Command2=|Command3=Command3|Open=|Option10=Reverse|Option11=Continuos|"
-              "Option1=None|Option2=Black|Option3=White|Option4=Continuos|Option9=Forward|chkRecordedRate="
-              "Recorded|cmNext=|"
-              "cmdExit=Exit|cmdExport=Export..|cmdFit(0)=Best Fit|cmdFit(1)=100%|cmdFit(2)=50%|"
-              "cmdFit(3)=150%|cmdFit(4)=200%|cmdHeader=Header|cmdInvert=Invert|cmdLabel=|cmdMagnify=|"
-              "cmdNext=|cmdNextImage=|cmdNextSeries=|cmdOverlay=Overlay|cmdPanning=Panning|cmdPatBack=|"
-              "cmdPlay=|cmdPrev=|cmdPrevImage=|cmdPreviousSeries=|cmdReverse=|cmdSerBack=|cmdSerNext=|"
-              "cmdSeriesBack=|cmdSmooth=Smooth|cmdStop=Stop|cmdStudyNext=|cmdWindow=|cmdZoom=Zoom");
-    EXPECT_EQ(captionsIn<QLabel>(form),
-              "Label13=Study Scroll Bar|Label15=Series Scroll Bar|Label1=|Label2=Loop|Label3=Continuous|"
-              "Label5=Study Scroll Bar|Label6=Series Scroll Bar|Label8=Frame Scroll Bar|"
-              "Label9=Image Scroll Bar|lblFra=Frame|lblImg=Image|lblRate=|lblRemark=|lblSeries=");
     for (const auto* button : form.findChildren<QAbstractButton*>()) {
         if (!button->text().isEmpty() || button->objectName().startsWith("qt_")) continue;
         EXPECT_FALSE(button->icon().isNull()) << qPrintable(button->objectName());
         EXPECT_FALSE(button->toolTip().isEmpty()) << qPrintable(button->objectName());
     }
     expectThatNoNameOccursTwice();
+    EXPECT_EQ(outline(form.menuBar()->actions()).toStdString(),
+              "mnuFile=&File{mnuOpen=&Open|mnuOpenCD=OpenCD|mnuExport=Export!|mnuExit=E&xit}|"
+              "mnuEdit=&Edit{mnuCopy=&Copy Image!Ctrl+C|mnuCopyHeader=Copy Header!}|"
+              "mnuTools=&Tools{mnuWindow=&Window+|mnuPanning=&Panning-|mnuSmooth=&Smooth+|"
+              "mnuMagnify=&Magnify-|mnuInvert=&Invert-|mnuLabel=&Label-|mnuHeader=&Header-|"
+              "mnuZoom=&Zoom{mnuBestFit=&Bestfit-|mnu50=50%-|mnu100=100%+|mnu150=150%-|mnu200=200%-}|"
+              "mnuOverLay=&Overlay{mnuNone=None-|mnuBlack=&Black -|mnuWhite=&White+}|"
+              "mnuCine=&Cine{mnuReverse=&Reverse!-|mnuStop=&Stop!-|mnuPlay=&Play!-|mnuNextSlice=Next "
+              "Slice!|mnuPreviousSlice=Previous Slice !|mnuNext=Next Image!|mnuPrevious=Previous "
+              "Image!}}|mnuHelp=&Help{mnuAbout=&About}");
     EXPECT_THROW(CommandHandlers()("cmdNothing"), std::logic_error);
     EXPECT_THROW(ButtonTable(form1Faces().buttons).make("cmdNothing", &form), std::logic_error);
 
@@ -60,29 +59,34 @@ TEST_F(Form1Test, StartsAsDesigned) {
     for (int i = 0; i < 5; ++i)
         EXPECT_EQ(find<ezDICOMX>(QString("thumb(%1)").arg(i)).role(), ViewRole::Preview);
     EXPECT_EQ(find<ezDICOMX>("ezTest").role(), ViewRole::Probe);
-}
-
-/// The menus as "name=caption shortcut", what they hold in braces.
-QString outline(const QList<QAction*>& actions) {
-    QStringList items;
-    for (const QAction* action : actions) {
-        items << action->objectName() + "=" + action->text() + action->shortcut().toString();
-        if (action->menu()) items.last() += "{" + outline(action->menu()->actions()) + "}";
-    }
-    return items.join("|");
-}
-
-TEST_F(Form1Test, TheTreeOfMenusIsTheDesigned) {
-    EXPECT_EQ(outline(form.menuBar()->actions()),
-              "mnuFile=&File{mnuOpen=&Open|mnuOpenCD=OpenCD|mnuExport=Export|mnuExit=E&xit}|"
-              "mnuEdit=&Edit{mnuCopy=&Copy ImageCtrl+C|mnuCopyHeader=Copy Header}|"
-              "mnuTools=&Tools{mnuWindow=&Window|mnuPanning=&Panning|mnuSmooth=&Smooth|mnuMagnify=&Magnify|"
-              "mnuInvert=&Invert|mnuLabel=&Label|mnuHeader=&Header|"
-              "mnuZoom=&Zoom{mnuBestFit=&Bestfit|mnu50=50%|mnu100=100%|mnu150=150%|mnu200=200%}|"
-              "mnuOverLay=&Overlay{mnuNone=None|mnuBlack=&Black |mnuWhite=&White}|"
-              "mnuCine=&Cine{mnuReverse=&Reverse|mnuStop=&Stop|mnuPlay=&Play|mnuNextSlice=Next Slice|"
-              "mnuPreviousSlice=Previous Slice |mnuNext=Next Image|mnuPrevious=Previous Image}}|"
-              "mnuHelp=&Help{mnuAbout=&About}");
+    settle({1280, 900});
+    EXPECT_EQ(rowsOf(*form.centralWidget()),
+              "8 8 Open= 4 cmdExport=Export.. 8 | 8 cmdWindow= 4 cmdMagnify= 4 cmdLabel= 4 "
+              "cmdPanning=Panning 8 | 8 cmdZoom=Zoom 4 cmdInvert=Invert 4 cmdSmooth=Smooth 4 "
+              "cmdHeader=Header 4 cmdOverlay=Overlay 8 | 8 Command3=Command3 _ cmdExit=Exit 8\n8 _ "
+              "thumb(0)+ _\n4 _ thumb(1)+ _\n/ _ qt_splithandle_ezDicom 0 ezDicom+ 8 thumb(2)+ 4 sb1 8\n"
+              "/ _ TreeView1+ _\n/ _ thumb(3)+ _\n4 _ thumb(4)+ _\n8 8 <Cine+ 17 Label8<Frame Scroll Bar "
+              "_ lblFra>Frame 17 Label9<Image Scroll Bar+ _\n/ _ CmdStudyBack= 4 Label13^Study Scroll "
+              "Bar+ 4 cmdStudyNext= 8\n/ 8 cmdReverse= 4 cmdStop=Stop 4 cmdPlay= 17 cmdPrev= 4 Slider2+ "
+              "4 cmdNext= 17 cmdPrevImage= 4 lblImg^Image 4 cmdNextImage= _\n/ _ | _ | _ | _\n_ _ "
+              "cmdSeriesBack= 4 Label15^Series Scroll Bar+ 4 cmNext= 8\n/ 8 Option9=Forward 8 "
+              "Option10=Reverse 17 Option4=Continuos 4 Label2<Loop 12 Option11=Continuos 4 "
+              "Label3<Continuous _ <Speed Bar 4 Slider1+ 4 chkRecordedRate=Recorded 17 lblRate<+ _\n8");
+    click("cmdZoom");
+    EXPECT_TRUE(find("Frame5").isAncestorOf(form.childAt(find("Frame5").geometry().bottomRight())));
+    EXPECT_EQ(rowsOf(find("Frame5")),
+              "5 5 cmdFit(0)=Best Fit 5\n1 5 cmdFit(2)=50% 5\n1 5 cmdFit(1)=100% 5\n1 5 cmdFit(3)=150% "
+              "5\n1 5 cmdFit(4)=200% 5\n5");
+    click("cmdOverlay");
+    EXPECT_EQ(rowsOf(find("Frame6")), "9 9 Option1=None 9\n8 9 Option2=Black 9\n8 9 Option3=White 9\n9");
+    find("Frame6").hide();
+    find("Frame9").hide();
+    find("Frame8").show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(rowsOf(find("Frame8")),
+              "_ _ ^Patient+ 17 ^Series+ 17 ^Image+ _\n/ _ | _ | _\n_ _ cmdPatBack= 4 Label5^Study "
+              "Scroll Bar+ 4 Command2= 17 cmdSerBack= 4 Label6^Series Scroll Bar+ 4 cmdSerNext= 17 "
+              "cmdPreviousSeries= 4 lblSeries^ 4 cmdNextSeries= _\n_ 0 Label1^+ 0\n0");
 }
 
 TEST_F(Form1Test, NothingIsCutOnAnyScreen) {
@@ -108,13 +112,18 @@ TEST_F(Form1Test, NothingIsCutOnAnyScreen) {
                 shown.findChild<QWidget*>("Frame8")->setVisible(stills);
                 shown.findChild<QWidget*>("Frame9")->setVisible(!stills);
                 QCoreApplication::processEvents();
+                const auto parts = partsOf(*shown.centralWidget());
+                for (const auto& [part, place] : parts.asKeyValueRange())
+                    for (const auto& [other, at] : parts.asKeyValueRange())
+                        EXPECT_EQ(place.intersects(at), part == other) << qPrintable(part->objectName());
                 for (const QWidget* widget : shown.findChildren<QWidget*>()) {
                     const QString name = widget->objectName();
                     if (!widget->isVisible() || name.isEmpty() || name.startsWith("qt_")) continue;
                     const QRect place(widget->mapTo(&shown, QPoint()), widget->size());
                     EXPECT_TRUE(shown.rect().contains(place)) << qPrintable(name);
                     EXPECT_FALSE(place.isEmpty()) << qPrintable(name);
-                    const bool holdsText = qobject_cast<const QAbstractButton*>(widget);
+                    const bool holdsText =
+                        qobject_cast<const QAbstractButton*>(widget) || name.startsWith("lbl");
                     const QSize needed = holdsText ? widget->sizeHint() : widget->minimumSizeHint();
                     EXPECT_EQ(place.size().expandedTo(needed), place.size()) << qPrintable(name);
                 }
@@ -124,26 +133,68 @@ TEST_F(Form1Test, NothingIsCutOnAnyScreen) {
     QApplication::setFont(usual);
 }
 
+TEST_F(Form1Test, RowsBreakWhereTheyHaveToAndNowhereElse) {
+    // The stretch before the last button is counted with a line's room that it does not need.
+    for (const auto& [panel, breaks, spare] :
+         {std::tuple{find("Open").parentWidget()->parentWidget(), 5, 13}, {&find("Frame9"), 2, 0}}) {
+        int left = breaks, before = 0;
+        for (int width = 1400; width > 320; --width) {
+            form.findChild<ScreenFit*>()->fitTo({width + 2 * panelGap + 4, 2000});
+            const int needed = panel->minimumSizeHint().width();
+            if (before != 0 && needed != before) {
+                EXPECT_LT(width, before + spare);
+                --left;
+            }
+            EXPECT_TRUE(needed <= width || left == 0) << needed << " in " << width;
+            before = needed;
+        }
+        EXPECT_EQ(left, 0);
+    }
+}
+
+TEST_F(Form1Test, ColoursAreReadableAndScrollBarsSeen) {
+    using P = QPalette;
+    const P colours = QApplication::palette();
+    for (const auto& [text, ground, fades] : {std::tuple{P::WindowText, P::Window, true},
+                                              {P::Text, P::Base, true},
+                                              {P::Text, P::AlternateBase, true},
+                                              {P::ButtonText, P::Button, true},
+                                              {P::ToolTipText, P::ToolTipBase, true},
+                                              {P::HighlightedText, P::Highlight, false},
+                                              {P::PlaceholderText, P::Base, false},
+                                              {P::Link, P::Window, false},
+                                              {P::BrightText, P::Button, false}}) {
+        const QRgb under = colours.color(ground).rgb();
+        EXPECT_GE(contrast(colours.color(text).rgb(), under), 4.5) << text;
+        EXPECT_EQ(contrast(colours.color(P::Disabled, text).rgb(), under) < 4, fades) << text;
+    }
+    for (const Qt::Orientation lies : {Qt::Vertical, Qt::Horizontal}) {
+        QScrollBar bar(lies);
+        const int edge = qMin(bar.sizeHint().width(), bar.sizeHint().height()), middle = edge / 2;
+        const int length = 15 * edge, tip = middle - 2, foot = middle + 1, side = middle - 3;
+        bar.resize(lies == Qt::Vertical ? QSize(edge, length) : QSize(length, edge));
+        for (const int most : {10, 0}) {
+            bar.setRange(0, most);
+            bar.setPageStep(10);
+            QImage image = bar.grab().toImage();
+            if (lies == Qt::Horizontal) image = image.transformed(QTransform(0, 1, 1, 0, 0, 0));
+            const auto seen = [&](int x, int y) {
+                return contrast(image.pixel(x, y), image.pixel(0, 0)) > 2;
+            };
+            EXPECT_EQ(seen(middle, 2 * edge), most > 0) << "the handle, where there is something to scroll";
+            EXPECT_FALSE(seen(middle, length - 2 * edge));
+            EXPECT_TRUE(seen(side, foot) && seen(side, length - 1 - foot)) << "arrows away from each other";
+            EXPECT_FALSE(seen(side, tip) || seen(side, length - 1 - tip));
+        }
+    }
+}
+
 TEST_F(Form1Test, PartsKeepTheirPlaces) {
     const auto placeOf = [this](const QString& name) {
         const QWidget& widget = find(name);
         return QRect(widget.mapTo(&form, QPoint()), widget.size());
     };
-    const auto settle = [this](QSize size) {
-        form.resize(size);
-        QCoreApplication::processEvents();
-    };
-    form.findChild<ScreenFit*>()->fitTo({1920, 1920});
-    for (const auto& [button, popUp] : {std::pair{"cmdZoom", "Frame5"}, {"cmdOverlay", "Frame6"}}) {
-        click(button);
-        EXPECT_EQ(placeOf(popUp).left(), placeOf(button).left());
-        EXPECT_GT(placeOf(popUp).top(), placeOf(button).bottom());
-        QWidget* const onTop = form.childAt(placeOf(popUp).center());
-        EXPECT_TRUE(onTop == &find(popUp) || find(popUp).isAncestorOf(onTop));
-        find(popUp).hide();
-    }
-    settle(QSize(1280, 900));
-    EXPECT_GT(placeOf("cmdExit").left(), placeOf("Command3").right() + 40) << "lest it be hit by mistake";
+    settle({1280, 900});
     const QRect besideTree = placeOf("ezDicom"), tree = placeOf("FraTree");
     find("FraTree").hide();
     QCoreApplication::processEvents();
@@ -281,8 +332,12 @@ TEST(MainProcedure, ShowsTheWindowAndForgetsItWhenClosed) {
     Main();
     ASSERT_NE(MainForm, nullptr);
     EXPECT_TRUE(MainForm->isVisible());
-    MainForm->close();
+    const QPointer<Form1> window = MainForm;
+    Main();
+    EXPECT_EQ(MainForm, window);
+    window->close();
     EXPECT_EQ(MainForm, nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.isNull(); }));
 }
 
 }  // namespace

@@ -1,9 +1,12 @@
 #include "tests/app/Form1Fixture.h"
 #include "tests/support/ModalDialog.h"
+#include "viewer/WindowWords.h"
 
-#include <QDialog>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -35,6 +38,24 @@ TEST_F(Form1Test, KeysRunTheButtonsWhileThePictureOrAPreviewHasThem) {
     walk({{"focus cmdInvert; key Return", "ezDicom.Polarity=-1"}});
 }
 
+TEST_F(Form1Test, TheRateIsToldAndThatOfTheRecordingCanBeTaken) {
+    openPatient();
+    const auto rate = [this](const QString& words) {
+        const auto& shown = find<QLabel>("lblRate");
+        return QTest::qWaitFor([&] { return QRegularExpression(words).match(shown.text()).hasMatch(); });
+    };
+    EXPECT_TRUE(rate("^recorded 31 fps$"));
+    walk({{"chkRecordedRate.checked=true", "Timer4.interval=32"},
+          {"chkRecordedRate.checked=false", "Timer4.interval=50"},
+          {"chkRecordedRate.checked=true; Slider1.value=9", "Timer4.interval=10"},
+          {"chkRecordedRate.checked=true; click cmdPlay", ""}});
+    EXPECT_TRUE(rate("^[1-9]\\d*(\\.\\d)? fps \\(recorded 31\\)$"));
+    walk({{"click cmdStop", ""}});
+    EXPECT_TRUE(rate("^recorded 31 fps$"));
+    find("ezDicom").setProperty("FileName", "");
+    EXPECT_TRUE(rate("^$"));
+}
+
 TEST_F(Form1Test, StillsAreSteppedBySeriesButtonsAndTheWheelStepsFrames) {
     walk({{"click Open; node 1", "ezDicom.focus=true"},
           {"key Down", "ezDicom.FileName=2.dcm"},
@@ -60,6 +81,13 @@ TEST_F(Form1Test, FullScreenHeaderAndKeysPageEndByEscapeInThatOrder) {
           {"key Esc", "fullScreen=false"}});
     EXPECT_EQ(picture.parentWidget(), home);
     EXPECT_TRUE(QTest::qWaitFor([&] { return picture.geometry() == place; }));
+    walk({{"key F1", ""}});
+    for (const QSize size : {QSize(1280, 900), QSize(300, 300)}) {
+        settle(size);
+        const QRect page = find("KeysPage").geometry();
+        EXPECT_TRUE(picture.rect().contains(page));
+        EXPECT_LE((page.center() - picture.rect().center()).manhattanLength(), 2);
+    }
 }
 
 TEST_F(Form1Test, TheMenuOfThePictureWritesAFilm) {
@@ -74,7 +102,12 @@ TEST_F(Form1Test, TheMenuOfThePictureWritesAFilm) {
         const auto film =
             std::ranges::find_if(actions, [](QAction* a) { return a->text().contains("film"); });
         EXPECT_EQ((*film)->isEnabled(), canWrite);
-        EXPECT_EQ(actions.front()->isEnabled(), canWrite) << "to play";
+        if (canWrite) {
+            EXPECT_EQ(outline(actions).toStdString(),
+                      "=Play+|=Play backward-|=Stop-||=Window+|=Magnify-|=Panning-|=Label-||=Zoom{=Best fit+|"
+                      "=50%-|=100%-|=150%-|=200%-}|=Invert-|=Smooth+|=Header-||=Copy image|=Export image...|"
+                      "=Export run as film...||=Full screen|=Keys");
+        }
         menu->setActiveAction(*film);
         QTest::keyClick(menu, canWrite ? Qt::Key_Return : Qt::Key_Escape);
     });
@@ -85,13 +118,21 @@ TEST_F(Form1Test, TheMenuOfThePictureWritesAFilm) {
     openMenu();
     canWrite = true;
     walk({{"click Open; node 0", ""}});
-    const ModalDialog<QDialog> save([&](QDialog& dialog) {
-        dialog.findChild<QLineEdit*>("fileNameEdit")->setText(folder.filePath("run"));
-        dialog.accept();
-    });
-    openMenu();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(folder.filePath("run.avi")); }));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return property("Timer4", "active").toBool(); }));
+    QStringList told;
+    for (const char* name : {"run", "no folder/run"}) {
+        ModalDialog<QMessageBox> failed([&](QMessageBox& box) {
+            told << box.text();
+            box.accept();
+        });
+        const ModalDialog<QFileDialog> save([&](QFileDialog& dialog) {
+            dialog.findChild<QLineEdit*>("fileNameEdit")->setText(folder.filePath(name));
+            static_cast<QDialog&>(dialog).accept();
+        });
+        openMenu();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return property("Timer4", "active").toBool(); }));
+    }
+    EXPECT_TRUE(QFile::exists(folder.filePath("run.avi")));
+    EXPECT_EQ(told, QStringList{windowWords::filmFailed()});
 }
 
 }  // namespace

@@ -64,11 +64,11 @@ void obey(std::span<std::byte> memory) {
     }
 }
 
-/// How many handles, and whether memory is shared with a process.
-auto held() {
-    std::ifstream stream("/proc/self/maps");
+/// How many handles a process has, and whether it shares memory with another.
+auto held(const std::string& process = "self") {
+    std::ifstream stream("/proc/" + process + "/maps");
     const std::string maps(std::istreambuf_iterator<char>(stream), {});
-    return std::pair(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}),
+    return std::pair(std::distance(std::filesystem::directory_iterator("/proc/" + process + "/fd"), {}),
                      maps.find("memfd:") != std::string::npos);
 }
 
@@ -92,6 +92,10 @@ TEST(ConfinedProcessTest, ComputesAndDoesNothingElseAndItsEndIsSeen) {
         const auto lasting = processes->start(10'000);
         ASSERT_TRUE(lasting);
         ASSERT_EQ(lasting->memory().size(), 10'000u);
+        const auto server = startedBy(self).at(0);
+        const auto heldByServer = held(server);
+        std::ifstream stream("/proc/" + startedBy(server).at(0) + "/oom_score_adj");
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), "1000\n") << "it is to end first";
         EXPECT_EQ(ask(*lasting, Wish::Misuse), Outcome::Done);
         EXPECT_STREQ(reinterpret_cast<const char*>(lasting->memory().data() + 1), "");
         EXPECT_EQ(ask(*lasting, Wish::Threads), Outcome::Done);
@@ -107,7 +111,16 @@ TEST(ConfinedProcessTest, ComputesAndDoesNothingElseAndItsEndIsSeen) {
             EXPECT_EQ(ask(*process, wish, wish == Wish::Hang ? 50ms : 60'000ms), outcome);
         }
         EXPECT_EQ(ask(*lasting, Wish::Nothing), Outcome::Done);
-        EXPECT_EQ(startedBy(startedBy(self).at(0)).size(), 1u) << "the others are ended";
+        EXPECT_EQ(startedBy(server).size(), 1u) << "the others are ended";
+        EXPECT_EQ(held(server), heldByServer);
+        const auto others = ConfinedProcesses::prepare(obey, 0, nullptr);
+        const auto orphan = others->start(4096);
+        kill(std::stoi(startedBy(self).back()), SIGKILL);
+        Outcome last = Outcome::Done;
+        const auto end = std::chrono::steady_clock::now() + 20s;
+        while (last == Outcome::Done && std::chrono::steady_clock::now() < end)
+            last = ask(*orphan, Wish::Nothing);
+        EXPECT_EQ(last, Outcome::Died) << "together with its server";
     }
     EXPECT_EQ(held(), before);
     EXPECT_TRUE(startedBy(self).empty());

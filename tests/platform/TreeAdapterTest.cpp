@@ -3,8 +3,10 @@
 #include "platform/widgets/PlainTextDelegate.h"
 #include "platform/widgets/TreeAdapter.h"
 
+#include <QHelpEvent>
 #include <QLabel>
 #include <QTest>
+#include <QToolTip>
 #include <gtest/gtest.h>
 
 namespace cinedisc {
@@ -21,6 +23,9 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
     });
     view.resize(300, 400);
     view.show();
+    const QImage empty = view.grab().toImage();
+    view.setHint("Open a disc.");
+    EXPECT_NE(view.grab().toImage(), empty);
     constexpr int patients = 32768;
     for (int i = 0; i < patients; ++i) {
         const int patient = tree.addNode(0, i ? QString::number(i) : "<b>R&D</b>");
@@ -61,6 +66,15 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
     EXPECT_EQ(clicked.size(), 2);
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, center);
     EXPECT_TRUE(view.isExpanded(last)) << "nor is a double click more than a click";
+    const auto tip = [&] {
+        QHelpEvent event(QEvent::ToolTip, {60, 5}, {60, 5});
+        QCoreApplication::sendEvent(view.viewport(), &event);
+        return QToolTip::text();
+    };
+    view.scrollTo(first);
+    EXPECT_EQ(tip(), "");
+    view.resize(70, 400);
+    EXPECT_EQ(tip(), "<p>&lt;b&gt;R&amp;D&lt;/b&gt;</p>") << "which is cut";
     for (const char* words : {"damaged", ""}) {
         tree.putRemark(words);
         EXPECT_EQ(remark.text(), words);

@@ -9,10 +9,11 @@ namespace cinedisc::test {
 
 constexpr QSize sampleSize(24, 32);
 
-/// A DICOM file of so many small grey frames, shown without a window: a pixel's grey is its value.
+/// A DICOM file of so many small grey frames of 32 ms, shown without a window: a pixel's grey is its value.
 inline QByteArray sampleFile(int frames) {
-    const Bytes bytes =
-        DicomBuilder::image(sampleSize.height(), sampleSize.width(), frames).gradientPixels().build();
+    auto image = DicomBuilder::image(sampleSize.height(), sampleSize.width(), frames).gradientPixels();
+    image.text({0x0018, 0x1063}, "DS", "32");
+    const Bytes bytes = image.build();
     return {reinterpret_cast<const char*>(bytes.data()), qsizetype(bytes.size())};
 }
 

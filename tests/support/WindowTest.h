@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -102,16 +103,55 @@ class WindowTest : public testing::Test {
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&target, &event);
     }
-    /// "name=text" of each control of a class whose name is the design's, sorted and joined by "|".
-    template <typename Control>
-    std::string captionsIn(const QWidget& place) {
-        QStringList all;
-        for (const Control* control : place.findChildren<Control*>()) {
-            const QString name = control->objectName();
-            if (!name.isEmpty() && !name.startsWith("qt_")) all << name + '=' + control->text();
+    /// The controls of a place that hold no others, and where they lie in it.
+    static QMap<const QWidget*, QRect> partsOf(const QWidget& place) {
+        QMap<const QWidget*, QRect> parts;
+        for (const auto* widget : place.findChildren<QWidget*>()) {
+            const bool isWhole = widget->findChildren<QWidget*>().isEmpty() ||
+                                 widget->inherits("QTreeView") || widget->objectName() == "ezDicom";
+            if (isWhole && widget->isVisible() && !widget->objectName().startsWith("qt_scroll"))
+                parts[widget] = QRect(widget->mapTo(&place, QPoint()), widget->size());
         }
-        all.sort();
-        return all.join('|').toStdString();
+        return parts;
+    }
+    /// A place's rows from above: the room over each, then its controls with their texts and the room between
+    /// them. A text is aligned to the "<" left, the ">" right or the "^" middle. "+" marks what is wider than
+    /// it needs, "|" a line. Room is told where the design has it; "_" is any other, "/" none.
+    static std::string rowsOf(const QWidget& place) {
+        std::map<int, std::map<int, const QWidget*>> rows;  // by the middle, then from the left
+        const auto parts = partsOf(place);
+        for (const auto& [part, at] : parts.asKeyValueRange()) {
+            const auto row = rows.lower_bound(at.center().y() - 1);
+            const bool isNew = row == rows.end() || row->first > at.center().y() + 1;
+            rows[isNew ? at.center().y() : row->first][at.x()] = part;
+        }
+        const auto room = [](int gap) {
+            if (gap < 0) return QString("/");
+            return QList{0, 1, 4, 5, 8, 9, 12, 17}.contains(gap) ? QString::number(gap) : QString("_");
+        };
+        QString told;
+        int above = 0;
+        for (const auto& [middle, row] : rows) {
+            QRect all;
+            QString line;
+            int left = 0;
+            for (const auto& [x, part] : row) {
+                const auto* label = qobject_cast<const QLabel*>(part);
+                const auto* button = qobject_cast<const QAbstractButton*>(part);
+                line += " " + room(x - left) + " " + part->objectName();
+                if (button) line += "=" + button->text();
+                if (label) line += "?<>?^"[label->alignment() & 7] + label->text();
+                if (part->inherits("cinedisc::GroupLine"))
+                    line += "|";
+                else
+                    all |= parts[part];
+                if (!button && part->width() > part->sizeHint().width() + 3) line += "+";
+                left = x + part->width();
+            }
+            told += room(all.top() - above) + line + " " + room(place.width() - left) + "\n";
+            above = all.bottom() + 1;
+        }
+        return (told + room(place.height() - above)).toStdString();
     }
 
     void expectThatNoNameOccursTwice() {
@@ -121,41 +161,29 @@ class WindowTest : public testing::Test {
         names.removeAll("");
         EXPECT_EQ(names.removeDuplicates(), 0);
     }
-    /// Uses every display tool by its button and by its menu item, and the keys; a file is loaded and not
-    /// inverted.
+    /// Uses every display tool by its button and by its menu item, which is marked as in force then, and the
+    /// keys; a file is loaded.
     void expectEveryDisplayToolWorks() {
-        const bool smooth = view("Smooth").toBool();
-        struct Case {
-            QString control;
-            const char* member;
-            QVariant value;
-        };
-        for (const Case& c : {Case{"cmdFit(1)", "ZoomPercent", 100}, {"cmdFit(1)", "BestFit", false},
-                              {"cmdFit(2)", "ZoomPercent", 50},      {"cmdFit(3)", "ZoomPercent", 150},
-                              {"cmdFit(4)", "ZoomPercent", 200},     {"cmdFit(0)", "BestFit", true},
-                              {"cmdFit(0)", "ZoomPercent", 200},     {"mnu50", "ZoomPercent", 50},
-                              {"mnu50", "BestFit", false},           {"mnu100", "ZoomPercent", 100},
-                              {"mnu150", "ZoomPercent", 150},        {"mnu200", "ZoomPercent", 200},
-                              {"mnuBestFit", "BestFit", true},       {"mnuBestFit", "ZoomPercent", 200},
-                              {"cmdInvert", "Polarity", -1},         {"mnuInvert", "Polarity", 1},
-                              {"cmdSmooth", "Smooth", !smooth},      {"mnuSmooth", "Smooth", smooth},
-                              {"cmdHeader", "ShowHeader", true},     {"mnuHeader", "ShowHeader", false},
-                              {"cmdMagnify", "MouseMode", 3},        {"cmdPanning", "MouseMode", 4},
-                              {"cmdLabel", "MouseMode", 5},          {"cmdWindow", "MouseMode", 1},
-                              {"mnuMagnify", "MouseMode", 3},        {"mnuPanning", "MouseMode", 4},
-                              {"mnuLabel", "MouseMode", 5},          {"mnuWindow", "MouseMode", 1},
-                              {"Option1", "BackgroundFill", false},  {"Option2", "BackgroundFill", true},
-                              {"Option2", "BackgroundColor", 1},     {"Option3", "BackgroundColor", 0},
-                              {"mnuNone", "BackgroundFill", false},  {"mnuBlack", "BackgroundColor", 1},
-                              {"mnuBlack", "BackgroundFill", true},  {"mnuWhite", "BackgroundColor", 0},
-                              {"Command3", "Option256", true}}) {
+        for (const QString& name :
+             QString(
+                 "cmdFit(1) cmdFit(2) cmdFit(3) cmdFit(4) cmdFit(0) mnu50 mnu100 mnu150 mnu200 mnuBestFit "
+                 "cmdInvert mnuInvert cmdSmooth mnuSmooth cmdHeader mnuHeader cmdMagnify cmdPanning "
+                 "cmdLabel cmdWindow mnuMagnify mnuPanning mnuLabel mnuWindow Option1=mnuNone "
+                 "Option2=mnuBlack Option3=mnuWhite mnuNone mnuBlack mnuWhite")
+                 .split(' ')) {
             QWidget* popUp = nullptr;
-            if (c.control.startsWith("cmdFit")) popUp = openPopUp("cmdZoom", "Frame5");
-            if (c.control.startsWith("Option")) popUp = openPopUp("cmdOverlay", "Frame6");
-            c.control.startsWith("mnu") ? choose(c.control) : find<QAbstractButton>(c.control).click();
-            EXPECT_EQ(view(c.member), c.value) << qPrintable(c.control);
-            EXPECT_FALSE(popUp && popUp->isVisible()) << qPrintable(c.control);
+            if (name.startsWith("cmdFit")) popUp = openPopUp("cmdZoom", "Frame5");
+            if (name.startsWith("Option")) popUp = openPopUp("cmdOverlay", "Frame6");
+            const QString tool = name.section('=', 0, 0), marked = name.section('=', -1);
+            const char* mark = marked.startsWith("mnu") ? "checked" : "active";
+            const bool turnsOver = QString("Invert Smooth Header").contains(tool.mid(3));
+            const bool isInForce = !turnsOver || !property(marked, mark).toBool();
+            tool.startsWith("mnu") ? choose(tool) : find<QAbstractButton>(tool).click();
+            EXPECT_EQ(property(marked, mark), isInForce) << qPrintable(name);
+            EXPECT_FALSE(popUp && popUp->isVisible()) << qPrintable(name);
         }
+        click("Command3");
+        EXPECT_EQ(view("Option256"), true);
         openPopUp("cmdOverlay", "Frame6");
         find<QAbstractButton>("Option3").click();
         EXPECT_FALSE(find("Frame6").isVisible()) << "also with the choice in force";
