@@ -1,7 +1,7 @@
 #include "app/Form1.h"
+#include "tests/support/DiscBuilder.h"
 #include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
-#include "tests/support/form/DiscWalk.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -16,13 +16,6 @@ class OnePatientWindowTest : public WindowTest {
     bool warns() {
         return form->findChild<QWidget*>("wrongPatientBar") && find("wrongPatientBar").isVisible();
     }
-    void clickNodeNumber(int number) {
-        auto& tree = find<QTreeView>("TreeView1");
-        const auto found = tree.model()->match(tree.model()->index(0, 0), Qt::UserRole + 1, number, 1,
-                                               Qt::MatchExactly | Qt::MatchRecursive);
-        tree.setCurrentIndex(found.value(0));
-        emit tree.clicked(found.value(0));
-    }
     QImage copied() {
         choose("mnuCopy");
         return QGuiApplication::clipboard()->image();
@@ -30,26 +23,6 @@ class OnePatientWindowTest : public WindowTest {
 
     std::unique_ptr<Form1> form;
 };
-
-TEST_F(OnePatientWindowTest, WalksOverOddDiscs) {
-    int shown = 0;
-    for (unsigned seed = 101; seed <= 104 && !HasFailure(); ++seed) {
-        SCOPED_TRACE(seed);
-        OddDisc disc(seed, sampleFile);
-        form = std::make_unique<Form1>(disc.disc().path());
-        show();
-        DiscWalk walk(disc, form->behaviour(),
-                      {[this](int node) { clickNodeNumber(node); }, [this] { return warns(); }, {}});
-        for (int i = 0; i < 250 && !HasFailure(); ++i) {
-            walk.step();
-            // The cine's own ticks, and drawing.
-            QCoreApplication::processEvents();
-        }
-        shown += walk.picturesShown();
-        form.reset();
-    }
-    EXPECT_GT(shown, 20);
-}
 
 /// Whatever the commands do: here the view is given another patient's file past all of them.
 TEST_F(OnePatientWindowTest, TheViewWarnsByItself) {

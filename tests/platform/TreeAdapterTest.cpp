@@ -36,11 +36,9 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
     const QModelIndex first = view.model()->index(0, 0);
     EXPECT_EQ(first.data(Qt::DisplayRole).toString(), "<b>R&D</b>");
     EXPECT_NE(dynamic_cast<PlainTextDelegate*>(view.itemDelegate()), nullptr);
-    EXPECT_EQ(first.data(Qt::UserRole).toString(), "Patient001");
     EXPECT_FALSE(first.data(Qt::DecorationRole).value<QIcon>().isNull());
     EXPECT_FALSE(first.flags().testFlag(Qt::ItemIsEditable));
     EXPECT_EQ(tree.tag(1), "Patient001");
-    EXPECT_EQ(tree.tag(5), "");
     EXPECT_EQ(tree.text(4), "entry");
     EXPECT_EQ(view.model()->index(0, 0, view.model()->index(0, 0, first)).data().toString(), "series");
 

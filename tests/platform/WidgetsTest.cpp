@@ -185,11 +185,8 @@ TEST(IconTest, EveryIconDrawsWhatIsItsOwnAtBothDensitiesInTheColourOfItsState) {
     for (const qreal density : {1.0, 2.0})
         for (int i = 0; i <= int(Icon::Program); ++i)
             EXPECT_NEAR(ink(drawn(Icon(i), density)), inks[i], 8) << i;
-    for (const auto& [icon, mirrored] : {std::pair{Icon::Play, Icon::Reverse},
-                                         {Icon::NextFrame, Icon::PreviousFrame},
-                                         {Icon::NextImage, Icon::PreviousImage},
-                                         {Icon::Next, Icon::Previous}})
-        EXPECT_NEAR(ink(drawn(icon).copy(0, 0, 7, 20)), ink(drawn(mirrored).copy(13, 0, 7, 20)), 8);
+    for (int i = int(Icon::Play); i < int(Icon::Patient); i += 2)  // and the same mirrored
+        EXPECT_NEAR(ink(drawn(Icon(i)).copy(0, 0, 7, 20)), ink(drawn(Icon(i + 1)).copy(13, 0, 7, 20)), 8);
     using P = QPalette;
     const P palette = QGuiApplication::palette();
     for (const auto& [mode, on, colour] :

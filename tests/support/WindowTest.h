@@ -139,7 +139,7 @@ class WindowTest : public testing::Test {
                 const auto* label = qobject_cast<const QLabel*>(part);
                 const auto* button = qobject_cast<const QAbstractButton*>(part);
                 line += " " + room(x - left) + " " + part->objectName();
-                if (button) line += "=" + button->text();
+                if (button) line += "=" + (button->text().isEmpty() ? button->toolTip() : button->text());
                 if (label) line += "?<>?^"[label->alignment() & 7] + label->text();
                 if (part->inherits("cinedisc::GroupLine"))
                     line += "|";
@@ -154,13 +154,6 @@ class WindowTest : public testing::Test {
         return (told + room(place.height() - above)).toStdString();
     }
 
-    void expectThatNoNameOccursTwice() {
-        QStringList names;
-        for (const QWidget* widget : window().findChildren<QWidget*>())
-            if (!widget->objectName().startsWith("qt_")) names << widget->objectName();
-        names.removeAll("");
-        EXPECT_EQ(names.removeDuplicates(), 0);
-    }
     /// Uses every display tool by its button and by its menu item, which is marked as in force then, and the
     /// keys; a file is loaded.
     void expectEveryDisplayToolWorks() {
@@ -190,17 +183,6 @@ class WindowTest : public testing::Test {
         QGuiApplication::clipboard()->clear();
         QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier);
         EXPECT_EQ(QGuiApplication::clipboard()->image().size(), sampleSize);
-    }
-    /// With the keyboard on each of these controls; "" is where opening a pop-up puts it.
-    void expectEscapeHidesThePopUps(const QStringList& places) {
-        for (const auto& [button, panel] : {std::pair{"cmdZoom", "Frame5"}, {"cmdOverlay", "Frame6"}}) {
-            for (const QString& place : places) {
-                const QWidget* popUp = openPopUp(button, panel);
-                if (!place.isEmpty()) find(place).setFocus();
-                QTest::keyClick(window().focusWidget(), Qt::Key_Escape);
-                EXPECT_FALSE(popUp->isVisible()) << panel << " with the keyboard on " << qPrintable(place);
-            }
-        }
     }
     /// Number of the run-time error that ends the program in `act`; 0 for none.
     template <typename Act>
