@@ -139,7 +139,9 @@ class WindowTest : public testing::Test {
                 const auto* label = qobject_cast<const QLabel*>(part);
                 const auto* button = qobject_cast<const QAbstractButton*>(part);
                 line += " " + room(x - left) + " " + part->objectName();
-                if (button) line += "=" + (button->text().isEmpty() ? button->toolTip() : button->text());
+                if (button)
+                    line += "=" + (button->text().isEmpty() ? button->toolTip().section(':', 0, 0)
+                                                            : button->text());
                 if (label) line += "?<>?^"[label->alignment() & 7] + label->text();
                 if (part->inherits("cinedisc::GroupLine"))
                     line += "|";
