@@ -2,6 +2,7 @@
 #include "tests/support/ModalDialog.h"
 #include "viewer/WindowWords.h"
 
+#include <QContextMenuEvent>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
@@ -14,7 +15,10 @@ namespace cinedisc::test {
 namespace {
 
 TEST_F(Form1Test, KeysRunTheButtonsWhileThePictureOrAPreviewHasThem) {
-    walk({{"click Open", "TreeView1.focus=true"}, {"node 0; click cmdStop", ""}});
+    walk({{"click Open", "TreeView1.focus=true"},
+          {"focus sb1; choose mnuOpenCD", "TreeView1.focus=true"},
+          {"node 0; click cmdStop; click Option10; click Option9; click chkRecordedRate",
+           "ezDicom.focus=true"}});
     for (const char* place : {"ezDicom", "thumb(1)"}) {
         walk({{QString("focus ") + place, ""},
               {"key Home", "ezDicom.FileName=1.dcm; ezDicom.CurrentFrame=1"},
@@ -101,7 +105,8 @@ TEST_F(Form1Test, TheMenuOfThePictureWritesAFilm) {
             menu.setActiveAction(menu.actions().at(menu.actions().size() - 4));
             QTest::keyClick(&menu, key);
         });
-        emit find("ezDicom").customContextMenuRequested({5, 5});
+        QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, {5, 5});
+        QCoreApplication::sendEvent(&find("ezDicom"), &event);
     };
     openMenu(Qt::Key_Escape);
     EXPECT_TRUE(items.startsWith("=Play!-|") && items.contains("=Export run as film...!|"));
