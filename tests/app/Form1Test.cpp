@@ -5,12 +5,11 @@
 #include "panels/PanelParts.h"
 #include "tests/app/Form1Fixture.h"
 
+#include <QClipboard>
 #include <QDir>
-#include <QMenu>
+#include <QGuiApplication>
 #include <QMenuBar>
 #include <QPointer>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QScrollBar>
 #include <QSplitter>
 #include <QTimer>
@@ -67,7 +66,7 @@ TEST_F(Form1Test, StartsAsDesigned) {
               "5\n1 5 cmdFit(4)=200% 5\n5");
     click("cmdOverlay");
     EXPECT_EQ(rowsOf(find("Frame6")), "9 9 Option1=None 9\n8 9 Option2=Black 9\n8 9 Option3=White 9\n9");
-    find("Frame6").hide();
+    walk({{"click lblImg", "Frame5.visible=false; Frame6.visible=false"}});
     find("Frame9").hide();
     find("Frame8").show();
     QCoreApplication::processEvents();
@@ -251,6 +250,44 @@ TEST_F(Form1Test, WhatIsInForceIsMarkedWhoeverPutIt) {
     click("cmdStudyNext");
     click("cmdNextSeries");
     EXPECT_TRUE(find<ezDICOMX>("thumb(0)").isMarked()) << "it stands for the series";
+}
+
+/// Whatever the commands do: here the view is given another patient's file past all of them.
+TEST_F(Form1Test, TheViewWarnsByItselfOfAnotherPatientsPicture) {
+    const auto warns = [this] {
+        return form.findChild<QWidget*>("wrongPatientBar") && find("wrongPatientBar").isVisible();
+    };
+    const auto copied = [this] {
+        choose("mnuCopy");
+        return QGuiApplication::clipboard()->image();
+    };
+    click("Open");
+    QWidget& ezDicom = find("ezDicom");
+    const QString others = disc.path({"Dicom", "Patient001", "Study1", "Series2", "1.dcm"});
+    ezDicom.setProperty("FileName", others);
+    EXPECT_FALSE(warns());  // nobody's name is shown yet
+    const QImage plain = copied();
+    clickNode(0);
+    click("cmdStop");
+    EXPECT_FALSE(warns());
+    for (const QString& path : {others, disc.path({"Dicom", "Patient000", "..", "Patient001", "x"}),
+                                disc.path({"Dicom", "Patient0000", "1.dcm"}), QString("/1.dcm")}) {
+        ezDicom.setProperty("FileName", path);
+        EXPECT_TRUE(warns()) << qPrintable(path);
+        EXPECT_EQ(view("FileName"), path);
+    }
+    ezDicom.setProperty("FileName", others);
+    EXPECT_EQ(copied(), plain);
+    choose("mnuHeader");
+    EXPECT_TRUE(warns());
+    EXPECT_GE(find("headerPage").geometry().top(), find("wrongPatientBar").geometry().bottom());
+    // It is all its own colour, as wide as the view.
+    const QImage bar = find("wrongPatientBar").grab().toImage();
+    EXPECT_EQ(bar.pixelColor(2, 2), QColor(0xc4, 0x00, 0x6a));
+    EXPECT_GE(bar.width() + 4, int(ezDicom.width() * bar.devicePixelRatio()));
+    choose("mnuHeader");
+    walk({{"click cmdStudyNext", "Label5.text=Stills"}});  // to the patient whose file it is
+    EXPECT_FALSE(warns());
 }
 
 TEST_F(Form1Test, PulledOutDiscKeepsTheWindowUsableAndAnUntrappedErrorIsTold) {

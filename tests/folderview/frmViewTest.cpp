@@ -1,50 +1,16 @@
 #include "app/Form1.h"
 #include "folderview/frmView.h"
 #include "panels/ScreenFit.h"
+#include "tests/support/DiscBuilder.h"
 #include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
-#include "tests/support/form/RecordingForm1.h"
+#include "tests/support/form/StandIns.h"
 #include "viewerwindow/StripWheel.h"
 
 #include <gmock/gmock.h>
 
 namespace cinedisc::test {
 namespace {
-
-/// The folder viewer's behaviour with every control a stand-in, on a folder of seven runs of three frames.
-struct FolderBehaviourTest : testing::Test, RecordingWindow {
-    FolderBehaviourTest() {
-        connect(behaviour);
-        dialogs.folder = disc.path({"Dicom", "Patient000", "Study1", "Series1"});
-        behaviour.cmdOpen_Click();
-    }
-    DiscBuilder disc{{patientOf("A", {QList<int>(7, 3)})}};
-    frmViewBehaviour behaviour{{controls, tools, exportFormat, *this, dialogs}};
-};
-
-TEST_F(FolderBehaviourTest, EitherOptionOpensAPreviewAtItsLastFrame) {
-    for (const auto& [direction, endOfRun, frame] : {std::tuple{&Option9, &Option4, ""},
-                                                     {&Option9, &Option11, "ezDicom.CurrentFrame=3|"},
-                                                     {&Option10, &Option4, "ezDicom.CurrentFrame=3|"}}) {
-        direction->putValue(true);
-        endOfRun->putValue(true);
-        sb1.putValue(1);
-        puts();
-        behaviour.thumb_Click(1);
-        const QString all = puts().join('|');
-        EXPECT_TRUE(all.startsWith(QString("ezDicom.FileName=2.dcm|%1sb1.Value=2|").arg(frame)));
-        EXPECT_TRUE(all.endsWith("|lblImg.Caption=Image : 2/7|Timer4.Enabled=true"));
-    }
-    // Nothing is trapped here, and no cine starts then.
-    Timer4.putEnabled(false);
-    sb1.putMax(2);
-    EXPECT_THROW(behaviour.thumb_Click(2), RunTimeError);
-    EXPECT_FALSE(Timer4.Enabled());
-    thumb[2]->putThumbIndex(-1);
-    puts();
-    behaviour.thumb_Click(2);
-    EXPECT_EQ(puts(), QStringList()) << "an empty preview opens nothing";
-}
 
 /// The real window on folders of DICOM files; the outcomes of its dialogs are laid ready.
 class frmViewTest : public WindowTest {
@@ -107,9 +73,17 @@ TEST_F(frmViewTest, PlaysAndStepsThroughTheFolder) {
     walk({{"click thumb(1)", "ezDicom.FileName=Series2/2.dcm; ThumbFillCount=4"}});
     EXPECT_TRUE(QTest::qWaitFor([&] { return view("CurrentFrame").toInt() >= 2; })) << "it plays by itself";
     walk({{"click cmdStop; click cmdNextImage", "ezDicom.FileName=Series2/3.dcm; lblImg.text=Image : 3/7"},
-          {"sb1.value=7", "thumb(0).FileName=3.dcm; thumb(4).FileName=7.dcm"}});
+          {"sb1.value=7", "thumb(0).FileName=3.dcm; thumb(4).FileName=7.dcm"},
+          {"Option11.checked=true; click thumb(4)", "ezDicom.FileName=Series2/7.dcm; ezDicom.CurrentFrame=9"},
+          {"", "sb1.value=7; lblImg.text=Image : 7/7; Timer4.active=true"},
+          {"Option4.checked=true; Option10.checked=true; click thumb(0)", "ezDicom.CurrentFrame=5"},
+          {"Option9.checked=true; click thumb(0)", "ezDicom.FileName=Series2/1.dcm; ezDicom.CurrentFrame=1"},
+          {"click cmdStop; sb1.maximum=2", ""}});
+    // Nothing is trapped here, and no cine starts then.
+    EXPECT_EQ(fatalErrorOf([&] { click("thumb(4)"); }), 380);
+    walk({{"", "Timer4.active=false"}});
     open(folderOf(1));
-    walk({{"", "ezDicom.FileName=Series2/3.dcm"}});  // not loaded yet
+    walk({{"", "ezDicom.FileName=Series2/5.dcm"}});  // not loaded yet
 }
 
 TEST_F(frmViewTest, TheWheelDrivesTheMainWindowsStripUntilTheWindowCloses) {

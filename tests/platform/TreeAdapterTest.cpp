@@ -38,10 +38,9 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
     EXPECT_FALSE(first.data(Qt::DecorationRole).value<QIcon>().isNull());
     EXPECT_FALSE(first.flags().testFlag(Qt::ItemIsEditable));
     EXPECT_EQ(tree.tag(1), "Patient001");
-    EXPECT_EQ(view.model()->index(0, 0, view.model()->index(0, 0, first)).data().toString(), "series");
 
-    EXPECT_EQ(tree.nodeCount(), 4 * patients);
     EXPECT_EQ(tree.selectedNode(), 0);
+    EXPECT_NE(view.grab().toImage(), empty);
     const QModelIndex last = view.model()->index(patients - 1, 0);
     view.scrollTo(last);
     const QPoint center = view.visualRect(last).center();
