@@ -83,7 +83,7 @@ TEST_F(frmViewTest, PlaysAndStepsThroughTheFolder) {
     EXPECT_EQ(fatalErrorOf([&] { click("thumb(4)"); }), 380);
     walk({{"", "Timer4.active=false"}});
     open(folderOf(1));
-    walk({{"", "ezDicom.FileName=Series2/5.dcm"}});  // not loaded yet
+    walk({{"", "ezDicom.FileName=Series2/5.dcm; thumb(1).FileName=2.dcm; thumb(4).FileName="}});
 }
 
 TEST_F(frmViewTest, TheWheelDrivesTheMainWindowsStripUntilTheWindowCloses) {

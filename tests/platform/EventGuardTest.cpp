@@ -49,7 +49,6 @@ TEST_F(EventGuardTest, EveryKindOfExceptionIsToldAsARunTimeErrorAndNoOtherHandle
     EventGuard::run([] { throw std::bad_alloc(); });
     EventGuard::run([] { throw std::length_error("x"); });
     EventGuard::run([] { throw 1; });
-    EventGuard::run([] {});
     EXPECT_EQ(told, (QList<int>{91, 7, 51, 51})) << "one box each is enough";
     EXPECT_EQ(runs, 0);
     handler();

@@ -36,7 +36,6 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
     const QModelIndex first = view.model()->index(0, 0);
     EXPECT_NE(dynamic_cast<PlainTextDelegate*>(view.itemDelegate()), nullptr);
     EXPECT_FALSE(first.data(Qt::DecorationRole).value<QIcon>().isNull());
-    EXPECT_FALSE(first.flags().testFlag(Qt::ItemIsEditable));
     EXPECT_EQ(tree.tag(1), "Patient001");
 
     EXPECT_EQ(tree.selectedNode(), 0);
@@ -79,9 +78,7 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
 
 TEST(PlainTextTest, ATextFromADiscIsDrawnAsOneLineOfBoundedLength) {
     EXPECT_EQ(oneLine("a\nb\tc\u2028d\r\n"), "a b c d  ");
-    EXPECT_EQ(oneLine("a&b <i>"), "a&b <i>");
     EXPECT_LT(oneLine(QString(1'000'000, 'x')).size(), 1000);
-    EXPECT_EQ(plainToolTip("<b>&"), "<p>&lt;b&gt;&amp;</p>");
 }
 
 }  // namespace

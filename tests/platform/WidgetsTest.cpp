@@ -73,7 +73,6 @@ TEST(RangeAdapterTest, ChangesAreToldOnceAndValuesOutsideTheRangeRefused) {
             EXPECT_THAT([&] { range.putValue(outside); }, throwsInvalidValue) << outside;
         EXPECT_THROW(range.putMax(0), RunTimeError);
         EXPECT_EQ(slider.minimum(), 1);
-        EXPECT_EQ(range.Max(), 20);
         range.putMax(6);
         EXPECT_EQ(range.Value(), 6);
         range.putMax(30);
@@ -118,7 +117,6 @@ TEST(ElidedLabelTest, ATextFromADiscIsDrawnAsItStandsAndToldWholeWhereItIsCut) {
     EXPECT_EQ(tip(), "help");
     label.resize(40, 20);
     EXPECT_EQ(tip(), "<p>&lt;b&gt;R &amp; D&lt;/b&gt;</p>");
-    EXPECT_GT(label.sizeHint().width(), label.fontMetrics().horizontalAdvance("sample"));
 }
 
 TEST(IndicatorOptionTest, TheWordsBesideItCanBeClicked) {
@@ -184,12 +182,12 @@ TEST(IconTest, EveryIconDrawsWhatIsItsOwnAtBothDensitiesInTheColourOfItsState) {
             EXPECT_NEAR(ink(drawn(Icon(i), density)), inks[i], 8) << i;
     for (int i = int(Icon::Play); i < int(Icon::Patient); i += 2)  // and the same mirrored
         EXPECT_NEAR(ink(drawn(Icon(i)).copy(0, 0, 7, 20)), ink(drawn(Icon(i + 1)).copy(13, 0, 7, 20)), 8);
+    EXPECT_GT(ink(drawn(Icon::Play).copy(0, 0, 10, 20)), ink(drawn(Icon::Play).copy(10, 0, 10, 20)));
     using P = QPalette;
     const P palette = QGuiApplication::palette();
     for (const auto& [mode, on, colour] :
          {std::tuple{QIcon::Normal, QIcon::Off, palette.color(P::ButtonText)},
           {QIcon::Disabled, QIcon::Off, palette.color(P::Disabled, P::ButtonText)},
-          {QIcon::Selected, QIcon::Off, palette.color(P::HighlightedText)},
           {QIcon::Disabled, QIcon::On, palette.color(P::Base)}})
         EXPECT_EQ(drawn(Icon::Play, 1, mode, on).pixelColor(10, 10), colour);
     const QCursor cursor = drawnCursor(Icon::Magnify, QPoint(12, 6));
@@ -230,7 +228,6 @@ TEST(FolderTest, OneThatIsNotSetHoldsNothingAndAListShowsWhatItsPatternNames) {
     EXPECT_EQ(File1.ListCount(), 3);
     EXPECT_EQ(File1.List(2), "A10.DCM");
     EXPECT_EQ(File1.positionOf(File1.fullPath(2)), 2);
-    EXPECT_EQ(File1.positionOf(File1.fullPath(3)), -1);
     const std::function<void()> afresh[] = {[&] { File1.putPath(folder.path()); }, [&] { File1.Refresh(); },
                                             [&] { File1.putPattern("*.bmp;a9*"); }};
     for (const auto& list : afresh) {

@@ -179,9 +179,6 @@ class WindowTest : public testing::Test {
         }
         click("Command3");
         EXPECT_EQ(view("Option256"), true);
-        openPopUp("cmdOverlay", "Frame6");
-        find<QAbstractButton>("Option3").click();
-        EXPECT_FALSE(find("Frame6").isVisible()) << "also with the choice in force";
         QGuiApplication::clipboard()->clear();
         QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier);
         EXPECT_EQ(QGuiApplication::clipboard()->image().size(), sampleSize);
