@@ -4,6 +4,7 @@
 #include "platform/Paths.h"
 #include "platform/RunTimeError.h"
 #include "platform/io/ProgramArguments.h"
+#include "platform/io/TextEncoding.h"
 #include "platform/widgets/ElidedLabel.h"
 #include "platform/widgets/Icon.h"
 #include "platform/widgets/IndicatorOption.h"
@@ -213,6 +214,10 @@ TEST(PathsTest, AProgramsOwnPathIsWrittenAsPeopleDo) {
     EXPECT_EQ(programFolder(), folderPath("/a disc")) << "whatever program runs";
     qunsetenv("CINEDISC_PROGRAM");
 #endif
+}
+
+TEST(TextEncodingTest, AByteThatDoesNotBelongIsReplacedAndWhatFollowsIsRead) {
+    EXPECT_EQ(decodeText("a\xFFz\xFF", "UTF-8"), "a\xEF\xBF\xBDz\xEF\xBF\xBD");
 }
 
 TEST(FolderTest, OneThatIsNotSetHoldsNothingAndAListShowsWhatItsPatternNames) {
