@@ -36,10 +36,8 @@ void LabelEditor::open(QPointF at, const QString& text, const QFont& letters) {
     setText(text);
     selectAll();
     fitText();
-    const QPoint corner(static_cast<int>(at.x()), static_cast<int>(at.y()) - height() / 2);
-    const QSize room = parentWidget()->size() - size();
-    move(std::clamp(corner.x(), 0, std::max(0, room.width())),
-         std::clamp(corner.y(), 0, std::max(0, room.height())));
+    move(static_cast<int>(at.x()), static_cast<int>(at.y()) - height() / 2);
+    keepInView();
     open_ = true;
     show();
     setFocus(Qt::OtherFocusReason);
@@ -48,6 +46,12 @@ void LabelEditor::open(QPointF at, const QString& text, const QFont& letters) {
 void LabelEditor::fitText() {
     const int wanted = fontMetrics().horizontalAdvance(text()) + 24;
     resize(std::clamp(wanted, 120, std::max(120, parentWidget()->width())), sizeHint().height());
+    keepInView();
+}
+
+void LabelEditor::keepInView() {
+    const QSize room = parentWidget()->size() - size();
+    move(std::clamp(x(), 0, std::max(0, room.width())), std::clamp(y(), 0, std::max(0, room.height())));
 }
 
 bool LabelEditor::shut() {

@@ -34,6 +34,7 @@ class LabelEditor : public QLineEdit {
     /// Whether it was open.
     bool shut();
     void fitText();
+    void keepInView();
 
     bool open_ = false;
 };
