@@ -1,5 +1,6 @@
 #include "control/FilmExport.h"
 #include "control/HeaderPage.h"
+#include "dicom/Tags.h"
 #include "platform/RunTimeError.h"
 #include "tests/control/ViewFixture.h"
 #include "tests/support/DiscBuilder.h"
@@ -33,8 +34,8 @@ class Export : public ViewFixture {
         return 0;
     }
     /// Runs a film to its end; whether there is one.
-    bool isFilmWritten() {
-        const auto film = view.exportFilm(file("run.avi"), 12.5);
+    bool isFilmWritten(double otherwiseRate = 15) {
+        const auto film = view.exportFilm(file("run.avi"), otherwiseRate);
         QSignalSpy finished(film.get(), &FilmExport::finished);
         EXPECT_TRUE(finished.wait());
         return finished.value(0).value(0).toBool();
@@ -135,6 +136,8 @@ TEST_F(Export, CopiesNothingWhenThereIsNoPicture) {
     load(file);
     EXPECT_FALSE(view.CopyToClipboard() || view.CopyHeaderToClipboard());
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "mine");
+    run("ShowHeader 1");
+    EXPECT_EQ(view.findChild<QPlainTextEdit*>()->toPlainText(), "The header is too large to be shown.");
     file->readingBehind = {};
     EXPECT_TRUE(view.CopyHeaderToClipboard()) << "the header can be read";
 }
@@ -186,6 +189,7 @@ QList<QImage> framesOf(const QByteArray& film) {
         const qsizetype chunk = movi + 8 + number(film, entry + 8);
         EXPECT_EQ(film.mid(chunk, 4), "00dc");
         EXPECT_EQ(number(film, chunk + 4), number(film, entry + 12));
+        EXPECT_EQ(number(film, entry + 4), 16U) << "can be begun with";
         largest = std::max(largest, number(film, chunk + 4));
         frames.append(QImage::fromData(film.mid(chunk + 8, number(film, entry + 12)), "jpeg"));
     }
@@ -198,7 +202,10 @@ TEST_F(Export, FilmHoldsEveryFrameAsItIsDisplayedAtTheRunsRate) {
     run3->broken = {1};
     load(run3);
     run("CurrentFrame 2; Polarity -1; WindowCenter 100; WindowWidth 150");
-    ASSERT_TRUE(isFilmWritten());
+    ASSERT_TRUE(isFilmWritten(20));
+    EXPECT_EQ(number(contents(file("run.avi")), 132), 20000U);
+    put(*run3, dicom::tags::CineRate, "12.5");
+    ASSERT_TRUE(isFilmWritten(20));
     const QByteArray film = contents(file("run.avi"));
     const auto frames = framesOf(film);
     ASSERT_EQ(frames.size(), 3);

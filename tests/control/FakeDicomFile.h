@@ -19,6 +19,10 @@ class FakeDicomFile : public dicom::DicomFile {
     dicom::DataSet headerData;
     dicom::PixelFormat format;
     int frames = 1, announced = 1;
+    bool isProgram = false;
+    std::string syntax = "1.2.840.10008.1.2.1";
+    std::optional<dicom::DecodeError> error;
+    std::optional<dicom::Palette> colours;
     dicom::GreyTransform grey;
     std::function<dicom::GreyTransform(int)> greyOfFrame;
     dicom::Shutter shutterShapes;
@@ -37,12 +41,13 @@ class FakeDicomFile : public dicom::DicomFile {
         if (readingBehind) readingBehind();
         return {};
     }
-    const std::string& transferSyntax() const override { return syntax_; }
+    bool beginsAsProgram() const override { return isProgram; }
+    const std::string& transferSyntax() const override { return syntax; }
     const dicom::PixelFormat& pixelFormat() const override { return format; }
     dicom::Compression compression() const override { return dicom::Compression::None; }
     int frameCount() const override { return frames; }
     int announcedFrameCount() const override { return announced; }
-    const std::optional<dicom::DecodeError>& pictureError() const override { return error_; }
+    const std::optional<dicom::DecodeError>& pictureError() const override { return error; }
     dicom::Result<dicom::FrameBytes> readFrame(int frame) const override {
         if (reading) reading(frame);
         return dicom::FrameBytes();
@@ -58,7 +63,7 @@ class FakeDicomFile : public dicom::DicomFile {
     dicom::GreyTransform greyTransform(int frame) const override {
         return greyOfFrame ? greyOfFrame(frame) : grey;
     }
-    const std::optional<dicom::Palette>& palette() const override { return palette_; }
+    const std::optional<dicom::Palette>& palette() const override { return colours; }
     dicom::Shutter shutter(int) const override { return shutterShapes; }
     const std::vector<dicom::Overlay>& overlays() const override { return overlayPlanes; }
     std::vector<std::uint8_t> overlayBits(const dicom::Overlay& overlay, int frame) const override {
@@ -66,11 +71,6 @@ class FakeDicomFile : public dicom::DicomFile {
     }
     dicom::PixelAspect pixelAspect() const override { return aspect; }
     std::string text(dicom::Tag tag) const override { return headerData.string(tag); }
-
-  private:
-    std::string syntax_ = "1.2.840.10008.1.2.1";
-    std::optional<dicom::DecodeError> error_;
-    std::optional<dicom::Palette> palette_;
 };
 
 /// Frames whose samples are value(x, y, f, s): pixel, frame from 0, sample of the pixel.

@@ -1,6 +1,9 @@
-#include "control/ezDICOMX.h"
 #include "control/picture/ViewState.h"
 #include "control/pipeline/CoarseRows.h"
+#include "control/pipeline/DisplayTables.h"
+#include "control/pipeline/PaletteTable.h"
+#include "control/pipeline/WindowChoice.h"
+#include "tests/control/FakeDicomFile.h"
 #include "tests/fidelity/Comparison.h"
 #include "tests/fidelity/ReferenceFile.h"
 #include "tests/support/DicomBuilder.h"
@@ -14,6 +17,10 @@
 
 namespace cinedisc {
 namespace {
+
+using dicom::GreyTransform;
+using dicom::Shutter;
+using Function = dicom::Window::Function;
 
 TEST(Fidelity, ShowsFilesAsTheStandardsFormulasDo) {
     const QString folder = qEnvironmentVariable("CINEDISC_SAMPLES");
@@ -91,7 +98,7 @@ class RandomFile {
             std::array{Kind::Grey, Kind::Grey, Kind::Grey, Kind::Palette, Kind::Colour, Kind::Float}[any(6)];
         allocated_ = kind_ == Kind::Float ? 32 : kind_ == Kind::Colour ? 8 : 8 << any(2);
         stored_ = kind_ == Kind::Colour || any(3) == 0 ? 8 : 1 + any(allocated_);
-        isSigned_ = kind_ == Kind::Grey && any(3) == 0;
+        isSigned_ = (kind_ == Kind::Grey || kind_ == Kind::Palette) && any(3) == 0;
         const int frames = kind_ == Kind::Float ? 1 : 3;
         if (any(3) == 0) rows_ = 1 + any(60), columns_ = 1 + any(200);
         file_ = test::DicomBuilder::image(rows_, columns_, frames, allocated_, stored_);
@@ -298,7 +305,7 @@ void expectPainted(ViewState& view, const QImage& shown, const std::function<voi
 
 TEST(Picture, IsThatOfTheStandardsFormulasWhateverTheFileAtAnyScale) {
     const QTemporaryDir folder;
-    const QString path = folder.filePath("any.dcm"), asking = folder.filePath("asking.dcm");
+    const QString path = folder.filePath("Ärzte 冠動脈 &lt;.dcm"), asking = folder.filePath("asking.dcm");
     const std::function<void(QPainter&)> prepares[] = {
         {},
         [](QPainter& painter) { painter.setClipRect(9, 9, 15, 15); },
@@ -392,22 +399,145 @@ TEST(Picture, LiesWhereItWasPutAtTheSizeAskedFor) {
         EXPECT_EQ(squareSize(stored.width(), stored.height(), aspect), square) << aspect;
 }
 
-TEST(RealFiles, AreShownWhateverTheirNameAsFarAsTheyGoOrTheReasonIsSaid) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("Ärzte 冠動脈 &lt;.dcm");
-    auto run = test::DicomBuilder::image(130, 150, 10);
-    run.gradientPixels().writeTo(path.toStdU16String());
-    QFile file(path);
-    ASSERT_TRUE(file.resize(file.size() - 130 * 150 * 4 - 10));
-    ezDICOMX view;
-    view.resize(150, 130);
-    view.putFileName(path);
-    ASSERT_EQ(view.FrameCount(), 5) << qPrintable(view.accessibleDescription());
-    view.putCurrentFrame(5);
-    EXPECT_EQ(qRed(view.grab().toImage().pixel(10, 20)), 28 + 60 + 10);
-    EXPECT_EQ(view.accessibleDescription(), "The file is cut off: 5 of 10 frames can be shown");
-    ASSERT_NO_THROW(view.putFileName("relative.dcm"));
-    EXPECT_FALSE(view.accessibleDescription().isEmpty());
+TEST(GreyRule, KeepsNumbersThatAreNoneAndEntriesThatAreTooWideWithinTheGreys) {
+    const WindowInForce window{false, {0.5, 1, Function::LinearExact}};
+    for (const auto polarity : {Polarity::Normal, Polarity::Inverted}) {
+        GreyTransform grey;
+        EXPECT_EQ(GreyRule(grey, window, polarity)(std::nan("")), 0);
+        EXPECT_EQ(GreyRule(grey, window, polarity)(HUGE_VAL), polarity == Polarity::Normal ? 255 : 0);
+        grey.rescale = dicom::Rescale{0, 0};
+        EXPECT_EQ(GreyRule(grey, window, polarity)(HUGE_VAL), 0);
+    }
+    GreyTransform odd;
+    odd.voiLuts = {{0, 8, {0, 0x1FF, 0xFF}}};
+    EXPECT_EQ(GreyRule(odd, {true, {}}, Polarity::Normal)(2), 127) << "more bits than it announces";
+}
+
+TEST(FrameRange, LeavesPaddingAndNumbersThatAreNoneOut) {
+    dicom::Frame frame;
+    frame.samples = std::vector<std::int16_t>{-9, 7, 90};
+    EXPECT_EQ(frameRange(frame, {{-9, 90}}), ValueRange());
+    frame.samples = std::vector<float>{NAN, 0.5F, -HUGE_VALF, 2, HUGE_VALF};
+    EXPECT_EQ(frameRange(frame, {}), (ValueRange{0.5, 2}));
+    GreyTransform grey;
+    grey.modalityLut = {2, 8, {5, 1, 9, 3}};
+    EXPECT_EQ(modalityRange(grey, {0, 3}), (ValueRange{1, 5}));
+    EXPECT_EQ(modalityRange(grey, {4, 9}), (ValueRange{3, 9}));
+}
+
+TEST(PaletteTable, TakesAllOfNarrowEntriesThatAreAnnouncedAsWide) {
+    const dicom::LookupTable narrow{0, 16, {0, 128, 255}}, least{0, 16, {0, 256}};
+    EXPECT_EQ(PaletteTable({narrow, narrow, narrow}, {}, false).entries(0)[1], 128);
+    EXPECT_EQ(PaletteTable({least, least, least}, {}, false).entries(0)[1], 1);
+}
+
+TEST(OwnWindow, IsTheFirstUsableWindowOrTheTable) {
+    EXPECT_EQ(windowOver({5, 5}, dicom::SampleKind::Float).window.width, 1);
+    GreyTransform grey;
+    EXPECT_FALSE(ownWindow(grey));
+    grey.windows = {{50, 0}, {60, 0.5}, {NAN, 9}, {70, 100}, {80, 9}};
+    ASSERT_TRUE(ownWindow(grey));
+    EXPECT_EQ(ownWindow(grey)->window.center, 70);
+    grey.windows.insert(grey.windows.begin(), {0.5, 0.25, Function::Sigmoid});
+    EXPECT_EQ(ownWindow(grey)->window.width, 0.25);
+    grey.voiLuts = {{0, 16, {}}, {-100, 12, std::vector<std::uint16_t>(200)}};
+    EXPECT_TRUE(ownWindow(grey)->byTable);
+    EXPECT_EQ(ownWindow(grey)->window.center, 0);
+    EXPECT_EQ(ownWindow(grey)->window.width, 200);
+}
+
+TEST(WindowChoice, LeavesATableInForceWhenItsOwnValuesArePutBackAndIgnoresWhatCannotBeUsed) {
+    const std::tuple<Function, bool, double, bool> cases[] = {
+        {Function::Linear, true, 49.5, false},    {Function::Linear, true, 51, true},
+        {Function::Linear, false, 50, true},      {Function::Linear, false, 0.99, false},
+        {Function::Linear, false, 1, true},       {Function::LinearExact, false, 0.01, true},
+        {Function::LinearExact, false, 0, false}, {Function::Sigmoid, false, HUGE_VAL, false}};
+    for (const auto& [function, byTable, width, isMade] : cases) {
+        const WindowInForce own{byTable, {50, 50, function}};
+        WindowChoice choice;
+        choice.putCenter(own, NAN);
+        choice.putWidth(own, width);
+        EXPECT_EQ(choice.isMade(), isMade) << width;
+        EXPECT_EQ(choice.over(own).window.width, isMade ? width : 50);
+        const bool keepsTable = byTable && !isMade;
+        EXPECT_EQ(choice.over(own).byTable, keepsTable) << width;
+        choice.putCenter(own, 50.5);
+        EXPECT_EQ(choice.over(own).window.center, keepsTable ? 50 : 50.5);
+    }
+}
+
+TEST(Shutter, ThatWouldHideEverythingHidesNothing) {
+    const std::tuple<Shutter::Rectangle, Shutter::Circle, bool> cases[] = {
+        {{9, 3, 1, 8}, {500, 500, 10}, false}, {{9, 3, 1, 8}, {5, 5, 0}, false},
+        {{9, 3, 1, 8}, {5, 5, 2}, true},       {{5, 5, 1, 8}, {5, 5, 0}, true},
+        {{1, 8, 5, 5}, {5, 5, 0}, true},       {{1, 8, 5, 4}, {5, 5, 0}, false}};
+    for (const auto& [rectangle, circle, hides] : cases)
+        EXPECT_NE(hiddenByShutter({rectangle, circle, {}, {}, {}}, 10, 10).empty(), hides);
+}
+
+// Of one frame's rule nothing may be left over for the next.
+TEST(DisplayTables, AreMadeAnewOnceForWhateverChangesTheGrey) {
+    const auto file = test::greyRun(2, 2, 1);
+    auto& grey = file->grey;
+    WindowInForce window{false, {50, 50, Function::Linear}};
+    auto polarity = Polarity::Normal;
+    const dicom::LookupTable table{0, 8, {1, 2}};
+    const auto value = [](int, int, int, int) { return 7; };
+    const std::function<void()> changes[] = {
+        [] {},
+        [&] { grey.inverse = true; },
+        [&] { grey.padding = std::pair(3, 4); },
+        [&] { grey.rescale.emplace().slope = 2; },
+        [&] { grey.rescale->intercept = 5; },
+        [&] { grey.modalityLut = table; },
+        [&] { grey.modalityLut->firstMapped = 1; },
+        [&] { grey.modalityLut->bits = 9; },
+        [&] { grey.modalityLut->entries[1] = 7; },
+        [&] { grey.voiLuts = {table}; },
+        [&] { grey.voiLuts[0].entries[1] = 7; },
+        [&] { window.window.center = 51; },
+        [&] { polarity = Polarity::Inverted; },
+        [&] { file->picture = test::pictureOf<std::uint16_t>(2, 2, 1, value); },
+        [&] { file->picture = test::pictureOf<std::uint16_t>(2, 2, 3, value); },
+    };
+    DisplayTables tables;
+    for (const auto& change : changes) {
+        const auto before = tables.revision();
+        change();
+        for (const int frame : {0, 1, 1}) tables.ruleFor(*file, frame, file->picture(0), window, polarity);
+        EXPECT_EQ(tables.revision(), before + 1) << &change - changes;
+    }
+}
+
+TEST(Cover, IsMadeAndCountedFrameByFrameOnlyWhenItChanges) {
+    const auto file = test::greyRun(4, 4, 3);
+    const auto store = std::make_shared<FrameStore>();
+    EXPECT_EQ(ImageFile(file, {}, store).frame(0)->cover, nullptr);
+    for (const auto& [allocated, bytes] : {std::pair{8, 1U}, {16, 2U}, {32, 4U}, {64, 8U}}) {
+        file->format.bitsAllocated = allocated;
+        EXPECT_EQ(ImageFile(file, {}, store).decodedFrameBytes(), 16 * bytes);
+    }
+    file->format.bitsAllocated = 8;
+    dicom::Overlay overlay;
+    overlay.rows = overlay.columns = 2;
+    overlay.bits = {1, 1, 1};
+    file->overlayPlanes = {overlay};
+    EXPECT_TRUE(coverOf(*file, 0).empty()) << "too few bits";
+    file->overlayPlanes[0].bits.push_back(1);
+    ImageFile same(file, {}, store);
+    ASSERT_TRUE(same.frame(0)->cover);
+    EXPECT_EQ(same.frame(0)->cover, same.frame(1)->cover);
+    EXPECT_EQ(same.frame(1)->byteSize(), sizeof(DecodedFrame) + 16);
+
+    file->overlayPlanes[0].multiFrame = true;
+    file->bitsOf = [](const dicom::Overlay&, int frame) {
+        return std::vector<std::uint8_t>(frame == 1 ? 4 : 0, 1);
+    };
+    ImageFile image(file, {}, store);
+    // Rows of bits take whole words: of 16 pixels, and of overlays without or with a shutter.
+    EXPECT_EQ(image.decodedFrameBytes(), 16U + 2 * 4 * 8);
+    EXPECT_EQ(image.frame(1)->byteSize(), sizeof(DecodedFrame) + 16 + 4 * 8);
+    EXPECT_TRUE(image.frame(2)->cover->empty());
 }
 
 }  // namespace

@@ -13,12 +13,14 @@
 
 namespace cinedisc::test {
 
-/// Where two pictures differ.
-inline QRect changed(const QImage& before, const QImage& after) {
+/// Where two pictures differ by so many greys.
+inline QRect changed(const QImage& before, const QImage& after, int by = 0) {
     QRect all;
     for (int y = 0; y < before.height(); ++y)
         for (int x = 0; x < before.width(); ++x)
-            if (before.pixel(x, y) != after.pixel(x, y)) all |= QRect(x, y, 1, 1);
+            if (const QRgb a = before.pixel(x, y), b = after.pixel(x, y);
+                a != b && std::abs(qRed(a) - qRed(b)) >= by)
+                all |= QRect(x, y, 1, 1);
     return all;
 }
 
