@@ -19,7 +19,6 @@
 #include <QToolTip>
 
 #include <random>
-#include <set>
 
 namespace cinedisc::test {
 namespace {
@@ -312,6 +311,7 @@ TEST_F(CornerWords, StandInTheMarginsAndChangeWithWhatIsShown) {
         }
     }
     const QImage unwarned = seen();
+    EXPECT_GT(changed(black.copy(patient), unwarned.copy(patient)).height(), 24) << "in several rows";
     view.putNamedPatientFolder("/elsewhere");
     const int covered = view.findChild<QWidget*>("wrongPatientBar")->height();
     EXPECT_EQ(seen().copy(0, covered, 150, 60), unwarned.copy(patient)) << "below the warning";
@@ -330,15 +330,15 @@ TEST_F(CornerWords, StandInTheMarginsAndChangeWithWhatIsShown) {
 TEST_F(CornerWords, AreDarkOnlyOnAWhiteMarginBesideThePicture) {
     loadFlat(90, "DOE^JANE");
     run("BackgroundColor 0");
-    const QRect margin(0, 0, 150, 60), onPicture(0, 0, 300, 60);
+    const QRect margin(0, 0, 150, 60);
     EXPECT_GT(greysIn(margin, 255).first, 25) << "no black rim";
     EXPECT_LT(greysIn(margin, 255).first, 80);
     run("BackgroundColor 1");
-    constexpr int nearlyWhite = 240;  // as thin as some fonts are
-    EXPECT_GT(greysIn(margin).second, nearlyWhite);
-    run("BackgroundColor 0; BestFit 0; ZoomPercent 200");
-    const auto [rim, words] = greysIn(onPicture, 90);
-    EXPECT_TRUE(rim == 0 && words > nearlyWhite) << "light over the picture, with its rim";
+    EXPECT_GT(greysIn(margin).second, 240) << "as thin as some fonts are";
+    run("BackgroundColor 0; MouseMode 4; drag 300 150 450 150");
+    const auto [rim, words] = greysIn({450, 240, 150, 60}, 90);
+    EXPECT_TRUE(rim == 0 && words > 240) << "light over the picture, with its rim";
+    EXPECT_GT(greysIn(margin, 255).first, 25) << "dark beside it still";
 }
 
 TEST_F(CornerWords, GiveWayToANoticeOnTheViewsOwnGround) {
@@ -365,7 +365,6 @@ TEST_F(Display, ShowsAFileFromItsFirstFrameAsItsHeaderSays) {
     };
     run("ZoomPercent is 100; MouseMode is 1; ShowHeader is false");
     expectShown("", 0);
-    EXPECT_FALSE(view.CopyToClipboard() || view.CopyHeaderToClipboard());
     for (const auto& [path, frames] :
          {std::pair{"/run", 12}, {"/still", 1}, {"/run", 12}, {"/none", 0}, {"/nowhere", 0}, {"/run", 12}}) {
         ASSERT_NO_THROW(view.putFileName(path));
@@ -405,9 +404,8 @@ TEST_F(MouseTools, MoveTheWindowByWhatTheFrameHasNotByWhatItsBitsCouldHold) {
         const QString window("WindowWidth is %1; WindowCenter is %2");
         run("drag 40 40 60 60;" + window.arg(80 + wider).arg(100 + wider));
         run("FileName " + view.FileName() + "; drag 60 40 60 20;" + window.arg(80).arg(100 - wider));
-        run("press 40 40; move 90 75; move 40 40; release 40 40; WindowWidth is 80");
-        run("WindowCenter 150; drag 40 40 60 40; WindowCenter is 150; drag 130 40 -4000 40; WindowWidth is "
-            "1");
+        run("press 40 40; move 90 75; release 40 40; WindowWidth is 80");
+        run("WindowCenter 150; drag 40 40 60 40; WindowCenter is 150; drag 9 9 -4000 9; WindowWidth is 1");
     }
 }
 
@@ -469,12 +467,11 @@ TEST_F(MouseTools, GoOnFromWhatIsPutMeanwhile) {
         EXPECT_EQ(seen().copy(1, 0, 139, 120), fitted.copy(0, 0, 139, 120));
         run("release 81 50");
     }
-    run("MouseMode 1; press 60 60; move 100 20; WindowWidth 240; move 101 20; release 101 20; WindowWidth is "
+    run("MouseMode 1; press 60 60; move 90 20; WindowWidth 240; move 91 20; release 91 20; WindowWidth is "
         "241");
     run("MouseMode 2; press 60 60; move 60 20; ZoomPercent 50; move 60 20; release 60 20; ZoomPercent is 50");
     // Another file has a window of its own.
-    run("MouseMode 1; press 40 40; move 60 40; FileName /run; move 90 40; key Esc; release 90 40; "
-        "WindowWidth is 80");
+    run("MouseMode 1; press 4 4; move 6 4; FileName /run; move 9 4; key Esc; release 9 4; WindowWidth is 80");
 }
 
 // As the picture is seen at that size; one that is reduced is magnified beyond its own.
@@ -518,14 +515,15 @@ TEST_F(LabelTool, PlacesTheTypedTextAtReturnOnThatFrame) {
     view.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
     run("click 30 50; type LAD; key Esc; like clean; click 30 50; type ; key Return; like clean");
-    run("click 30 50; type LAD; key Return; unlike clean; keep labelled");
+    run("press 30 50; key Esc; release 30 50; like clean; click 30 50; type LAD; key Return; keep labelled");
     EXPECT_FALSE(editor()->isVisible());
     EXPECT_EQ(taken.count(), 0) << "what is typed belongs to the editor";
     EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() == seen(); }));
     EXPECT_TRUE(place().contains(35, 50)) << place().x() << "," << place().y();
-    run("CurrentFrame 2; keep second; CurrentFrame 1; key Esc; FileName is /run");
+    run("CurrentFrame 2; keep second; key Del; CurrentFrame 1; key Esc; FileName is /run");
     EXPECT_FALSE(place().isEmpty()) << "the frame keeps it";
-    run("FileName /run; like clean; CurrentFrame 2; like second");
+    run("FileName /run; like clean; CurrentFrame 2; like second; FileName /nowhere; click 30 50");
+    EXPECT_FALSE(editor()->isVisible()) << "no picture";
 }
 
 TEST_F(LabelTool, MovesALabelWithADragAndBackOnEscape) {
@@ -616,7 +614,6 @@ TEST(ReadableDateAndTime, AreTurnedFromBothSpellings) {
 
 TEST(HeaderFacts, TellWhatTheFileSays) {
     FakeDicomFile file;
-    EXPECT_TRUE(HeaderFacts::of(file).patient.isEmpty());
     // One change after the other, the frames it is looked at with, and what is told then.
     const std::tuple<dicom::Tag, const char*, int, const char*> cases[] = {
         {{0x0008, 0x0020}, "20240131", 1, "2024-01-31"},
@@ -685,10 +682,10 @@ TEST(Notice, SaysWhatCannotBeShownAndWhy) {
               "(<b> </b>).");
     fault = {Kind::CutOff, Reason::Frames, {}, {}, 0, 30, 12, 60};
     EXPECT_EQ(Notice::of(fault, 1, true).reason, viewWords::cutOff(12, 60) + ".");
-    std::set<QString> reasons;
+    QSet<QString> reasons;
     for (int reason = 0; reason <= static_cast<int>(Reason::Unknown); ++reason)
         reasons.insert(Notice::of({Kind::Broken, static_cast<Reason>(reason)}, 1, true).reason);
-    EXPECT_EQ(reasons.size(), 1 + static_cast<std::size_t>(Reason::Unknown));
+    EXPECT_EQ(reasons.size(), 1 + static_cast<int>(Reason::Unknown));
     EXPECT_EQ(viewWords::cutOff(12, 60), "The file is cut off: 12 of 60 frames can be shown");
     EXPECT_EQ(viewWords::cutOff(60, 60), "");
     EXPECT_EQ(viewWords::cutOff(0, 60), "");
