@@ -40,7 +40,8 @@ QString HeaderPage::takePiece() {
         const auto lineEnd = rest_.lastIndexOf(u'\n', shown_ + most);
         end = lineEnd < shown_ ? shown_ + most : lineEnd + 1;
     }
-    return rest_.mid(std::exchange(shown_, end), end - shown_);
+    const auto from = std::exchange(shown_, end);
+    return rest_.mid(from, end - from);
 }
 
 void HeaderPage::timerEvent(QTimerEvent* event) {
