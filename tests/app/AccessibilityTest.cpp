@@ -55,7 +55,8 @@ TEST_F(AccessibilityTest, AssistiveProgramsHearOfEveryControl) {
     EXPECT_EQ(heard(find("Slider1")).text(QAccessible::Description), "50 ms a frame");
     EXPECT_TRUE(heard(find("ezDicom")).text(QAccessible::Name).endsWith("Frame 1 / 30"));
     heard(find("thumb(2)")).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    walk({{"", "ezDicom.FileName=3.dcm"}});
+    walk({{"click cmdHeader", "ezDicom.FileName=3.dcm"}});
+    EXPECT_EQ(heard(find("headerPage")).text(QAccessible::Name), "Header of the file");
     for (int i = 0; i < 5; ++i) {
         auto& preview = heard(find(QString("thumb(%1)").arg(i)));
         EXPECT_TRUE(preview.text(QAccessible::Name).startsWith(QString("Preview %1").arg(i + 1)));

@@ -64,7 +64,7 @@ TEST_F(Form1Test, StartsAsDesigned) {
               "5\n1 5 cmdFit(4)=200% 5\n5");
     click("cmdOverlay");
     EXPECT_EQ(rowsOf(find("Frame6")), "9 9 Option1=None 9\n8 9 Option2=Black 9\n8 9 Option3=White 9\n9");
-    walk({{"click lblImg", "Frame5.visible=false; Frame6.visible=false"}});
+    walk({{"click ezDicom", "Frame5.visible=false; Frame6.visible=false"}});
     find("Frame9").hide();
     find("Frame8").show();
     QCoreApplication::processEvents();
