@@ -34,15 +34,6 @@ bool succeeds(const std::function<bool()>& copy) {
 ezDICOMX::ezDICOMX(ViewRole role, QWidget* parent, ImageLibrary& library)
     : QWidget(parent), parts_(std::make_unique<Parts>(*this, role, library)) {
     ViewAccessible::install();
-    setRole(role);
-}
-
-ezDICOMX::~ezDICOMX() = default;
-
-ViewRole ezDICOMX::role() const { return parts_->role; }
-
-void ezDICOMX::setRole(ViewRole role) {
-    parts_->role = role;
     parts_->view.picture.setAsker(role == ViewRole::Main    ? Asker::MainView
                                   : role == ViewRole::Probe ? Asker::Probe
                                                             : Asker::Preview);
@@ -53,9 +44,11 @@ void ezDICOMX::setRole(ViewRole role) {
     if (role != ViewRole::Probe)
         setAccessibleName(role == ViewRole::Main ? viewWords::mainViewName() : viewWords::previewName());
     parts_->chooseTool();
-    parts_->refreshHeaderPage();
-    update();
 }
+
+ezDICOMX::~ezDICOMX() = default;
+
+ViewRole ezDICOMX::role() const { return parts_->role; }
 
 QString ezDICOMX::FileName() const { return parts_->view.picture.path(); }
 

@@ -55,7 +55,6 @@ class ezDICOMX : public QWidget, public ViewerControl, public NamedPatientView {
     ~ezDICOMX() override;
 
     ViewRole role() const;
-    void setRole(ViewRole role);
 
     QString FileName() const override;
     void putFileName(const QString& path) override;

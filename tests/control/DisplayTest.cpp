@@ -216,7 +216,10 @@ TEST_F(Preview, CarriesNoWordsAndNoToolsButABorder) {
         EXPECT_EQ(seen().copy(2, 2, 196, 196), flat.copy(2, 2, 196, 196));
     }
     run("ThumbStyle 2");
-    EXPECT_TRUE(seen().pixel(0, 100) == qRgb(8, 8, 9) && seen().pixel(1, 100) == qRgb(66, 69, 75));
+    const QImage framed = seen();
+    for (const auto& [at, grey] :
+         {std::pair{0, qRgb(8, 8, 9)}, {1, qRgb(66, 69, 75)}, {199, qRgb(72, 75, 81)}})
+        EXPECT_TRUE(framed.pixel(at, 100) == grey && framed.pixel(100, at) == grey) << at;
 }
 
 TEST(TextPieces, LookAsIfTheLineWereDrawnWhole) {
@@ -259,6 +262,7 @@ class CornerWords : public ViewFixture {
     FakeDicomFile& loadFlat(int grey, const std::string& patient, std::string path = "") {
         const auto file = greyRun(300, 300, 2, [=](int, int, int) { return grey; });
         put(*file, {0x0010, 0x0010}, patient);
+        put(*file, {0x0008, 0x103E}, std::string(60, 'W'));
         if (path.empty()) path = "/" + patient;
         load(file, path.c_str());
         return *file;
@@ -320,7 +324,8 @@ TEST_F(CornerWords, StandInTheMarginsAndChangeWithWhatIsShown) {
     EXPECT_EQ(seen().copy(0, covered, 150, 90), unwarned.copy(patient)) << "below the warning";
     view.putNamedPatientFolder("");
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&view)->text(QAccessible::Name),
-              "Picture, " + QString(name.c_str()).replace("^", ", ") + ", Series 7, Frame 1 / 2");
+              "Picture, " + QString(name.c_str()).replace("^", ", ") + ", Series 7 " + QString(60, 'W') +
+                  ", Frame 1 / 2");
     view.resize(CornerText::leastWidth(), 500);
     for (const char* end : {"i", "l", "W"}) {
         run("keep last");
@@ -546,7 +551,8 @@ TEST_F(LabelTool, MovesALabelWithADragAndBackOnEscape) {
 }
 
 TEST_F(LabelTool, EditsALabelAndRemovesItWithDeleteOrAnEmptyText) {
-    run("click 20 50; type LAD prox; key Return; keep labelled; click 90 99; key Esc; double 25 50");
+    run("click 20 50; type LAD prox; key Return; keep labelled; click 90 99; key Esc; unlike labelled;"
+        "double 25 50");
     ASSERT_TRUE(editor()->isVisible());
     EXPECT_EQ(editor()->text(), "LAD prox");
     EXPECT_EQ(editor()->font().pixelSize(), PictureLabels::font(QRectF(view.rect())).pixelSize());
@@ -554,8 +560,13 @@ TEST_F(LabelTool, EditsALabelAndRemovesItWithDeleteOrAnEmptyText) {
     run("key Esc; like labelled; double 25 50; key Del; key Return; like clean");
     for (const char* key : {"Del", "Backspace"})
         run(QString("click 30 50; type LAD; key Return; click 35 50; key ") + key + "; like clean");
-    run("click 30 50; type LAD; key Return; click 35 50; key F2");
-    EXPECT_TRUE(editor()->isVisible() && editor()->text() == "LAD");
+    const int end = 30 + QFontMetrics(PictureLabels::font(QRectF(view.rect()))).horizontalAdvance("LAD");
+    const QString at = QString("ThumbStyle 2; click 30 50; type LAD; key Return; %1 %2 50; key %3");
+    for (const auto& [act, x, key] :
+         {std::tuple{"click", 35, "F2"}, {"double", 27, ""}, {"double", end + 3, ""}}) {
+        run("FileName /run; ThumbStyle 0; like clean;" + at.arg(act).arg(x).arg(key));
+        EXPECT_TRUE(editor()->isVisible() && editor()->text() == "LAD") << x;
+    }
     run("key Esc; MouseMode 4");
     EXPECT_EQ(view.cursor().shape(), Qt::OpenHandCursor);
 }

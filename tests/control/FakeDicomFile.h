@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <stdexcept>
 
 namespace cinedisc::test {
 
@@ -19,7 +20,7 @@ class FakeDicomFile : public dicom::DicomFile {
     dicom::DataSet headerData;
     dicom::PixelFormat format;
     int frames = 1, announced = 1;
-    bool isProgram = false;
+    bool isProgram = false, onAllProcessors = false;
     std::string syntax = "1.2.840.10008.1.2.1";
     std::optional<dicom::DecodeError> error;
     std::optional<dicom::Palette> colours;
@@ -50,6 +51,7 @@ class FakeDicomFile : public dicom::DicomFile {
     const std::optional<dicom::DecodeError>& pictureError() const override { return error; }
     dicom::Result<dicom::FrameBytes> readFrame(int frame) const override {
         if (reading) reading(frame);
+        expectThere(frame);
         return dicom::FrameBytes();
     }
     dicom::Result<dicom::Frame> decodeRead(int frame, const dicom::FrameBytes&) const override {
@@ -57,10 +59,12 @@ class FakeDicomFile : public dicom::DicomFile {
         return picture(frame);
     }
     bool isSlowToDecode() const override { return coarse != nullptr; }
+    bool decodesOnAllProcessors() const override { return onAllProcessors; }
     std::optional<dicom::CoarseFrame> decodeCoarse(int frame, const dicom::FrameBytes&, int) const override {
         return coarse ? std::optional(dicom::CoarseFrame{coarse(frame), 2}) : std::nullopt;
     }
     dicom::GreyTransform greyTransform(int frame) const override {
+        expectThere(frame);
         return greyOfFrame ? greyOfFrame(frame) : grey;
     }
     const std::optional<dicom::Palette>& palette() const override { return colours; }
@@ -70,6 +74,9 @@ class FakeDicomFile : public dicom::DicomFile {
         return bitsOf ? bitsOf(overlay, frame) : overlay.bits;
     }
     dicom::PixelAspect pixelAspect() const override { return aspect; }
+    void expectThere(int frame) const {
+        if (frame < 0 || frame >= std::max(frames, 1)) throw std::out_of_range("there is no such frame");
+    }
     std::string text(dicom::Tag tag) const override { return headerData.string(tag); }
 };
 

@@ -543,7 +543,7 @@ class LookAheadTest : protected WithDisc, public test::ViewFixture {
         disc.hold(step);
         std::jthread later([&] {
             disc.reached(step);
-            disc.letGo();
+            disc.letGo(step);
         });
         act();
     }
@@ -711,16 +711,23 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
     });
     EXPECT_FALSE(probe.isReading());
     probe.putCurrentFrame(3);
-    run("FileName /nowhere; FrameCount is 0; ShowHeader 1");
+    run("hold open; FileName /nowhere");
+    during("open", [&] { run("FrameCount is 0; ShowHeader 1"); });
     EXPECT_TRUE(view.accessibleDescription().contains("The file is missing")) << "before it is drawn";
     EXPECT_EQ(disc.steps("decode").size(), 0U);
-    for (const QString step : {"open /a1", "read b1 0", "read c3 2"}) {
-        const QString name = step.section(' ', 1, 1).remove('/');
+    const QTemporaryDir folder;
+    const std::pair<const char*, QString> commands[] = {{"open /a1", "WindowWidth 90"},
+                                                        {"open /b1", "ExportFile " + folder.filePath("b")},
+                                                        {"read c1 0", "WindowWidth 90; CurrentFrame 1"},
+                                                        {"read d3 2", "WindowWidth 90; CurrentFrame 3"}};
+    for (const auto& [step, command] : commands) {
+        const QString name = QString(step).section(' ', 1, 1).remove('/');
         makeRun(name.toStdString(), 3);
-        during(step.toStdString(), [&] {
-            run("FileName /" + name + "; WindowWidth 90; CurrentFrame " + name.last(1));
-            EXPECT_TRUE(view.findChild<QPlainTextEdit*>()->isVisible()) << qPrintable(step);
-            EXPECT_TRUE(view.CopyToClipboard()) << qPrintable(step);
+        run("FileName ");
+        during(step, [&] {
+            run("FileName /" + name + ";" + command);
+            EXPECT_TRUE(view.findChild<QPlainTextEdit*>()->isVisible()) << step;
+            EXPECT_TRUE(view.CopyToClipboard()) << step;
         });
     }
     lookAhead(atOnce, atOnce);
@@ -749,9 +756,12 @@ TEST_F(LookAheadTest, ShowsTheRepresentativeFrameOfPreviewsOnceTheDiscHasNothing
     };
     std::deque<ezDICOMX> previews;
     for (const auto& [name, stated] :
-         {std::pair<std::string, const char*>{"a", ""}, {"b", "7"}, {"c", "10"}}) {
+         {std::pair<std::string, const char*>{"alone", "5"}, {"a", ""}, {"b", "7"}, {"c", "10"}}) {
         const auto file = disc.run(name, 9, 100);
         test::put(*file, dicom::tags::RepresentativeFrameNumber, stated);
+        file->onAllProcessors = name == "alone";  // and in the main view's way
+        if (file->onAllProcessors)
+            file->coarse = test::pictureOf<std::uint8_t>(4, 4, 1, [](int, int, int, int) { return 100; });
         fake.files["/" + name] = file;
         auto& preview = previews.emplace_back(ViewRole::Preview, nullptr, fake.library);
         preview.show();
@@ -761,13 +771,13 @@ TEST_F(LookAheadTest, ShowsTheRepresentativeFrameOfPreviewsOnceTheDiscHasNothing
     }
     makeRun("main", 20, 10);
     view.putFileName("/main");
-    for (std::size_t i = 0; i < 3; ++i) {
-        EXPECT_TRUE(shows(previews[i], i == 1 ? 106 : 103)) << i;
+    for (const auto& [i, grey] : {std::pair{1U, 103}, {2U, 106}, {3U, 103}, {0U, 100}}) {
+        EXPECT_TRUE(shows(previews[i], grey)) << i;
         previews[i].putCurrentFrame(9);
         EXPECT_TRUE(shows(previews[i], 108)) << "as put";
     }
-    ASSERT_EQ(disc.steps().size(), 3U + 20 + 6);
-    EXPECT_EQ(disc.steps()[22], "read main 19") << "the main view's run first";
+    ASSERT_EQ(disc.steps().size(), 4U + 20 + 7);
+    EXPECT_EQ(disc.steps()[23], "read main 19") << "the main view's run first";
     makeRun("hangs", 9, 200);
     makeRun("next", 3, 50);
     disc.hold("read hangs 3");
@@ -793,6 +803,25 @@ TEST_F(LookAheadTest, TellsOfALongWaitForAnAnswer) {
     makeRun("slow", 5);
     run("hold open; FileName /slow; FrameCount is 5");
     EXPECT_EQ(told, "waits over");
+    // What is seen is waited for in vain only once, until something has come.
+    ezDICOMX keepsItOpen(ViewRole::Probe, nullptr, fake.library);
+    keepsItOpen.putFileName("/slow");
+    lookAhead(std::chrono::milliseconds(200), veryPatient);
+    int waits = 0;
+    fake.library.onLongWait([&](ImageLibrary::LongWait wait) {
+        waits += wait == ImageLibrary::LongWait::Begins;
+        disc.letGo("open");
+    });
+    makeRun("b", 5);
+    const auto coarse = disc.run("coarse", 5);
+    coarse->coarse = test::pictureOf<std::uint8_t>(4, 4, 1, [](int, int, int, int) { return 1; });
+    fake.files["/coarse"] = coarse;
+    run("hold open; FileName /coarse; FrameCount is 5; hold read coarse 3; CurrentFrame 4; FileName /slow; "
+        "CurrentFrame 4; reading; letGo; grey 4");
+    EXPECT_EQ(waits, 1);
+    waits = 0;
+    run("hold open; FileName /b; FrameCount is 5; hold read b 3; CurrentFrame 4; draw; letGo; grey 4");
+    EXPECT_EQ(waits, 2);
 }
 
 // Frames that take long to decode and that nobody waits for any more hold up no other.

@@ -477,7 +477,7 @@ TEST(Shutter, ThatWouldHideEverythingHidesNothing) {
 
 // Of one frame's rule nothing may be left over for the next.
 TEST(DisplayTables, AreMadeAnewOnceForWhateverChangesTheGrey) {
-    const auto file = test::greyRun(2, 2, 1);
+    const auto file = test::greyRun(2, 2, 2);
     auto& grey = file->grey;
     WindowInForce window{false, {50, 50, Function::Linear}};
     auto polarity = Polarity::Normal;
