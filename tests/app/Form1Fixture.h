@@ -5,7 +5,6 @@
 #include "panels/ScreenFit.h"
 #include "panels/Theme.h"
 #include "tests/support/DiscBuilder.h"
-#include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
 #include "viewerwindow/StripWheel.h"
 

@@ -4,9 +4,6 @@
 #include "control/ezDICOMX.h"
 #include "tests/app/Form1Fixture.h"
 
-#include <QClipboard>
-#include <QDir>
-#include <QGuiApplication>
 #include <QMenuBar>
 #include <QPointer>
 #include <QScrollBar>

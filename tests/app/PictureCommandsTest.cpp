@@ -5,11 +5,8 @@
 #include <QContextMenuEvent>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMessageBox>
 #include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTimer>
 
 namespace cinedisc::test {
 namespace {

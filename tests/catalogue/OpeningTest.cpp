@@ -1,6 +1,5 @@
 #include "tests/support/form/RecordingForm1.h"
 
-#include <QDir>
 #include <gtest/gtest.h>
 
 namespace cinedisc::test {

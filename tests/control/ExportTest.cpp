@@ -6,7 +6,6 @@
 #include "tests/support/DiscBuilder.h"
 
 #include <QAction>
-#include <QDir>
 #include <QImageReader>
 #include <QMimeData>
 #include <QPlainTextEdit>

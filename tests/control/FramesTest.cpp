@@ -6,14 +6,12 @@
 
 #include <QPlainTextEdit>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 
 #include <array>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <random>
-#include <set>
 #include <sstream>
 #include <thread>
 

@@ -1,5 +1,4 @@
 #include "dicom/CodeStream.h"
-#include "dicom/DicomFile.h"
 #include "dicom/Inflating.h"
 #include "dicom/Tags.h"
 #include "dicom/codecs/LibraryDecoding.h"
@@ -8,9 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
-#include <optional>
 #include <random>
 #include <sstream>
 #include <thread>

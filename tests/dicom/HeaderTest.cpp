@@ -1,8 +1,6 @@
 #include "dicom/CharacterSet.h"
 #include "dicom/DataSetParser.h"
-#include "dicom/DicomFile.h"
 #include "dicom/ElementHeader.h"
-#include "dicom/MemoryByteSource.h"
 #include "dicom/Tags.h"
 #include "dicom/TextSplitting.h"
 #include "dicom/Utf8.h"
@@ -11,7 +9,6 @@
 #include <QStringDecoder>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 #include <sstream>
 #include <stdexcept>

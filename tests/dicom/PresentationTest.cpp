@@ -1,4 +1,3 @@
-#include "dicom/DicomFile.h"
 #include "dicom/SegmentedPalette.h"
 #include "dicom/Tags.h"
 #include "tests/dicom/Fixtures.h"
@@ -10,9 +9,7 @@
 #include <random>
 #include <regex>
 #include <sstream>
-#include <string>
 #include <tuple>
-#include <vector>
 
 namespace cinedisc::test {
 namespace {

@@ -7,7 +7,6 @@
 
 #include <QCryptographicHash>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <set>

@@ -2,7 +2,6 @@
 #include "folderview/frmView.h"
 #include "panels/ScreenFit.h"
 #include "tests/support/DiscBuilder.h"
-#include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
 #include "tests/support/form/StandIns.h"
 #include "viewerwindow/StripWheel.h"

@@ -1,8 +1,4 @@
 #include "tests/support/form/DiscWalk.h"
-#include "tests/support/form/RecordingForm1.h"
-
-#include <QDir>
-#include <gtest/gtest.h>
 
 namespace cinedisc::test {
 namespace {

@@ -7,7 +7,6 @@
 #include <QCloseEvent>
 #include <QMessageBox>
 #include <QTest>
-#include <QTimer>
 #include <QWindow>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -55,6 +55,11 @@ TEST_F(QtDialogsTest, TheFolderBrowserStartsOnTheDiscAndReturnsTheFolderOrNothin
     for (const char* name : {"dicom/a", "dicom/b/c"}) QDir(disc.path()).mkpath(name);
     for (const char* name : {"a/1.dcm", "a/2.DCM", "a/text", "b/c/1.dcm"})
         QFile(images.filePath(name)).open(QFile::WriteOnly);
+    ModalDialog<QFileDialog> without([](QFileDialog& shown) {
+        EXPECT_EQ(shown.directory(), QDir::home());
+        shown.reject();
+    });
+    EXPECT_EQ(dialogs.browseForFolder("Dicom"), "");
     dialogs.setDiscFolder(disc.path());
     for (const QString& chosen : {disc.path(), QString()}) {
         ModalDialog<QFileDialog> browser([&](QFileDialog& shown) {

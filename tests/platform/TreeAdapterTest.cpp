@@ -57,6 +57,7 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
                       QPoint(view.visualRect(last).left() / 2, center.y()));
     EXPECT_TRUE(view.isExpanded(last));
     EXPECT_EQ(clicked.size(), 2);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, center);
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, center);
     EXPECT_TRUE(view.isExpanded(last)) << "nor is a double click more than a click";
     const auto tip = [&] {

@@ -1,10 +1,8 @@
 #include "app/Form1.h"
 #include "tests/support/DiscBuilder.h"
 #include "tests/support/ModalDialog.h"
-#include "tests/support/SampleFile.h"
 #include "tests/support/WindowTest.h"
 
-#include <QDir>
 #include <QFileDialog>
 #include <QImageReader>
 #include <QLineEdit>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "tests/support/DiscBuilder.h"
 #include "tests/support/form/RecordingForm1.h"
 #include "viewer/MouseWheel.h"
 
