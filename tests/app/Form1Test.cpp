@@ -210,16 +210,12 @@ TEST_F(Form1Test, WhatIsInForceIsMarkedWhoeverPutIt) {
     openPatient();
     walk({{"ezDicom.BestFit=false; ezDicom.MouseMode=4", "cmdPanning.active=true; cmdWindow.active=false"},
           {"ezDicom.MouseMode=2", "cmdPanning.active=false; cmdWindow.active=false; mnuWindow.checked=false"},
-          {"ezDicom.MouseMode=3", "cmdMagnify.active=true; mnuMagnify.checked=true"},
-          {"ezDicom.MouseMode=5", "cmdLabel.active=true; cmdMagnify.active=false; mnuLabel.checked=true"},
+          {"ezDicom.MouseMode=5", "cmdLabel.active=true; mnuLabel.checked=true"},
           {"ezDicom.Polarity=-1", "cmdInvert.active=true; mnuInvert.checked=true"},
-          {"ezDicom.Smooth=false", "cmdSmooth.active=false; mnuSmooth.checked=false"},
-          {"ezDicom.ShowHeader=true", "cmdHeader.active=true; mnuHeader.checked=true"},
           {"ezDicom.ZoomPercent=50", "cmdFit(2).active=true; mnu50.checked=true; cmdFit(1).active=false"},
           {"ezDicom.ZoomPercent=120", "cmdFit(2).active=false; mnu50.checked=false"},
           {"ezDicom.ZoomPercent=50; ezDicom.BestFit=true", "cmdFit(2).active=false; mnuBestFit.checked=true"},
-          {"ezDicom.BackgroundColor=1", "mnuBlack.checked=true; mnuWhite.checked=false"},
-          {"ezDicom.BackgroundFill=false", "mnuNone.checked=true; mnuBlack.checked=false"},
+          {"ezDicom.BackgroundFill=false", "mnuNone.checked=true; mnuWhite.checked=false"},
           {"choose mnuNone; choose mnuLabel; choose mnuStop", "mnuNone.checked=true; mnuLabel.checked=true"},
           {"", "mnuStop.checked=true; cmdStop.active=true; cmdPlay.active=false"}});
     find<QTimer>("Timer4").start();
@@ -230,7 +226,7 @@ TEST_F(Form1Test, WhatIsInForceIsMarkedWhoeverPutIt) {
         return find(name).grab().toImage().pixel(name.startsWith("thumb") ? 0 : 3, 15);
     };
     for (const auto& [marked, other] :
-         {std::pair{"cmdLabel", "cmdMagnify"}, {"cmdInvert", "cmdSmooth"}, {"thumb(0)", "thumb(1)"}})
+         {std::pair{"cmdLabel", "cmdMagnify"}, {"cmdInvert", "cmdHeader"}, {"thumb(0)", "thumb(1)"}})
         EXPECT_GE(contrast(colour(marked), colour(other)), 3) << marked;
     click("cmdStudyNext");
     click("cmdNextSeries");

@@ -16,8 +16,6 @@ TEST_F(OpeningTest, ShowsThePanelOfWhatTheFirstFileHolds) {
     for (const auto& [frames, stills] : {std::pair(0, true), {1, true}, {2, false}, {-1, false}}) {
         const DiscForm opened({patientOf("S", {{frames}, {1, 1}})});
         EXPECT_EQ(opened.form.place().StillsMode, stills) << frames;
-        EXPECT_EQ(opened.form.Frame8.Visible(), stills) << frames;
-        EXPECT_EQ(opened.form.Frame9.Visible(), !stills) << frames;
         EXPECT_EQ(opened.form.sb1.Max(), stills ? 3 : 2);
         EXPECT_EQ(opened.form.below(opened.form.File1.Path()), "Patient000/Study1/Series1");
         EXPECT_EQ(opened.form.place().CurrentFolder.pathOrEmpty(), opened.folder("Patient000"));
