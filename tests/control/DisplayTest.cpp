@@ -28,15 +28,15 @@ class Display : public ViewFixture {};
 TEST_F(Display, DrawsOnlyWhatIsVisibleOfExtremePictures) {
     for (const auto& [columns, rows, percent] :
          {std::tuple{1, 1, 2000000000}, {65535, 1, 100}, {1, 65535, 7}, {65535, 3, 800000}, {300, 200, -4}}) {
-        load(greyRun(columns, rows, 1, [](int, int, int) { return 77; }));
+        load(greyRun(columns, rows, 1, [](int, int, int) { return 255; }));
         run(QString("BestFit 0; ZoomPercent %1").arg(percent));
-        EXPECT_EQ(greyAt(69, 59), 77) << columns << "x" << rows << " at " << percent;
+        EXPECT_EQ(greyAt(69, 59), 255) << columns << "x" << rows << " at " << percent;
         view.putBestFit(true);
         for (const QSize size : {QSize(0, 0), QSize(1, 300), QSize(140, 120)}) {
             view.resize(size);
             seen();
         }
-        EXPECT_EQ(greyAt(70, 60), 77);
+        EXPECT_EQ(greyAt(70, 60), 255);
     }
 }
 
@@ -551,10 +551,11 @@ TEST_F(LabelTool, MovesALabelWithADragAndBackOnEscape) {
 }
 
 TEST_F(LabelTool, EditsALabelAndRemovesItWithDeleteOrAnEmptyText) {
-    run("click 20 50; type LAD prox; key Return; keep labelled; click 90 99; key Esc; unlike labelled;"
-        "double 25 50");
+    run("click 20 50; type LAD proximal, 3 RAO; key Return; keep labelled");
+    run("click 90 99; key Esc; unlike labelled; double 25 50");
     ASSERT_TRUE(editor()->isVisible());
-    EXPECT_EQ(editor()->text(), "LAD prox");
+    EXPECT_EQ(editor()->text(), "LAD proximal, 3 RAO");
+    EXPECT_GT(editor()->width(), editor()->fontMetrics().horizontalAdvance(editor()->text()));
     EXPECT_EQ(editor()->font().pixelSize(), PictureLabels::font(QRectF(view.rect())).pixelSize());
     EXPECT_TRUE(editor()->geometry().contains(place())) << "nothing of the label beside the editor";
     run("key Esc; like labelled; double 25 50; key Del; key Return; like clean");

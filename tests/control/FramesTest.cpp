@@ -715,6 +715,7 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
     EXPECT_EQ(disc.steps("decode").size(), 0U);
     const QTemporaryDir folder;
     const std::pair<const char*, QString> commands[] = {{"open /a1", "WindowWidth 90"},
+                                                        {"open /e1", "WindowCenter 90"},
                                                         {"open /b1", "ExportFile " + folder.filePath("b")},
                                                         {"read c1 0", "WindowWidth 90; CurrentFrame 1"},
                                                         {"read d3 2", "WindowWidth 90; CurrentFrame 3"}};
