@@ -67,19 +67,11 @@ TEST(NativeFrames, AreAsManyAsHeaderAndFileAgreeOn) {
         int behind;  ///< bytes behind four frames, or that are cut off
         int counted, announced;
     };
-    for (const Row& row : {Row{"4", 0, 4, 4},
-                           {"3", 0, 3, 3},
-                           {"6", 0, 4, 6},
-                           {"99999999999", 0, 4, 2147483647},
-                           {"1A", 0, 4, 4},
-                           {"0", 0, 4, 4},
-                           {"-2", 0, 4, 4},
-                           {"", 0, 4, 4},
-                           {"", 1, 4, 4},
-                           {"", 2, 1, 1},
-                           {"", 17, 5, 5},
-                           {"4", -1, 3, 4},
-                           {"4", -47, 1, 4}}) {
+    const Row rows[] = {{"4", 0, 4, 4},  {"3", 0, 3, 3}, {"6", 0, 4, 6},  {"99999999999", 0, 4, 2147483647},
+                        {"1A", 0, 4, 4}, {"0", 0, 4, 4}, {"-2", 0, 4, 4}, {"", 0, 4, 4},
+                        {"", 1, 4, 4},   {"", 2, 1, 1},  {"", 17, 5, 5},  {"4", -1, 3, 4},
+                        {"4", -47, 1, 4}};
+    for (const Row& row : rows) {
         DicomBuilder builder = DicomBuilder::image(4, 4, 4);
         builder.gradientPixels().text(tags::NumberOfFrames, "IS", row.number);
         builder.pixels(builder.elements.back().value + Bytes(std::size_t(std::max(row.behind, 0))), "OB");

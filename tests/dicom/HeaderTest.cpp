@@ -372,7 +372,7 @@ TEST(CharacterSets, OfTheWholeWorldAreDecoded) {
         {"GB18030", "Wang^XiaoDong=\xCD\xF5^\xD0\xA1\xB6\xAB=", "Wang^XiaoDong=王^小东="},
         {"GBK", "\xCD\xF5^\xD0\xA1\xB6\xAB", "王^小东"},
         {"\\ISO 2022 IR 58", "Zhang=\x1B$)A\xD5\xC5^\x1B$)A\xD0\xA1\xB6\xAB=", "Zhang=张^小东="},
-        {"\\ISO 2022 IR 87", "Yamada=\x1B$B;3ED\x1B(B^\x1B$BB@O:\x1B(B=\x1B$B$d$^$@\x1B(B",
+        {"\\ISO 2022 IR 87", "Yamada=\x1B$B;3ED\x1B(B^\x1B$BB@O:\x1B(B=\x1B$B$d$^$@",
          "Yamada=山田^太郎=やまだ"},
         {"ISO 2022 IR 13\\ISO 2022 IR 87", "\xD4\xCF\xC0\xDE^\xC0\xDB\xB3=\x1B$B;3ED\x1B(J^\x1B$BB@O:\x1B(J",
          "ﾔﾏﾀﾞ^ﾀﾛｳ=山田^太郎"},

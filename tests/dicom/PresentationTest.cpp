@@ -178,6 +178,8 @@ TEST(Presentation, PalettesArePlainOrSegmentedOfAllThreeColours) {
         {words, "red 65531 8 3 255; blue 65531 8 4 6; "},
         {words + ", PixelRepresentation=1", "red -5 8 3 255; blue -5 8 4 6; "},
         {words + ", RedPaletteColorLookupTableData=", "red 65531 8 3 255; blue 65531 8 4 6; "},
+        {palette("2\\5\\8", "0x0200\\0xFF03", "0x0200\\0x0604", "Segmented"),
+         "red 5 8 3 255; blue 5 8 4 6; "},
         {palette("2\\5\\16", "9", ""), ""}};
     for (const char* colour : {"Red", "Green", "Blue"})
         for (const char* part : {"Descriptor", "Data"})

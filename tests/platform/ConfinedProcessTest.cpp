@@ -1,5 +1,6 @@
 // Sanitizers need system calls that are refused here; on Windows this program is not one that starts anew.
 #if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
+#include "platform/io/RandomAccessFile.h"
 #include "platform/process/ConfinedProcess.h"
 
 #include <gtest/gtest.h>
@@ -114,6 +115,7 @@ TEST(ConfinedProcessTest, ComputesAndDoesNothingElseAndItsEndIsSeen) {
         EXPECT_EQ(startedBy(server).size(), 1u) << "the others are ended";
         EXPECT_EQ(held(server), heldByServer);
     }
+    EXPECT_EQ(RandomAccessFile::open("/", nullptr), nullptr);
     EXPECT_EQ(held(), before);
     EXPECT_TRUE(startedBy(self).empty());
 }
