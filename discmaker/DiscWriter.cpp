@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 void writeDisc(const fs::path& disc, const DiscPlan& plan, const Enclosures& enclosures,
                const ContentWriter& write, Workers workers, const std::vector<fs::path>& others) {
     copyEnclosures(enclosures, disc);
-    writeText(disc / "README.TXT", readMe(plan, enclosures));
+    writeText(disc / "README.TXT", readMe(plan, enclosures, !others.empty()));
     std::vector<std::pair<std::size_t, fs::path>> files;
     for (const auto& patient : plan.patients) {
         for (const auto& study : patient.studies) {

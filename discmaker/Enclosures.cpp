@@ -65,7 +65,7 @@ void copyEnclosures(const Enclosures& enclosures, const fs::path& disc) {
     writeText(disc / "autorun.inf", "[autorun]\r\nopen=" + name + "\r\nicon=" + name + "\r\n");
 }
 
-std::string readMe(const DiscPlan& plan, const Enclosures& enclosures) {
+std::string readMe(const DiscPlan& plan, const Enclosures& enclosures, bool hasOthers) {
     const auto encloses = [&](const char* name) {
         return std::any_of(enclosures.programs.begin(), enclosures.programs.end(),
                            [&](const fs::path& program) {
@@ -81,6 +81,7 @@ std::string readMe(const DiscPlan& plan, const Enclosures& enclosures) {
     text +=
         "CD.xml       the list of patients, studies and series\n"
         "Dicom        the images, a folder a patient\n";
+    if (hasOthers) text += "Other        DICOM files without a picture that can be shown\n";
     if (enclosures.license) text += "license.txt  the licence of the viewer\n";
     text += "\nKeep the disc as safe as any medical record. The viewer is not a medical device.\n";
     std::string lines;

@@ -24,6 +24,7 @@ Enclosures findEnclosures(const std::filesystem::path& here);
 void copyEnclosures(const Enclosures& enclosures, const std::filesystem::path& disc);
 
 /// The text of README.TXT: what the disc is and how its viewer is started, without a word about the patients.
-std::string readMe(const DiscPlan& plan, const Enclosures& enclosures);
+/// `hasOthers`: there is a folder of files that hold no picture.
+std::string readMe(const DiscPlan& plan, const Enclosures& enclosures, bool hasOthers);
 
 }  // namespace cinedisc::discmaker

@@ -122,9 +122,11 @@ TEST_F(DiscMakerTest, PutsEveryFileOnTheDiscOnceOrTellsWhyNot) {
         EXPECT_THAT(catalogue, HasSubstr(text));
     EXPECT_NE(fs::status(series_ / "IM00001.dcm").permissions() & fs::perms::owner_write, fs::perms::none);
 
-    EXPECT_FALSE(fs::exists(request_.disc / "Other"));
+    const auto readMe = [&] { return contentOf(request_.disc / "README.TXT"); };
+    EXPECT_TRUE(!fs::exists(request_.disc / "Other") && readMe().find("Other") == std::string::npos);
     request_.keep = true;
     make();
+    EXPECT_THAT(readMe(), HasSubstr("Other "));
     EXPECT_EQ(playedFiles(request_.disc), played);
     const auto others = filesBelow(request_.disc / "Other");
     ASSERT_EQ(others.size(), 4u);
