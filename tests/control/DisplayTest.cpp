@@ -529,7 +529,8 @@ TEST_F(LabelTool, PlacesTheTypedTextAtReturnOnThatFrame) {
     EXPECT_EQ(taken.count(), 0) << "what is typed belongs to the editor";
     EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() == seen(); }));
     EXPECT_TRUE(place().contains(35, 50)) << place().x() << "," << place().y();
-    run("CurrentFrame 2; keep second; key Del; CurrentFrame 1; key Esc; FileName is /run");
+    run("CurrentFrame 2; keep second; click 30 50; type RCA; key Return; CurrentFrame 1; CurrentFrame 2");
+    run("keep both; key Del; like both; CurrentFrame 1; key Del; key Esc; FileName is /run");
     EXPECT_FALSE(place().isEmpty()) << "the frame keeps it";
     run("FileName /run; like clean; CurrentFrame 2; like second; FileName /nowhere; click 30 50");
     EXPECT_FALSE(editor()->isVisible()) << "no picture";

@@ -912,6 +912,7 @@ TEST_F(CoarsePictures, StandForThePictureInTheViewAlone) {
         load(windowless(), "/" + QString(who));
         const QImage coarse = seen();
         ASSERT_TRUE(view.isCoarse());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() == coarse; }));
         EXPECT_FALSE(view.isReading());
         EXPECT_NEAR(qRed(coarse.pixel(200, 150)), 255 * 890 / 1680., 2) << "of the coarse picture's range";
         for (const QRect& part : parts) {
@@ -933,7 +934,7 @@ TEST_F(CoarsePictures, StandForThePictureInTheViewAlone) {
 // A cine goes on over coarse pictures, each that of its own frame; where it stands still the frame itself, or
 // what is wrong with it, comes.
 TEST_F(CoarsePictures, LetACineGoOn) {
-    const auto file = slowRun(64, 64, 8, 9, [](int x, int y, int) { return x % 4 || y % 4 ? 9 : 3; });
+    const auto file = slowRun(64, 64, 8, 9, [](int x, int y, int f) { return (x % 4 || y % 4 ? 9 : 3) + f; });
     file->greyOfFrame = [](int f) -> dicom::GreyTransform { return {{{1, 20. * f}}, {}, {}, {}, false, {}}; };
     file->broken = {8};
     fake.files["/run"] = file;
@@ -941,13 +942,13 @@ TEST_F(CoarsePictures, LetACineGoOn) {
     for (int frame = 1; frame <= 9; ++frame) {
         view.putCurrentFrame(frame);
         EXPECT_FALSE(view.isReading());
-        EXPECT_EQ(greyAt(200, 150), 20 * (frame - 1) + 3);
+        EXPECT_EQ(greyAt(200, 150), 21 * (frame - 1) + 3);
         EXPECT_TRUE(view.isCoarse());
     }
-    run("CurrentFrame 5; letGo");
+    run("CurrentFrame 5; draw; draw; letGo");
     ASSERT_TRUE(becomesExact());
     EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() == seen(); }));
-    EXPECT_EQ(greyAt(201, 151), 20 * 4 + 9);
+    EXPECT_EQ(greyAt(201, 151), 21 * 4 + 9);
     run("CurrentFrame 9; draw");
     ASSERT_TRUE(becomesExact());
     EXPECT_TRUE(view.accessibleDescription().contains("damaged"));

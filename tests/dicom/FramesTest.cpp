@@ -502,19 +502,13 @@ void expectCheap(const Layout& layout) {
 
 TEST(ReadingCost, OfAFrameIsWhatItTakesAndLittleElse) {
     constexpr auto empty = OffsetTable::Empty, filled = OffsetTable::Filled;
-    for (const Layout& layout : {Layout{{}, 512, 5},
-                                 {{}, 16, 3},
-                                 {{}, 512, 5, 9000},
-                                 {{}, 64, 20, 9000, 0x0029},
-                                 {{}, 64, 2, 1 << 20},
-                                 {empty, 128, 40},
-                                 {filled, 128, 40},
-                                 {OffsetTable::Extended, 128, 40},
-                                 {empty, 128, 60, 6000},
-                                 {filled, 128, 60, 6000, 0x0029},
-                                 {filled, 32, 3000},
-                                 {empty, 32, 3000}})
-        expectCheap(layout);
+    const Layout layouts[] = {{{}, 512, 5},           {{}, 16, 3},
+                              {{}, 512, 5, 9000},     {{}, 64, 20, 9000, 0x0029},
+                              {{}, 64, 2, 1 << 20},   {empty, 128, 40},
+                              {filled, 128, 40},      {OffsetTable::Extended, 128, 40},
+                              {empty, 128, 60, 6000}, {filled, 128, 60, 6000, 0x0029},
+                              {filled, 32, 3000},     {empty, 32, 3000}};
+    for (const Layout& layout : layouts) expectCheap(layout);
     // The end of the header may fall anywhere in the first blocks: no place may cost another read.
     for (std::size_t extra = 3300; extra < 3800; extra += 2) expectCheap({empty, 64, 4, extra});
 }
