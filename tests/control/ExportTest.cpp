@@ -37,6 +37,8 @@ class Export : public ViewFixture {
         const auto film = view.exportFilm(file("run.avi"), otherwiseRate);
         QSignalSpy finished(film.get(), &FilmExport::finished);
         EXPECT_TRUE(finished.wait());
+        for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
+        EXPECT_EQ(finished.size(), 1);
         return finished.value(0).value(0).toBool();
     }
     static QByteArray contents(const QString& path) {
@@ -84,7 +86,7 @@ TEST_F(Export, WritesAndCopiesPixelForPixelWhateverTheViewShows) {
 
 TEST_F(Export, PicksTheEncodingByTheExtensionThenByTheFormatAndKeepsColour) {
     const auto colour = [](int x, int y) { return (x + y) % 2 ? qRgb(220, 30, 40) : qRgb(40, 60, 210); };
-    load(colourRun(64, 64, colour));
+    load(colourRun(400, 400, colour));
     run("WindowCenter 5; WindowWidth 5; WindowCenter is 127.5; WindowWidth is 255; Polarity -1");
     const QString cases[] = {"a.bmp JPEG bmp",  "b.BmP  bmp",      "c.jpg BMP jpeg",
                              "d.JPEG BMP jpeg", "e BMP bmp",       "f JPEG jpeg",
@@ -96,7 +98,7 @@ TEST_F(Export, PicksTheEncodingByTheExtensionThenByTheFormatAndKeepsColour) {
         EXPECT_EQ(QImageReader::imageFormat(file(words[0])), words[2]) << qPrintable(each);
         const QImage read = QImage::fromData(contents(file(words[0])));
         for (int i = 0; i < 126; ++i) {
-            const QPoint at(i / 2, (i + 1) / 2);  // every pixel has its own colour
+            const QPoint at(330 + i / 2, 330 + (i + 1) / 2);  // every pixel has its own colour
             const QRgb wanted = ~colour(at.x(), at.y()), seen = read.pixel(at);
             EXPECT_NEAR(qRed(seen), qRed(wanted), 12) << qPrintable(each);
             EXPECT_NEAR(qBlue(seen), qBlue(wanted), 12) << qPrintable(each);

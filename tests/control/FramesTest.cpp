@@ -717,6 +717,7 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
     const std::pair<const char*, QString> commands[] = {{"open /a1", "WindowWidth 90"},
                                                         {"open /e1", "WindowCenter 90"},
                                                         {"open /b1", "ExportFile " + folder.filePath("b")},
+                                                        {"open /h1", ""},
                                                         {"read c1 0", "WindowWidth 90; CurrentFrame 1"},
                                                         {"read d3 2", "WindowWidth 90; CurrentFrame 3"}};
     for (const auto& [step, command] : commands) {
@@ -725,6 +726,7 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
         run("FileName ");
         during(step, [&] {
             run("FileName /" + name + ";" + command);
+            EXPECT_TRUE(view.CopyHeaderToClipboard()) << step;
             EXPECT_TRUE(view.findChild<QPlainTextEdit*>()->isVisible()) << step;
             EXPECT_TRUE(view.CopyToClipboard()) << step;
         });
@@ -750,8 +752,11 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
 TEST_F(LookAheadTest, ShowsTheRepresentativeFrameOfPreviewsOnceTheDiscHasNothingElseToDo) {
     lookAhead(atOnce);
     const auto shows = [](ezDICOMX& preview, int grey) {
-        return QTest::qWaitFor(
-            [&] { return qRed(preview.grab().toImage().pixel(preview.rect().center())) == 255 - grey; });
+        return QTest::qWaitFor([&] {
+            const QImage shown = preview.screen()->grabWindow(preview.winId()).toImage();
+            const QPoint center = preview.rect().center();
+            return shown.rect().contains(center) && qRed(shown.pixel(center)) == 255 - grey;
+        });
     };
     std::deque<ezDICOMX> previews;
     for (const auto& [name, stated] :
@@ -897,6 +902,7 @@ TEST_F(CoarsePictures, StandForThePictureInTheViewAlone) {
         {"a copy", [&] { EXPECT_EQ(copied(), exactCopy); }},
         {"an export", [&] { view.putExportFile(file); }},
         {"an answer", [&] { EXPECT_EQ(view.WindowWidth(), width); }},
+        {"another", [&] { EXPECT_EQ(view.WindowCenter(), center); }},
         {"a new window",
          [&] {
              view.putWindowWidth(500);
@@ -949,7 +955,10 @@ TEST_F(CoarsePictures, LetACineGoOn) {
     ASSERT_TRUE(becomesExact());
     EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() == seen(); }));
     EXPECT_EQ(greyAt(201, 151), 21 * 4 + 9);
-    run("CurrentFrame 9; draw");
+    fake.files["/other"] = slowRun(64, 64, 8, 1, [](int, int, int) { return 99; });
+    run("CurrentFrame 9; hold work; CurrentFrame 4; draw; FileName /other");
+    EXPECT_EQ(greyAt(200, 150), 99) << "nothing of another file";
+    run("letGo; FileName /run; CurrentFrame 9; draw");
     ASSERT_TRUE(becomesExact());
     EXPECT_TRUE(view.accessibleDescription().contains("damaged"));
 }

@@ -109,13 +109,12 @@ TEST(NativeFrames, OfDoublePrecisionAreShown) {
 
 TEST(NativeFrames, OfImpossibleDescriptionsAreRefusedOrSetRight) {
     using Kind = DecodeError::Kind;
-    for (const auto& [puts, kind] : {std::pair("Rows=0, Columns=4", Kind::Broken),
-                                     {"Rows=4, Columns=0", Kind::Broken},
-                                     {"SamplesPerPixel=7", Kind::Unsupported},
-                                     {"Rows=65535", Kind::CutOff},
-                                     {"Rows=16384, Columns=16384", Kind::CutOff},
-                                     {"Rows=16385, Columns=16384", Kind::TooLarge},
-                                     {"Rows=65535, Columns=65535", Kind::TooLarge}}) {
+    const std::pair<const char*, Kind> rows[] = {
+        {"Rows=0, Columns=4", Kind::Broken},          {"Rows=4, Columns=0", Kind::Broken},
+        {"SamplesPerPixel=7", Kind::Unsupported},     {"Rows=65535", Kind::CutOff},
+        {"Rows=16384, Columns=16384", Kind::CutOff},  {"Rows=16385, Columns=16384", Kind::TooLarge},
+        {"Rows=65535, Columns=65535", Kind::TooLarge}};
+    for (const auto& [puts, kind] : rows) {
         DicomBuilder builder = DicomBuilder::image(4, 4);
         put(builder.pixels(Bytes(4)), puts);
         const auto file = opened(builder);

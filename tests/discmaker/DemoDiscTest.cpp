@@ -25,12 +25,10 @@ TEST(Angiogram, IsThePictureThatItAlwaysWas) {
     auto right = left;
     right.side = Catheter::Side::Right, right.view = {28, 26}, right.bits = 16;
     right.access = Catheter::Access::Radial, right.shutter = Collimator::Shape::Circular;
-    for (const auto& [setup, number, grey] : {std::tuple{&left, 0, 71.0188},
-                                              {&left, 16, 70.2683},
-                                              {&left, 38, 67.9324},
-                                              {&left, 150, 70.8621},
-                                              {&right, 20, 61.4097},
-                                              {&right, 45, 59.0219}}) {
+    const std::tuple<const Angiogram::Setup*, int, double> rows[] = {
+        {&left, 0, 71.0188},   {&left, 16, 70.2683},  {&left, 38, 67.9324},
+        {&left, 150, 70.8621}, {&right, 20, 61.4097}, {&right, 45, 59.0219}};
+    for (const auto& [setup, number, grey] : rows) {
         const auto samples = Angiogram(*setup).frame(number);
         double sum = 0;
         for (int i = 0; i < 300 * 300; ++i)

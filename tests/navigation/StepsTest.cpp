@@ -58,11 +58,12 @@ TEST_F(StepsTest, SeriesOfACinePatient) {
 
 TEST_F(StepsTest, PatientsWrapAndSwitchTheMode) {
     form.clickPatient(0);
-    for (const auto& [button, patient, name] : {std::tuple{"Command2", 1, "Stills"},
-                                                {"cmdStudyNext", 2, "One"},
-                                                {"Command2", 0, "Cine"},
-                                                {"cmdPatBack", 2, "One"},
-                                                {"CmdStudyBack", 1, "Stills"}}) {
+    const std::tuple<const char*, int, const char*> rows[] = {{"Command2", 1, "Stills"},
+                                                              {"cmdStudyNext", 2, "One"},
+                                                              {"Command2", 0, "Cine"},
+                                                              {"cmdPatBack", 2, "One"},
+                                                              {"CmdStudyBack", 1, "Stills"}};
+    for (const auto& [button, patient, name] : rows) {
         form.press(button);
         const QString folder = QString("Patient00%1/Study1/Series1").arg(patient);
         EXPECT_EQ(shown(), folder + "/1");
@@ -79,10 +80,9 @@ TEST_F(StepsTest, StillsKeepWindowAndPolarityAndSeriesLeaveTheStripAlone) {
     form.ezDicom.putWindowCenter(40.5);
     form.ezDicom.putWindowWidth(400.5);
     form.ezDicom.putPolarity(-1);
-    for (const auto& [button, number] : {std::pair{"cmdNextSeries", 2},
-                                         {"cmdNextSeries", 3},
-                                         {"cmdNextSeries", 1},
-                                         {"cmdPreviousSeries", 3}}) {
+    const std::pair<const char*, int> rows[] = {
+        {"cmdNextSeries", 2}, {"cmdNextSeries", 3}, {"cmdNextSeries", 1}, {"cmdPreviousSeries", 3}};
+    for (const auto& [button, number] : rows) {
         form.press(button);
         EXPECT_EQ(shown(), QString("Patient001/Study1/Series1/%1").arg(number));
         EXPECT_EQ(form.lblSeries.Caption(), QString("Image :%1/3").arg(number));

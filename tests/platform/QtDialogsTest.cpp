@@ -66,6 +66,7 @@ TEST_F(QtDialogsTest, TheFolderBrowserStartsOnTheDiscAndReturnsTheFolderOrNothin
             EXPECT_EQ(shown.windowTitle(), "Dicom");
             EXPECT_TRUE(shown.testOption(QFileDialog::DontUseNativeDialog));
             EXPECT_EQ(shown.directory(), images);
+            EXPECT_EQ(shown.sidebarUrls().value(1), QUrl::fromLocalFile(images.path()));
             const auto& folders = *shown.findChild<QTreeView*>("treeView");
             const auto seen = [&](int row, int column) {
                 return folders.model()->index(row, column, folders.rootIndex()).data().toString();

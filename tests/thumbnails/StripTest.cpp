@@ -91,12 +91,10 @@ TEST(StillsStrip, ShowsTheSeriesOfEachPosition) {
     RecordingForm1& form = stills.form;
     EXPECT_EQ(form.sb1.Max(), 10);
     EXPECT_EQ(form.sb1.Value(), 6);
-    for (const auto& [value, shown] : {std::pair{6, "S1 S2 S4 S5 S7"},
-                                       {7, "S2 S4 S5 S7 S8"},
-                                       {8, "S4 S5 S7 S8 S9"},
-                                       {10, "S4 S5 S7 S8 S9"},
-                                       {3, "S1 S2 S4 S5 S7"},
-                                       {5, "S1 S2 S4 S5 S7"}}) {
+    const std::pair<int, const char*> rows[] = {{6, "S1 S2 S4 S5 S7"}, {7, "S2 S4 S5 S7 S8"},
+                                                {8, "S4 S5 S7 S8 S9"}, {10, "S4 S5 S7 S8 S9"},
+                                                {3, "S1 S2 S4 S5 S7"}, {5, "S1 S2 S4 S5 S7"}};
+    for (const auto& [value, shown] : rows) {
         form.sb1.putValue(value);
         EXPECT_EQ(stills.shown(), shown) << value;
     }
