@@ -479,6 +479,7 @@ TEST_F(MouseTools, GoOnFromWhatIsPutMeanwhile) {
     }
     run("MouseMode 1; press 60 60; move 90 20; WindowWidth 240; move 91 20; release 91 20; WindowWidth is "
         "241");
+    run("press 60 60; move 60 30; WindowCenter 10; move 60 29; release 60 29; WindowCenter is 9");
     run("MouseMode 2; press 60 60; move 60 20; ZoomPercent 50; move 60 20; release 60 20; ZoomPercent is 50");
     // Another file has a window of its own.
     run("MouseMode 1; press 4 4; move 6 4; FileName /run; move 9 4; key Esc; release 9 4; WindowWidth is 80");
@@ -527,7 +528,9 @@ TEST_F(LabelTool, PlacesTheTypedTextAtReturnOnThatFrame) {
     run("click 30 50; type LAD; key Esc; like clean; click 30 50; type ; key Return; like clean");
     run("press 30 50; key Esc; release 30 50; like clean; press 30 50; CurrentFrame 2; release 30 50");
     EXPECT_FALSE(editor()->isVisible());
-    run("CurrentFrame 1; click 30 50; type LAD; key Return; keep labelled");
+    run("CurrentFrame 1; click 30 50");
+    EXPECT_TRUE(editor()->hasFocus());
+    run("type LAD; key Return; keep labelled");
     EXPECT_FALSE(editor()->isVisible());
     EXPECT_EQ(taken.count(), 0) << "what is typed belongs to the editor";
     EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() == seen(); }));
@@ -557,13 +560,13 @@ TEST_F(LabelTool, MovesALabelWithADragAndBackOnEscape) {
 TEST_F(LabelTool, EditsALabelAndRemovesItWithDeleteOrAnEmptyText) {
     run("click 20 50; type LAD proximal, 3 RAO");
     EXPECT_GT(editor()->width(), editor()->fontMetrics().horizontalAdvance(editor()->text()));
-    run("key Return; keep labelled; click 90 99; key Esc; unlike labelled; double 25 50");
+    run("key Return; keep labelled; click 90 99; key Esc; keep left; unlike labelled; double 25 50");
     ASSERT_TRUE(editor()->isVisible());
     EXPECT_EQ(editor()->text(), "LAD proximal, 3 RAO");
     EXPECT_EQ(editor()->font().pixelSize(), PictureLabels::font(QRectF(view.rect())).pixelSize());
     EXPECT_TRUE(editor()->geometry().contains(place())) << "nothing of the label beside the editor";
-    run("key Esc; like labelled; double 25 50; type RCA; key Return; unlike labelled; unlike clean");
-    run("double 25 50; key Del; key Return; like clean");
+    run("key Esc; like labelled; double 25 50; type RCA; key Return; click 90 99; key Esc; unlike left");
+    run("unlike clean; double 25 50; key Del; key Return; like clean");
     for (const char* key : {"Del", "Backspace"})
         run(QString("click 30 50; type LAD; key Return; click 35 50; key ") + key + "; like clean");
     const int end = 30 + QFontMetrics(PictureLabels::font(QRectF(view.rect()))).horizontalAdvance("LAD");
@@ -599,8 +602,10 @@ TEST_F(LabelTool, KeepsTheWholeTextInsideThePictureAndItsCopies) {
     const QImage bare = copied();
     const auto with = [&](const QString& text, const QString& at) {
         run("FileName /plain; click " + at);
-        editor()->setText(text);
-        EXPECT_TRUE(view.rect().contains(editor()->geometry())) << qPrintable(at);
+        for (const QString& typed : {editor()->text(), text}) {
+            editor()->setText(typed);
+            EXPECT_TRUE(view.rect().contains(editor()->geometry())) << qPrintable(at);
+        }
         EXPECT_TRUE(editor()->geometry().contains(at.section(' ', 0, 0).toInt(), at.section(' ', 1).toInt()));
         run("key Return");
         return copied();

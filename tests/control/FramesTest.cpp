@@ -714,21 +714,18 @@ TEST_F(LookAheadTest, ShowsAFileThatIsOpenedLater) {
     EXPECT_TRUE(view.accessibleDescription().contains("The file is missing")) << "before it is drawn";
     EXPECT_EQ(disc.steps("decode").size(), 0U);
     const QTemporaryDir folder;
-    const std::pair<const char*, QString> commands[] = {{"open /a1", "WindowWidth 90"},
-                                                        {"open /e1", "WindowCenter 90"},
-                                                        {"open /b1", "ExportFile " + folder.filePath("b")},
-                                                        {"open /h1", ""},
-                                                        {"read c1 0", "WindowWidth 90; CurrentFrame 1"},
-                                                        {"read d3 2", "WindowWidth 90; CurrentFrame 3"}};
-    for (const auto& [step, command] : commands) {
-        const QString name = QString(step).section(' ', 1, 1).remove('/');
+    for (const QString each :
+         {"open /a1; WindowWidth 90", "open /e1; WindowCenter 90", "open /b1; ExportFile %",
+          "open /h1; Smooth 1", "open /i1; Smooth 1", "read c1 0; WindowWidth 90; CurrentFrame 1",
+          "read d3 2; WindowWidth 90; CurrentFrame 3"}) {
+        const QString step = each.section(';', 0, 0), name = step.section(' ', 1, 1).remove('/');
         makeRun(name.toStdString(), 3);
         run("FileName ");
-        during(step, [&] {
-            run("FileName /" + name + ";" + command);
-            EXPECT_TRUE(view.CopyHeaderToClipboard()) << step;
-            EXPECT_TRUE(view.findChild<QPlainTextEdit*>()->isVisible()) << step;
-            EXPECT_TRUE(view.CopyToClipboard()) << step;
+        during(step.toStdString(), [&] {
+            run("FileName /" + name + ";" + each.section(';', 1).replace("%", folder.filePath("b")));
+            EXPECT_TRUE(name == "i1" ? view.CopyToClipboard() : view.CopyHeaderToClipboard());
+            EXPECT_TRUE(view.findChild<QPlainTextEdit*>()->isVisible()) << qPrintable(step);
+            EXPECT_TRUE(view.CopyToClipboard());
         });
     }
     lookAhead(atOnce, atOnce);
@@ -790,6 +787,13 @@ TEST_F(LookAheadTest, ShowsTheRepresentativeFrameOfPreviewsOnceTheDiscHasNothing
     EXPECT_TRUE(shows(previews[0], 55));
     disc.letGo();
     EXPECT_TRUE(shows(previews[0], 52));
+    // What the window shows is opened before what its previews do.
+    for (const char* name : {"x", "y", "z"}) makeRun(name, 1);
+    disc.hold("open");
+    for (const std::size_t i : {1U, 2U}) previews[i].putFileName(i == 1 ? "/x" : "/y");
+    run("reached open /x; FileName /z; letGo; grey 1; reached open /y");
+    const Steps opened = disc.steps("open");
+    EXPECT_EQ(Steps(opened.end() - 3, opened.end()), (Steps{"open /x", "open /z", "open /y"}));
 }
 
 // The window says that it waits, as soon as a person would wonder.

@@ -58,13 +58,11 @@ TEST_F(StepsTest, SeriesOfACinePatient) {
 
 TEST_F(StepsTest, PatientsWrapAndSwitchTheMode) {
     form.clickPatient(0);
-    const std::tuple<const char*, int, const char*> rows[] = {{"Command2", 1, "Stills"},
-                                                              {"cmdStudyNext", 2, "One"},
-                                                              {"Command2", 0, "Cine"},
-                                                              {"cmdPatBack", 2, "One"},
-                                                              {"CmdStudyBack", 1, "Stills"}};
-    for (const auto& [button, patient, name] : rows) {
-        form.press(button);
+    for (const QString each : {"Command2 1 Stills", "cmdStudyNext 2 One", "Command2 0 Cine",
+                               "cmdPatBack 2 One", "CmdStudyBack 1 Stills"}) {
+        form.press(each.section(' ', 0, 0));
+        const int patient = each.section(' ', 1, 1).toInt();
+        const QString name = each.section(' ', 2);
         const QString folder = QString("Patient00%1/Study1/Series1").arg(patient);
         EXPECT_EQ(shown(), folder + "/1");
         EXPECT_EQ(form.below(form.File1.Path()), folder);
