@@ -33,8 +33,6 @@ TEST_F(CatalogueReaderTest, Encodings) {
     } cases[] = {{"UTF-8", "M\xC3\xBCller", u"Müller"},
                  {"ISO-8859-1", "M\xFCller", u"Müller"},
                  {"ISO-8859-5", "\xB8\xD2\xD0\xDD", u"Иван"},
-                 {"ISO-8859-7", "\xC3\xE9\xFE\xF1\xE3\xEF\xF2", u"Γιώργος"},
-                 {"windows-1251", "\xC8\xE2\xE0\xED", u"Иван"},
                  {"windows-1252", "\x8Aim\x9Cn", u"Šimœn"},
                  {"GB18030", "\xCD\xF5\xD0\xA1\xB6\xAB", u"王小东"},
                  // Characters that only the successors of the declared encodings have.

@@ -498,8 +498,8 @@ TEST_F(MouseTools, MagnifyUnderThePointerWhilePressed) {
         EXPECT_EQ(glass.copy(inside), enlarged.copy(inside)) << zoom;
         EXPECT_EQ(glass.copy(beside), before.copy(beside)) << zoom;
         EXPECT_EQ(glass.copy(corner), before.copy(corner)) << zoom;
-        EXPECT_TRUE(qRed(glass.pixel(29, 60)) > 150 && qRed(glass.pixel(28, 60)) < qRed(before.pixel(28, 60)))
-            << "a light rim in a dark one";
+        EXPECT_TRUE(qRed(glass.pixel(29, 60)) > 150 &&
+                    qRed(glass.pixel(28, 60)) < qRed(before.pixel(28, 60)));
         run("release 70 60; like before");
     }
     run("press 70 60; move 56 60; keep moved");

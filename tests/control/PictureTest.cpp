@@ -386,8 +386,7 @@ TEST(Picture, LiesWhereItWasPutAtTheSizeAskedFor) {
         const QRect moved = zoom.place(square, view).picture;
         const auto expectMoved = [](int from, int to, int length, int room, int wanted) {
             const double half = std::max(1., std::min(length, room) / 2.);
-            EXPECT_NEAR(to, std::clamp<double>(from + wanted, half - length, room - half), 1)
-                << length << " in " << room;
+            EXPECT_NEAR(to, std::clamp<double>(from + wanted, half - length, room - half), 1);
         };
         expectMoved(placed.x(), moved.x(), placed.width(), view.width(), by.x());
         expectMoved(placed.y(), moved.y(), placed.height(), view.height(), by.y());

@@ -56,8 +56,7 @@ TEST(NativeFrames, OfAllLayoutsAreWhatTheirBitsSay) {
         const auto file = opened(builder);
         ASSERT_EQ(file->frameCount(), frames);
         for (int frame = 0; frame < frames; ++frame)
-            EXPECT_EQ(samplesIn(file->decode(frame)), cellsOf(bytes, frame, builder, highBit, isSigned))
-                << syntax << ' ' << allocated << ' ' << stored << ' ' << highBit << ' ' << isSigned;
+            EXPECT_EQ(samplesIn(file->decode(frame)), cellsOf(bytes, frame, builder, highBit, isSigned)) << i;
     }
 }
 
@@ -146,8 +145,7 @@ TEST(NativeFrames, OfImpossibleDescriptionsAreRefusedOrSetRight) {
         std::ostringstream bits;
         bits << format.bitsAllocated << ' ' << format.bitsStored << ' ' << format.highBit;
         EXPECT_EQ(std::tuple(bits.str(), format.photometric, format.planar),
-                  std::tuple(row.bits, row.photometric, row.planar))
-            << row.stated;
+                  std::tuple(row.bits, row.photometric, row.planar));
     }
 }
 
@@ -309,8 +307,7 @@ TEST(CodeStreams, AreKnownByTheirFirstBytes) {
     const auto found = [](const Bytes& bytes) { return sniffCompression(bytes); };
     const Bytes start = bytesOf({0xFF, 0xD8}), frame = bytesOf({0xFF, 0xF7, 0, 2});
     for (const int code : {0xC4, 0xCC, 0xE0, 0xBF})
-        EXPECT_EQ(found(start + bytesOf({0xFF, code, 0, 4, 0xFF, 0xC0}) + frame), Compression::JpegLs)
-            << code;
+        EXPECT_EQ(found(start + bytesOf({0xFF, code, 0, 4, 0xFF, 0xC0}) + frame), Compression::JpegLs);
     for (const int code : {0xC0, 0xC3, 0xCF, 0xDA})
         EXPECT_EQ(found(start + bytesOf({0xFF, code, 0, 2}) + frame), Compression::Jpeg) << code;
     EXPECT_EQ(found(start + bytesOf({0xFF}) + frame), Compression::JpegLs) << "a fill byte";
