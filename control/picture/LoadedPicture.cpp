@@ -75,15 +75,13 @@ void LoadedPicture::take(const Opening::Outcome& outcome) {
     }
 }
 
-bool LoadedPicture::show(int frame) {
-    if (frame < 1 || frame > frameCount()) return false;
-    if (frame == currentFrame_) return true;
+void LoadedPicture::show(int frame) {
+    if (frame < 1 || frame > frameCount() || frame == currentFrame_) return;
     currentFrame_ = frame;
     ++frameRevision_;
     decoded_.reset();
     coarse_.reset();
     if (file_->dicom().hasGreyRulesByFrame()) fileWindow_.reset();
-    return true;
 }
 
 const dicom::Frame* LoadedPicture::frame() const {

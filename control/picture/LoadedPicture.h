@@ -49,8 +49,8 @@ class LoadedPicture {
     int frameCount() const { return file_ ? file_->dicom().frameCount() : 0; }
     /// Counted from 1.
     int currentFrame() const { return currentFrame_; }
-    /// Whether there is such a frame; otherwise nothing changes.
-    bool show(int frame);
+    /// Changes nothing when there is no such frame.
+    void show(int frame);
 
     /// The frame shown; null when there is no picture, this frame cannot be shown or the disc has not given
     /// it yet. While it is being decoded these may be the samples of a coarse picture of it.
