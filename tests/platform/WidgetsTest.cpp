@@ -183,7 +183,6 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
     const QImage empty = view.grab().toImage();
     view.setHint("Open a disc.");
     EXPECT_NE(view.grab().toImage(), empty);
-    EXPECT_TRUE(view.accessibleDescription() == "Open a disc." && view.viewport()->y() == view.frameWidth());
     constexpr int patients = 32768;
     for (int i = 0; i < patients; ++i) {
         const int patient = tree.addNode(0, i ? QString::number(i) : "<b>R&D</b>");
@@ -196,6 +195,7 @@ TEST(TreeAdapterTest, AMouseClickAndReturnOpenANodeAlsoInTheFullestCatalogue) {
     EXPECT_EQ(tree.tag(1), "Patient001");
 
     EXPECT_NE(view.grab().toImage(), empty);
+    EXPECT_TRUE(view.accessibleDescription() == "Open a disc." && view.viewport()->y() == view.frameWidth());
     const QModelIndex last = view.model()->index(patients - 1, 0);
     view.scrollTo(last);
     const QPoint center = view.visualRect(last).center();
@@ -272,7 +272,7 @@ TEST(IconTest, EveryIconDrawsWhatIsItsOwnAtBothDensitiesInTheColourOfItsState) {
     EXPECT_NEAR(ink(cursor.pixmap().toImage()), 355, 8);
     EXPECT_NEAR(ink(cursor.pixmap().toImage(), 0xffffffff), 38, 8);
     EXPECT_NEAR(ink(drawn(Icon::Program), 0xff1c2733), 300, 8);
-    EXPECT_NEAR(ink(drawn(Icon::Program, 4), 0xff4fc3a1), 17, 2);
+    EXPECT_NEAR(ink(drawn(Icon::Program, 4), 0xff31404f), 40, 5);
 }
 
 TEST(PathsTest, AProgramsOwnPathIsWrittenAsPeopleDo) {
