@@ -100,7 +100,6 @@ TEST_F(OpeningTest, AFolderOfRunsPlaysAndOneOfStillsShowsItsSeriesOrItsOwnFirstF
     form.openFolder(folder("Patient000/Study1/Series1"));
     EXPECT_EQ(shown(), "Patient000/Study1/Series1/1");
     EXPECT_TRUE(form.Timer4.Enabled());
-    EXPECT_TRUE(form.Frame9.Visible());
     EXPECT_EQ(form.names(), "Study Scroll Bar | Series Scroll Bar");
     EXPECT_FALSE(form.place().HasStudyFolders);
     EXPECT_EQ(form.lblImg.Caption(), "Image : 1/2");

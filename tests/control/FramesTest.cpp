@@ -812,22 +812,24 @@ TEST_F(LookAheadTest, TellsOfALongWaitForAnAnswer) {
     run("hold open; FileName /slow; FrameCount is 5");
     EXPECT_EQ(told, "waits over");
     // What is seen is waited for in vain only once, until something has come.
-    ezDICOMX keepsItOpen(ViewRole::Probe, nullptr, fake.library);
-    keepsItOpen.putFileName("/slow");
     lookAhead(std::chrono::milliseconds(200), veryPatient);
     int waits = 0;
     fake.library.onLongWait([&](ImageLibrary::LongWait wait) {
         waits += wait == ImageLibrary::LongWait::Begins;
         disc.letGo("open");
     });
+    ezDICOMX other(ViewRole::Preview, nullptr, fake.library);
+    other.putFileName("/slow");
+    EXPECT_EQ(other.FrameCount(), 5);
+    waits = 0;
     makeRun("b", 5);
     const auto coarse = disc.run("coarse", 5);
     coarse->coarse = test::pictureOf<std::uint8_t>(4, 4, 1, [](int, int, int, int) { return 1; });
     fake.files["/coarse"] = coarse;
-    run("hold open; FileName /coarse; FrameCount is 5; hold read coarse 3; CurrentFrame 4; FileName /slow; "
-        "CurrentFrame 4; reading; letGo; grey 4");
-    EXPECT_EQ(waits, 1);
-    run("hold open; FileName /b; FrameCount is 5; hold read b 3; CurrentFrame 4; draw; letGo; grey 4");
+    run("hold open; FileName /coarse; FrameCount is 5; hold read coarse 3; CurrentFrame 4");
+    other.putCurrentFrame(4);
+    EXPECT_TRUE(other.isReading() && waits == 1);
+    run("letGo; grey 4; hold open; FileName /b; FrameCount is 5; hold read b 3; CurrentFrame 4; draw");
     EXPECT_EQ(waits, 3);
 }
 

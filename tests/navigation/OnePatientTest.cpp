@@ -102,7 +102,7 @@ TEST(OnePatient, NamesOfThePatientsPassed) {
         {"childless patients", [](SpoiltDisc& d) { d.insertBefore("<Patient>", "<!-- - --><Patient/>"); },
          beta, gamma},
         {"a copy", [](SpoiltDisc& d) { d.rename("Patient001", "Patient001 copy"); }, nobody, gamma},
-        {"short number", [](SpoiltDisc& d) { d.rename("Patient001", "Patient1"); }, nobody, gamma},
+        {"long number", [](SpoiltDisc& d) { d.rename("Patient001", "Patient0001"); }, nobody, gamma},
         {"letter case", [](SpoiltDisc& d) { d.rename("Patient001", "patIENT001"); }, beta, gamma},
         {"gap", [](SpoiltDisc& d) { d.remove("Patient001"); }, gamma, "Alpha | Alpha Study1 Series1"},
         {"not in the catalogue", [](SpoiltDisc& d) { d.rename("Patient002", "Patient007"); }, beta, nobody},
