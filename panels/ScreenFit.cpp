@@ -59,7 +59,9 @@ void ScreenFit::fitTo(QSize screen) {
 }
 
 double ScreenFit::scaleFor(QSize screen) {
-    const double letter = QFontMetricsF(QGuiApplication::font()).height();
+    // Icons and gaps do not shrink with very small letters.
+    constexpr double smallestLetter = 14.5;
+    const double letter = std::max(smallestLetter, QFontMetricsF(QGuiApplication::font()).height());
     const QSizeF room = screen - frame;
     double scale = 0;
     for (const QSizeF& need : needs)

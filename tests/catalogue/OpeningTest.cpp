@@ -19,7 +19,6 @@ TEST_F(OpeningTest, ShowsThePanelOfWhatTheFirstFileHolds) {
         EXPECT_EQ(opened.form.sb1.Max(), stills ? 3 : 2);
         EXPECT_EQ(opened.form.below(opened.form.File1.Path()), "Patient000/Study1/Series1");
         EXPECT_EQ(opened.form.place().CurrentFolder.pathOrEmpty(), opened.folder("Patient000"));
-        EXPECT_EQ(opened.form.place().PatientsFolder.pathOrEmpty(), opened.disc.path({"Dicom"}));
     }
 }
 
