@@ -58,7 +58,7 @@ void ScreenFit::fitTo(QSize screen) {
     window_.resize((room * 6 / 7).expandedTo(firstWindow).boundedTo(room));
 }
 
-double ScreenFit::scaleFor(QSize screen) {
+ScreenFit::Scale ScreenFit::scaleFor(QSize screen, double pixelRatio) {
     // Icons and gaps do not shrink with very small letters.
     constexpr double smallestLetter = 14.5;
     const double letter = std::max(smallestLetter, QFontMetricsF(QGuiApplication::font()).height());
@@ -67,7 +67,10 @@ double ScreenFit::scaleFor(QSize screen) {
     for (const QSizeF& need : needs)
         scale = std::max(scale, std::min(room.width() / (need.width() * letter),
                                          room.height() / (need.height() * letter)));
-    return std::min(scale, 1.0);
+    scale = std::min(scale, 1.0);
+    const double all = std::min(1.0, std::max(scale, 1 / pixelRatio));
+    constexpr double leastReadable = 0.75;
+    return {all, std::max(leastReadable, scale / all)};
 }
 
 }  // namespace cinedisc

@@ -20,9 +20,12 @@ class ScreenFit final : public QObject {
 
     /// Makes the window fit what a screen has available.
     void fitTo(QSize screen);
-    /// The scale, 1 or less, by which everything has to be drawn smaller for a window to have its place on a
-    /// screen.
-    static double scaleFor(QSize screen);
+    /// What the toolkit must draw everything smaller by, and the letters beyond that, for a window to fit a
+    /// screen of so many units, each of so many pixels. Nothing is drawn right at less than one pixel a unit.
+    struct Scale {
+        double all = 1, letters = 1;
+    };
+    static Scale scaleFor(QSize screen, double pixelRatio);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

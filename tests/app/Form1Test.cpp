@@ -85,7 +85,8 @@ TEST_F(Form1Test, NothingIsCutOnAnyScreen) {
             shown.show();
             EXPECT_TRUE(shown.screen()->availableGeometry().contains(shown.geometry()));
             auto& fit = *shown.findChild<ScreenFit*>();
-            const QSize scaled = screen / ScreenFit::scaleFor(screen);
+            const QSize scaled = screen / ScreenFit::scaleFor(screen, 9).all;
+            EXPECT_EQ(ScreenFit::scaleFor(screen, 1).all, 1) << "less than a pixel a unit is not drawn right";
             fit.fitTo(scaled);
             shown.resize(shown.minimumSize());
             SCOPED_TRACE(testing::Message()
