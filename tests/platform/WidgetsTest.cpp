@@ -294,7 +294,9 @@ TEST(PathsTest, AProgramsOwnPathIsWrittenAsPeopleDo) {
 
 TEST(TextEncodingTest, AByteThatDoesNotBelongIsReplacedAndWhatFollowsIsRead) {
     EXPECT_EQ(decodeText("a\xFFz\xFF", "UTF-8"), "a\xEF\xBF\xBDz\xEF\xBF\xBD");
+#ifndef Q_OS_WIN  // where not every machine knows this encoding
     EXPECT_EQ(decodeText("\x1B$B0\xFFz", "ISO-2022-JP"), "\xEF\xBF\xBD\xEF\xBF\xBDz");
+#endif
 }
 
 TEST(FolderTest, OneThatIsNotSetHoldsNothingAndAListShowsWhatItsPatternNames) {
