@@ -20,8 +20,8 @@ int main(int argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     std::vector<char*> arguments(argv, argv + argc + 1);
     auto application = std::make_unique<GuardedApplication>(argc, argv);
-    const QScreen& screen = *application->primaryScreen();
-    const auto scale = ScreenFit::scaleFor(screen.availableSize(), screen.devicePixelRatio());
+    const auto scale = ScreenFit::scaleFor(application->primaryScreen()->availableSize(),
+                                           application->primaryScreen()->devicePixelRatio());
     if (scale.all < 1) {
         // The desktop's scale leaves the window no room. The toolkit takes another one when it starts.
         const char* const factor = "QT_SCALE_FACTOR";
